@@ -1,0 +1,40 @@
+#include "info_common/ascii.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <limits>
+
+namespace ia {
+namespace {
+
+bool SameLetter(char left, char right) noexcept {
+  return left == right || ToLower(left) == ToLower(right);
+}
+
+}  // namespace
+
+int CompareIgnoringCase(std::string_view left, std::string_view right) noexcept {
+  const auto [l, r] =
+      std::mismatch(left.begin(), left.end(), right.begin(), right.end(), SameLetter);
+  if (l == left.end() || r == right.end()) return (l != left.end()) - (r != right.end());
+  return static_cast<unsigned char>(ToLower(*l)) - static_cast<unsigned char>(ToLower(*r));
+}
+
+bool HasPrefixIgnoringCase(std::string_view text, std::string_view prefix) noexcept {
+  return text.size() >= prefix.size() &&
+         std::equal(prefix.begin(), prefix.end(), text.begin(), SameLetter);
+}
+
+bool ContainsIgnoringCase(std::string_view text, std::string_view needle) noexcept {
+  return needle.empty() || std::search(text.begin(), text.end(), needle.begin(), needle.end(),
+                                       SameLetter) != text.end();
+}
+
+std::int32_t ParseInt32(const char* text, int base) noexcept {
+  using Limits = std::numeric_limits<std::int32_t>;
+  const auto number = std::strtol(text, nullptr, base);
+  return static_cast<std::int32_t>(
+      std::clamp<decltype(number)>(number, Limits::min(), Limits::max()));
+}
+
+}  // namespace ia

@@ -1,0 +1,102 @@
+// Indexed flag keys: a base key alone, then base_1, base_2, ...
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <limits>
+
+#include "info_analyze/option_list.h"
+#include "info_analyze/string_helpers.h"
+#include "info_common/ascii.h"
+#include "info_common/owned.h"
+
+namespace ia {
+namespace {
+
+constexpr char kItemSeparators[] = ",_";
+
+// The lowest index, from 0, that is above those of the list's keys; 0 stands for the base alone.
+std::int32_t NextFreeIndex(const OptTable* list, std::string_view base,
+                           std::int32_t lowest) noexcept {
+  for (const OptTable* node = list; node != nullptr; node = node->next) {
+    if (node->key == nullptr || !ContainsIgnoringCase(node->key, base)) continue;
+    const char* const separator = std::strchr(node->key + base.size(), '_');
+    if (separator == nullptr) {
+      lowest = std::max(lowest, 1);
+      continue;
+    }
+    const std::int32_t index = ParseInt32(separator + 1, 10);
+    if (index == std::numeric_limits<std::int32_t>::max()) return index;
+    lowest = std::max(lowest, index + 1);
+  }
+  return lowest;
+}
+
+// Calls take(item) for each item of a copy of the text, until it answers non-zero.
+template <class Take>
+std::int32_t ForEachItem(const char* text, Take take) noexcept {
+  const CString copy = Duplicate(text);
+  if (!copy) return -1;
+  char* rest = nullptr;
+  for (char* item = strtok_r(copy.get(), kItemSeparators, &rest); item != nullptr;
+       item = strtok_r(nullptr, kItemSeparators, &rest)) {
+    if (const std::int32_t result = take(item); result != 0) return result;
+  }
+  return 0;
+}
+
+}  // namespace
+}  // namespace ia
+
+// The base is searched for anywhere in a key but its suffix read as if the key began with it, so
+// "XQVAnlz_FuncVer_UI_1" answers for "QVAnlz_FuncVer_UI", with a wrong index. PPDs in the field
+// have been written against that.
+int32_t OptionList_Get_FlagValue(OptTable** cursor, const char* base, int32_t highest_index,
+                                 char** value) noexcept {
+  if (cursor == nullptr || base == nullptr || value == nullptr) return 0;
+  *value = nullptr;
+  const std::size_t base_length = std::strlen(base);
+  char* key = nullptr;
+  char* found = nullptr;
+  while (z_get_key_value_from_option_list(cursor, base, &key, &found) == 1) {
+    const char* const suffix = key + base_length;
+    if (*suffix == '\0' || ia::ParseInt32(suffix + 1, 10) <= highest_index) {
+      *value = found;
+      return 1;
+    }
+  }
+  return 0;
+}
+
+char* z_create_flag_key_fom_option_list(const OptTable* first, const OptTable* second,
+                                        const char* base) noexcept {
+  if (base == nullptr) return nullptr;
+  const std::int32_t index = ia::NextFreeIndex(second, base, ia::NextFreeIndex(first, base, 0));
+  if (index == 0) return ia::Duplicate(base).release();
+  const auto digits = static_cast<std::size_t>(std::log10(index)) + 1;
+  ia::CString key = ia::NewText(std::strlen(base) + 1 + digits);
+  if (!key || util_sprintf(key.get(), "%s_%d", base, index) < 0) return nullptr;
+  return key.release();
+}
+
+int32_t OptionList_Set_FlagValue(const OptTable* source, const char* base, const char* text,
+                                 OptionList* target) noexcept {
+  if (source == nullptr || base == nullptr || text == nullptr || target == nullptr) return 0;
+  return ia::ForEachItem(text, [&](const char* item) noexcept {
+    const ia::CString key(z_create_flag_key_fom_option_list(source, target, base));
+    if (!key) return -1;
+    OptionList_Add(target, key.get(), item);
+    return 0;
+  });
+}
+
+int32_t OptionList_Set_ArrrayFlagValue(const char* text, OptionList* target) noexcept {
+  if (text == nullptr || target == nullptr) return 0;
+  return ia::ForEachItem(text, [&](char* item) noexcept {
+    char* const name = item + std::strspn(item, ":");
+    if (*name == '\0') return 0;
+    char* const colon = std::strchr(name, ':');
+    if (colon != nullptr) *colon = '\0';
+    OptionList_Add(target, item, colon != nullptr ? colon + 1 : "");
+    return 0;
+  });
+}

@@ -1,0 +1,102 @@
+#include "info_common/option_table.h"
+
+#include "info_common/ascii.h"
+
+namespace ia {
+
+CPtr<OptTable> NewNode(std::string_view key, std::string_view value) noexcept {
+  CPtr<OptTable> node = NewZeroed<OptTable>();
+  CString key_copy = Duplicate(key);
+  CString value_copy = Duplicate(value);
+  if (!node || !key_copy || !value_copy) return nullptr;
+  node->key = key_copy.release();
+  node->value = value_copy.release();
+  return node;
+}
+
+OptTable* FindKeyPrefix(OptTable* head, std::string_view key) noexcept {
+  OptTable* node = head;
+  while (node != nullptr &&
+         (node->key == nullptr || !std::string_view(node->key).starts_with(key))) {
+    node = node->next;
+  }
+  return node;
+}
+
+const char* FindValue(const OptTable* head, std::string_view key) noexcept {
+  for (const OptTable* node = head; node != nullptr; node = node->next) {
+    if (node->key != nullptr && EqualsIgnoringCase(node->key, key)) return node->value;
+  }
+  return nullptr;
+}
+
+bool ReplaceValue(OptTable& node, std::string_view value) noexcept {
+  CString copy = Duplicate(value);
+  if (!copy) return false;
+  std::free(node.value);
+  node.value = copy.release();
+  return true;
+}
+
+bool ChangeValues(OptTable* head, std::string_view key, std::string_view value) noexcept {
+  bool changed_all = true;
+  for (OptTable* node = head; node != nullptr; node = node->next) {
+    if (node->key != nullptr && EqualsIgnoringCase(node->key, key)) {
+      changed_all = ReplaceValue(*node, value) && changed_all;
+    }
+  }
+  return changed_all;
+}
+
+}  // namespace ia
+
+void info_common_optlist_destroy(OptTable* head) noexcept {
+  while (head != nullptr) {
+    OptTable* const next = head->next;
+    std::free(head->key);
+    std::free(head->value);
+    std::free(head);
+    head = next;
+  }
+}
+
+OptTable* info_common_optlist_find(OptTable* head, const char* key) noexcept {
+  return key != nullptr ? ia::FindKeyPrefix(head, key) : nullptr;
+}
+
+char* info_common_optlist_getvalue(const OptTable* head, const char* key) noexcept {
+  if (key == nullptr) return nullptr;
+  const char* const value = ia::FindValue(head, key);
+  return value != nullptr ? ia::Duplicate(value).release() : nullptr;
+}
+
+void info_common_optlist_changevalue(OptTable* head, const char* key, const char* value) noexcept {
+  if (key != nullptr && value != nullptr) ia::ChangeValues(head, key, value);
+}
+
+// The search looks for a key that begins with the new one and heeds letter case, the change wants
+// an equal key and ignores it. PPDs rely on the gap between the two: "QVFin" neither replaces
+// "QVFinisher" nor stands beside it, and "qvfoo" stands beside "QVFoo".
+void info_common_optlist_additem_back(OptTable* head, const char* key, const char* value) noexcept {
+  if (head == nullptr || key == nullptr || value == nullptr) return;
+  if (ia::FindKeyPrefix(head, key) != nullptr) {
+    ia::ChangeValues(head, key, value);
+    return;
+  }
+  OptTable* last = head;
+  while (last->next != nullptr) last = last->next;
+  last->next = ia::NewNode(key, value).release();
+}
+
+void info_common_optlist_additem_front(OptTable** head, const char* key,
+                                       const char* value) noexcept {
+  if (head == nullptr || key == nullptr || value == nullptr) return;
+  if (ia::FindKeyPrefix(*head, key) != nullptr) {
+    ia::ChangeValues(*head, key, value);
+    return;
+  }
+  if (auto node = ia::NewNode(key, value)) {
+    node->next = *head;
+    *head = node.release();
+  }
+}

@@ -1,0 +1,30 @@
+// What the option table's functions are made of.
+#ifndef INFO_COMMON_OPTION_TABLE_H_
+#define INFO_COMMON_OPTION_TABLE_H_
+
+#include <string_view>
+
+#include "info_analyze/option_table.h"
+#include "info_common/owned.h"
+
+namespace ia {
+
+// A node with copies of both texts, or null.
+[[nodiscard]] CPtr<OptTable> NewNode(std::string_view key, std::string_view value) noexcept;
+
+// First node whose key begins with the given text.
+[[nodiscard]] OptTable* FindKeyPrefix(OptTable* head, std::string_view key) noexcept;
+
+// Value of the first node whose key equals the given one, ignoring case; borrowed, or null.
+[[nodiscard]] const char* FindValue(const OptTable* head, std::string_view key) noexcept;
+
+// False, and the node unchanged, when memory ran out.
+[[nodiscard]] bool ReplaceValue(OptTable& node, std::string_view value) noexcept;
+
+// Replaces the value of every node whose key equals the given one, ignoring case; false when
+// memory ran out for some of them.
+bool ChangeValues(OptTable* head, std::string_view key, std::string_view value) noexcept;
+
+}  // namespace ia
+
+#endif  // INFO_COMMON_OPTION_TABLE_H_

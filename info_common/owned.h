@@ -1,0 +1,37 @@
+// Owned C memory: what a caller will free(), we hold in a unique_ptr that frees.
+#ifndef INFO_COMMON_OWNED_H_
+#define INFO_COMMON_OWNED_H_
+
+#include <algorithm>
+#include <cstdlib>
+#include <memory>
+#include <string_view>
+
+namespace ia {
+
+struct FreeDeleter {
+  void operator()(void* block) const noexcept { std::free(block); }
+};
+template <class T>
+using CPtr = std::unique_ptr<T, FreeDeleter>;
+using CString = CPtr<char[]>;
+
+// Null when memory ran out, as with everything that allocates here.
+[[nodiscard]] inline CString NewText(std::size_t length) noexcept {
+  return CString(static_cast<char*>(std::malloc(length + 1)));
+}
+
+[[nodiscard]] inline CString Duplicate(std::string_view text) noexcept {
+  CString copy = NewText(text.size());
+  if (copy) *std::copy(text.begin(), text.end(), copy.get()) = '\0';
+  return copy;
+}
+
+template <class T>
+[[nodiscard]] CPtr<T> NewZeroed() noexcept {
+  return CPtr<T>(static_cast<T*>(std::calloc(1, sizeof(T))));
+}
+
+}  // namespace ia
+
+#endif  // INFO_COMMON_OWNED_H_

@@ -1,0 +1,24 @@
+// The two kinds of PPD lines that hold a key and a value.
+#ifndef INFO_COMMON_PPD_LINES_H_
+#define INFO_COMMON_PPD_LINES_H_
+
+#include <cstddef>
+#include <string_view>
+
+namespace ia {
+
+// Room for a key or a value of a PPD line, its NUL and one byte that stays free.
+inline constexpr std::size_t kPpdTextSize = 256;
+
+// Parts of the line that was split.
+struct KeyAndValue {
+  std::string_view key;
+  std::string_view value;
+};
+
+// Splits a "*QV" line, given from its second byte.
+[[nodiscard]] KeyAndValue SplitOptionLine(const char* source) noexcept;
+
+}  // namespace ia
+
+#endif  // INFO_COMMON_PPD_LINES_H_
