@@ -1,0 +1,165 @@
+// Loading the nine device documents into an analyser's slots.
+#include "info_analyze/device_documents.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <cstdint>
+
+#include "info_analyze/analyzer.h"
+#include "info_analyze/bidi.h"
+#include "info_common/owned.h"
+#include "queue/paths.h"
+
+namespace ia {
+namespace {
+
+struct Document {
+  const char* file_name;  // appended to the folder as it stands
+  const char* cache_key;
+  const char* list_key;  // of the repeated dictionary whose items are counted, or null
+};
+
+constexpr auto kDocuments = std::to_array<Document>({
+    {"/Accessories.xml", "INFO_Acce", nullptr},
+    {"/Functions.xml", "INFO_Func", nullptr},
+    {"/Specid.xml", "INFO_SpID", nullptr},
+    {"/Finisher_list.xml", "INFO_FiLi", "list"},
+    {"/Bin_list.xml", "INFO_BiLi", "list"},
+    {"/Tray_list.xml", "INFO_TrLi", "list"},
+    {"/Resolutions.xml", "INFO_Reso", nullptr},
+    {"/Fax_line_list.xml", "INFO_FaLL", "list"},
+    {"/Devicename.xml", "INFO_DeNa", nullptr},
+});
+static_assert(kDocuments.size() == IA_DOCUMENT_COUNT);
+
+constexpr std::size_t kDocumentPathSize = 1024;
+constexpr off_t kLargestDocument = off_t{16} << 20;
+
+struct Bytes {
+  CString data;
+  std::int32_t length = 0;
+};
+
+class FileDescriptor {
+ public:
+  explicit FileDescriptor(int descriptor) noexcept : descriptor_(descriptor) {}
+  FileDescriptor(const FileDescriptor&) = delete;
+  FileDescriptor& operator=(const FileDescriptor&) = delete;
+  ~FileDescriptor() {
+    if (descriptor_ >= 0) close(descriptor_);
+  }
+  [[nodiscard]] int Get() const noexcept { return descriptor_; }
+
+ private:
+  int descriptor_;
+};
+
+bool IsDocumentIndex(std::int32_t index) noexcept {
+  return index >= 0 && index < IA_DOCUMENT_COUNT;
+}
+
+// Length of a file that can be a document, else -1. A FIFO or a device would block or never end.
+off_t DocumentLength(int descriptor) noexcept {
+  struct stat status;
+  if (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode)) return -1;
+  const off_t length = lseek(descriptor, 0, SEEK_END);
+  if (length < 0 || length > kLargestDocument || lseek(descriptor, 0, SEEK_SET) != 0) return -1;
+  return length;
+}
+
+std::int32_t ReadExactly(int descriptor, char* data, std::size_t length) noexcept {
+  while (length > 0) {
+    errno = 0;
+    const ssize_t count = read(descriptor, data, length);
+    if (count < 0) return errno != 0 ? errno : -1;
+    if (count == 0) return -1;  // the file shrank meanwhile
+    data += count;
+    length -= static_cast<std::size_t>(count);
+  }
+  return 0;
+}
+
+std::int32_t ReadDocumentFile(const char* path, Bytes& bytes) noexcept {
+  const FileDescriptor file(open(path, O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+  if (file.Get() < 1) return -1;  // 0, free where stdin is closed, counts as a failure
+  const off_t length = DocumentLength(file.Get());
+  if (length < 0) return -1;
+  bytes.data = NewText(static_cast<std::size_t>(length));
+  if (!bytes.data) return -1;
+  bytes.length = static_cast<std::int32_t>(length);
+  return ReadExactly(file.Get(), bytes.data.get(), static_cast<std::size_t>(length));
+}
+
+std::int32_t ReadDocument(const char* folder, const Document& document, Bytes& bytes) noexcept {
+  if (folder == nullptr) return -1;
+  const CString path = MakePath({folder, document.file_name}, kDocumentPathSize);
+  return path ? ReadDocumentFile(path.get(), bytes) : -1;
+}
+
+std::int32_t ReadCachedDocument(const char* queue_name, const Document& document,
+                                Bytes& bytes) noexcept {
+  void* data = nullptr;
+  const std::int32_t status =
+      info_common_read_data_from_ppd(queue_name, document.cache_key, &data, &bytes.length);
+  bytes.data.reset(static_cast<char*>(data));
+  return status;
+}
+
+}  // namespace
+}  // namespace ia
+
+int32_t analyze_common_create_xmldata(AnalyzeContext* context, int32_t index) noexcept {
+  if (context == nullptr || !ia::IsDocumentIndex(index)) return -1;
+  const ia::Document& document = ia::kDocuments[static_cast<std::size_t>(index)];
+  ia::Bytes bytes;
+  const std::int32_t status = context->is_ppd_cache != 0
+                                  ? ia::ReadCachedDocument(context->queue_name, document, bytes)
+                                  : ia::ReadDocument(context->xml_folder, document, bytes);
+  if (status != 0) return status;
+  return analyze_common_initialize_xmldata(context, index, bytes.data.get(), bytes.length,
+                                           document.list_key);
+}
+
+int32_t analyze_common_create_all_xmldata(AnalyzeContext* context) noexcept {
+  if (context == nullptr) return -1;
+  int32_t status = 0;
+  for (int32_t index = 0; index < IA_DOCUMENT_COUNT && status == 0; ++index) {
+    status = analyze_common_create_xmldata(context, index);
+  }
+  return status;
+}
+
+int32_t analyze_common_initialize_xmldata(AnalyzeContext* context, int32_t index, const void* bytes,
+                                          int32_t length, const char* list_key) noexcept {
+  if (context == nullptr || bytes == nullptr || length < 0 || !ia::IsDocumentIndex(index)) {
+    return -1;
+  }
+  QvXmlReader* const reader = Bidi_qvxmlwrapGet_New(context->bidi, bytes, length);
+  if (reader == nullptr) return 0;  // a document that cannot be read counts as absent
+  int32_t count = 0;
+  if (list_key != nullptr) {
+    Bidi_qvxmlwrapGet_DictCount(context->bidi, reader, list_key, &count);
+  }
+  context->documents[index] = {reader, count};
+  return 0;
+}
+
+void analyze_common_destroy_xmldata(AnalyzeContext* context, int32_t index) noexcept {
+  if (context == nullptr || !ia::IsDocumentIndex(index)) return;
+  XmlData& slot = context->documents[index];
+  if (slot.xml == nullptr) return;
+  Bidi_qvxmlwrapGet_Destroy(context->bidi, slot.xml);
+  slot = {};
+}
+
+int32_t analyze_common_destroy_all_xmldata(AnalyzeContext* context) noexcept {
+  if (context == nullptr) return -1;
+  for (int32_t index = 0; index < IA_DOCUMENT_COUNT; ++index) {
+    analyze_common_destroy_xmldata(context, index);
+  }
+  return 0;
+}

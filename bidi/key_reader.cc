@@ -1,0 +1,184 @@
+// Reading values of device documents through key descriptors. That a value is missing is no error:
+// its destination keeps the default that the caller put there.
+#include <algorithm>
+#include <span>
+
+#include "info_analyze/analyzer.h"
+#include "info_analyze/bidi.h"
+#include "info_analyze/device_documents.h"
+#include "info_common/owned.h"
+
+namespace ia {
+namespace {
+
+using Descriptors = std::span<const XmlKeyDescriptor>;
+
+// Where values are read from.
+struct Source {
+  BidiContext* bidi;
+  QvXmlReader* reader;
+};
+
+std::int32_t ReadLong(Source source, const XmlKeyDescriptor& descriptor) noexcept {
+  if (descriptor.key == nullptr) return -1;
+  Bidi_qvxmlwrapGet_Long(source.bidi, source.reader, descriptor.key,
+                         static_cast<std::int32_t*>(descriptor.destination), 0);
+  return 0;
+}
+
+std::int32_t ReadString(Source source, const XmlKeyDescriptor& descriptor) noexcept {
+  if (descriptor.key == nullptr || descriptor.encoding == nullptr) return -1;
+  Bidi_qvxmlwrapGet_String(source.bidi, source.reader, descriptor.key,
+                           static_cast<char**>(descriptor.destination), descriptor.auxiliary,
+                           *descriptor.encoding, 0);
+  return 0;
+}
+
+// Elements beyond the destination's capacity, where the descriptor names one, are not seen.
+std::int32_t ElementsThatFit(const XmlKeyDescriptor& elements, std::int32_t count) noexcept {
+  return elements.count != nullptr ? std::min(count, *elements.count) : count;
+}
+
+std::int32_t ReadLongElements(Source source, const XmlKeyDescriptor& descriptor,
+                              std::int32_t count) noexcept {
+  auto* const numbers = static_cast<std::int32_t*>(descriptor.destination);
+  for (std::int32_t i = 0; i < ElementsThatFit(descriptor, count); ++i) {
+    Bidi_qvxmlwrapGet_LongFromArray(source.bidi, source.reader, i, &numbers[i], 0);
+  }
+  return 0;
+}
+
+std::int32_t ReadStringElements(Source source, const XmlKeyDescriptor& descriptor,
+                                std::int32_t count) noexcept {
+  if (descriptor.encoding == nullptr) return -1;
+  auto* const texts = static_cast<char**>(descriptor.destination);
+  for (std::int32_t i = 0; i < ElementsThatFit(descriptor, count); ++i) {
+    char* text = nullptr;
+    const bool found =
+        Bidi_qvxmlwrapGet_StringFromArray(source.bidi, source.reader, i, &text,
+                                          descriptor.auxiliary, *descriptor.encoding, 0) != 0;
+    const CString owned_text(text);
+    if (found && owned_text) texts[i] = Duplicate(text).release();
+  }
+  return 0;
+}
+
+std::int32_t ReadPlain(Source source, const XmlKeyDescriptor& descriptor,
+                       std::int32_t elements) noexcept {
+  if (descriptor.destination == nullptr) return -1;
+  switch (descriptor.type) {
+    case IA_KEY_LONG:
+      return ReadLong(source, descriptor);
+    case IA_KEY_STRING:
+      return ReadString(source, descriptor);
+    case IA_KEY_LONG_ELEMENTS:
+      return ReadLongElements(source, descriptor, elements);
+    case IA_KEY_STRING_ELEMENTS:
+      return ReadStringElements(source, descriptor, elements);
+    default:
+      return -1;
+  }
+}
+
+std::int32_t ReadNested(Source source, Descriptors descriptors, std::int32_t index) noexcept;
+
+// The descriptors inside a dictionary or array, or an empty span for a caller's null.
+Descriptors Inner(const XmlKeyDescriptor& descriptor, std::int32_t count) noexcept {
+  const auto* const inner = *static_cast<XmlKeyDescriptor* const*>(descriptor.destination);
+  if (inner == nullptr || count < 1) return {};
+  return {inner, static_cast<std::size_t>(count)};
+}
+
+bool HasInner(const XmlKeyDescriptor& descriptor) noexcept {
+  return descriptor.key != nullptr && descriptor.destination != nullptr &&
+         descriptor.count != nullptr;
+}
+
+std::int32_t ReadArray(Source source, const XmlKeyDescriptor& descriptor) noexcept {
+  if (!HasInner(descriptor)) return -1;
+  const Descriptors element = Inner(descriptor, 1);
+  if (element.empty()) return -1;
+  *descriptor.count = 0;
+  std::int32_t count = 0;
+  Bidi_qvxmlwrapGet_ArrayCount(source.bidi, source.reader, descriptor.key, &count);
+  if (count < 1) return 0;
+  count = ElementsThatFit(element.front(), count);
+  *descriptor.count = count;
+  Bidi_qvxmlwrapGet_OpenArray(source.bidi, source.reader, descriptor.key);
+  const std::int32_t status = ReadNested(source, element, count);
+  Bidi_qvxmlwrapGet_CloseArray(source.bidi, source.reader);
+  return status;
+}
+
+// Entered even when the open failed: the communication library then reads nothing in it.
+std::int32_t ReadDictionary(Source source, const XmlKeyDescriptor& descriptor,
+                            std::int32_t index) noexcept {
+  if (!HasInner(descriptor)) return -1;
+  Bidi_qvxmlwrapGet_OpenDict(source.bidi, source.reader, descriptor.key, index);
+  const std::int32_t status = ReadNested(source, Inner(descriptor, *descriptor.count), 0);
+  Bidi_qvxmlwrapGet_CloseDict(source.bidi, source.reader);
+  return status;
+}
+
+std::int32_t ReadNested(Source source, Descriptors descriptors, std::int32_t index) noexcept {
+  for (const XmlKeyDescriptor& descriptor : descriptors) {
+    std::int32_t status = 0;
+    if (descriptor.type == IA_KEY_ARRAY) {
+      status = ReadArray(source, descriptor);
+    } else if (descriptor.type == IA_KEY_DICTIONARY) {
+      status = ReadDictionary(source, descriptor, index);
+    } else {
+      status = ReadPlain(source, descriptor, index);
+    }
+    if (status != 0) return status;
+  }
+  return 0;
+}
+
+QvXmlReader* ReaderOf(const AnalyzeContext& context, const XmlKeyDescriptor& descriptor) noexcept {
+  const bool is_document = descriptor.document >= 0 && descriptor.document < IA_DOCUMENT_COUNT;
+  return is_document ? context.documents[descriptor.document].xml : nullptr;
+}
+
+}  // namespace
+}  // namespace ia
+
+int32_t analyze_common_readxml(AnalyzeContext* context, const XmlKeyDescriptor* descriptors,
+                               int32_t count) noexcept {
+  if (context == nullptr || descriptors == nullptr) return -1;
+  for (int32_t i = 0; i < count; ++i) {
+    QvXmlReader* const reader = ia::ReaderOf(*context, descriptors[i]);
+    const int32_t status = analyze_common_getxmlkeydata(context, reader, &descriptors[i], 0);
+    if (status != 0) return status;
+  }
+  return 0;
+}
+
+int32_t analyze_common_getxmlkeydata(AnalyzeContext* context, QvXmlReader* reader,
+                                     const XmlKeyDescriptor* descriptor,
+                                     int32_t elements) noexcept {
+  if (context == nullptr || reader == nullptr || descriptor == nullptr) return -1;
+  return ia::ReadPlain({context->bidi, reader}, *descriptor, elements);
+}
+
+int32_t analyze_common_getxmloneinfo(AnalyzeContext* context, QvXmlReader* reader,
+                                     const XmlKeyDescriptor* descriptors, int32_t count,
+                                     int32_t index) noexcept {
+  if (context == nullptr || reader == nullptr || descriptors == nullptr) return -1;
+  if (count < 1) return 0;
+  return ia::ReadNested({context->bidi, reader}, {descriptors, static_cast<std::size_t>(count)},
+                        index);
+}
+
+int32_t analyze_common_readxml_for_list(AnalyzeContext* context,
+                                        const XmlKeyDescriptor* descriptors, int32_t count,
+                                        int32_t list_index) noexcept {
+  if (context == nullptr || descriptors == nullptr) return -1;
+  for (int32_t i = 0; i < count; ++i) {
+    QvXmlReader* const reader = ia::ReaderOf(*context, descriptors[i]);
+    const int32_t status =
+        analyze_common_getxmloneinfo(context, reader, &descriptors[i], 1, list_index);
+    if (status != 0) return status;
+  }
+  return 0;
+}
