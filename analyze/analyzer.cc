@@ -1,0 +1,102 @@
+#include "info_analyze/analyzer.h"
+
+#include <array>
+#include <cstddef>
+#include <type_traits>
+
+#include "info_common/option_table.h"
+#include "info_common/owned.h"
+
+namespace ia {
+namespace {
+
+// Handlers outside the library read these records.
+static_assert(std::is_standard_layout_v<AnalyzeContext>);
+constexpr std::size_t kWord = sizeof(void*);
+static_assert(sizeof(XmlData) == 2 * kWord);
+static_assert(offsetof(AnalyzeContext, bidi) == 0);
+static_assert(offsetof(AnalyzeContext, queue_name) == 1 * kWord);
+static_assert(offsetof(AnalyzeContext, xml_folder) == 2 * kWord);
+static_assert(offsetof(AnalyzeContext, driver_name) == 3 * kWord);
+static_assert(offsetof(AnalyzeContext, documents) == 4 * kWord);
+static_assert(offsetof(AnalyzeContext, media_type_flags) == 22 * kWord);
+static_assert(offsetof(AnalyzeContext, input_tray_flags) == 23 * kWord);
+static_assert(offsetof(AnalyzeContext, slot_media_info_flags) == 24 * kWord);
+static_assert(offsetof(AnalyzeContext, src_option_flags) == 25 * kWord);
+static_assert(offsetof(AnalyzeContext, finisher_name_flags) == 26 * kWord);
+static_assert(offsetof(AnalyzeContext, ppd_options) == 27 * kWord);
+static_assert(offsetof(AnalyzeContext, is_ppd_cache) == 28 * kWord);
+
+constexpr std::int32_t kFlagCapacity = 1024;
+
+struct FlagKey {
+  const char* key;
+  FlagInfo* AnalyzeContext::*store;
+};
+
+// In the order in which the stores are filled: the last one made decides about success.
+constexpr auto kFlagKeys = std::to_array<FlagKey>({
+    {"QV_Prot_MediaType", &AnalyzeContext::media_type_flags},
+    {"QVAnlz_SlotMediaInfo", &AnalyzeContext::slot_media_info_flags},
+    {"QVAnlz_InputTray", &AnalyzeContext::input_tray_flags},
+    {"QVAnlz_FinisherName", &AnalyzeContext::finisher_name_flags},
+    {"QVAnlz_SrcOption", &AnalyzeContext::src_option_flags},
+});
+
+struct AnalyzerDeleter {
+  void operator()(AnalyzeContext* context) const noexcept { Analyze_Destroy(context); }
+};
+
+std::int32_t FillFlagStores(AnalyzeContext& context) noexcept {
+  std::int32_t status = 0;
+  for (const FlagKey& flag : kFlagKeys) {
+    FlagInfo* const store = zflaginfo_init(flag.key, kFlagCapacity);
+    context.*flag.store = store;
+    // A store that could not be made is no failure, and a failure before a success is masked:
+    // drivers would rather lose flags than the whole analyser.
+    if (store != nullptr) status = zflaginfo_getflags(context.ppd_options, flag.key, store);
+  }
+  return status;
+}
+
+// False when memory ran out; a PPD without model code is fine.
+bool CopyDriverName(AnalyzeContext& context) noexcept {
+  const char* const name = FindValue(context.ppd_options, "QVAnlz_DriverName");
+  if (name == nullptr) return true;
+  context.driver_name = Duplicate(name).release();
+  return context.driver_name != nullptr;
+}
+
+}  // namespace
+}  // namespace ia
+
+AnalyzeContext* Analyze_Create(BidiContext* bidi, const char* queue_name,
+                               const char* xml_folder) noexcept {
+  if (bidi == nullptr || queue_name == nullptr) return nullptr;
+  std::unique_ptr<AnalyzeContext, ia::AnalyzerDeleter> context(
+      ia::NewZeroed<AnalyzeContext>().release());
+  if (!context) return nullptr;
+  context->bidi = bidi;
+  context->xml_folder = xml_folder;
+  context->queue_name = ia::Duplicate(queue_name).release();
+  context->is_ppd_cache = static_cast<uint8_t>(info_common_is_ppd_cache());
+  if (context->queue_name == nullptr) return nullptr;
+  context->ppd_options = info_common_optlist_create(queue_name);
+  if (context->ppd_options == nullptr) return nullptr;
+  if (ia::FillFlagStores(*context) != 0 || !ia::CopyDriverName(*context)) return nullptr;
+  return context.release();
+}
+
+void Analyze_Destroy(AnalyzeContext* context) noexcept {
+  if (context == nullptr) return;
+  OptionList_Terminate(&context->ppd_options);
+  analyze_common_destroy_all_xmldata(context);
+  zflaginfo_term(context->media_type_flags);
+  zflaginfo_term(context->input_tray_flags);
+  zflaginfo_term(context->slot_media_info_flags);
+  zflaginfo_term(context->src_option_flags);
+  zflaginfo_term(context->finisher_name_flags);
+  std::free(context->driver_name);
+  std::free(context->queue_name);
+  std::free(context);
+}
