@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdint>
@@ -38,6 +39,10 @@ static_assert(kDocuments.size() == IA_DOCUMENT_COUNT);
 
 constexpr std::size_t kDocumentPathSize = 1024;
 constexpr off_t kLargestDocument = off_t{16} << 20;
+
+// More than a document of that size can hold. A communication library that claims more would keep
+// the update handlers busy for hours.
+constexpr std::int32_t kMostListItems = 1 << 20;
 
 struct Bytes {
   CString data;
@@ -144,7 +149,7 @@ int32_t analyze_common_initialize_xmldata(AnalyzeContext* context, int32_t index
   if (list_key != nullptr) {
     Bidi_qvxmlwrapGet_DictCount(context->bidi, reader, list_key, &count);
   }
-  context->documents[index] = {reader, count};
+  context->documents[index] = {reader, std::clamp(count, 0, ia::kMostListItems)};
   return 0;
 }
 

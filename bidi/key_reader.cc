@@ -1,7 +1,6 @@
 // Reading values of device documents through key descriptors. That a value is missing is no error:
 // its destination keeps the default that the caller put there.
 #include <algorithm>
-#include <span>
 
 #include "info_analyze/analyzer.h"
 #include "info_analyze/bidi.h"
@@ -10,8 +9,6 @@
 
 namespace ia {
 namespace {
-
-using Descriptors = std::span<const XmlKeyDescriptor>;
 
 // Where values are read from.
 struct Source {
@@ -36,7 +33,9 @@ std::int32_t ReadString(Source source, const XmlKeyDescriptor& descriptor) noexc
 
 // Elements beyond the destination's capacity, where the descriptor names one, are not seen.
 std::int32_t ElementsThatFit(const XmlKeyDescriptor& elements, std::int32_t count) noexcept {
-  return elements.count != nullptr ? std::min(count, *elements.count) : count;
+  const bool has_room_for_some =
+      elements.type == IA_KEY_LONG_ELEMENTS || elements.type == IA_KEY_STRING_ELEMENTS;
+  return has_room_for_some && elements.count != nullptr ? std::min(count, *elements.count) : count;
 }
 
 std::int32_t ReadLongElements(Source source, const XmlKeyDescriptor& descriptor,
@@ -80,32 +79,31 @@ std::int32_t ReadPlain(Source source, const XmlKeyDescriptor& descriptor,
   }
 }
 
-std::int32_t ReadNested(Source source, Descriptors descriptors, std::int32_t index) noexcept;
-
-// The descriptors inside a dictionary or array, or an empty span for a caller's null.
-Descriptors Inner(const XmlKeyDescriptor& descriptor, std::int32_t count) noexcept {
-  const auto* const inner = *static_cast<XmlKeyDescriptor* const*>(descriptor.destination);
-  if (inner == nullptr || count < 1) return {};
-  return {inner, static_cast<std::size_t>(count)};
-}
+std::int32_t ReadNested(Source source, const XmlKeyDescriptor* descriptors, std::int32_t count,
+                        std::int32_t index) noexcept;
 
 bool HasInner(const XmlKeyDescriptor& descriptor) noexcept {
   return descriptor.key != nullptr && descriptor.destination != nullptr &&
          descriptor.count != nullptr;
 }
 
+// The descriptors inside a dictionary, or the one of an array's elements; null for a caller's null.
+const XmlKeyDescriptor* Inner(const XmlKeyDescriptor& descriptor) noexcept {
+  return *static_cast<const XmlKeyDescriptor* const*>(descriptor.destination);
+}
+
 std::int32_t ReadArray(Source source, const XmlKeyDescriptor& descriptor) noexcept {
   if (!HasInner(descriptor)) return -1;
-  const Descriptors element = Inner(descriptor, 1);
-  if (element.empty()) return -1;
   *descriptor.count = 0;
   std::int32_t count = 0;
   Bidi_qvxmlwrapGet_ArrayCount(source.bidi, source.reader, descriptor.key, &count);
   if (count < 1) return 0;
-  count = ElementsThatFit(element.front(), count);
+  const XmlKeyDescriptor* const element = Inner(descriptor);
+  if (element == nullptr) return -1;
+  count = ElementsThatFit(*element, count);
   *descriptor.count = count;
   Bidi_qvxmlwrapGet_OpenArray(source.bidi, source.reader, descriptor.key);
-  const std::int32_t status = ReadNested(source, element, count);
+  const std::int32_t status = ReadNested(source, element, 1, count);
   Bidi_qvxmlwrapGet_CloseArray(source.bidi, source.reader);
   return status;
 }
@@ -115,24 +113,31 @@ std::int32_t ReadDictionary(Source source, const XmlKeyDescriptor& descriptor,
                             std::int32_t index) noexcept {
   if (!HasInner(descriptor)) return -1;
   Bidi_qvxmlwrapGet_OpenDict(source.bidi, source.reader, descriptor.key, index);
-  const std::int32_t status = ReadNested(source, Inner(descriptor, *descriptor.count), 0);
+  const std::int32_t status = ReadNested(source, Inner(descriptor), *descriptor.count, 0);
   Bidi_qvxmlwrapGet_CloseDict(source.bidi, source.reader);
   return status;
 }
 
-std::int32_t ReadNested(Source source, Descriptors descriptors, std::int32_t index) noexcept {
-  for (const XmlKeyDescriptor& descriptor : descriptors) {
-    std::int32_t status = 0;
-    if (descriptor.type == IA_KEY_ARRAY) {
-      status = ReadArray(source, descriptor);
-    } else if (descriptor.type == IA_KEY_DICTIONARY) {
-      status = ReadDictionary(source, descriptor, index);
-    } else {
-      status = ReadPlain(source, descriptor, index);
-    }
-    if (status != 0) return status;
+std::int32_t ReadAny(Source source, const XmlKeyDescriptor& descriptor,
+                     std::int32_t index) noexcept {
+  switch (descriptor.type) {
+    case IA_KEY_ARRAY:
+      return ReadArray(source, descriptor);
+    case IA_KEY_DICTIONARY:
+      return ReadDictionary(source, descriptor, index);
+    default:
+      return ReadPlain(source, descriptor, index);
   }
-  return 0;
+}
+
+std::int32_t ReadNested(Source source, const XmlKeyDescriptor* descriptors, std::int32_t count,
+                        std::int32_t index) noexcept {
+  if (descriptors == nullptr) return -1;
+  std::int32_t status = 0;
+  for (std::int32_t i = 0; i < count && status == 0; ++i) {
+    status = ReadAny(source, descriptors[i], index);
+  }
+  return status;
 }
 
 QvXmlReader* ReaderOf(const AnalyzeContext& context, const XmlKeyDescriptor& descriptor) noexcept {
@@ -164,10 +169,8 @@ int32_t analyze_common_getxmlkeydata(AnalyzeContext* context, QvXmlReader* reade
 int32_t analyze_common_getxmloneinfo(AnalyzeContext* context, QvXmlReader* reader,
                                      const XmlKeyDescriptor* descriptors, int32_t count,
                                      int32_t index) noexcept {
-  if (context == nullptr || reader == nullptr || descriptors == nullptr) return -1;
-  if (count < 1) return 0;
-  return ia::ReadNested({context->bidi, reader}, {descriptors, static_cast<std::size_t>(count)},
-                        index);
+  if (context == nullptr || reader == nullptr) return -1;
+  return ia::ReadNested({context->bidi, reader}, descriptors, count, index);
 }
 
 int32_t analyze_common_readxml_for_list(AnalyzeContext* context,

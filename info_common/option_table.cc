@@ -1,17 +1,17 @@
 #include "info_common/option_table.h"
 
+#include <utility>
+
 #include "info_common/ascii.h"
 
 namespace ia {
 
-CPtr<OptTable> NewNode(std::string_view key, std::string_view value) noexcept {
-  CPtr<OptTable> node = NewZeroed<OptTable>();
-  CString key_copy = Duplicate(key);
-  CString value_copy = Duplicate(value);
-  if (!node || !key_copy || !value_copy) return nullptr;
-  node->key = key_copy.release();
-  node->value = value_copy.release();
-  return node;
+NodePtr NewNode(std::string_view key, std::string_view value) noexcept {
+  NodePtr node(NewZeroed<OptTable>().release());
+  if (!node) return nullptr;
+  node->key = Duplicate(key).release();
+  node->value = Duplicate(value).release();
+  return node->key != nullptr && node->value != nullptr ? std::move(node) : nullptr;
 }
 
 OptTable* FindKeyPrefix(OptTable* head, std::string_view key) noexcept {
@@ -51,13 +51,7 @@ bool ChangeValues(OptTable* head, std::string_view key, std::string_view value) 
 }  // namespace ia
 
 void info_common_optlist_destroy(OptTable* head) noexcept {
-  while (head != nullptr) {
-    OptTable* const next = head->next;
-    std::free(head->key);
-    std::free(head->value);
-    std::free(head);
-    head = next;
-  }
+  while (head != nullptr) ia::NodePtr(std::exchange(head, head->next)).reset();
 }
 
 OptTable* info_common_optlist_find(OptTable* head, const char* key) noexcept {
@@ -95,7 +89,7 @@ void info_common_optlist_additem_front(OptTable** head, const char* key,
     ia::ChangeValues(*head, key, value);
     return;
   }
-  if (auto node = ia::NewNode(key, value)) {
+  if (ia::NodePtr node = ia::NewNode(key, value)) {
     node->next = *head;
     *head = node.release();
   }

@@ -9,8 +9,18 @@
 
 namespace ia {
 
+// Frees a node with its texts, without the nodes behind it.
+struct NodeDeleter {
+  void operator()(OptTable* node) const noexcept {
+    std::free(node->key);
+    std::free(node->value);
+    std::free(node);
+  }
+};
+using NodePtr = std::unique_ptr<OptTable, NodeDeleter>;
+
 // A node with copies of both texts, or null.
-[[nodiscard]] CPtr<OptTable> NewNode(std::string_view key, std::string_view value) noexcept;
+[[nodiscard]] NodePtr NewNode(std::string_view key, std::string_view value) noexcept;
 
 // First node whose key begins with the given text.
 [[nodiscard]] OptTable* FindKeyPrefix(OptTable* head, std::string_view key) noexcept;

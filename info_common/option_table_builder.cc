@@ -49,7 +49,7 @@ OptionTableBuilder::~OptionTableBuilder() {
 }
 
 bool OptionTableBuilder::Put(std::string_view key, std::string_view value) noexcept {
-  CPtr<OptTable> node = NewNode(key, value);
+  NodePtr node = NewNode(key, value);
   if (!node) return false;
   if (IsKnown(node.get())) return Change(key, value);
   node->next = head_;

@@ -1,12 +1,12 @@
 // The queue's PPD: fetched from the CUPS server into a temporary file, read, and deleted.
-#include <cups/cups.h>
+#include "info_common/ppd_file.h"
+
 #include <cups/ppd.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstring>
 
-#include "info_analyze/option_table.h"
 #include "info_common/owned.h"
 #include "info_common/ppd_reader.h"
 
@@ -36,6 +36,18 @@ cups_file_t* OpenPpd(const char* queue_name, CString& path) noexcept {
 }
 
 }  // namespace
+
+OptTable* ReadPpd(cups_file_t* file) noexcept {
+  PpdReader reader;
+  char line[kPpdLineSize];
+  for (;;) {
+    std::memset(line, 0, kPpdLineHead);
+    if (cupsFileGets(file, line, sizeof line) == nullptr) break;
+    reader.TakeLine(line);
+  }
+  return reader.TakeTable();
+}
+
 }  // namespace ia
 
 struct _cups_file_s* wrapCupsFileOpen2(const char* queue_name, const char* mode,
@@ -69,13 +81,7 @@ OptTable* info_common_optlist_create(const char* queue_name) noexcept {
   ia::CString path;
   cups_file_t* const file = ia::OpenPpd(queue_name, path);
   if (file == nullptr) return nullptr;
-  ia::PpdReader reader;
-  char line[ia::kPpdLineSize];
-  for (;;) {
-    std::memset(line, 0, ia::kPpdLineHead);
-    if (cupsFileGets(file, line, sizeof line) == nullptr) break;
-    reader.TakeLine(line);
-  }
+  OptTable* const table = ia::ReadPpd(file);
   wrapCupsFileClose2(file, path.get());
-  return reader.TakeTable();
+  return table;
 }

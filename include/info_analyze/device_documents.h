@@ -30,7 +30,7 @@ enum {
 /** One document slot of an analyser. */
 typedef struct XmlData {
   QvXmlReader* xml; /**< reader of the communication library; NULL: not loaded */
-  int32_t count;    /**< items of the document's list; 0 when it has none */
+  int32_t count;    /**< items of the document's list, 0 to 1,048,576; 0 when it has none */
 } XmlData;
 
 /** What a key descriptor reads. */

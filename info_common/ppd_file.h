@@ -1,0 +1,17 @@
+// Reading an open PPD.
+#ifndef INFO_COMMON_PPD_FILE_H_
+#define INFO_COMMON_PPD_FILE_H_
+
+#include <cups/file.h>
+
+#include "info_analyze/option_table.h"
+
+namespace ia {
+
+// The option table of a PPD, from where the file stands to its end; null when the PPD has no option
+// lines or memory ran out.
+[[nodiscard]] OptTable* ReadPpd(cups_file_t* file) noexcept;
+
+}  // namespace ia
+
+#endif  // INFO_COMMON_PPD_FILE_H_
