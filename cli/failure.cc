@@ -1,0 +1,17 @@
+#include "cli/failure.h"
+
+#include <iostream>
+
+#include "cli/printable.h"
+
+namespace ia::cli {
+
+void ReportError(std::string_view message) {
+  std::cerr << "info-analyze: error: " << Printable(message) << '\n';
+}
+
+void ReportWarning(std::string_view message) {
+  std::cerr << "info-analyze: warning: " << Printable(message) << '\n';
+}
+
+}  // namespace ia::cli

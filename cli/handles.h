@@ -1,0 +1,31 @@
+// What the library hands out, each with the function that releases it.
+#ifndef INFO_ANALYZE_CLI_HANDLES_H_
+#define INFO_ANALYZE_CLI_HANDLES_H_
+
+#include <cstdlib>
+#include <memory>
+
+#include "info_analyze/info_analyze.h"
+
+namespace ia::cli {
+
+template <auto kRelease>
+struct Releaser {
+  template <class T>
+  void operator()(T* object) const noexcept {
+    kRelease(object);
+  }
+};
+
+struct OptionListReleaser {
+  void operator()(OptionList* list) const noexcept { OptionList_Terminate(&list); }
+};
+
+using TextPtr = std::unique_ptr<char, Releaser<std::free>>;
+using BidiPtr = std::unique_ptr<BidiContext, Releaser<Bidi_Destroy>>;
+using AnalyzerPtr = std::unique_ptr<AnalyzeContext, Releaser<Analyze_Destroy>>;
+using OptionListPtr = std::unique_ptr<OptionList, OptionListReleaser>;
+
+}  // namespace ia::cli
+
+#endif  // INFO_ANALYZE_CLI_HANDLES_H_

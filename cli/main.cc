@@ -1,0 +1,74 @@
+// info-analyze: the library's answers on the command line.
+
+#include <CLI/CLI.hpp>
+#include <array>
+#include <exception>
+#include <string>
+
+#include "cli/failure.h"
+#include "cli/verbs.h"
+
+namespace ia::cli {
+namespace {
+
+struct Verb {
+  const char* name;
+  const char* description;
+  void (*define)(CLI::App& verb);
+};
+
+constexpr auto kVerbs = std::to_array<Verb>({
+    {"query", "Tell what a printer is and has, as PPD options", DefineQuery},
+});
+
+void DefineCommandLine(CLI::App& app) {
+  app.name("info-analyze");
+  app.set_version_flag("--version", "info-analyze " IA_TOOL_VERSION, "Print the version and exit");
+  app.require_subcommand(0, 1);  // none is found out in RequireVerb(), after unknown words
+  for (const Verb& verb : kVerbs) verb.define(*app.add_subcommand(verb.name, verb.description));
+}
+
+[[nodiscard]] std::string HelpHint(const CLI::App& app) {
+  std::string command = app.get_name();
+  for (const CLI::App* verb : app.get_subcommands()) command += " " + verb->get_name();
+  return "; see " + command + " --help";
+}
+
+void RequireVerb(const CLI::App& app) {
+  if (!app.get_subcommands().empty()) return;
+  throw Failure(ExitStatus::kUsage, "a subcommand is required" + HelpHint(app));
+}
+
+[[nodiscard]] ExitStatus Fail(ExitStatus status, const std::string& message) {
+  ReportError(message);
+  return status;
+}
+
+[[nodiscard]] ExitStatus EndParsing(const CLI::App& app, const CLI::ParseError& error) {
+  if (error.get_exit_code() == 0) {  // --help and --version
+    app.exit(error);
+    return ExitStatus::kSuccess;
+  }
+  return Fail(ExitStatus::kUsage, error.what() + HelpHint(app));
+}
+
+[[nodiscard]] ExitStatus Run(int argc, char** argv) {
+  CLI::App app("Asks printers what they are and have, in the terms of their driver's PPD options.");
+  try {
+    DefineCommandLine(app);
+    app.parse(argc, argv);
+    RequireVerb(app);
+    return ExitStatus::kSuccess;
+  } catch (const CLI::ParseError& error) {
+    return EndParsing(app, error);
+  } catch (const Failure& failure) {
+    return Fail(failure.status(), failure.what());
+  } catch (const std::exception& error) {
+    return Fail(ExitStatus::kOther, error.what());
+  }
+}
+
+}  // namespace
+}  // namespace ia::cli
+
+int main(int argc, char** argv) { return static_cast<int>(ia::cli::Run(argc, argv)); }

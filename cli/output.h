@@ -1,0 +1,35 @@
+// The formats in which a verb gives option lists.
+#ifndef INFO_ANALYZE_CLI_OUTPUT_H_
+#define INFO_ANALYZE_CLI_OUTPUT_H_
+
+#include <string>
+#include <vector>
+
+#include "info_analyze/option_list.h"
+
+namespace ia::cli {
+
+struct Answer {
+  const char* driver_name;    // null when the PPD has none
+  const OptionList* options;  // without the list's first, empty node
+};
+
+using Formatter = std::string (*)(const Answer& answer);
+
+// One line for each option, "KEYWORD=VALUE", with control characters made visible.
+[[nodiscard]] std::string FormatText(const Answer& answer);
+
+// One JSON object in ASCII, with its keys in a fixed order; bytes that are not UTF-8 become U+FFFD.
+[[nodiscard]] std::string FormatJson(const Answer& answer);
+
+[[nodiscard]] std::vector<std::string> FormatNames();
+
+// The formatter of a name of FormatNames().
+[[nodiscard]] Formatter FindFormatter(const std::string& name);
+
+// Writes to standard output; throws a Failure when not all of the text got there.
+void WriteAnswer(const std::string& text);
+
+}  // namespace ia::cli
+
+#endif  // INFO_ANALYZE_CLI_OUTPUT_H_

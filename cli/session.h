@@ -1,0 +1,34 @@
+// The first steps of every verb that asks about one printer: which one, and how to reach it.
+#ifndef INFO_ANALYZE_CLI_SESSION_H_
+#define INFO_ANALYZE_CLI_SESSION_H_
+
+#include <CLI/CLI.hpp>
+#include <string>
+
+#include "cli/handles.h"
+
+namespace ia::cli {
+
+// Where a printer's driver, PPD and documents are, as told on the command line.
+struct PrinterLocation {
+  std::string queue;
+  std::string driver_folder;
+  std::string device_info;
+  std::string cups_root;  // empty: the CUPS server of the environment
+};
+
+void AddPrinterOptions(CLI::App& verb, PrinterLocation& location);
+
+// Members are released from the last to the first: the analyser needs the communication library.
+struct Session {
+  BidiPtr library;
+  AnalyzerPtr analyzer;
+};
+
+// Loads the communication library and creates the analyser; throws a Failure that names what is
+// missing. The location must outlive the session.
+[[nodiscard]] Session OpenSession(const PrinterLocation& location);
+
+}  // namespace ia::cli
+
+#endif  // INFO_ANALYZE_CLI_SESSION_H_

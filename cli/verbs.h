@@ -1,0 +1,15 @@
+// The verbs of the tool. A verb is a file with one such function and a row in main.cc.
+#ifndef INFO_ANALYZE_CLI_VERBS_H_
+#define INFO_ANALYZE_CLI_VERBS_H_
+
+#include <CLI/CLI.hpp>
+
+namespace ia::cli {
+
+// Each adds the options of one verb to its part of the command line and sets the callback that
+// does the work: the answer goes to standard output, a failure is thrown.
+void DefineQuery(CLI::App& verb);
+
+}  // namespace ia::cli
+
+#endif  // INFO_ANALYZE_CLI_VERBS_H_

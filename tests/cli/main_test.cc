@@ -1,0 +1,114 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "tests/cli/sample_printer.h"
+
+namespace {
+
+using ia_test::ExpectFailure;
+using ia_test::Finished;
+using ia_test::SamplePrinter;
+using testing::AllOf;
+using testing::HasSubstr;
+
+class ToolCommandLine : public SamplePrinter {};
+
+TEST_F(ToolCommandLine, VersionIsPrinted) {
+  const Finished run = RunTool({IA_TEST_TOOL, "--version"});
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(run.out, "info-analyze " IA_TEST_VERSION "\n");
+  EXPECT_EQ(run.err, "");
+}
+
+TEST_F(ToolCommandLine, HelpNamesTheVerbs) {
+  const Finished run = RunTool({IA_TEST_TOOL, "--help"});
+  EXPECT_EQ(run.status, 0);
+  EXPECT_THAT(run.out, AllOf(HasSubstr("Usage: info-analyze"), HasSubstr("query")));
+  EXPECT_EQ(run.err, "");
+}
+
+TEST_F(ToolCommandLine, HelpOfAVerbNamesItsOptions) {
+  const Finished run = RunTool({IA_TEST_TOOL, "query", "--help"});
+  EXPECT_EQ(run.status, 0);
+  for (const char* option :
+       {"--queue", "--driver-folder", "--device-info", "--cups-root", "--format"}) {
+    EXPECT_THAT(run.out, HasSubstr(option));
+  }
+  EXPECT_EQ(run.err, "");
+}
+
+TEST_F(ToolCommandLine, ManualPageHasEveryOptionOfTheHelp) {
+  const std::string manual = ia_test::ReadFile(IA_TEST_SOURCE "/docs/man/info-analyze.1");
+  const std::string help =
+      RunTool({IA_TEST_TOOL, "--help"}).out + RunTool({IA_TEST_TOOL, "query", "--help"}).out;
+  ASSERT_THAT(help, HasSubstr("--"));
+  for (std::size_t at = help.find("--"); at != std::string::npos; at = help.find("--", at + 2)) {
+    const std::size_t end = help.find_first_of(" \n", at);
+    EXPECT_THAT(manual, HasSubstr("Fl " + help.substr(at + 1, end - at - 1)));
+  }
+}
+
+TEST_F(ToolCommandLine, NoVerbIsRefused) {
+  ExpectFailure(RunTool({IA_TEST_TOOL}), 2,
+                AllOf(HasSubstr("subcommand"), HasSubstr("see info-analyze --help")));
+}
+
+TEST_F(ToolCommandLine, UnknownVerbIsRefused) {
+  ExpectFailure(RunTool({IA_TEST_TOOL, "questions"}), 2, HasSubstr("questions"));
+}
+
+TEST_F(ToolCommandLine, UnknownOptionIsRefused) {
+  ExpectFailure(RunQuery({"--colour"}), 2, HasSubstr("--colour"));
+}
+
+TEST_F(ToolCommandLine, ArgumentWithoutOptionIsRefused) {
+  ExpectFailure(RunQuery({"office"}), 2, HasSubstr("office"));
+}
+
+TEST_F(ToolCommandLine, OptionGivenTwiceIsRefused) {
+  ExpectFailure(RunQuery({"--queue", "other"}), 2, HasSubstr("--queue"));
+}
+
+TEST_F(ToolCommandLine, OptionWithoutValueIsRefused) {
+  ExpectFailure(RunQuery({"--format"}), 2, HasSubstr("--format"));
+}
+
+TEST_F(ToolCommandLine, UnknownFormatIsRefused) {
+  ExpectFailure(RunQuery({"--format", "xml"}), 2,
+                AllOf(HasSubstr("--format"), HasSubstr("xml"), HasSubstr("json")));
+}
+
+TEST_F(ToolCommandLine, ControlCharactersInItAreNotPrinted) {
+  ExpectFailure(RunQuery({"\x1b[31m"}), 2, AllOf(HasSubstr("\\x1b[31m"), Not(HasSubstr("\x1b"))));
+}
+
+TEST_F(ToolCommandLine, IsCheckedBeforeAnythingIsOpened) {
+  std::vector<std::string> arguments = QueryArguments();
+  std::ranges::replace(arguments, std::string(IA_TEST_DRIVER_FOLDER), root_ / "nowhere");
+  arguments.push_back("--colour");
+  ExpectFailure(RunTool(arguments), 2, Not(HasSubstr("nowhere")));
+}
+
+class ToolRequiredOption : public SamplePrinter, public testing::WithParamInterface<const char*> {};
+
+TEST_P(ToolRequiredOption, IsMissed) {
+  std::vector<std::string> arguments = QueryArguments();
+  const auto option = std::ranges::find(arguments, GetParam());
+  arguments.erase(option, option + 2);
+  ExpectFailure(RunTool(arguments), 2,
+                AllOf(HasSubstr(GetParam()), HasSubstr("see info-analyze query --help")));
+}
+
+INSTANTIATE_TEST_SUITE_P(CommandLine, ToolRequiredOption,
+                         testing::Values("--queue", "--driver-folder", "--device-info"),
+                         [](const auto& test) {
+                           std::string name = test.param;
+                           std::erase(name, '-');
+                           return name;
+                         });
+
+}  // namespace
