@@ -57,7 +57,10 @@ std::int32_t ReadStringElements(Source source, const XmlKeyDescriptor& descripto
         Bidi_qvxmlwrapGet_StringFromArray(source.bidi, source.reader, i, &text,
                                           descriptor.auxiliary, *descriptor.encoding, 0) != 0;
     const CString owned_text(text);
-    if (found && owned_text) texts[i] = Duplicate(text).release();
+    if (!found || !owned_text) continue;
+    CString copy = Duplicate(text);
+    if (!copy) return -1;
+    texts[i] = copy.release();
   }
   return 0;
 }

@@ -7,6 +7,7 @@
 #include "info_analyze/option_list.h"
 #include "info_analyze/string_helpers.h"
 #include "info_common/ascii.h"
+#include "info_common/option_table.h"
 #include "info_common/owned.h"
 
 namespace ia {
@@ -83,9 +84,7 @@ int32_t OptionList_Set_FlagValue(const OptTable* source, const char* base, const
   if (source == nullptr || base == nullptr || text == nullptr || target == nullptr) return 0;
   return ia::ForEachItem(text, [&](const char* item) noexcept {
     const ia::CString key(z_create_flag_key_fom_option_list(source, target, base));
-    if (!key) return -1;
-    OptionList_Add(target, key.get(), item);
-    return 0;
+    return key && ia::AddBack(*target, key.get(), item) ? 0 : -1;
   });
 }
 
@@ -96,7 +95,6 @@ int32_t OptionList_Set_ArrrayFlagValue(const char* text, OptionList* target) noe
     if (*name == '\0') return 0;
     char* const colon = std::strchr(name, ':');
     if (colon != nullptr) *colon = '\0';
-    OptionList_Add(target, item, colon != nullptr ? colon + 1 : "");
-    return 0;
+    return ia::AddBack(*target, item, colon != nullptr ? colon + 1 : "") ? 0 : -1;
   });
 }

@@ -48,6 +48,17 @@ bool ChangeValues(OptTable* head, std::string_view key, std::string_view value) 
   return changed_all;
 }
 
+// The search looks for a key that begins with the new one and heeds letter case, the change wants
+// an equal key and ignores it. PPDs rely on the gap between the two: "QVFin" neither replaces
+// "QVFinisher" nor stands beside it, and "qvfoo" stands beside "QVFoo".
+bool AddBack(OptTable& head, std::string_view key, std::string_view value) noexcept {
+  if (FindKeyPrefix(&head, key) != nullptr) return ChangeValues(&head, key, value);
+  OptTable* last = &head;
+  while (last->next != nullptr) last = last->next;
+  last->next = NewNode(key, value).release();
+  return last->next != nullptr;
+}
+
 }  // namespace ia
 
 void info_common_optlist_destroy(OptTable* head) noexcept {
@@ -68,18 +79,9 @@ void info_common_optlist_changevalue(OptTable* head, const char* key, const char
   if (key != nullptr && value != nullptr) ia::ChangeValues(head, key, value);
 }
 
-// The search looks for a key that begins with the new one and heeds letter case, the change wants
-// an equal key and ignores it. PPDs rely on the gap between the two: "QVFin" neither replaces
-// "QVFinisher" nor stands beside it, and "qvfoo" stands beside "QVFoo".
 void info_common_optlist_additem_back(OptTable* head, const char* key, const char* value) noexcept {
   if (head == nullptr || key == nullptr || value == nullptr) return;
-  if (ia::FindKeyPrefix(head, key) != nullptr) {
-    ia::ChangeValues(head, key, value);
-    return;
-  }
-  OptTable* last = head;
-  while (last->next != nullptr) last = last->next;
-  last->next = ia::NewNode(key, value).release();
+  static_cast<void>(ia::AddBack(*head, key, value));
 }
 
 void info_common_optlist_additem_front(OptTable** head, const char* key,

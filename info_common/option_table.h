@@ -35,6 +35,10 @@ using NodePtr = std::unique_ptr<OptTable, NodeDeleter>;
 // memory ran out for some of them.
 bool ChangeValues(OptTable* head, std::string_view key, std::string_view value) noexcept;
 
+// Appends an entry to a table that has a node, or changes the entries that have its key, as
+// info_common_optlist_additem_back() does; false when memory ran out.
+[[nodiscard]] bool AddBack(OptTable& head, std::string_view key, std::string_view value) noexcept;
+
 }  // namespace ia
 
 #endif  // INFO_COMMON_OPTION_TABLE_H_

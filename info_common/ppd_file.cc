@@ -17,8 +17,9 @@ constexpr int kOpenRetries = 60;
 constexpr unsigned kRetrySeconds = 1;
 
 // Keeps errno: it tells the caller whether another attempt is worth while.
-void DeleteTemporaryFile(const char* path) noexcept {
+void DiscardTemporaryFile(cups_file_t* file, const char* path) noexcept {
   const int reason = errno;
+  if (file != nullptr) cupsFileClose(file);
   unlink(path);
   errno = reason;
 }
@@ -62,8 +63,7 @@ struct _cups_file_s* wrapCupsFileOpen2(const char* queue_name, const char* mode,
   cups_file_t* const file = cupsFileOpen(path, mode);
   ia::CString copy = file != nullptr ? ia::Duplicate(path) : nullptr;
   if (!copy) {
-    if (file != nullptr) cupsFileClose(file);
-    ia::DeleteTemporaryFile(path);
+    ia::DiscardTemporaryFile(file, path);
     return nullptr;
   }
   *temporary_path = copy.release();

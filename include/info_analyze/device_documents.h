@@ -121,8 +121,8 @@ IA_EXPORT int32_t analyze_common_readxml(AnalyzeContext* context,
  *  @param reader      reader of a document
  *  @param descriptor  what to read: a plain value or elements
  *  @param elements    number of elements to read; not used for plain values
- *  @return 0, whether or not the values exist; -1 for a NULL argument or a descriptor of another
- *          kind or without key, destination or encoding where it needs one */
+ *  @return 0, whether or not the values exist; -1 for a NULL argument, a descriptor of another kind
+ *          or without key, destination or encoding where it needs one, or exhausted memory */
 IA_EXPORT int32_t analyze_common_getxmlkeydata(AnalyzeContext* context, QvXmlReader* reader,
                                                const XmlKeyDescriptor* descriptor,
                                                int32_t elements) IA_NOEXCEPT;
@@ -134,7 +134,8 @@ IA_EXPORT int32_t analyze_common_getxmlkeydata(AnalyzeContext* context, QvXmlRea
  *  @param count        number of descriptors; below 1 reads nothing
  *  @param index        which dictionary of its key an IA_KEY_DICTIONARY enters, and how many
  *                      elements a descriptor of elements reads
- *  @return 0; -1 for a NULL argument or a descriptor that cannot be read, which ends the reading */
+ *  @return 0; -1 for a NULL argument, a descriptor that cannot be read or exhausted memory, which
+ *          ends the reading */
 IA_EXPORT int32_t analyze_common_getxmloneinfo(AnalyzeContext* context, QvXmlReader* reader,
                                                const XmlKeyDescriptor* descriptors, int32_t count,
                                                int32_t index) IA_NOEXCEPT;

@@ -6,8 +6,8 @@
  *  "notuse:"), the printer's address, "/PDLType=" and a page-description-language key. The key and
  *  the installation folder each name a driver family.
  *
- *  A path that is put together is refused when it has 2048 bytes or more. Where a function fails, its output holds NULL unless
- *  it says otherwise; for a NULL argument the output is untouched. */
+ *  A path that is put together is refused when it has 2048 bytes or more. Where a function fails,
+ * its output holds NULL unless it says otherwise; for a NULL argument the output is untouched. */
 #ifndef INFO_ANALYZE_DEVICE_URI_H_
 #define INFO_ANALYZE_DEVICE_URI_H_
 
