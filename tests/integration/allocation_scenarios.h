@@ -1,0 +1,30 @@
+// Every way in which the library allocates, each as a scenario that knows the right answer and the
+// failures that the headers allow.
+#ifndef TESTS_INTEGRATION_ALLOCATION_SCENARIOS_H_
+#define TESTS_INTEGRATION_ALLOCATION_SCENARIOS_H_
+
+#include <span>
+#include <string>
+#include <vector>
+
+#include "tests/integration/fault_rounds.h"
+
+namespace ia_test {
+
+std::span<const Scenario> ListScenarios();
+std::span<const Scenario> SetterAndPathScenarios();
+std::span<const Scenario> AnalyserScenarios();
+// All of them.
+std::vector<Scenario> AllocationScenarios();
+
+std::vector<std::string> Lines(const std::string& text);
+
+// True when some of the lines, in their order, make the other text.
+bool IsSomeOf(const std::string& some, const std::string& all);
+
+// Expects a text, or nothing: what functions that hand out one text may answer. Releases it.
+void ExpectText(Round& round, char* text, const std::string& right);
+
+}  // namespace ia_test
+
+#endif  // TESTS_INTEGRATION_ALLOCATION_SCENARIOS_H_

@@ -1,0 +1,96 @@
+#include "tests/integration/allocation_sites.h"
+
+#include <array>
+#include <cstdio>
+#include <memory>
+#include <optional>
+#include <string_view>
+
+namespace ia_test {
+namespace {
+
+struct Allocator {
+  std::string_view symbol;
+  Callee callee;
+};
+
+constexpr auto kAllocators = std::to_array<Allocator>({
+    {"malloc", Callee::kMalloc},
+    {"calloc", Callee::kCalloc},
+    {"realloc", Callee::kRealloc},
+    {"strdup", Callee::kStrdup},
+    {"__strdup", Callee::kStrdup},
+    {"strndup", Callee::kStrndup},
+    {"__strndup", Callee::kStrndup},
+    {"tsearch", Callee::kTsearch},
+});
+
+std::optional<Callee> AllocatorNamed(std::string_view symbol) {
+  for (const Allocator& allocator : kAllocators) {
+    if (allocator.symbol == symbol) return allocator.callee;
+  }
+  return std::nullopt;
+}
+
+std::vector<std::string> OutputLines(const std::string& command) {
+  const std::unique_ptr<FILE, int (*)(FILE*)> pipe(popen(command.c_str(), "r"), pclose);
+  std::vector<std::string> lines;
+  std::array<char, 4096> buffer;
+  while (pipe != nullptr && fgets(buffer.data(), buffer.size(), pipe.get()) != nullptr) {
+    lines.emplace_back(buffer.data());
+    lines.back().pop_back();
+  }
+  return lines;
+}
+
+// "    4a3c:\tcall   41c0 <malloc@plt>"
+struct Instruction {
+  std::uintptr_t address;
+  std::string_view mnemonic;
+  std::string_view symbol;  // of the operand, without "@plt" or a version; may be empty
+};
+
+std::optional<Instruction> ParseInstruction(const std::string& line) {
+  const std::size_t tab = line.find(":\t");
+  if (tab == std::string::npos) return std::nullopt;
+  std::string_view text = std::string_view(line).substr(tab + 2);
+  if (text.starts_with("bnd ")) text.remove_prefix(4);
+  const std::string_view mnemonic = text.substr(0, text.find(' '));
+  const std::size_t open = text.rfind('<');
+  const std::size_t at = text.rfind('@');
+  const bool has_symbol = open < at && at != std::string_view::npos;
+  return Instruction{std::stoul(line.substr(0, tab), nullptr, 16), mnemonic,
+                     has_symbol ? text.substr(open + 1, at - open - 1) : std::string_view()};
+}
+
+// "0000000000004a10 <name>:"
+std::optional<std::string> ParseFunction(const std::string& line) {
+  const std::size_t open = line.find(" <");
+  if (open == std::string::npos || !line.ends_with(">:")) return std::nullopt;
+  return line.substr(open + 2, line.size() - open - 4);
+}
+
+}  // namespace
+
+std::vector<AllocationSite> FindAllocationSites(const std::string& library_path) {
+  std::vector<AllocationSite> sites;
+  std::string function;
+  bool is_behind_call = false;
+  for (const std::string& line :
+       OutputLines("objdump -d --no-show-raw-insn '" + library_path + "'")) {
+    if (const auto name = ParseFunction(line)) function = *name;
+    const auto instruction = ParseInstruction(line);
+    if (!instruction) continue;
+    if (is_behind_call) sites.back().return_address = instruction->address;
+    is_behind_call = false;
+    const bool is_call = instruction->mnemonic == "call";
+    const auto callee = AllocatorNamed(instruction->symbol);
+    const bool is_stub = function.ends_with("@plt");
+    if (!callee || is_stub || !(is_call || instruction->mnemonic.starts_with('j'))) continue;
+    is_behind_call = is_call;
+    sites.push_back({*callee, 0, line + " in " + function});
+  }
+  return sites;
+}
+
+}  // namespace ia_test

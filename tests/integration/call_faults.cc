@@ -1,0 +1,384 @@
+#include "tests/integration/call_faults.h"
+
+#include <cups/cups.h>
+#include <cups/file.h>
+#include <cups/ppd.h>
+#include <dlfcn.h>
+#include <elf.h>
+#include <fcntl.h>
+#include <link.h>
+#include <search.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdarg>
+#include <cstdlib>
+#include <cstring>
+#include <span>
+
+// cupsGetPPD() is deprecated, and the library's only way to a PPD.
+#pragma GCC diagnostic ignored "-Wdeprecated-declarations"
+
+namespace ia_test {
+namespace {
+
+CallFaults& Faults() { return CallFaults::Instance(); }
+
+#define IA_GOES_WRONG(callee) Faults().GoesWrong(Callee::callee, __builtin_return_address(0))
+
+void* Malloc(size_t size) {
+  return IA_GOES_WRONG(kMalloc) ? nullptr : Faults().Allocated(malloc(size));
+}
+
+void* Calloc(size_t count, size_t size) {
+  return IA_GOES_WRONG(kCalloc) ? nullptr : Faults().Allocated(calloc(count, size));
+}
+
+void* Realloc(void* block, size_t size) {
+  if (IA_GOES_WRONG(kRealloc)) return nullptr;
+  Faults().Released(block);
+  return Faults().Allocated(realloc(block, size));
+}
+
+char* Strdup(const char* text) {
+  if (IA_GOES_WRONG(kStrdup)) return nullptr;
+  return static_cast<char*>(Faults().Allocated(strdup(text)));
+}
+
+char* Strndup(const char* text, size_t length) {
+  if (IA_GOES_WRONG(kStrndup)) return nullptr;
+  return static_cast<char*>(Faults().Allocated(strndup(text, length)));
+}
+
+void Free(void* block) {
+  Faults().Released(block);
+  free(block);
+}
+
+// Tree nodes are libc's own blocks; the leak sanitizer is who counts them.
+void* Tsearch(const void* key, void** root, int (*compare)(const void*, const void*)) {
+  return IA_GOES_WRONG(kTsearch) ? nullptr : tsearch(key, root, compare);
+}
+
+int Open(const char* path, int flags, ...) {
+  if (IA_GOES_WRONG(kOpen)) return -1;
+  va_list arguments;
+  va_start(arguments, flags);
+  const mode_t mode = (flags & O_CREAT) != 0 ? va_arg(arguments, mode_t) : 0;
+  va_end(arguments);
+  return open(path, flags, mode);
+}
+
+int Fstat(int descriptor, struct stat* status) {
+  return IA_GOES_WRONG(kFstat) ? -1 : fstat(descriptor, status);
+}
+
+off_t Lseek(int descriptor, off_t offset, int whence) {
+  return IA_GOES_WRONG(kLseek) ? -1 : lseek(descriptor, offset, whence);
+}
+
+// A read may always give less than was asked for, and these do.
+constexpr std::size_t kLongestRead = 64;
+
+ssize_t ReadOrFail(const void* return_address, int descriptor, void* buffer, size_t size) {
+  if (!Faults().GoesWrong(Callee::kRead, return_address)) {
+    return read(descriptor, buffer, std::min(size, kLongestRead));
+  }
+  return Faults().manner() == Fault::Manner::kReadsEnd ? 0 : -1;
+}
+
+ssize_t Read(int descriptor, void* buffer, size_t size) {
+  return ReadOrFail(__builtin_return_address(0), descriptor, buffer, size);
+}
+
+ssize_t ReadChecked(int descriptor, void* buffer, size_t size, size_t room) {
+  if (size > room) abort();
+  return ReadOrFail(__builtin_return_address(0), descriptor, buffer, size);
+}
+
+// A call that succeeds may leave anything in errno, and these do.
+int Succeeded(int result) {
+  if (result == 0) errno = EDOM;
+  return result;
+}
+
+// What gives something back has done so even when it reports a failure.
+int FailedAfterAll(int error) {
+  if (error != 0) errno = error;
+  return -1;
+}
+
+int Close(int descriptor) {
+  const bool goes_wrong = IA_GOES_WRONG(kClose);
+  const int result = Succeeded(close(descriptor));
+  return goes_wrong ? FailedAfterAll(Faults().error()) : result;
+}
+
+int Unlink(const char* path) { return IA_GOES_WRONG(kUnlink) ? -1 : Succeeded(unlink(path)); }
+
+unsigned Sleep(unsigned seconds) {
+  static_cast<void>(IA_GOES_WRONG(kSleep));
+  Faults().Slept(seconds);
+  return 0;
+}
+
+void* Dlopen(const char* path, int mode) {
+  void* library = IA_GOES_WRONG(kDlopen) ? nullptr : dlopen(path, mode);
+  Faults().Opened(library != nullptr ? 1 : 0);
+  return library;
+}
+
+void* Dlsym(void* handle, const char* name) {
+  return IA_GOES_WRONG(kDlsym) ? nullptr : dlsym(handle, name);
+}
+
+int Dlclose(void* handle) {
+  const bool goes_wrong = IA_GOES_WRONG(kDlclose);
+  const int result = dlclose(handle);
+  Faults().Opened(-1);
+  return goes_wrong ? FailedAfterAll(0) : result;
+}
+
+const char* CupsGetPpd(const char* queue) {
+  return IA_GOES_WRONG(kCupsGetPpd) ? nullptr : cupsGetPPD(queue);
+}
+
+cups_file_t* CupsFileOpen(const char* path, const char* mode) {
+  return IA_GOES_WRONG(kCupsFileOpen) ? nullptr : cupsFileOpen(path, mode);
+}
+
+char* CupsFileGets(cups_file_t* file, char* buffer, size_t size) {
+  return IA_GOES_WRONG(kCupsFileGets) ? nullptr : cupsFileGets(file, buffer, size);
+}
+
+int CupsFileClose(cups_file_t* file) {
+  const bool goes_wrong = IA_GOES_WRONG(kCupsFileClose);
+  const int result = Succeeded(cupsFileClose(file));
+  return goes_wrong ? FailedAfterAll(Faults().error()) : result;
+}
+
+// The same for a library whose blocks are counted and never refused.
+void* TrackedMalloc(size_t size) { return Faults().Allocated(malloc(size)); }
+void* TrackedCalloc(size_t count, size_t size) { return Faults().Allocated(calloc(count, size)); }
+void* TrackedRealloc(void* block, size_t size) {
+  Faults().Released(block);
+  return Faults().Allocated(realloc(block, size));
+}
+char* TrackedStrdup(const char* text) {
+  return static_cast<char*>(Faults().Allocated(strdup(text)));
+}
+char* TrackedStrndup(const char* text, size_t length) {
+  return static_cast<char*>(Faults().Allocated(strndup(text, length)));
+}
+
+struct Import {
+  std::string_view name;
+  void* replacement;
+};
+
+template <class Function>
+void* Address(Function* function) {
+  return reinterpret_cast<void*>(function);
+}
+
+const auto kFailing = std::to_array<Import>({
+    {"malloc", Address(Malloc)},
+    {"calloc", Address(Calloc)},
+    {"realloc", Address(Realloc)},
+    {"strdup", Address(Strdup)},
+    {"__strdup", Address(Strdup)},
+    {"strndup", Address(Strndup)},
+    {"__strndup", Address(Strndup)},
+    {"free", Address(Free)},
+    {"tsearch", Address(Tsearch)},
+    {"open", Address(Open)},
+    {"open64", Address(Open)},
+    {"__open_2", Address(Open)},
+    {"__open64_2", Address(Open)},
+    {"fstat", Address(Fstat)},
+    {"fstat64", Address(Fstat)},
+    {"lseek", Address(Lseek)},
+    {"lseek64", Address(Lseek)},
+    {"read", Address(Read)},
+    {"__read_chk", Address(ReadChecked)},
+    {"close", Address(Close)},
+    {"unlink", Address(Unlink)},
+    {"sleep", Address(Sleep)},
+    {"dlopen", Address(Dlopen)},
+    {"dlsym", Address(Dlsym)},
+    {"dlclose", Address(Dlclose)},
+    {"cupsGetPPD", Address(CupsGetPpd)},
+    {"cupsFileOpen", Address(CupsFileOpen)},
+    {"cupsFileGets", Address(CupsFileGets)},
+    {"cupsFileClose", Address(CupsFileClose)},
+});
+
+const auto kTracked = std::to_array<Import>({
+    {"malloc", Address(TrackedMalloc)},
+    {"calloc", Address(TrackedCalloc)},
+    {"realloc", Address(TrackedRealloc)},
+    {"strdup", Address(TrackedStrdup)},
+    {"__strdup", Address(TrackedStrdup)},
+    {"strndup", Address(TrackedStrndup)},
+    {"__strndup", Address(TrackedStrndup)},
+    {"free", Address(Free)},
+});
+
+struct LoadedLibrary {
+  std::string path;
+  std::uintptr_t base = 0;
+  std::uintptr_t end = 0;
+  const ElfW(Dyn) * dynamic = nullptr;
+};
+
+LoadedLibrary FindLoaded(std::string_view file_name) {
+  struct Search {
+    std::string_view file_name;
+    LoadedLibrary found;
+  } search{file_name, {}};
+  dl_iterate_phdr(
+      [](dl_phdr_info* info, size_t, void* data) {
+        auto& [file_name, found] = *static_cast<Search*>(data);
+        const std::string_view path = info->dlpi_name;
+        if (path.substr(path.rfind('/') + 1) != file_name) return 0;
+        found.path = path;
+        found.base = info->dlpi_addr;
+        for (const ElfW(Phdr) & header : std::span(info->dlpi_phdr, info->dlpi_phnum)) {
+          const std::uintptr_t start = info->dlpi_addr + header.p_vaddr;
+          if (header.p_type == PT_LOAD) found.end = std::max(found.end, start + header.p_memsz);
+          if (header.p_type == PT_DYNAMIC) {
+            found.dynamic = reinterpret_cast<const ElfW(Dyn)*>(start);
+          }
+        }
+        return 1;
+      },
+      &search);
+  if (search.found.dynamic == nullptr) {
+    fprintf(stderr, "%s is not loaded\n", std::string(file_name).c_str());
+    abort();
+  }
+  return search.found;
+}
+
+std::uintptr_t DynamicValue(const LoadedLibrary& library, ElfW(Sxword) tag) {
+  for (const ElfW(Dyn)* entry = library.dynamic; entry->d_tag != DT_NULL; ++entry) {
+    if (entry->d_tag == tag) return entry->d_un.d_ptr;
+  }
+  return 0;
+}
+
+// The slot may stand in a page that was made read-only after relocation; it stays writable.
+void Store(void** slot, void* value) {
+  const auto page_size = static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE));
+  const std::uintptr_t page = reinterpret_cast<std::uintptr_t>(slot) & ~(page_size - 1);
+  if (mprotect(reinterpret_cast<void*>(page), page_size, PROT_READ | PROT_WRITE) != 0) abort();
+  *slot = value;
+}
+
+void ReplaceImports(const LoadedLibrary& library, std::uintptr_t relocations, std::size_t bytes,
+                    std::span<const Import> imports) {
+  const auto* symbols = reinterpret_cast<const ElfW(Sym)*>(DynamicValue(library, DT_SYMTAB));
+  const auto* names = reinterpret_cast<const char*>(DynamicValue(library, DT_STRTAB));
+  const std::span rows(reinterpret_cast<const ElfW(Rela)*>(relocations),
+                       bytes / sizeof(ElfW(Rela)));
+  for (const ElfW(Rela) & row : rows) {
+    const ElfW(Sym)& symbol = symbols[ELF64_R_SYM(row.r_info)];
+    const auto import = std::ranges::find(imports, names + symbol.st_name, &Import::name);
+    if (symbol.st_shndx != SHN_UNDEF || import == imports.end()) continue;
+    Store(reinterpret_cast<void**>(library.base + row.r_offset), import->replacement);
+  }
+}
+
+void ReplaceImports(const LoadedLibrary& library, std::span<const Import> imports) {
+  ReplaceImports(library, DynamicValue(library, DT_JMPREL), DynamicValue(library, DT_PLTRELSZ),
+                 imports);
+  ReplaceImports(library, DynamicValue(library, DT_RELA), DynamicValue(library, DT_RELASZ),
+                 imports);
+}
+
+}  // namespace
+
+const CalleeSet& AllocatingCallees() {
+  static const CalleeSet callees{Callee::kMalloc, Callee::kCalloc,  Callee::kRealloc,
+                                 Callee::kStrdup, Callee::kStrndup, Callee::kTsearch};
+  return callees;
+}
+
+CallFaults& CallFaults::Instance() {
+  static auto* const faults = new CallFaults;
+  return *faults;
+}
+
+CallFaults::CallFaults() {
+  const LoadedLibrary library = FindLoaded("libinfo_analyze.so.1");
+  library_path_ = library.path;
+  library_base_ = library.base;
+  library_end_ = library.end;
+  ReplaceImports(library, kFailing);
+}
+
+void CallFaults::Track(std::string_view file_name) {
+  ReplaceImports(FindLoaded(file_name), kTracked);
+}
+
+void CallFaults::Arm(const Fault& fault, int nth) {
+  fault_ = fault;
+  until_first_ = nth;
+  times_left_ = fault.times;
+  fired_ = 0;
+}
+
+int CallFaults::Disarm() {
+  times_left_ = 0;
+  return fired_;
+}
+
+void CallFaults::ForgetCalls() {
+  seen_ = {};
+  seconds_slept_ = 0;
+}
+
+bool CallFaults::GoesWrong(Callee callee, const void* return_address) {
+  ++seen_[static_cast<std::size_t>(callee)];
+  if (times_left_ == 0 || !fault_.callees.Has(callee)) return false;
+  if (until_first_ > 1) {
+    --until_first_;
+    return false;
+  }
+  --times_left_;
+  ++fired_;
+  if (AllocatingCallees().Has(callee)) {
+    const auto place = reinterpret_cast<std::uintptr_t>(return_address);
+    const bool inside = place >= library_base_ && place < library_end_;
+    failed_places_[callee].insert(inside ? place - library_base_ : place);
+  }
+  if (fault_.error != 0) errno = fault_.error;
+  return true;
+}
+
+void* CallFaults::Allocated(void* block) {
+  if (block != nullptr) live_.insert(block);
+  return block;
+}
+
+void CallFaults::Released(void* block) {
+  if (block != nullptr && live_.erase(block) == 0) ++unknown_releases_;
+}
+
+void CallFaults::Slept(unsigned seconds) {
+  seconds_slept_ += seconds;
+  if (on_sleep_) on_sleep_();
+}
+
+char* CallFaults::NewText(std::string_view text) {
+  return static_cast<char*>(Allocated(strndup(text.data(), text.size())));
+}
+
+void CallFaults::Release(void* block) {
+  Released(block);
+  free(block);
+}
+
+}  // namespace ia_test

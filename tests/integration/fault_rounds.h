@@ -1,0 +1,60 @@
+// Runs a call again and again, each time with another of the calls that it makes going wrong.
+#ifndef TESTS_INTEGRATION_FAULT_ROUNDS_H_
+#define TESTS_INTEGRATION_FAULT_ROUNDS_H_
+
+#include <functional>
+#include <ostream>
+#include <string>
+
+#include "tests/integration/call_faults.h"
+
+namespace ia_test {
+
+// One run of a scenario.
+class Round {
+ public:
+  // An undisturbed one.
+  Round() = default;
+  // The nth call that the fault is about goes wrong.
+  Round(const Fault& fault, int nth) : fault_(&fault), nth_(nth) {}
+
+  // Makes the one call that the scenario is about.
+  template <class Action>
+  auto Try(Action action) {
+    auto& faults = CallFaults::Instance();
+    if (fault_ != nullptr) faults.Arm(*fault_, nth_);
+    auto answer = action();
+    if (fault_ != nullptr) fired_ += faults.Disarm();
+    return answer;
+  }
+
+  // The answer must be the right one; when something went wrong, the failure that the function's
+  // contract tells will do as well. Nothing else will.
+  void Expect(bool is_right, bool is_told_failure, const std::string& answer) const;
+
+  [[nodiscard]] bool HasFired() const { return fired_ > 0; }
+
+ private:
+  const Fault* fault_ = nullptr;
+  int nth_ = 0;
+  int fired_ = 0;
+};
+
+// Prepares, makes one call through Round::Try(), judges the answer and releases everything.
+struct Scenario {
+  const char* name;
+  std::function<void(Round& round)> run;
+  // Files that stay in the temporary folder because the fault is that they cannot be deleted.
+  bool leaves_files = false;
+};
+
+void PrintTo(const Scenario& scenario, std::ostream* out);
+
+// Runs the scenario with the 1st, 2nd, 3rd, ... call going wrong until it makes no such call any
+// more. After each round no block, descriptor, library or temporary file is left over, nothing has
+// been waited for, and an undisturbed run answers right. Tells how many rounds went wrong.
+int RunWithEachCallFailing(const Scenario& scenario, const Fault& fault);
+
+}  // namespace ia_test
+
+#endif  // TESTS_INTEGRATION_FAULT_ROUNDS_H_
