@@ -8,6 +8,7 @@
 
 struct BidiLibrary {
   void* handle;  // of dlopen()
+
 #define IA_ENTRY_POINT(name) decltype(&::name) name;  // NOLINT(bugprone-macro-parentheses): a name
 #include "bidi/entry_points.inc"
 #undef IA_ENTRY_POINT

@@ -71,4 +71,7 @@ void RequireVerb(const CLI::App& app) {
 }  // namespace
 }  // namespace ia::cli
 
-int main(int argc, char** argv) { return static_cast<int>(ia::cli::Run(argc, argv)); }
+// An error that cannot even be told, for want of memory, may end the tool.
+int main(int argc, char** argv) {  // NOLINT(bugprone-exception-escape)
+  return static_cast<int>(ia::cli::Run(argc, argv));
+}

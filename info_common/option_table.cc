@@ -91,8 +91,8 @@ void info_common_optlist_additem_front(OptTable** head, const char* key,
     ia::ChangeValues(*head, key, value);
     return;
   }
-  if (ia::NodePtr node = ia::NewNode(key, value)) {
-    node->next = *head;
-    *head = node.release();
-  }
+  OptTable* const node = ia::NewNode(key, value).release();
+  if (node == nullptr) return;
+  node->next = *head;
+  *head = node;
 }

@@ -162,6 +162,13 @@ TEST_F(DeviceDocuments, AreHandedOverWithTheirNuls) {
   EXPECT_NE(context_.documents[2].xml, nullptr);
 }
 
+TEST_F(DeviceDocuments, MayBeOneByteLong) {
+  folder_.Write("Specid.xml", "x");
+  recording_.documents["x"] = {};
+  EXPECT_EQ(Create(2), 0);
+  EXPECT_NE(context_.documents[2].xml, nullptr);
+}
+
 TEST_F(DeviceDocuments, NeedAContext) { EXPECT_EQ(analyze_common_create_xmldata(nullptr, 0), -1); }
 
 TEST_F(DeviceDocuments, NeedAnIndexOfTheTable) {
@@ -361,26 +368,43 @@ TEST_F(DeviceDocuments, StayAbsentWithoutCommunicationLibrary) {
   EXPECT_EQ(context_.documents[0].xml, nullptr);
 }
 
-// 0: refused and closed; 1: accepted; 2: left open; 3: the file is not opened as descriptor 0.
-int CreateWithClosedStandardInput(AnalyzeContext* context, const std::string& file) {
-  close(STDIN_FILENO);
-  const int descriptor = open(file.c_str(), O_RDONLY);
+// Runs `check` in a child process, where it may close what the test needs; it answers 0 for
+// success.
+template <class Check>
+int StatusOfChild(Check check) {
+  const pid_t child = fork();
+  if (child == 0) _exit(check());
+  int status = 0;
+  if (waitpid(child, &status, 0) != child || !WIFEXITED(status)) return -1;
+  return WEXITSTATUS(status);
+}
+
+// Closes the descriptor; false when the next file to be opened does not get its number.
+bool Vacate(int descriptor, const std::string& file) {
   close(descriptor);
-  if (descriptor != STDIN_FILENO) return 3;
-  if (analyze_common_create_xmldata(context, 0) != -1) return 1;
-  return fcntl(STDIN_FILENO, F_GETFD) == -1 ? 0 : 2;
+  const int next = open(file.c_str(), O_RDONLY);
+  close(next);
+  return next == descriptor;
 }
 
 TEST_F(DeviceDocuments, DescriptorZeroIsAFailureAndClosed) {
   WriteDocument("Accessories.xml");
-  const pid_t child = fork();
-  if (child == 0) {
-    _exit(CreateWithClosedStandardInput(&context_, folder_ / "Accessories.xml"));
-  }
-  int status = 0;
-  ASSERT_EQ(waitpid(child, &status, 0), child);
-  ASSERT_TRUE(WIFEXITED(status));
-  EXPECT_EQ(WEXITSTATUS(status), 0);
+  EXPECT_EQ(StatusOfChild([this] {
+              if (!Vacate(STDIN_FILENO, folder_ / "Accessories.xml")) return 1;
+              if (Create(0) != -1) return 2;
+              return fcntl(STDIN_FILENO, F_GETFD) == -1 ? 0 : 3;
+            }),
+            0);
+}
+
+TEST_F(DeviceDocuments, DescriptorOneIsAsGoodAsAnyOther) {
+  WriteDocument("Accessories.xml");
+  EXPECT_EQ(StatusOfChild([this] {
+              if (!Vacate(STDOUT_FILENO, folder_ / "Accessories.xml")) return 1;
+              if (Create(0) != 0 || context_.documents[0].xml == nullptr) return 2;
+              return fcntl(STDOUT_FILENO, F_GETFD) == -1 ? 0 : 3;
+            }),
+            0);
 }
 
 TEST_F(DeviceDocuments, LoadAllInOrder) {

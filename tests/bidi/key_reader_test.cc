@@ -106,7 +106,10 @@ class KeyReader : public testing::Test {
 
 // Plain keys -------------------------------------------------------------------------------------
 
-class PlainKeys : public KeyReader {};
+class PlainKeys : public KeyReader {
+ protected:
+  FlagInfo behind_the_slots_ = {};
+};
 
 TEST_F(PlainKeys, AreReadInOrderFromTheirDocuments) {
   QvXmlReader* first = Load(0, {.longs = {{"number", 5}, {"text", 9}}});
@@ -217,6 +220,7 @@ TEST_F(PlainKeys, StopAtADocumentThatIsNotLoaded) {
 TEST_F(PlainKeys, StopAtADocumentThatThereIsNot) {
   Load(0, {.longs = {{"number", 1}}});
   Load(8, {.longs = {{"number", 1}}});
+  context_.media_type_flags = &behind_the_slots_;
   for (const std::intptr_t document :
        {std::intptr_t{-1}, std::intptr_t{9}, std::intptr_t{kHighest}, std::intptr_t{kLowest},
         std::intptr_t{1} << 32, std::numeric_limits<std::intptr_t>::max()}) {

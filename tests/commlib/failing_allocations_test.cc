@@ -14,6 +14,7 @@
 #include <pugixml.hpp>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "info_analyze/communication_library.h"
 #include "tests/commlib/documents.h"

@@ -2,14 +2,14 @@
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
 
-#include <algorithm>
 #include <bit>
 #include <cmath>
 #include <cstdint>
 #include <limits>
 #include <map>
+#include <optional>
+#include <ostream>
 #include <string>
-#include <string_view>
 #include <utility>
 #include <variant>
 #include <vector>

@@ -5,6 +5,7 @@
 #include <limits>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "info_analyze/communication_library.h"
 #include "tests/commlib/documents.h"
@@ -131,42 +132,41 @@ TEST(WriterTest, ElementsAreRefusedInADictionary) {
   EXPECT_EQ(Finish(std::move(writer)), kEmptyDocument);
 }
 
-class RefusedKeyTest : public testing::TestWithParam<const char*> {};
+const char* const kRefusedKeys[] = {nullptr, "",     "\x01",         "a\x1B",
+                                    "\xFF",  "\xC3", "\xED\xA0\x80", "\xEF\xBF\xBF"};
 
-TEST_P(RefusedKeyTest, WritesNothing) {
-  const char* const key = GetParam();
-  Writer writer = NewWriter();
-  EXPECT_EQ(qvxmlwrapSet_Long(writer.get(), key, 1), -1);
-  EXPECT_EQ(qvxmlwrapSet_Double(writer.get(), key, 1), -1);
-  EXPECT_EQ(SetText(writer, key, "x"), -1);
-  EXPECT_EQ(qvxmlwrapSet_Binary(writer.get(), key, "x", 1), -1);
-  EXPECT_EQ(qvxmlwrapSet_OpenDict(writer.get(), key, 0), -1);
-  EXPECT_EQ(qvxmlwrapSet_OpenArray(writer.get(), key), -1);
-  EXPECT_EQ(qvxmlwrapSet_CloseDict(writer.get()), -1) << "a failed open is no level";
-  EXPECT_EQ(Finish(std::move(writer)), kEmptyDocument);
+TEST(WriterTest, KeysThatNoDocumentCanHaveAreRefused) {
+  for (const char* key : kRefusedKeys) {
+    SCOPED_TRACE(testing::PrintToString(key));
+    Writer writer = NewWriter();
+    EXPECT_EQ(qvxmlwrapSet_Long(writer.get(), key, 1), -1);
+    EXPECT_EQ(qvxmlwrapSet_Double(writer.get(), key, 1), -1);
+    EXPECT_EQ(SetText(writer, key, "x"), -1);
+    EXPECT_EQ(qvxmlwrapSet_Binary(writer.get(), key, "x", 1), -1);
+    EXPECT_EQ(qvxmlwrapSet_OpenDict(writer.get(), key, 0), -1);
+    EXPECT_EQ(qvxmlwrapSet_OpenArray(writer.get(), key), -1);
+    EXPECT_EQ(qvxmlwrapSet_CloseDict(writer.get()), -1) << "a failed open is no level";
+    EXPECT_EQ(Finish(std::move(writer)), kEmptyDocument);
+  }
 }
 
-INSTANTIATE_TEST_SUITE_P(WriterTest, RefusedKeyTest,
-                         testing::Values(static_cast<const char*>(nullptr), "", "\x01", "a\x1B",
-                                         "\xFF", "\xC3", "\xED\xA0\x80", "\xEF\xBF\xBF"));
+const char* const kRefusedTexts[] = {
+    nullptr, "\x01",     "a\x1F",        "\x0B",         "\x80",
+    "\xC3",  "\xC0\xAF", "\xED\xBF\xBF", "\xEF\xBF\xBE", "\xF4\x90\x80\x80"};
 
-class RefusedTextTest : public testing::TestWithParam<const char*> {};
-
-TEST_P(RefusedTextTest, WritesNothing) {
-  Writer writer = NewWriter();
-  EXPECT_EQ(SetText(writer, "a", GetParam()), -1);
-  EXPECT_EQ(SetText(writer, "a", "x"), 0) << "the key is still free";
-  EXPECT_EQ(qvxmlwrapSet_OpenArray(writer.get(), "b"), 0);
-  EXPECT_EQ(qvxmlwrapSet_StringToArray(writer.get(), GetParam(), 0, 0), -1);
-  const Reader reader = Read(Finish(std::move(writer)));
-  EXPECT_EQ(GetString(reader, "a"), "x");
-  EXPECT_EQ(CountElements(reader, "b"), 0);
+TEST(WriterTest, TextsThatNoDocumentCanHoldAreRefused) {
+  for (const char* text : kRefusedTexts) {
+    SCOPED_TRACE(testing::PrintToString(text));
+    Writer writer = NewWriter();
+    EXPECT_EQ(SetText(writer, "a", text), -1);
+    EXPECT_EQ(SetText(writer, "a", "x"), 0) << "the key is still free";
+    EXPECT_EQ(qvxmlwrapSet_OpenArray(writer.get(), "b"), 0);
+    EXPECT_EQ(qvxmlwrapSet_StringToArray(writer.get(), text, 0, 0), -1);
+    const Reader reader = Read(Finish(std::move(writer)));
+    EXPECT_EQ(GetString(reader, "a"), "x");
+    EXPECT_EQ(CountElements(reader, "b"), 0);
+  }
 }
-
-INSTANTIATE_TEST_SUITE_P(WriterTest, RefusedTextTest,
-                         testing::Values(static_cast<const char*>(nullptr), "\x01", "a\x1F", "\x0B",
-                                         "\x80", "\xC3", "\xC0\xAF", "\xED\xBF\xBF", "\xEF\xBF\xBE",
-                                         "\xF4\x90\x80\x80"));
 
 TEST(WriterTest, TextInAnotherEncodingIsRefused) {
   Writer writer = NewWriter();
