@@ -57,6 +57,7 @@ std::string FormatJson(const Answer& answer) {
 
 std::vector<std::string> FormatNames() {
   std::vector<std::string> names;
+  names.reserve(kFormats.size());
   for (const Format& format : kFormats) names.emplace_back(format.name);
   return names;
 }
