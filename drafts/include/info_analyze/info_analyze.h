@@ -1,0 +1,34 @@
+/** @file
+ *  The whole interface of libinfo_analyze, but for the three functions of libc_names.h.
+ *
+ *  Conventions, unless a function says otherwise:
+ *  - Texts are NUL-terminated bytes. Lengths and sizes count bytes.
+ *  - A status is a signed 32-bit integer: 0 for success, -1 for a null argument or exhausted
+ *    memory. Other non-zero values (an errno of a failed read, a handler's result) are passed up
+ *    unchanged. A lookup answers 1 (found) or 0. A constructor answers NULL when it fails.
+ *  - Every pointer argument is checked; NULL is refused with the failure result.
+ *  - A text or buffer handed out through a result or an output argument is a fresh allocation
+ *    that the caller releases with free(). What is only lent is called "borrowed".
+ *  - "Ignoring case" means the 26 ASCII letters, whatever the locale.
+ *  - The library creates no threads, takes no locks and keeps no state of its own. An analyser, a
+ *    communication library context, a list or a store is used by one thread at a time; different
+ *    ones may be used in parallel. Pure functions may be called from any thread.
+ *  - Nothing is printed or logged, and no environment variable is read. */
+#ifndef INFO_ANALYZE_INFO_ANALYZE_H_
+#define INFO_ANALYZE_INFO_ANALYZE_H_
+
+#include "info_analyze/analyzer.h"
+#include "info_analyze/bidi.h"
+#include "info_analyze/communication_library.h"
+#include "info_analyze/device_documents.h"
+#include "info_analyze/device_uri.h"
+#include "info_analyze/flag_info.h"
+#include "info_analyze/list_getters.h"
+#include "info_analyze/model_options.h"
+#include "info_analyze/option_list.h"
+#include "info_analyze/option_setter.h"
+#include "info_analyze/option_table.h"
+#include "info_analyze/printer_updates.h"
+#include "info_analyze/string_helpers.h"
+
+#endif /* INFO_ANALYZE_INFO_ANALYZE_H_ */
