@@ -8,21 +8,30 @@
 namespace ia {
 namespace {
 
-struct UpdateStep {
-  std::int32_t guard;  // document slot that must be loaded for the handler to run
-  std::int32_t (*update)(AnalyzeContext*, OptionList*) noexcept;
-};
+using UpdateHandler = std::int32_t (*)(AnalyzeContext*, OptionList*) noexcept;
 
-// A handler's guard is the slot of its own place in the row of handlers, which is not always the
-// document that it reads: the platform version comes from Specid but waits for Finisher_list.
-// Drivers know by this pairing which options a missing document leaves at their PPD defaults.
-constexpr auto kUpdateSteps = std::to_array<UpdateStep>({
-    {0, z_Update_Prn_accessories},
-    {1, z_Update_Prn_functions},
-    {2, z_Update_Prn_specid},
-    {3, z_Update_Prn_platformVer},
-    {7, z_Update_Prn_resolutions},
+// A handler's guard is the slot at its own place in this row, which is not always the document that
+// it reads: the platform version comes from Specid but waits for Finisher_list, and the last
+// handler for the word behind the slots. Drivers know by this pairing which options a missing
+// document leaves at their PPD defaults.
+constexpr auto kUpdateHandlers = std::to_array<UpdateHandler>({
+    z_Update_Prn_accessories,
+    z_Update_Prn_functions,
+    z_Update_Prn_specid,
+    z_Update_Prn_platformVer,
+    z_Update_Prn_finisher_list,
+    z_Update_Prn_bin_list,
+    z_Update_Prn_tray_list,
+    z_Update_Prn_resolutions,
+    z_Update_Prn_fax_line_list,
+    z_Update_Prn_extra,
 });
+static_assert(kUpdateHandlers.size() == IA_DOCUMENT_COUNT + 1);
+
+bool IsGuardSet(const AnalyzeContext& context, std::size_t place) noexcept {
+  return place < IA_DOCUMENT_COUNT ? context.documents[place].xml != nullptr
+                                   : context.media_type_flags != nullptr;
+}
 
 // The result is that of the last document that had to be loaded. That an earlier failure is masked
 // is wanted: a printer without, say, a finisher list still answers the rest of the query.
@@ -44,9 +53,8 @@ int32_t Analyze_Info_FromPrinter(AnalyzeContext* context, OptionList* options,
                                  uint8_t reload) noexcept {
   if (context == nullptr || options == nullptr) return -1;
   int32_t status = ia::LoadDocuments(*context, reload != 0);
-  for (const ia::UpdateStep& step : ia::kUpdateSteps) {
-    if (status != 0) return status;
-    if (context->documents[step.guard].xml != nullptr) status = step.update(context, options);
+  for (std::size_t place = 0; place < ia::kUpdateHandlers.size() && status == 0; ++place) {
+    if (ia::IsGuardSet(*context, place)) status = ia::kUpdateHandlers[place](context, options);
   }
-  return status;
+  return status != 0 ? status : z_Update_Prn_Complex_FinisherInformations(context, options);
 }

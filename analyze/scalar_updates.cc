@@ -2,6 +2,7 @@
 #include <array>
 #include <span>
 
+#include "analyze/document_keys.h"
 #include "analyze/ppd_value_list.h"
 #include "info_analyze/option_setter.h"
 #include "info_analyze/printer_updates.h"
@@ -10,8 +11,6 @@
 
 namespace ia {
 namespace {
-
-constexpr const char* kUtf8 = "UTF-8";
 
 // A number of a document and the option that it sets.
 struct NumberOption {
@@ -31,14 +30,6 @@ constexpr auto kResolutions = std::to_array<NumberOption>({
     {"resolution_600", "QVEnableFine", zGetBoolString, "False"},
     {"resolution_1200", "QVEnableSuperFine", zGetBoolString, "False"},
 });
-
-XmlKeyDescriptor LongKey(std::int32_t document, const char* key, std::int32_t& number) noexcept {
-  return {document, key, IA_KEY_LONG, &number, nullptr, nullptr, nullptr};
-}
-
-XmlKeyDescriptor TextKey(std::int32_t document, const char* key, char*& text) noexcept {
-  return {document, key, IA_KEY_STRING, &text, &kUtf8, nullptr, nullptr};
-}
 
 template <std::size_t N>
 std::int32_t SetNumberOptions(AnalyzeContext* context, std::int32_t document,

@@ -68,6 +68,17 @@ IA_EXPORT void Analyze_Destroy(AnalyzeContext* context) IA_NOEXCEPT;
 IA_EXPORT int32_t Analyze_Info_FromPrinter(AnalyzeContext* context, OptionList* options,
                                            uint8_t reload) IA_NOEXCEPT;
 
+/** Asks which protocol and script flags a driver function version selects: the flag values that the
+ *  PPD declares for it, under their protocol flag keys or as "key:value" items.
+ *  @param context           analyser
+ *  @param function_version  version, such as 0x0310; its hexadecimal digits up to the first letter
+ *                           are the highest index, in decimal, of the PPD keys that apply
+ *  @param options           list that receives the flags; holds at least one node
+ *  @return 0; -1 for a NULL argument or exhausted memory, with the flags before kept */
+IA_EXPORT int32_t Analyze_Info_FromFunctionVersion(AnalyzeContext* context,
+                                                   uint32_t function_version,
+                                                   OptionList* options) IA_NOEXCEPT;
+
 IA_END_DECLS
 
 #endif /* INFO_ANALYZE_ANALYZER_H_ */

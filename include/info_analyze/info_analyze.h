@@ -23,6 +23,8 @@
 #include "info_analyze/device_documents.h"
 #include "info_analyze/device_uri.h"
 #include "info_analyze/flag_info.h"
+#include "info_analyze/list_getters.h"
+#include "info_analyze/model_options.h"
 #include "info_analyze/option_list.h"
 #include "info_analyze/option_setter.h"
 #include "info_analyze/option_table.h"

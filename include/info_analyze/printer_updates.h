@@ -49,6 +49,63 @@ IA_EXPORT int32_t z_Update_Prn_platformVer(AnalyzeContext* context,
 IA_EXPORT int32_t z_Update_Prn_resolutions(AnalyzeContext* context,
                                            OptionList* options) IA_NOEXCEPT;
 
+/** Reads the Finisher_list document and sets QVOptionStaple, QVPuncher, QVFolder, QVTrimmer,
+ *  QVInnerTrimmer, QVInsertUnit, QVEnableMultiInserter, QVStacker, QVBinderOption, QVProPuncher and
+ *  QVTopBottomTrimmer. A value that one unit gives stays unless a later unit gives another.
+ *  @param context  analyser
+ *  @param options  list
+ *  @return 0; -1 for a NULL argument; else the result of the read that failed, with nothing set */
+IA_EXPORT int32_t z_Update_Prn_finisher_list(AnalyzeContext* context,
+                                             OptionList* options) IA_NOEXCEPT;
+
+/** Reads the Bin_list document and sets QVTrayCSetting.
+ *  @param context  analyser
+ *  @param options  list
+ *  @return 0; -1 for a NULL argument; else the result of the read that failed, with nothing set */
+IA_EXPORT int32_t z_Update_Prn_bin_list(AnalyzeContext* context, OptionList* options) IA_NOEXCEPT;
+
+/** Reads the Tray_list document and sets what analyze_GetInputOptions() makes of it.
+ *  @param context  analyser
+ *  @param options  list
+ *  @return 0; -1 for a NULL argument or exhausted memory; else the result of the last item's read
+ */
+IA_EXPORT int32_t z_Update_Prn_tray_list(AnalyzeContext* context, OptionList* options) IA_NOEXCEPT;
+
+/** Reads the Bin_list and Finisher_list documents and sets QVFinisher, QVCopyTray and QVFinTray by
+ *  analyze_GetFinisherOption().
+ *  @param context  analyser
+ *  @param options  list
+ *  @return 0; -1 for a NULL argument or exhausted memory; else the result of analyze_GetBinAlias()
+ *          or of the last item's read, with nothing set */
+IA_EXPORT int32_t z_Update_Prn_Complex_FinisherInformations(AnalyzeContext* context,
+                                                            OptionList* options) IA_NOEXCEPT;
+
+/** Reads the Fax_line_list and Devicename documents and sets QVFAXNumOfLine, QVFAXLineType,
+ *  QVFAXDialLineA to D, QVFAXIPFAXINTRA, QVFAXIPFAXVoIP, QVFAXIPFAXNGN and QVFAXIPFAXMyNumberNGN.
+ *  @param context  analyser
+ *  @param options  list
+ *  @return 0; -1 for a NULL argument; else the result of the last line's read, with nothing set */
+IA_EXPORT int32_t z_Update_Prn_fax_line_list(AnalyzeContext* context,
+                                             OptionList* options) IA_NOEXCEPT;
+
+/** Sets the extra options of the one model that has some, "RA-Z5" in full.
+ *  @param context  analyser
+ *  @param options  list
+ *  @return 0, also for other models; -1 for a NULL argument; else the result of
+ *          analyze_GetExtraOptionStringROWAN() */
+IA_EXPORT int32_t z_Update_Prn_extra(AnalyzeContext* context, OptionList* options) IA_NOEXCEPT;
+
+/** Copies the flag values that the PPD declares for a function version under one key.
+ *  @param context     analyser
+ *  @param source_key  function-version key of the PPD
+ *  @param version     highest index that applies
+ *  @param target_key  protocol flag key that the values are put under, indexed; NULL: the values
+ * are "key:value" items and bring their keys
+ *  @param options     list
+ *  @return 0; -1 for a NULL argument (but @p target_key) or exhausted memory */
+IA_EXPORT int32_t z_Update_FuncVer(AnalyzeContext* context, const char* source_key, int32_t version,
+                                   const char* target_key, OptionList* options) IA_NOEXCEPT;
+
 IA_END_DECLS
 
 #endif /* INFO_ANALYZE_PRINTER_UPDATES_H_ */

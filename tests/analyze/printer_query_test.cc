@@ -1,15 +1,19 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <bitset>
 #include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <ostream>
 #include <string>
 #include <vector>
 
 #include "info_analyze/analyzer.h"
+#include "tests/analyze/intercepted_calls.h"
+#include "tests/analyze/list_updates.h"
 #include "tests/support/analyzer_ptr.h"
 #include "tests/support/option_lists.h"
 #include "tests/support/print_queues.h"
@@ -34,16 +38,31 @@ constexpr std::size_t kDevicename = 8;
 using Documents = std::bitset<kFiles.size()>;
 const Documents kAllDocuments(0x1FF);
 
-// The handlers in their order. A handler runs when the document at its own place in that order is
-// loaded, whichever document it reads; without the one that it reads it fails.
-struct Handler {
+// What a handler waits for: the document at its own place in the order of the handlers, whichever
+// document it reads; the tenth waits for the store of media-type flags, the combined pass for
+// nothing.
+constexpr std::size_t kMediaTypeFlags = 9;
+constexpr std::size_t kNothing = 10;
+using Guards = std::bitset<11>;
+
+Guards GuardsOf(const Documents& loaded, bool has_media_type_flags) {
+  Guards guards(loaded.to_ulong());
+  guards[kMediaTypeFlags] = has_media_type_flags;
+  guards[kNothing] = true;
+  return guards;
+}
+
+// The handlers in their order, and what they append. Handlers of plain values fail without the
+// document that they read, handlers of lists find an empty list.
+struct QueryHandler {
   std::size_t guard;
   std::size_t document;
   Entries entries;
+  std::optional<Entries> without_document = std::nullopt;
 };
 
-const std::vector<Handler>& Handlers() {
-  static const std::vector<Handler> handlers = {
+const std::vector<QueryHandler>& Handlers() {
+  static const std::vector<QueryHandler> handlers = {
       {0, 0, {{"QVHardDisk", "True"}, {"QVTotalMemSize", "256"}}},
       {1,
        1,
@@ -57,26 +76,93 @@ const std::vector<Handler>& Handlers() {
         {"QVUseUsrManagement", "False"}}},
       {2, 2, {{"QVSpecID", "0123"}}},
       {3, 2, {{"QVPlatformVersion", "0200"}}},
+      {4,
+       3,
+       {{"QVOptionStaple", "False"},
+        {"QVPuncher", "None"},
+        {"QVFolder", "None"},
+        {"QVTrimmer", "None"},
+        {"QVInnerTrimmer", "None"},
+        {"QVInsertUnit", "INSU1"},
+        {"QVEnableMultiInserter", "False"},
+        {"QVStacker", "STKU1"},
+        {"QVBinderOption", "None"},
+        {"QVProPuncher", "None"},
+        {"QVTopBottomTrimmer", "None"}},
+       Entries{{"QVOptionStaple", "False"},
+               {"QVPuncher", "None"},
+               {"QVFolder", "None"},
+               {"QVTrimmer", "None"},
+               {"QVInnerTrimmer", "None"},
+               {"QVInsertUnit", "None"},
+               {"QVEnableMultiInserter", "False"},
+               {"QVStacker", "None"},
+               {"QVBinderOption", "None"},
+               {"QVProPuncher", "None"},
+               {"QVTopBottomTrimmer", "None"}}},
+      {5, 4, {{"QVTrayCSetting", "FinCenterTray"}}, Entries{{"QVTrayCSetting", "FinTopTray"}}},
+      {6,
+       5,
+       {{"QVSidePaperDeck", "None"}, {"QVSrcOption", "None"}, {"QVMediaOfCas1", "PlainPaper"}},
+       Entries{{"QVSidePaperDeck", "None"}, {"QVSrcOption", "None"}}},
       {7, 6, {{"QVEnableQuick", "True"}, {"QVEnableFine", "False"}, {"QVEnableSuperFine", "True"}}},
+      {8,
+       7,
+       {{"QVFAXNumOfLine", "1"},
+        {"QVFAXLineType", "isdn"},
+        {"QVFAXDialLineA", "True"},
+        {"QVFAXDialLineB", "True"},
+        {"QVFAXDialLineC", "True"},
+        {"QVFAXDialLineD", "True"},
+        {"QVFAXIPFAXINTRA", "True"},
+        {"QVFAXIPFAXVoIP", "False"},
+        {"QVFAXIPFAXNGN", "False"},
+        {"QVFAXIPFAXMyNumberNGN", "False"}},
+       Entries{{"QVFAXNumOfLine", "0"},
+               {"QVFAXLineType", "None"},
+               {"QVFAXDialLineA", "True"},
+               {"QVFAXDialLineB", "True"},
+               {"QVFAXDialLineC", "True"},
+               {"QVFAXDialLineD", "False"},
+               {"QVFAXIPFAXINTRA", "False"},
+               {"QVFAXIPFAXVoIP", "False"},
+               {"QVFAXIPFAXNGN", "False"},
+               {"QVFAXIPFAXMyNumberNGN", "False"}}},
+      {kMediaTypeFlags, 5, {{"QVInsertUnit", "MINSU1"}}, Entries{{"QVInsertUnit", "None"}}},
+      {kNothing,
+       3,
+       {{"QVFinisher", "STACKER"}, {"QVCopyTray", "None"}, {"QVFinTray", "None"}},
+       Entries{{"QVFinisher", "None"}, {"QVCopyTray", "None"}, {"QVFinTray", "None"}}},
   };
   return handlers;
 }
 
-// What a query answers once its documents are loaded.
-struct Outcome {
-  std::int32_t result = 0;
-  Entries entries = {};
-};
+// Adds to a list: a keyword that it has already gets the new value in its old place.
+void AddAll(Entries& entries, const Entries& added) {
+  for (const Entry& entry : added) {
+    const auto known = std::ranges::find(entries, entry.first, &Entry::first);
+    if (known == entries.end()) {
+      entries.push_back(entry);
+    } else {
+      known->second = entry.second;
+    }
+  }
+}
 
-Outcome RunHandlers(const Documents& loaded) {
-  Outcome outcome;
-  for (const Handler& handler : Handlers()) {
-    if (!loaded[handler.guard]) continue;
-    if (!loaded[handler.document]) {
+// What a query answers once these documents are loaded.
+Outcome RunHandlers(const Documents& loaded, bool has_media_type_flags = true) {
+  const Guards guards = GuardsOf(loaded, has_media_type_flags);
+  Outcome outcome = {0, {}};
+  for (const QueryHandler& handler : Handlers()) {
+    if (!guards[handler.guard]) continue;
+    if (loaded[handler.document]) {
+      AddAll(outcome.entries, handler.entries);
+    } else if (handler.without_document) {
+      AddAll(outcome.entries, *handler.without_document);
+    } else {
       outcome.result = -1;
       return outcome;
     }
-    outcome.entries.insert(outcome.entries.end(), handler.entries.begin(), handler.entries.end());
   }
   return outcome;
 }
@@ -88,14 +174,32 @@ const std::array<ScriptedDocument, kFiles.size()>& Contents() {
                        .strings = {{"authentication_user", "mode2"}}},
       ScriptedDocument{.longs = {{"version", 0x123}, {"platform_version", 0x200}},
                        .strings = {{"platform_name", "ncpp"}}},
-      ScriptedDocument{.dict_counts = {{"list", 0}}},
-      ScriptedDocument{.dict_counts = {{"list", 0}}},
-      ScriptedDocument{.dict_counts = {{"list", 0}}},
+      ScriptedDocument{.longs = {{"type", 15}, {"binnum", 1}},
+                       .strings = {{"name", "Vorel Stacker-A1"}},
+                       .dict_counts = {{"list", 1}},
+                       .array_counts = {{"func", 1}},
+                       .string_elements = {{0, "inserter"}}},
+      ScriptedDocument{.longs = {{"number", 3}},
+                       .dict_counts = {{"list", 1}},
+                       .array_counts = {{"alias", 1}},
+                       .long_elements = {{0, 101}}},
+      ScriptedDocument{.dict_counts = {{"list", 1}},
+                       .array_counts = {{"alias", 1}},
+                       .long_elements = {{0, 198}}},
       ScriptedDocument{.longs = {{"resolution_300", 1}, {"resolution_1200", 1}}},
-      ScriptedDocument{.dict_counts = {{"list", 0}}},
-      ScriptedDocument{.strings = {{"devicename", "Sample"}}},
+      ScriptedDocument{.longs = {{"type", 2}, {"id_support", 21}},
+                       .dict_counts = {{"list", 1}},
+                       .array_counts = {{"communication_mode", 1}},
+                       .long_elements = {{0, 17}}},
+      ScriptedDocument{.strings = {{"devicename", "HZL-A"}}},
   };
   return contents;
+}
+
+FlagInfo* NewFlags(const char* flags) {
+  FlagInfo* store = zflaginfo_init("flags", 8);
+  EXPECT_EQ(zflaginfo_get(flags, store), 0);
+  return store;
 }
 
 class PrinterQuery : public testing::Test {
@@ -105,10 +209,19 @@ class PrinterQuery : public testing::Test {
     for (std::size_t i = 0; i < kFiles.size(); ++i) recording_.documents[kFiles[i]] = Contents()[i];
     context_.bidi = bidi_.get();
     context_.xml_folder = folder_.path().c_str();
+    context_.driver_name = const_cast<char*>("RA-Z5");
+    context_.media_type_flags = NewFlags("Thick:2");
+    context_.input_tray_flags = NewFlags("Cas1:198");
+    context_.slot_media_info_flags = NewFlags("Cas1:QVMediaOfCas1");
+    context_.finisher_name_flags = NewFlags("Vorel Stacker:STACKER");
   }
 
   void TearDown() override {
     analyze_common_destroy_all_xmldata(&context_);
+    for (FlagInfo* store : {context_.media_type_flags, context_.input_tray_flags,
+                            context_.slot_media_info_flags, context_.finisher_name_flags}) {
+      zflaginfo_term(store);
+    }
     EXPECT_THAT(recording_.faults, IsEmpty());
     EXPECT_THAT(recording_.readers, IsEmpty());
   }
@@ -130,6 +243,11 @@ class PrinterQuery : public testing::Test {
     CallersList list;
     const std::int32_t result = Analyze_Info_FromPrinter(&context_, list.get(), reload);
     return {result, list.entries()};
+  }
+
+  void RemoveMediaTypeFlags() {
+    zflaginfo_term(context_.media_type_flags);
+    context_.media_type_flags = nullptr;
   }
 
   Documents Loaded() const {
@@ -208,32 +326,41 @@ TEST_F(PrinterQuery, AppendsBehindWhatTheListHolds) {
 
 // Every set of documents -------------------------------------------------------------------------
 
-TEST_F(PrinterQuery, EverySetOfExistingFilesRunsItsHandlers) {
+class EverySetOfDocuments : public PrinterQuery, public testing::WithParamInterface<bool> {
+ protected:
+  void SetUp() override {
+    PrinterQuery::SetUp();
+    if (!GetParam()) RemoveMediaTypeFlags();
+  }
+};
+
+TEST_P(EverySetOfDocuments, RunsItsHandlersWhenTheOtherFilesAreMissing) {
   for (unsigned set = 0; set < 512; ++set) {
     const Documents documents(set);
     WriteDocuments(documents);
     analyze_common_destroy_all_xmldata(&context_);
     const Outcome outcome = Query();
     // The last file is the last one loaded, so that it alone decides.
-    const Outcome expected = documents[kDevicename] ? RunHandlers(documents) : Outcome{-1, {}};
-    ASSERT_EQ(outcome.result, expected.result) << documents;
-    ASSERT_EQ(outcome.entries, expected.entries) << documents;
+    const Outcome expected =
+        documents[kDevicename] ? RunHandlers(documents, GetParam()) : Outcome{-1, {}};
+    ASSERT_EQ(outcome, expected) << documents;
     ASSERT_EQ(Loaded(), documents);
   }
 }
 
-TEST_F(PrinterQuery, EverySetOfReadableFilesRunsItsHandlers) {
+TEST_P(EverySetOfDocuments, RunsItsHandlersWhenTheOtherFilesAreNoDocuments) {
   for (unsigned set = 0; set < 512; ++set) {
     const Documents documents(set);
     WriteDocuments(documents, "no document");
     analyze_common_destroy_all_xmldata(&context_);
     const Outcome outcome = Query();
-    const Outcome expected = RunHandlers(documents);
-    ASSERT_EQ(outcome.result, expected.result) << documents;
-    ASSERT_EQ(outcome.entries, expected.entries) << documents;
+    ASSERT_EQ(outcome, RunHandlers(documents, GetParam())) << documents;
     ASSERT_EQ(Loaded(), documents);
   }
 }
+
+INSTANTIATE_TEST_SUITE_P(MediaTypeFlags, EverySetOfDocuments, testing::Values(true, false),
+                         [](const auto& info) { return info.param ? "Exist" : "AreMissing"; });
 
 TEST_F(PrinterQuery, MissingDevicenameFailsAlthoughAllOthersLoad) {
   Documents documents = kAllDocuments;
@@ -258,20 +385,103 @@ TEST_F(PrinterQuery, MissingDocumentIsMaskedByALaterOne) {
   }
 }
 
-TEST_F(PrinterQuery, PlatformVersionIsSkippedWithoutFinisherList) {
-  Documents documents = kAllDocuments;
-  documents.reset(IA_DOCUMENT_FINISHER_LIST);
-  WriteDocuments(documents);
-  const Outcome outcome = Query();
-  EXPECT_THAT(outcome.entries, Contains(Pair("QVSpecID", "0123")));
-  EXPECT_THAT(outcome.entries, Not(Contains(Pair("QVPlatformVersion", testing::_))));
+// A handler of each place, by a keyword of its own.
+struct PlaceRow {
+  const char* keyword;
+  std::size_t guard;
+};
+
+void PrintTo(const PlaceRow& row, std::ostream* out) { *out << row.keyword; }
+
+class PlaceOfHandler : public PrinterQuery, public testing::WithParamInterface<PlaceRow> {};
+
+TEST_P(PlaceOfHandler, IsThatOfTheDocumentThatItWaitsFor) {
+  for (std::size_t missing = 0; missing < kFiles.size(); ++missing) {
+    if (missing == IA_DOCUMENT_SPECID || missing == IA_DOCUMENT_RESOLUTIONS) continue;  // fail
+    Documents documents = kAllDocuments;
+    documents.reset(missing);
+    WriteDocuments(documents, "no document");
+    analyze_common_destroy_all_xmldata(&context_);
+    const Outcome outcome = Query();
+    EXPECT_EQ(outcome.result, 0);
+    const auto is_appended = Contains(Pair(GetParam().keyword, testing::_));
+    if (missing == GetParam().guard) {
+      EXPECT_THAT(outcome.entries, Not(is_appended)) << kFiles[missing];
+    } else {
+      EXPECT_THAT(outcome.entries, is_appended) << kFiles[missing];
+    }
+  }
 }
 
-TEST_F(PrinterQuery, ResolutionsAreSkippedWithoutFaxLineList) {
+INSTANTIATE_TEST_SUITE_P(Handlers, PlaceOfHandler,
+                         testing::Values(PlaceRow{"QVHardDisk", IA_DOCUMENT_ACCESSORIES},
+                                         PlaceRow{"QVDupUnit", IA_DOCUMENT_FUNCTIONS},
+                                         PlaceRow{"QVSpecID", IA_DOCUMENT_SPECID},
+                                         PlaceRow{"QVPlatformVersion", IA_DOCUMENT_FINISHER_LIST},
+                                         PlaceRow{"QVStacker", IA_DOCUMENT_BIN_LIST},
+                                         PlaceRow{"QVTrayCSetting", IA_DOCUMENT_TRAY_LIST},
+                                         PlaceRow{"QVSidePaperDeck", IA_DOCUMENT_RESOLUTIONS},
+                                         PlaceRow{"QVEnableQuick", IA_DOCUMENT_FAX_LINE_LIST},
+                                         PlaceRow{"QVFAXNumOfLine", IA_DOCUMENT_DEVICENAME},
+                                         PlaceRow{"QVInsertUnit", kMediaTypeFlags},
+                                         PlaceRow{"QVFinisher", kNothing}),
+                         [](const auto& info) { return std::string(info.param.keyword); });
+
+TEST_F(PrinterQuery, TraysAreSkippedWithoutResolutions) {
   Documents documents = kAllDocuments;
-  documents.reset(IA_DOCUMENT_FAX_LINE_LIST);
+  documents.reset(IA_DOCUMENT_RESOLUTIONS);
+  documents.reset(IA_DOCUMENT_FAX_LINE_LIST);  // resolutions wait for it, and would fail
   WriteDocuments(documents);
-  EXPECT_THAT(Query().entries, Not(Contains(Pair("QVEnableQuick", testing::_))));
+  const Outcome outcome = Query();
+  EXPECT_EQ(outcome.result, 0);
+  EXPECT_THAT(outcome.entries, Not(Contains(Pair("QVSidePaperDeck", testing::_))));
+}
+
+TEST_F(PrinterQuery, SpecIdIsSkippedWithoutSpecid) {
+  Documents documents = kAllDocuments;
+  documents.reset(IA_DOCUMENT_SPECID);
+  documents.reset(IA_DOCUMENT_FINISHER_LIST);  // the platform version waits for it, and would fail
+  WriteDocuments(documents);
+  const Outcome outcome = Query();
+  EXPECT_EQ(outcome.result, 0);
+  EXPECT_THAT(outcome.entries, Not(Contains(Pair("QVSpecID", testing::_))));
+}
+
+TEST_F(PrinterQuery, ExtraOptionsAreSkippedWithoutMediaTypeFlags) {
+  WriteDocuments(kAllDocuments);
+  EXPECT_THAT(Query().entries, Contains(Pair("QVInsertUnit", "MINSU1")));
+  RemoveMediaTypeFlags();
+  EXPECT_THAT(Query().entries, Contains(Pair("QVInsertUnit", "INSU1")));
+}
+
+TEST_F(PrinterQuery, ExtraOptionsWaitForNoDocument) {
+  WriteDocuments(Documents(), "no document");
+  EXPECT_EQ(Query(), (Outcome{0,
+                              {{"QVInsertUnit", "None"},
+                               {"QVFinisher", "None"},
+                               {"QVCopyTray", "None"},
+                               {"QVFinTray", "None"}}}));
+}
+
+TEST_F(PrinterQuery, CombinedPassAlwaysRuns) {
+  RemoveMediaTypeFlags();
+  WriteDocuments(Documents(), "no document");
+  EXPECT_EQ(Query(),
+            (Outcome{0, {{"QVFinisher", "None"}, {"QVCopyTray", "None"}, {"QVFinTray", "None"}}}));
+}
+
+TEST_F(PrinterQuery, OtherFlagsAreNotWaitedFor) {
+  for (FlagInfo** store : {&context_.input_tray_flags, &context_.slot_media_info_flags,
+                           &context_.finisher_name_flags}) {
+    zflaginfo_term(*store);
+    *store = nullptr;
+  }
+  WriteDocuments(kAllDocuments);
+  const Outcome outcome = Query();
+  EXPECT_EQ(outcome.result, 0);
+  EXPECT_THAT(outcome.entries,
+              IsSupersetOf(Entries{
+                  {"QVInsertUnit", "MINSU1"}, {"QVSrcOption", "None"}, {"QVFinisher", "None"}}));
 }
 
 TEST_F(PrinterQuery, FirstFailingHandlerEndsItAndEarlierOptionsStay) {
@@ -283,6 +493,44 @@ TEST_F(PrinterQuery, FirstFailingHandlerEndsItAndEarlierOptionsStay) {
   Entries expected = Handlers()[0].entries;
   expected.insert(expected.end(), Handlers()[1].entries.begin(), Handlers()[1].entries.end());
   EXPECT_EQ(outcome.entries, expected);
+}
+
+TEST_F(PrinterQuery, ResultOfAFailingListHandlerIsTheQuerys) {
+  WriteDocuments(kAllDocuments);
+  for (const std::size_t place : {4U, 5U, 6U, 8U}) {
+    for (const std::int32_t result : {-1, 5}) {
+      ListReads reads;
+      reads.results = {{{static_cast<std::int32_t>(Handlers()[place].document), 0}, result}};
+      Outcome expected = {result, {}};
+      for (std::size_t i = 0; i < place; ++i) AddAll(expected.entries, Handlers()[i].entries);
+      EXPECT_EQ(Query(), expected) << place;
+    }
+  }
+}
+
+TEST_F(PrinterQuery, ResultOfTheExtraOptionsIsTheQuerys) {
+  Documents documents = kAllDocuments;
+  documents.reset(IA_DOCUMENT_RESOLUTIONS);  // the trays wait for it
+  documents.reset(IA_DOCUMENT_FAX_LINE_LIST);
+  WriteDocuments(documents);
+  ListReads reads;
+  reads.results = {{{IA_DOCUMENT_TRAY_LIST, 0}, 5}};
+  const Outcome outcome = Query();
+  EXPECT_EQ(outcome.result, 5);
+  EXPECT_THAT(outcome.entries, Contains(Pair("QVInsertUnit", "None")));
+  EXPECT_THAT(outcome.entries, Not(Contains(Pair("QVFinisher", testing::_))));
+}
+
+TEST_F(PrinterQuery, ResultOfTheCombinedPassIsTheQuerys) {
+  Documents documents = kAllDocuments;
+  documents.reset(IA_DOCUMENT_TRAY_LIST);  // the bins wait for it
+  WriteDocuments(documents);
+  ListReads reads;
+  reads.results = {{{IA_DOCUMENT_BIN_LIST, 0}, 5}};
+  Outcome expected = RunHandlers(documents);
+  expected.result = 5;
+  expected.entries.resize(expected.entries.size() - 3);
+  EXPECT_EQ(Query(), expected);
 }
 
 TEST_F(PrinterQuery, FailsWithoutFolder) {
@@ -423,8 +671,11 @@ TEST_F(FurtherQuery, AnswersTheSameEveryTime) {
 
 constexpr char kPpd[] =
     "*PPD-Adobe: \"4.3\"\n"
-    "*QVAnlz_DriverName: \"RA-H2\"\n"
-    "*QV_Prot_MediaType: \"Plain:1\"\n"
+    "*QVAnlz_DriverName: \"RA-Z5\"\n"
+    "*QV_Prot_MediaType: \"Plain:1,Thick:2\"\n"
+    "*QVAnlz_InputTray: \"Cas1:101,Cas2:161\"\n"
+    "*QVAnlz_SlotMediaInfo: \"Cas1:QVMediaOfCas1,Cas2:QVMediaOfCas2\"\n"
+    "*QVAnlz_FinisherName: \"Vorel Saddle Finisher-W:SADDLEW,Vorel Stacker:STACKER\"\n"
     "*OpenUI *QVSpecID/Specification: PickOne\n"
     "*DefaultQVSpecID: 0100\n"
     "*QVSpecID 0200/Newest: \"\"\n"
@@ -436,28 +687,40 @@ constexpr char kPpd[] =
     "*QVPlatformVersion 0400/Fourth: \"\"\n"
     "*CloseUI: *QVPlatformVersion\n";
 
-std::string Document(const std::string& body) {
-  return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<document version=\"1\">" + body +
-         "</document>\n";
-}
-
 class WholeQuery : public testing::Test {
  protected:
   void SetUp() override {
     ASSERT_NE(bidi_, nullptr) << IA_TEST_DRIVER_FOLDER;
     PrintQueues::Get().Add("whole_query", kPpd);
     for (const char* file : kFiles) folder_.Write(file, Document(""));
-    folder_.Write("Accessories.xml",
-                  Document("<long key=\"hd\">1</long><long key=\"memory\">512</long>"));
-    folder_.Write("Functions.xml",
-                  Document("<long key=\"duplex\">1</long><long key=\"management\">1</long>"
-                           "<string key=\"authentication_user\">MODE4</string>"
-                           "<string key=\"authentication_job_password\">mode2</string>"
-                           "<string key=\"authentication_f_code\">mode3</string>"));
-    folder_.Write("Specid.xml", Document("<long key=\"version\">291</long>"
-                                         "<string key=\"platform_name\">ncpp</string>"
-                                         "<long key=\"platform_version\">256</long>"));
-    folder_.Write("Resolutions.xml", Document("<long key=\"resolution_600\">1</long>"));
+    folder_.Write("Accessories.xml", Document(Number("hd", 1) + Number("memory", 512)));
+    folder_.Write("Functions.xml", Document(Number("duplex", 1) + Number("management", 1) +
+                                            Text("authentication_user", "MODE4") +
+                                            Text("authentication_job_password", "mode2") +
+                                            Text("authentication_f_code", "mode3")));
+    folder_.Write("Specid.xml", Document(Number("version", 291) + Text("platform_name", "ncpp") +
+                                         Number("platform_version", 256)));
+    folder_.Write("Finisher_list.xml",
+                  ListDocument({Number("type", 1) + Text("name", "Vorel Saddle Finisher-W4") +
+                                    Number("binnum", 3) +
+                                    TextArray("func", {"punch", "folding", "trimming"}) +
+                                    TextArray("detail_func", {"punching_3_holes"}),
+                                Number("type", 15) + TextArray("func", {"inserter"})}));
+    folder_.Write("Bin_list.xml",
+                  ListDocument({Number("number", 1) + NumberArray("alias", {119}),
+                                Number("number", 3) + NumberArray("alias", {100, 101})}));
+    folder_.Write("Tray_list.xml",
+                  ListDocument({Number("type", 1) + NumberArray("alias", {101}) +
+                                    Number("capacity", 550) + Number("medium_type", 1),
+                                Number("type", 6) + NumberArray("alias", {161, 196}) +
+                                    Number("capacity", 2000) + Number("medium_type", 2),
+                                NumberArray("alias", {196})}));
+    folder_.Write("Resolutions.xml", Document(Number("resolution_600", 1)));
+    folder_.Write("Fax_line_list.xml",
+                  ListDocument({Number("type", 2) + Number("id_support", 19),
+                                Number("type", 3) + Number("id_support", 0) +
+                                    NumberArray("communication_mode", {17, 146})}));
+    folder_.Write("Devicename.xml", Document(Text("devicename", "Sample")));
     analyzer_.reset(Analyze_Create(bidi_.get(), "whole_query", folder_.path().c_str()));
     ASSERT_NE(analyzer_, nullptr);
   }
@@ -474,26 +737,55 @@ class WholeQuery : public testing::Test {
 };
 
 TEST_F(WholeQuery, ReportsWhatTheDocumentsSayInTheTermsOfThePpd) {
-  EXPECT_THAT(Query(0), IsSupersetOf(Entries{{"QVHardDisk", "True"},
-                                             {"QVTotalMemSize", "512"},
-                                             {"QVDupUnit", "True"},
-                                             {"QVUseJobAccount", "True"},
-                                             {"QVEnableTrustPrint", "False"},
-                                             {"QVUseSecuredPrint", "False"},
-                                             {"QVUseCSModeJobAccount", "mode2"},
-                                             {"QVUseCSModeSecured", "mode2"},
-                                             {"QVUseCSModeFCode", "mode1"},
-                                             {"QVUseUsrManagement", "True"},
-                                             {"QVSpecID", "0120"},
-                                             {"QVPlatformVersion", "0300"},
-                                             {"QVEnableQuick", "False"},
-                                             {"QVEnableFine", "True"},
-                                             {"QVEnableSuperFine", "False"}}));
+  EXPECT_EQ(Query(0), (Entries{{"QVHardDisk", "True"},
+                               {"QVTotalMemSize", "512"},
+                               {"QVDupUnit", "True"},
+                               {"QVUseJobAccount", "True"},
+                               {"QVEnableTrustPrint", "False"},
+                               {"QVUseSecuredPrint", "False"},
+                               {"QVUseCSModeJobAccount", "mode2"},
+                               {"QVUseCSModeSecured", "mode2"},
+                               {"QVUseCSModeFCode", "mode1"},
+                               {"QVUseUsrManagement", "True"},
+                               {"QVSpecID", "0120"},
+                               {"QVPlatformVersion", "0300"},
+                               {"QVOptionStaple", "False"},
+                               {"QVPuncher", "PUNU3"},
+                               {"QVFolder", "FLDU1"},
+                               {"QVTrimmer", "TRMU1"},
+                               {"QVInnerTrimmer", "None"},
+                               {"QVInsertUnit", "INSU1"},
+                               {"QVEnableMultiInserter", "False"},
+                               {"QVStacker", "STKU1"},
+                               {"QVBinderOption", "None"},
+                               {"QVProPuncher", "None"},
+                               {"QVTopBottomTrimmer", "None"},
+                               {"QVTrayCSetting", "FinCenterTray"},
+                               {"QVSidePaperDeck", "Large"},
+                               {"QVSrcOption", "MltDeck1"},
+                               {"QVMediaOfCas1", "Plain"},
+                               {"QVMediaOfCas2", "Thick"},
+                               {"QVEnableQuick", "False"},
+                               {"QVEnableFine", "True"},
+                               {"QVEnableSuperFine", "False"},
+                               {"QVFAXNumOfLine", "1"},
+                               {"QVFAXLineType", "public"},
+                               {"QVFAXDialLineA", "False"},
+                               {"QVFAXDialLineB", "True"},
+                               {"QVFAXDialLineC", "False"},
+                               {"QVFAXDialLineD", "False"},
+                               {"QVFAXIPFAXINTRA", "True"},
+                               {"QVFAXIPFAXVoIP", "True"},
+                               {"QVFAXIPFAXNGN", "False"},
+                               {"QVFAXIPFAXMyNumberNGN", "False"},
+                               {"QVFinisher", "SADDLEW"},
+                               {"QVCopyTray", "None"},
+                               {"QVFinTray", "None"}}));
 }
 
 TEST_F(WholeQuery, SeesAChangedFileOnReloadOnly) {
   Query(0);
-  folder_.Write("Accessories.xml", Document("<long key=\"memory\">1024</long>"));
+  folder_.Write("Accessories.xml", Document(Number("memory", 1024)));
   EXPECT_THAT(Query(0), IsSupersetOf(Entries{{"QVHardDisk", "True"}, {"QVTotalMemSize", "512"}}));
   EXPECT_THAT(Query(1), IsSupersetOf(Entries{{"QVHardDisk", "False"}, {"QVTotalMemSize", "1024"}}));
 }

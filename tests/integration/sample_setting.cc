@@ -72,15 +72,27 @@ const Document kDocuments[] = {
         <string key="platform_name">ncpp</string>
         <long key="platform_version">3</long>)"},
     {"Finisher_list.xml", R"(
-        <dict key="list"><string key="name">Staple Finisher</string><long key="binnum">2</long>
-          <array key="func"><string>staple</string><string>punch</string></array></dict>)"},
-    {"Bin_list.xml", R"(<dict key="list"><long key="type">1</long></dict>)"},
+        <dict key="list"><long key="type">15</long><string key="name">Staple Finisher</string>
+          <long key="binnum">2</long>
+          <array key="func"><string>staple</string><string>punch</string>
+            <string>folding</string><string>inserter</string></array>
+          <array key="detail_func"><string>punching_2_holes</string></array></dict>
+        <dict key="list"><long key="type">2</long></dict>)"},
+    {"Bin_list.xml", R"(
+        <dict key="list"><long key="number">3</long>
+          <array key="alias"><long>101</long></array></dict>)"},
     {"Tray_list.xml", R"(
         <dict key="list"><long key="type">2</long><array key="alias"><long>101</long></array>
-          <long key="capacity">550</long><long key="medium_type">3</long></dict>)"},
+          <long key="capacity">550</long><long key="medium_type">2</long></dict>
+        <dict key="list"><long key="type">3</long><array key="alias"><long>122</long></array></dict>
+        <dict key="list"><long key="type">6</long>
+          <array key="alias"><long>161</long></array></dict>)"},
     {"Resolutions.xml", R"(<long key="resolution_600">1</long>)"},
-    {"Fax_line_list.xml", R"(<dict key="list"><long key="id">1</long></dict>)"},
-    {"Devicename.xml", R"(<string key="devicename">Office</string>)"},
+    {"Fax_line_list.xml", R"(
+        <dict key="list"><long key="id">1</long><long key="type">2</long>
+          <long key="id_support">19</long>
+          <array key="communication_mode"><long>17</long></array></dict>)"},
+    {"Devicename.xml", R"(<string key="devicename">HZL-A</string>)"},
 };
 
 // A text that must not be missing, but may be where the library is wrong.

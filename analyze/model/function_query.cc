@@ -1,0 +1,42 @@
+#include "analyze/model/function_query.h"
+
+#include <algorithm>
+#include <string_view>
+
+namespace ia {
+namespace {
+
+bool IsReported(char* const* words, const std::int32_t* count, const char* word) noexcept {
+  return count != nullptr && zStringExistenceCheck(words, word, *count) != 0;
+}
+
+}  // namespace
+
+bool IsFunctionReported(const FunctionQuery& query) noexcept {
+  return IsReported(query.functions, query.function_count, query.function);
+}
+
+bool IsDetailReported(const FunctionQuery& query, const char* detail) noexcept {
+  return IsReported(query.detail_functions, query.detail_count, detail);
+}
+
+std::span<const FunctionPair> SearchTableOf(const FunctionQuery& query) noexcept {
+  if (query.search_table == nullptr || query.search_rows < 1) return {};
+  return {query.search_table, static_cast<std::size_t>(query.search_rows)};
+}
+
+CString CopyOf(const char* text) noexcept { return text != nullptr ? Duplicate(text) : nullptr; }
+
+}  // namespace ia
+
+// The list's texts are the prefixes: devices shorten their words, so "punching_2" reports
+// "punching_2_holes" and "punching_2or3_holes" alike.
+int32_t zStringExistenceCheck(char* const* texts, const char* word, int32_t count) noexcept {
+  if (texts == nullptr || word == nullptr || count < 1) return 0;
+  return std::any_of(texts, texts + count,
+                     [&](const char* text) {
+                       return text != nullptr && std::string_view(word).starts_with(text);
+                     })
+             ? 1
+             : 0;
+}

@@ -1,0 +1,66 @@
+// The update handler of paper sources.
+#include <algorithm>
+
+#include "analyze/document_keys.h"
+#include "info_analyze/model_options.h"
+#include "info_analyze/printer_updates.h"
+#include "info_common/owned.h"
+
+namespace ia {
+namespace {
+
+constexpr std::int32_t kDocument = IA_DOCUMENT_TRAY_LIST;
+constexpr std::size_t kRowsBesideTrays = 3;  // side paper deck, source option, envelope feeder
+
+template <class T>
+CPtr<T[]> NewZeroedArray(std::size_t count) noexcept {
+  return CPtr<T[]>(static_cast<T*>(std::calloc(count, sizeof(T))));
+}
+
+std::int32_t ReadTray(AnalyzeContext* context, std::int32_t item, TrayEntry& tray) noexcept {
+  LongArray<1> alias(kDocument, "alias");
+  TrayEntry read{};
+  const std::int32_t status = ReadListItem(
+      context, kDocument, item,
+      {LongKey(kDocument, "type", read.type), LongKey(kDocument, "capacity", read.capacity),
+       LongKey(kDocument, "medium_type", read.medium_type), alias.Key()});
+  if (status != 0) return status;
+  read.alias = alias.Data()[0];
+  tray = read;
+  return 0;
+}
+
+// Types 3 and 6 are extra paper sources.
+bool IsExtraSource(const TrayEntry& tray) noexcept { return tray.type == 3 || tray.type == 6; }
+
+// Appends the rows that the model's handlers make.
+std::int32_t SetInputOptions(AnalyzeContext* context, const TrayEntry* trays, std::int32_t count,
+                             OptionList* options) noexcept {
+  const std::size_t room = static_cast<std::size_t>(count) + kRowsBesideTrays;
+  const CPtr<OptionSetter[]> rows = NewZeroedArray<OptionSetter>(room);
+  if (!rows) return -1;
+  std::int32_t row_count = 0;
+  const auto extra_sources = std::count_if(trays, trays + count, IsExtraSource);
+  analyze_GetInputOptions(context, trays, count, static_cast<std::int32_t>(extra_sources),
+                          rows.get(), &row_count);
+  const std::int32_t status = zSetOptionList(rows.get(), row_count, options);
+  for (std::size_t i = 0; i < room; ++i) std::free(const_cast<char*>(rows[i].keyword));
+  return status;
+}
+
+}  // namespace
+}  // namespace ia
+
+// Of several items that cannot be read only the last one ends the update: the others count as trays
+// of no type.
+int32_t z_Update_Prn_tray_list(AnalyzeContext* context, OptionList* options) noexcept {
+  if (context == nullptr || options == nullptr) return -1;
+  const int32_t count = std::max(context->documents[ia::kDocument].count, 0);
+  const auto trays = ia::NewZeroedArray<TrayEntry>(static_cast<std::size_t>(count) + 1);
+  if (!trays) return -1;
+  int32_t status = 0;
+  for (int32_t item = 0; item < count; ++item) {
+    status = ia::ReadTray(context, item, trays[static_cast<std::size_t>(item)]);
+  }
+  return status != 0 ? status : ia::SetInputOptions(context, trays.get(), count, options);
+}

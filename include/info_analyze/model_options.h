@@ -1,0 +1,635 @@
+/** @file
+ *  Model mapping: what a device reports, in the terms of one driver model's options.
+ *
+ *  The driver model code ("RA-H2", the PPD's QVAnlz_DriverName) selects a row of a model table: the
+ *  first row, in table order, whose code is the beginning of the model code. The row names the
+ *  handlers that decide each option. A model without a row gets the common handlers. */
+#ifndef INFO_ANALYZE_MODEL_OPTIONS_H_
+#define INFO_ANALYZE_MODEL_OPTIONS_H_
+
+#include <stdint.h>
+
+#include "info_analyze/analyzer.h"
+#include "info_analyze/export.h"
+#include "info_analyze/option_setter.h"
+
+IA_BEGIN_DECLS
+
+/** One tray that a device reports. */
+typedef struct TrayEntry {
+  int32_t type;
+  int32_t alias; /**< first alias code */
+  int32_t capacity;
+  int32_t medium_type;
+} TrayEntry;
+
+/** One finisher that a device reports. */
+typedef struct FinisherEntry {
+  int32_t binnum; /**< number of bins */
+  char* name;     /**< product name; may be NULL or empty */
+} FinisherEntry;
+
+/** An accessory, by the beginning of its product name, and a number of bins. */
+typedef struct AccessoryBinRule {
+  int32_t bin_count;
+  const char* accessory_name;
+} AccessoryBinRule;
+
+/** What a detailed function means as an option value. */
+typedef struct FunctionPair {
+  const char* detail_function;
+  const char* value;
+} FunctionPair;
+
+/** Asks for the option value of one finishing function of a finisher. A word counts as reported in
+ *  a list when zStringExistenceCheck() finds it there. */
+typedef struct FunctionQuery {
+  const char* driver_name;          /**< driver model code; may be NULL */
+  const char* function;             /**< function asked for: "punch", "staple" or "folding" */
+  char* const* functions;           /**< functions that the device reports */
+  const int32_t* function_count;    /**< their number; NULL: none */
+  const FunctionPair* search_table; /**< values of detailed functions, or NULL */
+  int32_t search_rows;              /**< rows of the search table */
+  char* const* detail_functions;    /**< detailed functions that the device reports */
+  const int32_t* detail_count;      /**< their number; NULL: none */
+  const char* default_value;        /**< value without a search table, or NULL */
+} FunctionQuery;
+
+/** @name Handler kinds
+ *  @{ */
+
+/** Decides options of paper sources. Appends rows at index *row_count and adds to it: the keyword
+ *  is a malloc'd text that the caller releases, the value a malloc'd text or NULL.
+ *  @param context         analyser
+ *  @param trays           trays; not NULL even when there are none
+ *  @param tray_count      number of trays
+ *  @param extra_tray_count  number of trays of type 3 or 6
+ *  @param rows            room for tray_count + 3 rows
+ *  @param row_count       rows in use
+ *  @return 0; -1 for a NULL argument */
+typedef int32_t (*InputOptionHandler)(AnalyzeContext* context, const TrayEntry* trays,
+                                      int32_t tray_count, int32_t extra_tray_count,
+                                      OptionSetter* rows, int32_t* row_count);
+
+/** Decides one option of finishers: replaces the value of the row, or leaves it.
+ *  @param context         analyser
+ *  @param finishers       finishers; not NULL even when there are none
+ *  @param finisher_count  number of finishers; below 1 nothing is done
+ *  @param aliases         alias codes of all bins; NULL: none
+ *  @param alias_count     number of alias codes
+ *  @param row             option row
+ *  @return 0; -1 when the context, the finishers or the row is NULL */
+typedef int32_t (*FinisherOptionHandler)(AnalyzeContext* context, const FinisherEntry* finishers,
+                                         int32_t finisher_count, const int32_t* aliases,
+                                         int32_t alias_count, OptionSetter* row);
+
+/** Decides the value of one finishing function.
+ *  @param query  query; NULL gives NULL
+ *  @return malloc'd value, or NULL to keep the option's default */
+typedef char* (*FunctionStringHandler)(const FunctionQuery* query);
+
+/** @}
+ *  @name Dispatch
+ *  @{ */
+
+/** Runs the model's handlers of paper sources: side paper deck, source option, media types,
+ *  envelope feeder. The first one that fails ends the run. Does nothing for a NULL argument.
+ *  @param context         analyser
+ *  @param trays           trays; not NULL even when there are none
+ *  @param tray_count      number of trays
+ *  @param extra_tray_count  number of trays of type 3 or 6
+ *  @param rows            room for tray_count + 3 rows
+ *  @param row_count       rows in use */
+IA_EXPORT void analyze_GetInputOptions(AnalyzeContext* context, const TrayEntry* trays,
+                                       int32_t tray_count, int32_t extra_tray_count,
+                                       OptionSetter* rows, int32_t* row_count) IA_NOEXCEPT;
+
+/** Runs the model's handlers of finishers. A model without a row gets a finisher value only. Does
+ *  nothing when the context, the finishers or the rows are NULL or there are no finishers.
+ *  @param context         analyser
+ *  @param finishers       finishers
+ *  @param finisher_count  number of finishers
+ *  @param aliases         alias codes of all bins; NULL: none
+ *  @param alias_count     number of alias codes
+ *  @param rows            three rows: QVFinisher, QVCopyTray, QVFinTray */
+IA_EXPORT void analyze_GetFinisherOption(AnalyzeContext* context, const FinisherEntry* finishers,
+                                         int32_t finisher_count, const int32_t* aliases,
+                                         int32_t alias_count, OptionSetter* rows) IA_NOEXCEPT;
+
+/** Collects the alias codes of all bins from the Bin_list document; zeros are left out.
+ *  @param context      analyser
+ *  @param aliases      room for 10 codes; further ones are not seen
+ *  @param alias_count  receives their number, also when a read fails
+ *  @return 0; -1 for a NULL argument, with the number untouched; else the failed read's result */
+IA_EXPORT int32_t analyze_GetBinAlias(AnalyzeContext* context, int32_t* aliases,
+                                      int32_t* alias_count) IA_NOEXCEPT;
+
+/** Tells whether an alias code lies in a closed range.
+ *  @param aliases      alias codes; NULL: none
+ *  @param alias_count  their number
+ *  @param low,high     ends of the range
+ *  @return 1 or 0 */
+IA_EXPORT int32_t analyze_CheckBinAlias(const int32_t* aliases, int32_t alias_count, int32_t low,
+                                        int32_t high) IA_NOEXCEPT;
+
+/** Decides the puncher by the model's handler. A model without a row gets "PUNF24" when the device
+ *  punches 2 holes and French 4 holes, else the first row of the search table that is reported.
+ *  @param query  query; NULL gives NULL
+ *  @return malloc'd value, or NULL */
+IA_EXPORT char* analyze_GetPuncherOptionString(const FunctionQuery* query) IA_NOEXCEPT;
+
+/** Decides a finishing function by the model's handler, or by the common one.
+ *  @param query  query; NULL gives NULL
+ *  @return malloc'd value, or NULL */
+IA_EXPORT char* analyze_GetFinishingFunctionOptionString(const FunctionQuery* query) IA_NOEXCEPT;
+
+/** Finds the first tray with an alias code.
+ *  @param trays  trays; NULL: none
+ *  @param count  number of trays
+ *  @param alias  alias code
+ *  @return index, or -1 */
+IA_EXPORT int32_t zFindTrayByAlias(const TrayEntry* trays, int32_t count,
+                                   int32_t alias) IA_NOEXCEPT;
+
+/** Tells whether some text of a list is the beginning of a word. A shorter text of the list fits
+ *  every word that begins with it.
+ *  @param texts  list, whose elements may be NULL; NULL: none
+ *  @param word   word; NULL is not found
+ *  @param count  length of the list
+ *  @return 1 or 0 */
+IA_EXPORT int32_t zStringExistenceCheck(char* const* texts, const char* word,
+                                        int32_t count) IA_NOEXCEPT;
+
+/** @}
+ *  @name Side paper deck: QVSidePaperDeck, default "None". Handlers of kind InputOptionHandler.
+ *  @{ */
+
+/** "Large" when the first tray of alias 161 is of type 6, else "Small". */
+IA_EXPORT int32_t analyze_GetQVSidePaperDeckCommon(AnalyzeContext* context, const TrayEntry* trays,
+                                                   int32_t tray_count, int32_t extra_tray_count,
+                                                   OptionSetter* rows,
+                                                   int32_t* row_count) IA_NOEXCEPT;
+
+/** "Large" when the first tray of alias 161 is of type 6, else no value. */
+IA_EXPORT int32_t analyze_GetQVSidePaperDeck_CYPRESS(AnalyzeContext* context,
+                                                     const TrayEntry* trays, int32_t tray_count,
+                                                     int32_t extra_tray_count, OptionSetter* rows,
+                                                     int32_t* row_count) IA_NOEXCEPT;
+
+/** By the first tray of alias 161: type 6 gives "None" beside a tray of alias 162 and "Large"
+ * without one, type 3 gives "Small", another type no value. */
+IA_EXPORT int32_t analyze_GetQVSidePaperDeckOAK(AnalyzeContext* context, const TrayEntry* trays,
+                                                int32_t tray_count, int32_t extra_tray_count,
+                                                OptionSetter* rows, int32_t* row_count) IA_NOEXCEPT;
+
+/** @}
+ *  @name Source option: QVSrcOption, default "None". Handlers of kind InputOptionHandler.
+ *  @{ */
+
+/** The names of all QVAnlz_SrcOption flags whose value is a tray's alias, joined by commas; a name
+ * that occurs in the list already is left out, and so is one beyond 255 bytes. */
+IA_EXPORT int32_t analyze_GetQVSrcOptionCommon(AnalyzeContext* context, const TrayEntry* trays,
+                                               int32_t tray_count, int32_t extra_tray_count,
+                                               OptionSetter* rows, int32_t* row_count) IA_NOEXCEPT;
+
+/** By the number of trays: below 3 "None", 3 "OptCas1", 4 "OptCas2", 5 "OptCas3", more no value. */
+IA_EXPORT int32_t analyze_GetQVSrcOptionCommonByCount(AnalyzeContext* context,
+                                                      const TrayEntry* trays, int32_t tray_count,
+                                                      int32_t extra_tray_count, OptionSetter* rows,
+                                                      int32_t* row_count) IA_NOEXCEPT;
+
+/** As analyze_GetQVSrcOptionCommonByCount(). */
+IA_EXPORT int32_t analyze_GetQVSrcOptionLAUREL(AnalyzeContext* context, const TrayEntry* trays,
+                                               int32_t tray_count, int32_t extra_tray_count,
+                                               OptionSetter* rows, int32_t* row_count) IA_NOEXCEPT;
+
+/** As analyze_GetQVSrcOptionCommonByCount(). */
+IA_EXPORT int32_t analyze_GetQVSrcOptionMYRTLE(AnalyzeContext* context, const TrayEntry* trays,
+                                               int32_t tray_count, int32_t extra_tray_count,
+                                               OptionSetter* rows, int32_t* row_count) IA_NOEXCEPT;
+
+/** As analyze_GetQVSrcOptionCommonByCount(). */
+IA_EXPORT int32_t analyze_GetQVSrcOption_ELM(AnalyzeContext* context, const TrayEntry* trays,
+                                             int32_t tray_count, int32_t extra_tray_count,
+                                             OptionSetter* rows, int32_t* row_count) IA_NOEXCEPT;
+
+/** As analyze_GetQVSrcOptionCommonByCount(). */
+IA_EXPORT int32_t analyze_GetQVSrcOptionOLIVE(AnalyzeContext* context, const TrayEntry* trays,
+                                              int32_t tray_count, int32_t extra_tray_count,
+                                              OptionSetter* rows, int32_t* row_count) IA_NOEXCEPT;
+
+/** By the number of trays: below 3 "None", 3 "OptCas1", 4 and 5 "OptCas2", more no value. */
+IA_EXPORT int32_t analyze_GetQVSrcOptionSPRUCE(AnalyzeContext* context, const TrayEntry* trays,
+                                               int32_t tray_count, int32_t extra_tray_count,
+                                               OptionSetter* rows, int32_t* row_count) IA_NOEXCEPT;
+
+/** By the number of trays of type 3 or 6: below 5 "None", 5 "OptCas1", 6 to 8 "OptCas2", more no
+ *  value. */
+IA_EXPORT int32_t analyze_GetQVSrcOption_CYPRESS(AnalyzeContext* context, const TrayEntry* trays,
+                                                 int32_t tray_count, int32_t extra_tray_count,
+                                                 OptionSetter* rows,
+                                                 int32_t* row_count) IA_NOEXCEPT;
+
+/** By the number of trays of type 6: 3 "OptCas3", 1 "OptCas1", else "None". */
+IA_EXPORT int32_t analyze_GetQVSrcOptionHOLLY(AnalyzeContext* context, const TrayEntry* trays,
+                                              int32_t tray_count, int32_t extra_tray_count,
+                                              OptionSetter* rows, int32_t* row_count) IA_NOEXCEPT;
+
+/** "OptCas1" when some tray has alias 162, else "None". */
+IA_EXPORT int32_t analyze_GetQVSrcOptionOAK(AnalyzeContext* context, const TrayEntry* trays,
+                                            int32_t tray_count, int32_t extra_tray_count,
+                                            OptionSetter* rows, int32_t* row_count) IA_NOEXCEPT;
+
+/** Alias 167 gives "PODDeck3", else alias 164 "PODDeck2", else the first tray of alias 161
+ * "MltDeck1" for a capacity above 1999 and "PODDeck1" otherwise. */
+IA_EXPORT int32_t analyze_GetQVSrcOptionROWAN(AnalyzeContext* context, const TrayEntry* trays,
+                                              int32_t tray_count, int32_t extra_tray_count,
+                                              OptionSetter* rows, int32_t* row_count) IA_NOEXCEPT;
+
+/** Alias 124 gives "OptCas4", else 123 "OptCas3", else 122 "OptCas2", else 121 "OptCas1", else
+ *  "None". */
+IA_EXPORT int32_t analyze_GetQVSrcOptionREDWOOD(AnalyzeContext* context, const TrayEntry* trays,
+                                                int32_t tray_count, int32_t extra_tray_count,
+                                                OptionSetter* rows, int32_t* row_count) IA_NOEXCEPT;
+
+/** @}
+ *  @name Envelope feeder: QVEnvelopeFeeder. Handler of kind InputOptionHandler.
+ *  @{ */
+
+/** "True" when some tray has alias 6, else "False". */
+IA_EXPORT int32_t analyze_GetQVEnvelopeFeederCommon(AnalyzeContext* context, const TrayEntry* trays,
+                                                    int32_t tray_count, int32_t extra_tray_count,
+                                                    OptionSetter* rows,
+                                                    int32_t* row_count) IA_NOEXCEPT;
+
+/** @}
+ *  @name Media types: the keyword that QVAnlz_SlotMediaInfo names for a tray's slot, default
+ *  "PlainPaper". Handlers of kind InputOptionHandler.
+ *  @{ */
+
+/** For each tray: the QV_Prot_MediaType flag of its medium type, under the keyword of the slot that
+ *  QVAnlz_InputTray names for its alias. */
+IA_EXPORT int32_t analyze_GetQVXXXMediaTypeCommon(AnalyzeContext* context, const TrayEntry* trays,
+                                                  int32_t tray_count, int32_t extra_tray_count,
+                                                  OptionSetter* rows,
+                                                  int32_t* row_count) IA_NOEXCEPT;
+
+/** As the common one, but with 4 or fewer trays of type 3 or 6 a tray of alias 161 takes the second
+ * slot of that alias, and a slot's name need only begin the name of its keyword's flag. */
+IA_EXPORT int32_t analyze_GetQVXXXMediaType_CYPRESS(AnalyzeContext* context, const TrayEntry* trays,
+                                                    int32_t tray_count, int32_t extra_tray_count,
+                                                    OptionSetter* rows,
+                                                    int32_t* row_count) IA_NOEXCEPT;
+
+/** As the common one with fixed slots for the aliases; a tray of another alias takes the slot of
+ * the tray before it. */
+IA_EXPORT int32_t analyze_GetQVXXXMediaTypeYEW(AnalyzeContext* context, const TrayEntry* trays,
+                                               int32_t tray_count, int32_t extra_tray_count,
+                                               OptionSetter* rows, int32_t* row_count) IA_NOEXCEPT;
+
+/** As the common one, but the slot of alias 161 follows from the other trays, and all three flag
+ * texts must exist. */
+IA_EXPORT int32_t analyze_GetQVXXXMediaTypeREDWOOD(AnalyzeContext* context, const TrayEntry* trays,
+                                                   int32_t tray_count, int32_t extra_tray_count,
+                                                   OptionSetter* rows,
+                                                   int32_t* row_count) IA_NOEXCEPT;
+
+/** @}
+ *  @name Finisher: QVFinisher. Handlers of kind FinisherOptionHandler.
+ *  @{ */
+
+/** Finds the value that QVAnlz_FinisherName gives for the finishers' names; the last finisher with
+ *  a flag decides.
+ *  @param context         analyser
+ *  @param finishers       finishers
+ *  @param finisher_count  number of finishers
+ *  @return malloc'd value; NULL when there is none, for a NULL argument or when memory ran out */
+IA_EXPORT char* analyze_GetQVFinisherValueString(const AnalyzeContext* context,
+                                                 const FinisherEntry* finishers,
+                                                 int32_t finisher_count) IA_NOEXCEPT;
+
+/** The value string, unless each finisher is one that serves as a tray: its name begins with that
+ * of a rule, it has no more bins than the rule, and a bin alias lies in the range.
+ *  @param context         analyser
+ *  @param finishers       finishers
+ *  @param finisher_count  number of finishers; below 1 nothing is done
+ *  @param rules           rules; NULL: none
+ *  @param rule_count      number of rules
+ *  @param aliases         alias codes of all bins; NULL: none
+ *  @param alias_count     number of alias codes
+ *  @param low,high        ends of the alias range
+ *  @param row             option row
+ *  @return 0; -1 when the context, the finishers or the row is NULL */
+IA_EXPORT int32_t analyze_GetQVFinisherByBinTrayAlias(
+    AnalyzeContext* context, const FinisherEntry* finishers, int32_t finisher_count,
+    const AccessoryBinRule* rules, int32_t rule_count, const int32_t* aliases, int32_t alias_count,
+    int32_t low, int32_t high, OptionSetter* row) IA_NOEXCEPT;
+
+/** The value string; clears the row's value when there is none. */
+IA_EXPORT int32_t analyze_GetQVFinisherCommon(AnalyzeContext* context,
+                                              const FinisherEntry* finishers,
+                                              int32_t finisher_count, const int32_t* aliases,
+                                              int32_t alias_count, OptionSetter* row) IA_NOEXCEPT;
+
+/** "IN2TRAY" when a name begins with "Vorel Inner 2way Tray", ignoring case, and bin alias 119 is
+ * there, else the value string. */
+IA_EXPORT int32_t analyze_GetQVFinisherSpecialIn2TrayCommon(
+    AnalyzeContext* context, const FinisherEntry* finishers, int32_t finisher_count,
+    const int32_t* aliases, int32_t alias_count, OptionSetter* row) IA_NOEXCEPT;
+
+/** By bin alias 101 to 105, with "Vorel Inner 2Way Tray-B1" of 2 bins. */
+IA_EXPORT int32_t analyze_GetQVFinisher_ASPEN(AnalyzeContext* context,
+                                              const FinisherEntry* finishers,
+                                              int32_t finisher_count, const int32_t* aliases,
+                                              int32_t alias_count, OptionSetter* row) IA_NOEXCEPT;
+
+/** By bin alias 101 to 105, with "Vorel Inner 2Way Tray-B1" of 1 bin. */
+IA_EXPORT int32_t analyze_GetQVFinisher_FIR(AnalyzeContext* context, const FinisherEntry* finishers,
+                                            int32_t finisher_count, const int32_t* aliases,
+                                            int32_t alias_count, OptionSetter* row) IA_NOEXCEPT;
+
+/** By bin alias 101 to 105, with "Vorel 3 Way Unit-D1" of 1 bin. */
+IA_EXPORT int32_t analyze_GetQVFinisher_BEECH(AnalyzeContext* context,
+                                              const FinisherEntry* finishers,
+                                              int32_t finisher_count, const int32_t* aliases,
+                                              int32_t alias_count, OptionSetter* row) IA_NOEXCEPT;
+
+/** "None" when a "Vorel 3 Way Unit-D1" or "-D2" has 1 bin, else by bin alias 101 to 105 with both
+ * of 2 bins. */
+IA_EXPORT int32_t analyze_GetQVFinisher_BIRCH(AnalyzeContext* context,
+                                              const FinisherEntry* finishers,
+                                              int32_t finisher_count, const int32_t* aliases,
+                                              int32_t alias_count, OptionSetter* row) IA_NOEXCEPT;
+
+/** "None" when a "Vorel Inner 2 Way Tray-S1" has 1 bin, else by bin alias 101 to 105 with it of 2
+ * bins. */
+IA_EXPORT int32_t analyze_GetQVFinisher_CEDAR(AnalyzeContext* context,
+                                              const FinisherEntry* finishers,
+                                              int32_t finisher_count, const int32_t* aliases,
+                                              int32_t alias_count, OptionSetter* row) IA_NOEXCEPT;
+
+/** As analyze_GetQVFinisher_CEDAR(). */
+IA_EXPORT int32_t analyze_GetQVFinisher_HAZEL(AnalyzeContext* context,
+                                              const FinisherEntry* finishers,
+                                              int32_t finisher_count, const int32_t* aliases,
+                                              int32_t alias_count, OptionSetter* row) IA_NOEXCEPT;
+
+/** "None" when a "Vorel Inner 2Way Tray-R1" has 1 bin, else by bin alias 101 to 105 with it of 2
+ * bins. */
+IA_EXPORT int32_t analyze_GetQVFinisherMAPLE(AnalyzeContext* context,
+                                             const FinisherEntry* finishers, int32_t finisher_count,
+                                             const int32_t* aliases, int32_t alias_count,
+                                             OptionSetter* row) IA_NOEXCEPT;
+
+/** "IN2TRAYF1" when bin alias 119 is there, else the value string. */
+IA_EXPORT int32_t analyze_GetQVFinisherSPRUCE(AnalyzeContext* context,
+                                              const FinisherEntry* finishers,
+                                              int32_t finisher_count, const int32_t* aliases,
+                                              int32_t alias_count, OptionSetter* row) IA_NOEXCEPT;
+
+/** "IN2TRAYF1" when bin alias 119 is one of exactly 2, else the value string. */
+IA_EXPORT int32_t analyze_GetQVFinisherWILLOW(AnalyzeContext* context,
+                                              const FinisherEntry* finishers,
+                                              int32_t finisher_count, const int32_t* aliases,
+                                              int32_t alias_count, OptionSetter* row) IA_NOEXCEPT;
+
+/** "IN2TRAY" when there is a "Vorel Inner 2way Tray-N1" and bin alias 119, else the value string.
+ */
+IA_EXPORT int32_t analyze_GetQVFinisherSUMAC(AnalyzeContext* context,
+                                             const FinisherEntry* finishers, int32_t finisher_count,
+                                             const int32_t* aliases, int32_t alias_count,
+                                             OptionSetter* row) IA_NOEXCEPT;
+
+/** As analyze_GetQVFinisherSUMAC(). */
+IA_EXPORT int32_t analyze_GetQVFinisherHICKORY(AnalyzeContext* context,
+                                               const FinisherEntry* finishers,
+                                               int32_t finisher_count, const int32_t* aliases,
+                                               int32_t alias_count, OptionSetter* row) IA_NOEXCEPT;
+
+/** By the bins of the first finisher: 2 "IN2TRAY", 3 "IN2TRAYSFING1", 1 "FINJ1", else "None". */
+IA_EXPORT int32_t analyze_GetQVFinisherWALNUT(AnalyzeContext* context,
+                                              const FinisherEntry* finishers,
+                                              int32_t finisher_count, const int32_t* aliases,
+                                              int32_t alias_count, OptionSetter* row) IA_NOEXCEPT;
+
+/** @}
+ *  @name Copy tray: QVCopyTray. Handlers of kind FinisherOptionHandler.
+ *  @{ */
+
+/** "CPTU1" when a finisher's name begins with that of a rule and it has more bins than the rule or
+ * a bin alias lies in the range.
+ *  @param context         analyser
+ *  @param finishers       finishers
+ *  @param finisher_count  number of finishers; below 1 nothing is done
+ *  @param rules           rules; NULL: none
+ *  @param rule_count      number of rules
+ *  @param aliases         alias codes of all bins; NULL: none
+ *  @param alias_count     number of alias codes
+ *  @param low,high        ends of the alias range
+ *  @param row             option row
+ *  @return 0; -1 when the context, the finishers or the row is NULL */
+IA_EXPORT int32_t analyze_GetQVCopyTrayByBinTrayAlias(
+    AnalyzeContext* context, const FinisherEntry* finishers, int32_t finisher_count,
+    const AccessoryBinRule* rules, int32_t rule_count, const int32_t* aliases, int32_t alias_count,
+    int32_t low, int32_t high, OptionSetter* row) IA_NOEXCEPT;
+
+/** Never a value. */
+IA_EXPORT int32_t analyze_GetQVCopyTrayCommon(AnalyzeContext* context,
+                                              const FinisherEntry* finishers,
+                                              int32_t finisher_count, const int32_t* aliases,
+                                              int32_t alias_count, OptionSetter* row) IA_NOEXCEPT;
+
+/** By bin alias 101 to 105, with "Vorel Inner 2Way Tray-B1" of 2 bins and "Vorel Finisher-Q1" of 1.
+ */
+IA_EXPORT int32_t analyze_GetQVCopyTray_ASPEN(AnalyzeContext* context,
+                                              const FinisherEntry* finishers,
+                                              int32_t finisher_count, const int32_t* aliases,
+                                              int32_t alias_count, OptionSetter* row) IA_NOEXCEPT;
+
+/** By bin alias 101 to 105, with "Vorel Inner 2Way Tray-B1" and "Vorel Finisher-Q1" of 1 bin. */
+IA_EXPORT int32_t analyze_GetQVCopyTray_FIR(AnalyzeContext* context, const FinisherEntry* finishers,
+                                            int32_t finisher_count, const int32_t* aliases,
+                                            int32_t alias_count, OptionSetter* row) IA_NOEXCEPT;
+
+/** By bin alias 101 to 105, with "Vorel Inner 2 Way Tray-S1" of 2 bins and "Vorel Finisher-A1"
+ * of 1. */
+IA_EXPORT int32_t analyze_GetQVCopyTray_CEDAR(AnalyzeContext* context,
+                                              const FinisherEntry* finishers,
+                                              int32_t finisher_count, const int32_t* aliases,
+                                              int32_t alias_count, OptionSetter* row) IA_NOEXCEPT;
+
+/** "CPTU1" when a bin alias lies in 101 to 105. */
+IA_EXPORT int32_t analyze_GetQVCopyTray_BEECH(AnalyzeContext* context,
+                                              const FinisherEntry* finishers,
+                                              int32_t finisher_count, const int32_t* aliases,
+                                              int32_t alias_count, OptionSetter* row) IA_NOEXCEPT;
+
+/** As analyze_GetQVCopyTray_BEECH(). */
+IA_EXPORT int32_t analyze_GetQVCopyTray_BIRCH(AnalyzeContext* context,
+                                              const FinisherEntry* finishers,
+                                              int32_t finisher_count, const int32_t* aliases,
+                                              int32_t alias_count, OptionSetter* row) IA_NOEXCEPT;
+
+/** As analyze_GetQVCopyTray_BEECH(). */
+IA_EXPORT int32_t analyze_GetQVCopyTray_HAZEL(AnalyzeContext* context,
+                                              const FinisherEntry* finishers,
+                                              int32_t finisher_count, const int32_t* aliases,
+                                              int32_t alias_count, OptionSetter* row) IA_NOEXCEPT;
+
+/** "CPTU1" when bin alias 101 is there. */
+IA_EXPORT int32_t analyze_GetQVCopyTrayMAPLE(AnalyzeContext* context,
+                                             const FinisherEntry* finishers, int32_t finisher_count,
+                                             const int32_t* aliases, int32_t alias_count,
+                                             OptionSetter* row) IA_NOEXCEPT;
+
+/** @}
+ *  @name Finisher tray: QVFinTray. Handlers of kind FinisherOptionHandler.
+ *  @{ */
+
+/** "FNTU1" when a finisher has more bins than the first rule whose name begins its name.
+ *  @param context         analyser
+ *  @param finishers       finishers
+ *  @param finisher_count  number of finishers; below 1 nothing is done
+ *  @param rules           rules; NULL: none
+ *  @param rule_count      number of rules
+ *  @param aliases         not looked at
+ *  @param alias_count     not looked at
+ *  @param row             option row
+ *  @return 0; -1 when the context, the finishers or the row is NULL */
+IA_EXPORT int32_t analyze_GetQVFinTrayByBinTrayCount(
+    AnalyzeContext* context, const FinisherEntry* finishers, int32_t finisher_count,
+    const AccessoryBinRule* rules, int32_t rule_count, const int32_t* aliases, int32_t alias_count,
+    OptionSetter* row) IA_NOEXCEPT;
+
+/** Never a value. */
+IA_EXPORT int32_t analyze_GetQVFinTrayCommon(AnalyzeContext* context,
+                                             const FinisherEntry* finishers, int32_t finisher_count,
+                                             const int32_t* aliases, int32_t alias_count,
+                                             OptionSetter* row) IA_NOEXCEPT;
+
+/** By bin count: "Vorel Finisher-T1" 2, "Vorel Saddle Finisher-T2" 3. */
+IA_EXPORT int32_t analyze_GetQVFinTray_ALDER(AnalyzeContext* context,
+                                             const FinisherEntry* finishers, int32_t finisher_count,
+                                             const int32_t* aliases, int32_t alias_count,
+                                             OptionSetter* row) IA_NOEXCEPT;
+
+/** By bin count: "Vorel Finisher-U3" 2, "Vorel Saddle Finisher-U4" 3, "Vorel Finisher-C1" 2, "Vorel
+ *  Saddle Finisher-C2" 3. */
+IA_EXPORT int32_t analyze_GetQVFinTray_ASPEN(AnalyzeContext* context,
+                                             const FinisherEntry* finishers, int32_t finisher_count,
+                                             const int32_t* aliases, int32_t alias_count,
+                                             OptionSetter* row) IA_NOEXCEPT;
+
+/** By bin count: "Vorel Finisher-U1/U3" 2, "Vorel Saddle Finisher-U2/U4" 3. */
+IA_EXPORT int32_t analyze_GetQVFinTray_FIR(AnalyzeContext* context, const FinisherEntry* finishers,
+                                           int32_t finisher_count, const int32_t* aliases,
+                                           int32_t alias_count, OptionSetter* row) IA_NOEXCEPT;
+
+/** "FNTU1" when bin alias 121 is there. */
+IA_EXPORT int32_t analyze_GetQVFinTray_BEECH(AnalyzeContext* context,
+                                             const FinisherEntry* finishers, int32_t finisher_count,
+                                             const int32_t* aliases, int32_t alias_count,
+                                             OptionSetter* row) IA_NOEXCEPT;
+
+/** As analyze_GetQVFinTray_BEECH(). */
+IA_EXPORT int32_t analyze_GetQVFinTray_BIRCH(AnalyzeContext* context,
+                                             const FinisherEntry* finishers, int32_t finisher_count,
+                                             const int32_t* aliases, int32_t alias_count,
+                                             OptionSetter* row) IA_NOEXCEPT;
+
+/** As analyze_GetQVFinTray_BEECH(). */
+IA_EXPORT int32_t analyze_GetQVFinTray_HAZEL(AnalyzeContext* context,
+                                             const FinisherEntry* finishers, int32_t finisher_count,
+                                             const int32_t* aliases, int32_t alias_count,
+                                             OptionSetter* row) IA_NOEXCEPT;
+
+/** As analyze_GetQVFinTray_BEECH(). */
+IA_EXPORT int32_t analyze_GetQVFinTrayMAPLE(AnalyzeContext* context, const FinisherEntry* finishers,
+                                            int32_t finisher_count, const int32_t* aliases,
+                                            int32_t alias_count, OptionSetter* row) IA_NOEXCEPT;
+
+/** As analyze_GetQVFinTray_BEECH(). */
+IA_EXPORT int32_t analyze_GetQVFinTrayMYRTLE(AnalyzeContext* context,
+                                             const FinisherEntry* finishers, int32_t finisher_count,
+                                             const int32_t* aliases, int32_t alias_count,
+                                             OptionSetter* row) IA_NOEXCEPT;
+
+/** As analyze_GetQVFinTray_BEECH(). */
+IA_EXPORT int32_t analyze_GetQVFinTrayWILLOW(AnalyzeContext* context,
+                                             const FinisherEntry* finishers, int32_t finisher_count,
+                                             const int32_t* aliases, int32_t alias_count,
+                                             OptionSetter* row) IA_NOEXCEPT;
+
+/** "EXTU1" when a name begins with "Vorel Inner Finisher-F1" and bin alias 119 is there. */
+IA_EXPORT int32_t analyze_GetQVFinTraySUMAC(AnalyzeContext* context, const FinisherEntry* finishers,
+                                            int32_t finisher_count, const int32_t* aliases,
+                                            int32_t alias_count, OptionSetter* row) IA_NOEXCEPT;
+
+/** "FNTU1" when a name is "Vorel Inner Finisher-W1" or "Vorel Inner Shift Sorter-D1", in full, and
+ * bin alias 119 is there. */
+IA_EXPORT int32_t analyze_GetQVFinTrayHORNBEAM(AnalyzeContext* context,
+                                               const FinisherEntry* finishers,
+                                               int32_t finisher_count, const int32_t* aliases,
+                                               int32_t alias_count, OptionSetter* row) IA_NOEXCEPT;
+
+/** @}
+ *  @name Puncher: QVPuncher. Handlers of kind FunctionStringHandler; none gives a value when the
+ *  function is not reported.
+ *  @{ */
+
+/** The value of the first row of the search table that is reported; without a table the default
+ * value. */
+IA_EXPORT char* analyze_GetPuncherOptionStringSearchTableListOrder(const FunctionQuery* query)
+    IA_NOEXCEPT;
+
+/** The value of the first reported detailed function that begins the name of a row of the search
+ * table; without a table the default value. */
+IA_EXPORT char* analyze_GetPuncherOptionStringDetailFuncListOrder(const FunctionQuery* query)
+    IA_NOEXCEPT;
+
+/** "PUNU2" when 2 holes are reported, else no value. */
+IA_EXPORT char* analyze_GetPuncherOptionStringJUNIPER(const FunctionQuery* query) IA_NOEXCEPT;
+
+/** "PUNU24" when 2 holes and French 4 holes are reported, "PUNU2" when 2 holes are, else the search
+ * in table order. */
+IA_EXPORT char* analyze_GetPuncherOptionStringJUNIPER_MLT(const FunctionQuery* query) IA_NOEXCEPT;
+
+/** "PUNM" when multiple holes are reported, else the search in table order. */
+IA_EXPORT char* analyze_GetPuncherOptionStringMultipleHoles(const FunctionQuery* query) IA_NOEXCEPT;
+
+/** @}
+ *  @name Other finishing functions: QVOptionStaple, QVFolder. Handlers of kind
+ *  FunctionStringHandler; none gives a value when the function is not reported.
+ *  @{ */
+
+/** The value of the last row of the search table that is reported; without a table the default
+ * value. */
+IA_EXPORT char* analyze_GetFinishingFunctionOptionStringCommon(const FunctionQuery* query)
+    IA_NOEXCEPT;
+
+/** "True" for the function "staple", else no value. */
+IA_EXPORT char* analyze_GetFinishingFunctionOptionString_ELM(const FunctionQuery* query)
+    IA_NOEXCEPT;
+
+/** As analyze_GetFinishingFunctionOptionString_ELM(). */
+IA_EXPORT char* analyze_GetFinishingFunctionOptionStringMagnolia(const FunctionQuery* query)
+    IA_NOEXCEPT;
+
+/** @}
+ *  @name Extra options
+ *  @{ */
+
+/** Sets QVInsertUnit from the first tray of the Tray_list document with alias 196 ("INSU1") or 198
+ *  ("MINSU1"), else to "None".
+ *  @param context  analyser
+ *  @param options  list
+ *  @return 0 when such a tray was found; -1 for a NULL argument; else the result of the last read
+ */
+IA_EXPORT int32_t analyze_GetExtraOptionStringROWAN(AnalyzeContext* context,
+                                                    OptionList* options) IA_NOEXCEPT;
+
+/** @} */
+
+IA_END_DECLS
+
+#endif /* INFO_ANALYZE_MODEL_OPTIONS_H_ */
