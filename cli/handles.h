@@ -4,6 +4,7 @@
 
 #include <cstdlib>
 #include <memory>
+#include <new>
 
 #include "info_analyze/info_analyze.h"
 
@@ -25,6 +26,14 @@ using TextPtr = std::unique_ptr<char, Releaser<std::free>>;
 using BidiPtr = std::unique_ptr<BidiContext, Releaser<Bidi_Destroy>>;
 using AnalyzerPtr = std::unique_ptr<AnalyzeContext, Releaser<Analyze_Destroy>>;
 using OptionListPtr = std::unique_ptr<OptionList, OptionListReleaser>;
+
+// The library appends to lists that have a node, so a list begins with an empty one.
+[[nodiscard]] inline OptionListPtr StartOptionList() {
+  OptionList* list = nullptr;
+  info_common_optlist_additem_front(&list, "", "");
+  if (list == nullptr) throw std::bad_alloc();
+  return OptionListPtr(list);
+}
 
 }  // namespace ia::cli
 

@@ -62,6 +62,13 @@ std::vector<std::string> FormatNames() {
   return names;
 }
 
+void AddFormatOption(CLI::App& verb, std::string& name) {
+  verb.add_option("--format", name, "Format of the answer")
+      ->check(CLI::IsMember(FormatNames()))
+      ->type_name("FORMAT")
+      ->capture_default_str();
+}
+
 Formatter FindFormatter(const std::string& name) {
   const auto row = std::ranges::find(kFormats, name, &Format::name);
   return row != kFormats.end() ? row->formatter : nullptr;

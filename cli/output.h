@@ -2,6 +2,7 @@
 #ifndef INFO_ANALYZE_CLI_OUTPUT_H_
 #define INFO_ANALYZE_CLI_OUTPUT_H_
 
+#include <CLI/CLI.hpp>
 #include <string>
 #include <vector>
 
@@ -23,6 +24,9 @@ using Formatter = std::string (*)(const Answer& answer);
 [[nodiscard]] std::string FormatJson(const Answer& answer);
 
 [[nodiscard]] std::vector<std::string> FormatNames();
+
+// The option that chooses a format; the name holds the default.
+void AddFormatOption(CLI::App& verb, std::string& name);
 
 // The formatter of a name of FormatNames().
 [[nodiscard]] Formatter FindFormatter(const std::string& name);

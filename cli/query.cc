@@ -1,6 +1,5 @@
 #include <cstdint>
 #include <memory>
-#include <new>
 #include <string>
 #include <vector>
 
@@ -17,14 +16,6 @@ struct QueryOptions {
   PrinterLocation location;
   std::string format = "text";
 };
-
-// The library appends to lists that have a node, so a list begins with an empty one.
-[[nodiscard]] OptionListPtr StartOptionList() {
-  OptionList* list = nullptr;
-  info_common_optlist_additem_front(&list, "", "");
-  if (list == nullptr) throw std::bad_alloc();
-  return OptionListPtr(list);
-}
 
 [[noreturn]] void FailForDocuments(const std::string& queue, int32_t result,
                                    const std::vector<std::string>& missing) {
@@ -49,10 +40,7 @@ void Query(const QueryOptions& query) {
 void DefineQuery(CLI::App& verb) {
   const auto query = std::make_shared<QueryOptions>();
   AddPrinterOptions(verb, query->location);
-  verb.add_option("--format", query->format, "Format of the answer")
-      ->check(CLI::IsMember(FormatNames()))
-      ->type_name("FORMAT")
-      ->capture_default_str();
+  AddFormatOption(verb, query->format);
   verb.callback([query] { Query(*query); });
 }
 

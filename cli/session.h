@@ -13,10 +13,13 @@ namespace ia::cli {
 struct PrinterLocation {
   std::string queue;
   std::string driver_folder;
-  std::string device_info;
-  std::string cups_root;  // empty: the CUPS server of the environment
+  std::string device_info;  // empty: nothing is asked of the device
+  std::string cups_root;    // empty: the CUPS server of the environment
 };
 
+// The options that tell a queue and its driver.
+void AddQueueOptions(CLI::App& verb, PrinterLocation& location);
+// Those, and the one that tells the device documents.
 void AddPrinterOptions(CLI::App& verb, PrinterLocation& location);
 
 // Members are released from the last to the first: the analyser needs the communication library.

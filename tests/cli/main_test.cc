@@ -43,8 +43,12 @@ TEST_F(ToolCommandLine, HelpOfAVerbNamesItsOptions) {
 
 TEST_F(ToolCommandLine, ManualPageHasEveryOptionOfTheHelp) {
   const std::string manual = ia_test::ReadFile(IA_TEST_SOURCE "/docs/man/info-analyze.1");
-  const std::string help =
-      RunTool({IA_TEST_TOOL, "--help"}).out + RunTool({IA_TEST_TOOL, "query", "--help"}).out;
+  std::string help = RunTool({IA_TEST_TOOL, "--help"}).out;
+  for (const char* verb : {"function-version", "query"}) {
+    EXPECT_THAT(help, HasSubstr(verb));
+    EXPECT_THAT(manual, HasSubstr(std::string("Cm ") + verb));
+    help += RunTool({IA_TEST_TOOL, verb, "--help"}).out;
+  }
   ASSERT_THAT(help, HasSubstr("--"));
   for (std::size_t at = help.find("--"); at != std::string::npos; at = help.find("--", at + 2)) {
     const std::size_t end = help.find_first_of(" \n", at);

@@ -1,0 +1,61 @@
+#include <charconv>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <system_error>
+
+#include "cli/failure.h"
+#include "cli/output.h"
+#include "cli/session.h"
+#include "cli/verbs.h"
+
+namespace ia::cli {
+namespace {
+
+struct FunctionVersionOptions {
+  PrinterLocation location;
+  std::string format = "text";
+  std::string version;
+};
+
+// Hexadecimal behind "0x", else decimal.
+[[nodiscard]] std::uint32_t ParseVersion(const std::string& text) {
+  std::string_view digits = text;
+  const bool is_hexadecimal = digits.starts_with("0x") || digits.starts_with("0X");
+  if (is_hexadecimal) digits.remove_prefix(2);
+  std::uint32_t version = 0;
+  const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), version,
+                                            is_hexadecimal ? 16 : 10);
+  if (error == std::errc() && end == digits.data() + digits.size()) return version;
+  throw Failure(ExitStatus::kUsage, "not a function version of 32 bits: \"" + text + "\"");
+}
+
+void TellFlags(const FunctionVersionOptions& asked) {
+  const std::uint32_t version = ParseVersion(asked.version);
+  const Session session = OpenSession(asked.location);
+  const OptionListPtr flags = StartOptionList();
+  const int32_t result =
+      Analyze_Info_FromFunctionVersion(session.analyzer.get(), version, flags.get());
+  if (result != 0) {
+    throw Failure(ExitStatus::kOther, "the flags of the function version cannot be told: result " +
+                                          std::to_string(result));
+  }
+  const Answer answer = {session.analyzer->driver_name, flags->next};
+  WriteAnswer(FindFormatter(asked.format)(answer));
+}
+
+}  // namespace
+
+void DefineFunctionVersion(CLI::App& verb) {
+  const auto asked = std::make_shared<FunctionVersionOptions>();
+  AddQueueOptions(verb, asked->location);
+  AddFormatOption(verb, asked->format);
+  verb.add_option("version", asked->version,
+                  "Function version, hexadecimal (0x310) or decimal (784)")
+      ->type_name("VERSION")
+      ->required();
+  verb.callback([asked] { TellFlags(*asked); });
+}
+
+}  // namespace ia::cli
