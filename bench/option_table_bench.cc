@@ -3,11 +3,10 @@
 #include <cups/file.h>
 
 #include <chrono>
-#include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <string>
 
+#include "bench/server_root.h"
 #include "info_analyze/option_table.h"
 
 namespace {
@@ -22,34 +21,17 @@ constexpr double kSecondsPerEntry = 1e-6;
 
 constexpr int64_t kFirstNumber = 1'000'000;
 
-// A folder that libcups takes for a server's, with one PPD for each number of entries.
-class ServerRoot {
- public:
-  ServerRoot() : folder_(fs::temp_directory_path() / "info_analyze_bench") {
-    fs::create_directories(folder_ / "ppd");
-    setenv("CUPS_SERVERROOT", folder_.c_str(), 1);
-    setenv("CUPS_SERVER", "localhost", 1);
+std::string QueueName(int64_t entries) { return "bench-" + std::to_string(entries); }
+
+std::string Ppd(int64_t entries) {
+  std::string ppd = "*PPD-Adobe: \"4.3\"\n";
+  for (int64_t i = 0; i < entries; ++i) {
+    // Of one width, so that no key begins another, and in no order.
+    ppd += "*QVAnlz_Entry" + std::to_string(kFirstNumber + i * 7919 % entries) + ": \"value " +
+           std::to_string(i) + "\"\n";
   }
-  ~ServerRoot() { fs::remove_all(folder_); }
-  ServerRoot(const ServerRoot&) = delete;
-  ServerRoot& operator=(const ServerRoot&) = delete;
-
-  static std::string QueueName(int64_t entries) { return "bench-" + std::to_string(entries); }
-
-  fs::path WritePpd(int64_t entries) const {
-    const fs::path path = folder_ / "ppd" / (QueueName(entries) + ".ppd");
-    std::ofstream ppd(path);
-    ppd << "*PPD-Adobe: \"4.3\"\n";
-    for (int64_t i = 0; i < entries; ++i) {
-      // Of one width, so that no key begins another, and in no order.
-      ppd << "*QVAnlz_Entry" << kFirstNumber + i * 7919 % entries << ": \"value " << i << "\"\n";
-    }
-    return path;
-  }
-
- private:
-  fs::path folder_;
-};
+  return ppd;
+}
 
 void ReadLines(const fs::path& path) {
   cups_file_t* const file = cupsFileOpen(path.c_str(), "r");
@@ -67,10 +49,9 @@ double Time(Work work) {
 
 // The bare loop runs in turn with the table, so that both see the machine in one state.
 void BM_CreateOptionTable(benchmark::State& state) {
-  static const ServerRoot root;
   const int64_t entries = state.range(0);
-  const fs::path ppd = root.WritePpd(entries);
-  const std::string queue = ServerRoot::QueueName(entries);
+  const std::string queue = QueueName(entries);
+  const fs::path ppd = bench::ServerRoot::Get().WritePpd(queue, Ppd(entries));
   double bare = 0;
   double table = 0;
   for (auto _ : state) {

@@ -1,0 +1,49 @@
+// A folder that libcups takes for a server's, so that queues of a benchmark need no server.
+#ifndef BENCH_SERVER_ROOT_H_
+#define BENCH_SERVER_ROOT_H_
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+namespace bench {
+
+class ServerRoot {
+ public:
+  // One for the whole program: libcups looks at its environment once.
+  static const ServerRoot& Get() {
+    static const ServerRoot root;
+    return root;
+  }
+  ServerRoot(const ServerRoot&) = delete;
+  ServerRoot& operator=(const ServerRoot&) = delete;
+
+  [[nodiscard]] const std::filesystem::path& folder() const { return folder_; }
+
+  // Returns the path.
+  std::filesystem::path WriteFile(const std::string& name, const std::string& content) const {
+    const std::filesystem::path path = folder_ / name;
+    std::filesystem::create_directories(path.parent_path());
+    std::ofstream(path) << content;
+    return path;
+  }
+  std::filesystem::path WritePpd(const std::string& queue, const std::string& content) const {
+    return WriteFile("ppd/" + queue + ".ppd", content);
+  }
+
+ private:
+  ServerRoot() : folder_(std::filesystem::temp_directory_path() / "info_analyze_bench") {
+    std::filesystem::remove_all(folder_);
+    std::filesystem::create_directories(folder_);
+    setenv("CUPS_SERVERROOT", folder_.c_str(), 1);
+    setenv("CUPS_SERVER", "localhost", 1);
+  }
+  ~ServerRoot() { std::filesystem::remove_all(folder_); }
+
+  std::filesystem::path folder_;
+};
+
+}  // namespace bench
+
+#endif  // BENCH_SERVER_ROOT_H_

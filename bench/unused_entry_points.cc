@@ -1,0 +1,28 @@
+// The entry points that a query does not call; a communication library must have them all.
+#define IA_UNUSED(name) \
+  extern "C" [[gnu::visibility("default")]] long name() { return 0; }
+
+IA_UNUSED(qvsktwrapQueueListNew)
+IA_UNUSED(qvsktwrapQueueListDestroy)
+IA_UNUSED(qvsktwrapNew)
+IA_UNUSED(qvsktwrapControl)
+IA_UNUSED(qvsktwrapDestroy)
+IA_UNUSED(qvxmlwrapCleanup)
+IA_UNUSED(qvxmlwrapSet_New)
+IA_UNUSED(qvxmlwrapSet_OpenDict)
+IA_UNUSED(qvxmlwrapSet_Long)
+IA_UNUSED(qvxmlwrapSet_Double)
+IA_UNUSED(qvxmlwrapSet_String)
+IA_UNUSED(qvxmlwrapSet_Binary)
+IA_UNUSED(qvxmlwrapSet_OpenArray)
+IA_UNUSED(qvxmlwrapSet_LongToArray)
+IA_UNUSED(qvxmlwrapSet_DoubleToArray)
+IA_UNUSED(qvxmlwrapSet_StringToArray)
+IA_UNUSED(qvxmlwrapSet_BinaryToArray)
+IA_UNUSED(qvxmlwrapSet_CloseArray)
+IA_UNUSED(qvxmlwrapSet_CloseDict)
+IA_UNUSED(qvxmlwrapSet_Destroy)
+IA_UNUSED(qvxmlwrapGet_Double)
+IA_UNUSED(qvxmlwrapGet_Binary)
+IA_UNUSED(qvxmlwrapGet_DoubleFromArray)
+IA_UNUSED(qvxmlwrapGet_BinaryFromArray)
