@@ -53,7 +53,7 @@ std::int32_t FillFlagStores(AnalyzeContext& context) noexcept {
     FlagInfo* const store = zflaginfo_init(flag.key, kFlagCapacity);
     context.*flag.store = store;
     // A store that could not be made is no failure, and a failure before a success is masked:
-    // drivers would rather lose flags than the whole analyser.
+    // callers depend on an analyser that lacks flags rather than on none.
     if (store != nullptr) status = zflaginfo_getflags(context.ppd_options, flag.key, store);
   }
   return status;

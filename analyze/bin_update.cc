@@ -1,12 +1,17 @@
 // The update handler of output bins.
 #include <algorithm>
 #include <array>
+#include <cstddef>
 
 #include "analyze/document_keys.h"
 #include "analyze/option_rows.h"
 #include "info_analyze/list_getters.h"
 #include "info_analyze/printer_updates.h"
 #include "info_common/owned.h"
+
+static_assert(sizeof(BinUnit) == 3 * sizeof(void*));
+static_assert(offsetof(BinUnit, aliases) == 1 * sizeof(void*));
+static_assert(offsetof(BinUnit, alias_count) == 2 * sizeof(void*));
 
 namespace ia {
 namespace {

@@ -1,6 +1,7 @@
 // The update handler of fax lines.
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <span>
 #include <string_view>
 
@@ -9,6 +10,9 @@
 #include "info_analyze/list_getters.h"
 #include "info_analyze/printer_updates.h"
 #include "info_common/owned.h"
+
+static_assert(sizeof(FaxModes) == 2 * sizeof(void*));
+static_assert(offsetof(FaxModes, count) == 1 * sizeof(void*));
 
 namespace ia {
 namespace {
@@ -19,8 +23,8 @@ constexpr std::int32_t kIsdnType = 2;
 constexpr std::int32_t kUncountedType = 3;
 constexpr std::int32_t kModeTwin = 128;  // each mode also counts with this added
 
-// These devices support the ID function on lines A to C without reporting it. Line D is left out:
-// they have none.
+// For these devices dial lines A to C that are not reported count as supporting the ID function.
+// Line D is left out on purpose.
 constexpr auto kDevicesWithIdSupport = std::to_array<std::string_view>({"HZL-A", "HZL-B/HZL-C"});
 constexpr std::size_t kDialLineA = 2;
 constexpr std::size_t kDialLineC = 4;

@@ -1,12 +1,23 @@
 // Getters for one unit of the finisher list.
 #include <algorithm>
 #include <array>
+#include <cstddef>
+#include <limits>
 #include <span>
 #include <string_view>
 
 #include "info_analyze/list_getters.h"
 #include "info_analyze/model_options.h"
 #include "info_common/owned.h"
+
+// The records are shared with callers written in C.
+static_assert(sizeof(FinisherUnit) == 7 * sizeof(void*));
+static_assert(offsetof(FinisherUnit, name) == 1 * sizeof(void*));
+static_assert(offsetof(FinisherUnit, functions) == 2 * sizeof(void*));
+static_assert(offsetof(FinisherUnit, function_count) == 3 * sizeof(void*));
+static_assert(offsetof(FinisherUnit, detail_functions) == 4 * sizeof(void*));
+static_assert(offsetof(FinisherUnit, detail_count) == 5 * sizeof(void*));
+static_assert(offsetof(FinisherUnit, stacker_count) == 6 * sizeof(void*));
 
 namespace ia {
 namespace {
@@ -144,7 +155,9 @@ char* zGetStackerOptionString(const void* datum) noexcept {
   if (datum == nullptr) return nullptr;
   const auto& unit = *static_cast<const FinisherUnit*>(datum);
   if (unit.type != ia::kStackerType || unit.stacker_count == nullptr) return nullptr;
-  const bool is_first = (*unit.stacker_count)++ == 0;
+  int32_t& stackers = *unit.stacker_count;
+  const bool is_first = stackers == 0;
+  if (stackers < std::numeric_limits<int32_t>::max()) ++stackers;
   return ia::Duplicate(is_first ? "STKU1" : "STKU2").release();
 }
 

@@ -2,7 +2,6 @@
 // the finisher and its trays per driver model.
 #include <algorithm>
 #include <array>
-#include <utility>
 
 #include "analyze/document_keys.h"
 #include "analyze/option_rows.h"
@@ -27,6 +26,73 @@ constexpr auto kPunchTable = std::to_array<FunctionPair>({
     {"punching_Swedish_4_holes", "PUNS4"},
 });
 
+// One item of the list, in the shapes that the getters look at.
+class FinisherItem {
+ public:
+  explicit FinisherItem(const char* model) noexcept
+      : staple_(Query(model, "staple")),
+        punch_(Query(model, "punch")),
+        folding_(Query(nullptr, "folding")) {
+    staple_.detail_functions = nullptr;
+    staple_.detail_count = nullptr;
+    punch_.search_table = kPunchTable.data();
+    punch_.search_rows = static_cast<std::int32_t>(kPunchTable.size());
+    folding_.default_value = "FLDU1";
+  }
+
+  [[nodiscard]] OptionRows<11> Rows() const noexcept {
+    return OptionRows(std::to_array<OptionSetter>({
+        {"QVOptionStaple", nullptr, zGetFinishingFunctionOptionString, &staple_, "False"},
+        {"QVPuncher", nullptr, zGetPuncherOptionString, &punch_, "None"},
+        {"QVFolder", nullptr, zGetFinishingFunctionOptionString, &folding_, "None"},
+        {"QVTrimmer", nullptr, zGetTrimmerFunctionOptionString, &unit_, "None"},
+        {"QVInnerTrimmer", nullptr, zGetInnerTrimmerFunctionOptionString, &unit_, "None"},
+        {"QVInsertUnit", nullptr, zGetFinisherInserterOptionString, &unit_, "None"},
+        {"QVEnableMultiInserter", nullptr, zGetMultiInserterOptionString, &unit_, "False"},
+        {"QVStacker", nullptr, zGetStackerOptionString, &unit_, "None"},
+        {"QVBinderOption", nullptr, zGetFinisherConstitutionOptionString, &unit_, "None"},
+        {"QVProPuncher", nullptr, zGetProPuncherOptionString, &unit_, "None"},
+        {"QVTopBottomTrimmer", nullptr, zGetTopBottomTrimmerOptionString, &unit_, "None"},
+    }));
+  }
+
+  // A unit that reports no type has that of the unit before it.
+  [[nodiscard]] std::int32_t Read(AnalyzeContext* context, std::int32_t item) noexcept {
+    functions_.Clear();
+    details_.Clear();
+    char* name = nullptr;
+    const std::int32_t status =
+        ReadListItem(context, kDocument, item,
+                     {LongKey(kDocument, "type", unit_.type), TextKey(kDocument, "name", name),
+                      functions_.Key(), details_.Key()});
+    name_.reset(name);
+    unit_.name = name;
+    return status;
+  }
+
+ private:
+  [[nodiscard]] FunctionQuery Query(const char* model, const char* function) noexcept {
+    return {model,   function, functions_.Data(), &functions_.Count(),
+            nullptr, 0,        details_.Data(),   &details_.Count(),
+            nullptr};
+  }
+
+  TextArray<kMostWords> functions_{kDocument, "func"};
+  TextArray<kMostWords> details_{kDocument, "detail_func"};
+  CString name_;
+  std::int32_t stackers_ = 0;
+  FinisherUnit unit_{0,
+                     nullptr,
+                     functions_.Data(),
+                     &functions_.Count(),
+                     details_.Data(),
+                     &details_.Count(),
+                     &stackers_};
+  FunctionQuery staple_;
+  FunctionQuery punch_;
+  FunctionQuery folding_;  // without a model, so that folding is the same for all
+};
+
 // The number of items of the finisher list, and room for them.
 struct FinisherEntries {
   explicit FinisherEntries(std::int32_t count) noexcept
@@ -48,13 +114,15 @@ std::int32_t ReadFinishers(AnalyzeContext* context, FinisherEntries& finishers) 
   std::int32_t status = 0;
   std::int32_t bins = 0;  // a unit that reports none has those of the unit before it
   for (std::size_t i = 0; i < finishers.size; ++i) {
-    char* name = nullptr;
-    status = ReadListItem(context, kDocument, static_cast<std::int32_t>(i),
-                          {TextKey(kDocument, "name", name), LongKey(kDocument, "binnum", bins)});
-    const CString owned_name(name);
-    if (status == 0) {
-      finishers.entries[i] = {bins, Duplicate(name != nullptr ? name : "").release()};
-    }
+    char* read_name = nullptr;
+    status =
+        ReadListItem(context, kDocument, static_cast<std::int32_t>(i),
+                     {TextKey(kDocument, "name", read_name), LongKey(kDocument, "binnum", bins)});
+    CString name(read_name);
+    if (status != 0) continue;
+    if (!name) name = Duplicate("");
+    if (!name) return -1;
+    finishers.entries[i] = {bins, name.release()};
   }
   return status;
 }
@@ -64,59 +132,12 @@ std::int32_t ReadFinishers(AnalyzeContext* context, FinisherEntries& finishers) 
 
 int32_t z_Update_Prn_finisher_list(AnalyzeContext* context, OptionList* options) noexcept {
   if (context == nullptr || options == nullptr) return -1;
-  char* name = nullptr;
-  int32_t stackers = 0;
-  ia::TextArray<ia::kMostWords> functions(ia::kDocument, "func");
-  ia::TextArray<ia::kMostWords> details(ia::kDocument, "detail_func");
-  FinisherUnit unit{
-      0,        nullptr, functions.Data(), &functions.Count(), details.Data(), &details.Count(),
-      &stackers};
-  const FunctionQuery staple{context->driver_name,
-                             "staple",
-                             functions.Data(),
-                             &functions.Count(),
-                             nullptr,
-                             0,
-                             nullptr,
-                             nullptr,
-                             nullptr};
-  const FunctionQuery punch{context->driver_name,
-                            "punch",
-                            functions.Data(),
-                            &functions.Count(),
-                            ia::kPunchTable.data(),
-                            static_cast<int32_t>(ia::kPunchTable.size()),
-                            details.Data(),
-                            &details.Count(),
-                            nullptr};
-  // Without a model code, so that folding is the same for every model.
-  const FunctionQuery folding{nullptr, "folding", functions.Data(), &functions.Count(),
-                              nullptr, 0,         details.Data(),   &details.Count(),
-                              "FLDU1"};
-  ia::OptionRows rows(std::to_array<OptionSetter>({
-      {"QVOptionStaple", nullptr, zGetFinishingFunctionOptionString, &staple, "False"},
-      {"QVPuncher", nullptr, zGetPuncherOptionString, &punch, "None"},
-      {"QVFolder", nullptr, zGetFinishingFunctionOptionString, &folding, "None"},
-      {"QVTrimmer", nullptr, zGetTrimmerFunctionOptionString, &unit, "None"},
-      {"QVInnerTrimmer", nullptr, zGetInnerTrimmerFunctionOptionString, &unit, "None"},
-      {"QVInsertUnit", nullptr, zGetFinisherInserterOptionString, &unit, "None"},
-      {"QVEnableMultiInserter", nullptr, zGetMultiInserterOptionString, &unit, "False"},
-      {"QVStacker", nullptr, zGetStackerOptionString, &unit, "None"},
-      {"QVBinderOption", nullptr, zGetFinisherConstitutionOptionString, &unit, "None"},
-      {"QVProPuncher", nullptr, zGetProPuncherOptionString, &unit, "None"},
-      {"QVTopBottomTrimmer", nullptr, zGetTopBottomTrimmerOptionString, &unit, "None"},
-  }));
+  ia::FinisherItem unit(context->driver_name);
+  ia::OptionRows rows = unit.Rows();
   for (int32_t item = 0; item < context->documents[ia::kDocument].count; ++item) {
-    const int32_t status = ia::ReadListItem(
-        context, ia::kDocument, item,
-        {ia::LongKey(ia::kDocument, "type", unit.type), ia::TextKey(ia::kDocument, "name", name),
-         functions.Key(), details.Key()});
-    const ia::CString owned_name(std::exchange(name, nullptr));
+    const int32_t status = unit.Read(context, item);
     if (status != 0) return status;
-    unit.name = owned_name.get();
     rows.RunGetters();
-    functions.Clear();
-    details.Clear();
   }
   return rows.Apply(options);
 }

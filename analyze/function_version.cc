@@ -28,8 +28,8 @@ constexpr auto kFlagKeys = std::to_array<FlagKeys>({
 
 constexpr std::string_view kModelWithExtraOptions = "RA-Z5";
 
-// PPDs write version 0x0310 as "310" in their keys, so the hexadecimal digits are read as decimal
-// ones, up to the first letter.
+// The keys carry the hexadecimal digits of a version as a decimal number (0x0310: 310), up to the
+// first letter.
 std::int32_t NumberInKeys(std::uint32_t version) noexcept {
   char digits[9];  // of 32 bits, and a NUL
   std::snprintf(digits, sizeof digits, "%x", version);

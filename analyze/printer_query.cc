@@ -12,8 +12,7 @@ using UpdateHandler = std::int32_t (*)(AnalyzeContext*, OptionList*) noexcept;
 
 // A handler's guard is the slot at its own place in this row, which is not always the document that
 // it reads: the platform version comes from Specid but waits for Finisher_list, and the last
-// handler for the word behind the slots. Drivers know by this pairing which options a missing
-// document leaves at their PPD defaults.
+// handler for the word behind the slots. Drivers depend on this pairing.
 constexpr auto kUpdateHandlers = std::to_array<UpdateHandler>({
     z_Update_Prn_accessories,
     z_Update_Prn_functions,

@@ -51,8 +51,8 @@ std::int32_t SetInputOptions(AnalyzeContext* context, const TrayEntry* trays, st
 }  // namespace
 }  // namespace ia
 
-// Of several items that cannot be read only the last one ends the update: the others count as trays
-// of no type.
+// Only a failed read of the list's last item ends the update; others that fail count as trays of no
+// type.
 int32_t z_Update_Prn_tray_list(AnalyzeContext* context, OptionList* options) noexcept {
   if (context == nullptr || options == nullptr) return -1;
   const int32_t count = std::max(context->documents[ia::kDocument].count, 0);

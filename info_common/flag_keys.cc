@@ -49,8 +49,8 @@ std::int32_t ForEachItem(const char* text, Take take) noexcept {
 }  // namespace ia
 
 // The base is searched for anywhere in a key but its suffix read as if the key began with it, so
-// "XQVAnlz_FuncVer_UI_1" answers for "QVAnlz_FuncVer_UI", with a wrong index. PPDs in the field
-// have been written against that.
+// "XQVAnlz_FuncVer_UI_1" answers for "QVAnlz_FuncVer_UI", with a wrong index. Callers
+// depend on it.
 int32_t OptionList_Get_FlagValue(OptTable** cursor, const char* base, int32_t highest_index,
                                  char** value) noexcept {
   if (cursor == nullptr || base == nullptr || value == nullptr) return 0;

@@ -5,7 +5,20 @@
 namespace ia {
 namespace {
 
+constexpr std::int32_t kDocument = IA_DOCUMENT_BIN_LIST;
 constexpr std::int32_t kMostAliases = 10;  // the room that callers give
+
+// Adds the alias codes of one bin; zeros are none.
+std::int32_t CollectAliases(AnalyzeContext* context, std::int32_t item, std::int32_t* aliases,
+                            std::int32_t& count) noexcept {
+  LongArray<kMostAliases> codes(kDocument, "alias");
+  const std::int32_t status = ReadListItem(context, kDocument, item, {codes.Key()});
+  if (status != 0) return status;
+  for (const std::int32_t code : codes.Elements()) {
+    if (code != 0 && count < kMostAliases) aliases[count++] = code;
+  }
+  return 0;
+}
 
 }  // namespace
 }  // namespace ia
@@ -13,16 +26,10 @@ constexpr std::int32_t kMostAliases = 10;  // the room that callers give
 int32_t analyze_GetBinAlias(AnalyzeContext* context, int32_t* aliases,
                             int32_t* alias_count) noexcept {
   if (context == nullptr || aliases == nullptr || alias_count == nullptr) return -1;
-  constexpr int32_t kDocument = IA_DOCUMENT_BIN_LIST;
-  ia::LongArray<ia::kMostAliases> codes(kDocument, "alias");
   int32_t status = 0;
   int32_t collected = 0;
-  for (int32_t item = 0; item < context->documents[kDocument].count; ++item) {
-    status = ia::ReadListItem(context, kDocument, item, {codes.Key()});
-    if (status != 0) break;
-    for (const int32_t code : codes.Elements()) {
-      if (code != 0 && collected < ia::kMostAliases) aliases[collected++] = code;
-    }
+  for (int32_t item = 0; status == 0 && item < context->documents[ia::kDocument].count; ++item) {
+    status = ia::CollectAliases(context, item, aliases, collected);
   }
   *alias_count = collected;
   return status;

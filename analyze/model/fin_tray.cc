@@ -33,7 +33,7 @@ CString ExitTrayOfInnerFinisher(const FinisherReport& report) noexcept {
              : nullptr;
 }
 
-// Whole names, unlike everywhere else: units whose names only begin so have no such tray.
+// Whole names, stricter than everywhere else.
 constexpr auto kHornbeamUnits = std::to_array<std::string_view>({
     "Vorel Inner Finisher-W1",
     "Vorel Inner Shift Sorter-D1",

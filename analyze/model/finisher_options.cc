@@ -42,7 +42,7 @@ constexpr auto kFinisherOptionTable = std::to_array<FinisherOptionRow>({
 static_assert(kFinisherOptionTable.size() == 20);
 static_assert(CountUnreachableRows<FinisherOptionRow>(kFinisherOptionTable) == 0);
 
-// The trays of other models are left at the PPD's defaults: their names mean nothing known.
+// Models without a row get a finisher only.
 constexpr FinisherOptionRow kOtherModels{"", analyze_GetQVFinisherCommon, nullptr, nullptr};
 
 }  // namespace

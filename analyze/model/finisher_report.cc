@@ -1,6 +1,12 @@
 #include "analyze/model/finisher_report.h"
 
 #include <algorithm>
+#include <cstddef>
+
+static_assert(sizeof(FinisherEntry) == 2 * sizeof(void*));
+static_assert(offsetof(FinisherEntry, name) == 1 * sizeof(void*));
+static_assert(sizeof(AccessoryBinRule) == 2 * sizeof(void*));
+static_assert(offsetof(AccessoryBinRule, accessory_name) == 1 * sizeof(void*));
 
 namespace ia {
 
@@ -39,7 +45,7 @@ CString FinisherValueString(const FlagInfo* names,
     const auto flag = std::ranges::find_if(flags, [&](const FlagPair& pair) {
       return pair.name != nullptr && BeginsWith(finisher, pair.name);
     });
-    if (flag != flags.end() && flag->value != nullptr) value = flag->value;
+    if (flag != flags.end()) value = flag->value;
   }
   return value != nullptr ? Duplicate(value) : nullptr;
 }

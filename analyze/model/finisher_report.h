@@ -14,7 +14,7 @@ namespace ia {
 
 using AccessoryRules = std::span<const AccessoryBinRule>;
 
-// Alias codes of bins; what they mean is the device's affair.
+// Alias codes of bins, from one to another.
 struct AliasRange {
   std::int32_t low;
   std::int32_t high;

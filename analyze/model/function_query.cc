@@ -1,7 +1,20 @@
 #include "analyze/model/function_query.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <string_view>
+
+static_assert(sizeof(FunctionPair) == 2 * sizeof(void*));
+static_assert(offsetof(FunctionPair, value) == 1 * sizeof(void*));
+static_assert(sizeof(FunctionQuery) == 9 * sizeof(void*));
+static_assert(offsetof(FunctionQuery, function) == 1 * sizeof(void*));
+static_assert(offsetof(FunctionQuery, functions) == 2 * sizeof(void*));
+static_assert(offsetof(FunctionQuery, function_count) == 3 * sizeof(void*));
+static_assert(offsetof(FunctionQuery, search_table) == 4 * sizeof(void*));
+static_assert(offsetof(FunctionQuery, search_rows) == 5 * sizeof(void*));
+static_assert(offsetof(FunctionQuery, detail_functions) == 6 * sizeof(void*));
+static_assert(offsetof(FunctionQuery, detail_count) == 7 * sizeof(void*));
+static_assert(offsetof(FunctionQuery, default_value) == 8 * sizeof(void*));
 
 namespace ia {
 namespace {
@@ -29,7 +42,7 @@ CString CopyOf(const char* text) noexcept { return text != nullptr ? Duplicate(t
 
 }  // namespace ia
 
-// The list's texts are the prefixes: devices shorten their words, so "punching_2" reports
+// An element is the beginning of the word, not the other way round: "punching_2" reports
 // "punching_2_holes" and "punching_2or3_holes" alike.
 int32_t zStringExistenceCheck(char* const* texts, const char* word, int32_t count) noexcept {
   if (texts == nullptr || word == nullptr || count < 1) return 0;

@@ -93,7 +93,7 @@ const char* ByRowanDecks(const TrayReport& report) noexcept {
   return deck->capacity > kSmallDeckCapacity ? "MltDeck1" : "PODDeck1";
 }
 
-// Names joined by commas, as many as a driver's option text holds.
+// Names joined by commas, in at most 255 bytes.
 class NameList {
  public:
   // A name that occurs in the text already, be it inside another name, is not added again: which

@@ -1,14 +1,21 @@
 #include "analyze/model/tray_report.h"
 
 #include <algorithm>
+#include <cstddef>
 
 #include "info_common/ascii.h"
+
+static_assert(sizeof(TrayEntry) == 4 * sizeof(int32_t));
+static_assert(offsetof(TrayEntry, alias) == 1 * sizeof(int32_t));
+static_assert(offsetof(TrayEntry, capacity) == 2 * sizeof(int32_t));
+static_assert(offsetof(TrayEntry, medium_type) == 3 * sizeof(int32_t));
 
 namespace ia {
 
 const TrayEntry* TrayReport::FindAlias(std::int32_t alias) const noexcept {
-  const auto hit = std::ranges::find(trays, alias, &TrayEntry::alias);
-  return hit != trays.end() ? &*hit : nullptr;
+  const auto count = static_cast<std::int32_t>(trays.size());
+  const std::int32_t index = zFindTrayByAlias(trays.data(), count, alias);
+  return index >= 0 ? &trays[static_cast<std::size_t>(index)] : nullptr;
 }
 
 bool IsComplete(const InputArguments& arguments) noexcept {

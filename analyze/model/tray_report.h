@@ -42,7 +42,7 @@ struct OptionName {
   const char* default_value;
 };
 
-// False when an argument is missing.
+// False when an argument is missing or the rows in use are fewer than none.
 [[nodiscard]] bool IsComplete(const InputArguments& arguments) noexcept;
 [[nodiscard]] TrayReport ReportOf(const InputArguments& arguments) noexcept;
 

@@ -1,6 +1,7 @@
 /** @file
  *  Getters (see OptionGetter) for the items of list documents: finishers, bins and fax lines. All
- *  of them answer a malloc'd text, or NULL for no value, for NULL or when memory ran out. */
+ *  of them answer a malloc'd text, or NULL for no value, for NULL or when memory ran out. A list
+ *  whose pointer or count is NULL is an empty one. */
 #ifndef INFO_ANALYZE_LIST_GETTERS_H_
 #define INFO_ANALYZE_LIST_GETTERS_H_
 
@@ -66,7 +67,7 @@ IA_EXPORT char* zGetFinisherInserterOptionString(const void* datum) IA_NOEXCEPT;
 IA_EXPORT char* zGetMultiInserterOptionString(const void* datum) IA_NOEXCEPT;
 
 /** QVStacker: for a stacker (type 15) "STKU1" when it is the first of the run, else "STKU2"; counts
- *  it.
+ *  it. No value without a counter.
  *  @param datum  FinisherUnit*
  *  @return malloc'd text or NULL */
 IA_EXPORT char* zGetStackerOptionString(const void* datum) IA_NOEXCEPT;

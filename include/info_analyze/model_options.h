@@ -66,7 +66,7 @@ typedef struct FunctionQuery {
  *  @param extra_tray_count  number of trays of type 3 or 6
  *  @param rows            room for tray_count + 3 rows
  *  @param row_count       rows in use
- *  @return 0; -1 for a NULL argument */
+ *  @return 0; -1 for a NULL argument or a negative *row_count */
 typedef int32_t (*InputOptionHandler)(AnalyzeContext* context, const TrayEntry* trays,
                                       int32_t tray_count, int32_t extra_tray_count,
                                       OptionSetter* rows, int32_t* row_count);
@@ -287,8 +287,8 @@ IA_EXPORT int32_t analyze_GetQVXXXMediaTypeYEW(AnalyzeContext* context, const Tr
                                                int32_t tray_count, int32_t extra_tray_count,
                                                OptionSetter* rows, int32_t* row_count) IA_NOEXCEPT;
 
-/** As the common one, but the slot of alias 161 follows from the other trays, and all three flag
- * texts must exist. */
+/** As the common one, but the slot of alias 161 follows from the other trays, and there is no
+ *  row while one of the three flag stores is missing, or when memory runs out for its texts. */
 IA_EXPORT int32_t analyze_GetQVXXXMediaTypeREDWOOD(AnalyzeContext* context, const TrayEntry* trays,
                                                    int32_t tray_count, int32_t extra_tray_count,
                                                    OptionSetter* rows,
@@ -308,8 +308,8 @@ IA_EXPORT char* analyze_GetQVFinisherValueString(const AnalyzeContext* context,
                                                  const FinisherEntry* finishers,
                                                  int32_t finisher_count) IA_NOEXCEPT;
 
-/** The value string, unless each finisher is one that serves as a tray: its name begins with that
- * of a rule, it has no more bins than the rule, and a bin alias lies in the range.
+/** The value string, unless each named finisher is one that serves as a tray: its name begins with
+ * that of a rule, it has no more bins than the rule, and a bin alias lies in the range.
  *  @param context         analyser
  *  @param finishers       finishers
  *  @param finisher_count  number of finishers; below 1 nothing is done

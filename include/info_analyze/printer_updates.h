@@ -1,6 +1,6 @@
 /** @file
- *  The update handlers that Analyze_Info_FromPrinter() runs. Each reads one device document and
- *  appends option keywords to a list. */
+ *  The update handlers of Analyze_Info_FromPrinter(), which turn device documents into options of a
+ *  list, and the one of Analyze_Info_FromFunctionVersion(). */
 #ifndef INFO_ANALYZE_PRINTER_UPDATES_H_
 #define INFO_ANALYZE_PRINTER_UPDATES_H_
 
@@ -67,8 +67,8 @@ IA_EXPORT int32_t z_Update_Prn_bin_list(AnalyzeContext* context, OptionList* opt
 /** Reads the Tray_list document and sets what analyze_GetInputOptions() makes of it.
  *  @param context  analyser
  *  @param options  list
- *  @return 0; -1 for a NULL argument or exhausted memory; else the result of the last item's read
- */
+ *  @return 0; -1 for a NULL argument or exhausted memory; else the result of the last item's read,
+ *          with nothing set */
 IA_EXPORT int32_t z_Update_Prn_tray_list(AnalyzeContext* context, OptionList* options) IA_NOEXCEPT;
 
 /** Reads the Bin_list and Finisher_list documents and sets QVFinisher, QVCopyTray and QVFinTray by

@@ -382,6 +382,14 @@ TEST_F(Stackers, AreCounted) {
   }
 }
 
+TEST_F(Stackers, AreCountedUpToTheHighestNumber) {
+  count_ = kHighest - 1;
+  EXPECT_EQ(Answer(15), "STKU2");
+  EXPECT_EQ(count_, kHighest);
+  EXPECT_EQ(Answer(15), "STKU2");
+  EXPECT_EQ(count_, kHighest);
+}
+
 TEST_F(Stackers, OtherUnitsBetweenAreNotCounted) {
   EXPECT_EQ(Answer(15), "STKU1");
   EXPECT_EQ(Answer(18), kNull);

@@ -635,6 +635,21 @@ TEST_F(CombinedPass, AppendsWhatTheModelsHandlersDecide) {
             With(kNone, {{"QVFinisher", "IN2TRAY"}}));
 }
 
+// This model tells the inner tray by having two alias codes in all, one of them 119.
+TEST_F(CombinedPass, CountsTheAliasesThatAreThere) {
+  context_.driver_name = const_cast<char*>("RA-H8");
+  Load(kFinishers, {Name("A") + Bins(1)});
+  const auto with_tray = With(kNone, {{"QVFinisher", "IN2TRAYF1"}});
+  Load(kBins, {Aliases({119}), Aliases({0}), Aliases({1})});
+  EXPECT_EQ(Appended(z_Update_Prn_Complex_FinisherInformations), with_tray);
+  Load(kBins, {Aliases({119}), Aliases({std::nullopt}), Aliases({1})});
+  EXPECT_EQ(Appended(z_Update_Prn_Complex_FinisherInformations), with_tray);
+  Load(kBins, {Aliases({119}), Aliases({std::nullopt})});
+  EXPECT_EQ(Appended(z_Update_Prn_Complex_FinisherInformations), kNone);
+  Load(kBins, {Aliases({119}), Aliases({2}), Aliases({1})});
+  EXPECT_EQ(Appended(z_Update_Prn_Complex_FinisherInformations), kNone);
+}
+
 TEST_F(CombinedPass, AppendsBehindWhatTheListHolds) {
   CallersList list;
   OptionList_Add(list.get(), "QVOther", "kept");

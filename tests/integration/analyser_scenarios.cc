@@ -250,6 +250,20 @@ void AsksPrinterAgain(Round& round) {
   ExpectOptions(round, analyser, 1);
 }
 
+// The flags before the one that failed are kept.
+void TellsFunctionVersion(Round& round) {
+  const std::string right =
+      "QVSecureErase=True\nQV_Prot_CommonFlag=Proof\nQV_Prot_CommonFlag_1=Quota\n";
+  const SampleAnalyser analyser;
+  const CallersList list;
+  const int32_t status = round.Try(
+      [&] { return Analyze_Info_FromFunctionVersion(analyser.context(), 0x310, list.head()); });
+  const std::string added = list.Added();
+  round.Expect(status == 0 && added == right,
+               status == -1 && added != right && right.starts_with(added),
+               std::to_string(status) + "\n" + added);
+}
+
 void SetsOptionsFromDocument(Round& round) {
   const SampleAnalyser analyser;
   analyze_common_create_xmldata(analyser.context(), IA_DOCUMENT_ACCESSORIES);
@@ -330,6 +344,7 @@ std::span<const Scenario> AnalyserScenarios() {
       {"CreatesAnalyser", CreatesAnalyser},
       {"AsksPrinter", AsksPrinter},
       {"AsksPrinterAgain", AsksPrinterAgain},
+      {"TellsFunctionVersion", TellsFunctionVersion},
       {"UpdatesAccessories", UpdatesAccessories},
       {"UpdatesFunctions", UpdatesFunctions},
       {"UpdatesSpecId", UpdatesSpecId},

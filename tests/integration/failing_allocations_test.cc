@@ -37,6 +37,44 @@ INSTANTIATE_TEST_SUITE_P(Each, FailingAllocations,
                                           testing::Values(kOnce, kFromThenOn)),
                          NameOf);
 
+// With the nth allocation of the call failing, and no other.
+template <class Action>
+auto WithoutMemoryOnce(int nth, Action action) {
+  auto& faults = CallFaults::Instance();
+  faults.Arm(OutOfMemory(kOnce), nth);
+  auto answer = action();
+  EXPECT_EQ(faults.Disarm(), 1);
+  return answer;
+}
+
+TEST(WithoutMemoryOnce, PuncherIsLookedUpInTheTable) {
+  SampleSetting::Get();
+  std::string punch = "punch";
+  std::string holes = "punching_";
+  char* const functions[] = {punch.data()};
+  char* const details[] = {holes.data()};
+  const int32_t one = 1;
+  const FunctionPair table[] = {{"punching_2_holes", "PUNU2"}};
+  const FunctionQuery query{"RA-H9", "punch", functions, &one, table, 1, details, &one, nullptr};
+  EXPECT_EQ(Take(analyze_GetPuncherOptionString(&query)), "PUNF24");
+  EXPECT_EQ(Take(WithoutMemoryOnce(1, [&] { return analyze_GetPuncherOptionString(&query); })),
+            "PUNU2");
+}
+
+TEST(WithoutMemoryOnce, FinisherWithoutNameEndsTheCombinedPass) {
+  const SampleAnalyser analyser;
+  analyze_common_create_all_xmldata(analyser.context());
+  const CallersList list;
+  // The list of units comes first; the name of the second unit is missing and made up.
+  EXPECT_EQ(WithoutMemoryOnce(2,
+                              [&] {
+                                return z_Update_Prn_Complex_FinisherInformations(analyser.context(),
+                                                                                 list.head());
+                              }),
+            -1);
+  EXPECT_EQ(list.Added(), "");
+}
+
 // Also of an analyser whose documents were not all loaded.
 TEST(Destroying, NeedsNoMemory) {
   auto& faults = CallFaults::Instance();

@@ -15,6 +15,8 @@ const char kPpd[] = R"(*PPD-Adobe: "4.3"
 *QVAnlz_InputTray_2: "Cas2:102"
 *QVAnlz_FinisherName: "Staple Finisher:STFIN"
 *QVAnlz_SrcOption: "Cas34:122"
+*QVAnlz_FuncVer_UI_310: "QVSecureErase:True"
+*QVAnlz_FuncVer_CommonFlag_200: "Proof,Quota"
 *%QVUIValue: *QVColorMode(mono)
 *QVTwin: "1"
 *QVtwin: "2"
@@ -40,6 +42,8 @@ QVtwIn=4
 QVtwin=3
 QVTwin=3
 QVColorMode=mono
+QVAnlz_FuncVer_CommonFlag_200=Proof,Quota
+QVAnlz_FuncVer_UI_310=QVSecureErase:True
 QVAnlz_SrcOption=Cas34:122
 QVAnlz_FinisherName=Staple Finisher:STFIN
 QVAnlz_InputTray_2=Cas2:102

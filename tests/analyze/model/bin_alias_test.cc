@@ -78,6 +78,11 @@ TEST_F(BinAliases, ElementsThatAreNoNumbersAddNothing) {
   EXPECT_THAT(Collect(), ElementsAre(101, 103));
 }
 
+TEST_F(BinAliases, ElementThatIsNoNumberDoesNotRepeatTheBinBefore) {
+  LoadBins({{101, 102}, {std::nullopt, 103}, {std::nullopt, std::nullopt, std::nullopt}});
+  EXPECT_THAT(Collect(), ElementsAre(101, 102, 103));
+}
+
 TEST_F(BinAliases, OfTenCodesAllAreCollected) {
   LoadBins({{1, 2, 3, 4, 5, 6, 7, 8, 9, 10}});
   EXPECT_THAT(Collect(), ElementsAre(1, 2, 3, 4, 5, 6, 7, 8, 9, 10));

@@ -179,6 +179,24 @@ TEST(FinisherHandler, WithoutAValueToGiveTheCommonOneClearsTheRow) {
   EXPECT_EQ(rows.values()[0], std::nullopt);
 }
 
+// The common finisher clears the row, WALNUT always has a value.
+Value WhereEarlierValueWas(FinisherOptionHandler handler) {
+  if (handler == analyze_GetQVFinisherCommon) return std::nullopt;
+  return handler == analyze_GetQVFinisherWALNUT ? "None" : "earlier";
+}
+
+TEST_P(FinisherHandlers, WithoutAValueToGiveAnEarlierOneStays) {
+  const FinisherReport nameless({{0, std::nullopt}}, {1});
+  FinisherAnalyzer analyzer(kMakersNames);
+  FinisherRows rows;
+  rows.get()[1].value = strdup("earlier");
+  EXPECT_EQ(GetParam().handler(analyzer.get(), nameless.finishers(), 1, nameless.aliases(), 1,
+                               rows.get() + 1),
+            0);
+  EXPECT_THAT(rows.values(),
+              ElementsAre(std::nullopt, WhereEarlierValueWas(GetParam().handler), std::nullopt));
+}
+
 TEST(FinisherHandler, WithoutATrayTheCommonOnesLeaveTheRow) {
   FinisherAnalyzer analyzer(kMakersNames);
   FinisherReport report({{9, "Vorel A"}}, {101, 119, 121});

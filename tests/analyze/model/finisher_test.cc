@@ -1,7 +1,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cstdint>
+#include <cstdlib>
 #include <limits>
 #include <ostream>
 #include <string>
@@ -106,6 +108,48 @@ TEST_P(FinisherValueString, IsThatOfTheLastFinisherWithAFlag) {
 
 TEST(FinisherValueStringOf, MissingStoreOfNamesIsNull) {
   EXPECT_EQ(ValueString({{1, "Vorel A"}}, nullptr), kNoValue);
+}
+
+// Stores that no text of flags makes, but that a caller may hand in.
+class HandMadeNames : public testing::Test {
+ protected:
+  std::string Value(const Units& units) {
+    const FinisherReport report(units, {});
+    char* const value =
+        analyze_GetQVFinisherValueString(&context_, report.finishers(), report.count());
+    const std::string text = value != nullptr ? value : "(null)";
+    std::free(value);
+    return text;
+  }
+
+  std::string name_ = "Vorel A";
+  std::string value_ = "FA";
+  std::string other_name_ = "Vorel B";
+  std::array<FlagPair, 2> pairs_ = {{{name_.data(), value_.data()}, {other_name_.data(), nullptr}}};
+  FlagInfo names_ = {pairs_.data(), 2, 2};
+  AnalyzeContext context_ = [this] {
+    AnalyzeContext context{};
+    context.finisher_name_flags = &names_;
+    return context;
+  }();
+};
+
+TEST_F(HandMadeNames, LastFinisherWithAFlagDecidesAlsoWithoutValue) {
+  EXPECT_EQ(Value({{1, "Vorel A"}}), "FA");
+  EXPECT_EQ(Value({{1, "Vorel A"}, {1, "Vorel B"}}), "(null)");
+  EXPECT_EQ(Value({{1, "Vorel B"}, {1, "Vorel A"}}), "FA");
+}
+
+TEST_F(HandMadeNames, FlagWithoutNameFitsNoFinisher) {
+  pairs_[0].name = nullptr;
+  EXPECT_EQ(Value({{1, "Vorel A"}, {1, ""}}), "(null)");
+}
+
+TEST_F(HandMadeNames, StoreOfFewerThanNoFlagsHasNone) {
+  for (const std::int32_t count : {0, -1, std::numeric_limits<std::int32_t>::min()}) {
+    names_.count = count;
+    EXPECT_EQ(Value({{1, "Vorel A"}}), "(null)") << count;
+  }
 }
 
 TEST(FinisherValueStringOf, NullArgumentIsNull) {

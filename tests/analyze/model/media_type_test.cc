@@ -5,6 +5,7 @@
 #include <limits>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "info_analyze/model_options.h"
@@ -237,6 +238,13 @@ TEST_P(EachMediaType, HasNoRowForKeywordsThatAreNotInUse) {
     context_.slot_media_info_flags->count = count;
     EXPECT_EQ(Appended(GetParam().handler, {Tray(101, 2)}), OptionRows{}) << count;
   }
+}
+
+TEST_P(EachMediaType, HasNoRowForASlotWhoseFlagHasNoKeyword) {
+  SetPpd(kWhole);
+  char* const keyword = std::exchange(context_.slot_media_info_flags->entries[0].value, nullptr);
+  EXPECT_EQ(Appended(GetParam().handler, {Tray(101, 2)}), OptionRows{});
+  context_.slot_media_info_flags->entries[0].value = keyword;
 }
 
 TEST_P(EachMediaType, HasThePlainWordWhereNoFlagsOfMediaAreInUse) {
