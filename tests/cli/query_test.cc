@@ -67,6 +67,19 @@ TEST_F(ToolQuery, HostileModelCodeDoesNotBreakJson) {
   EXPECT_THAT(run.out, testing::Not(HasSubstr("\x1b")));
 }
 
+// A value of the PPD that would colour the terminal of whoever reads the answer.
+TEST_F(ToolQuery, HostileFinisherValueDoesNotReachTheTerminal) {
+  ReplaceInPpd("Finisher-W1:BKFINW1", "Finisher-W1:BKF\x1b[31mIN");
+  const Finished text = RunQuery();
+  EXPECT_EQ(text.status, 0);
+  EXPECT_THAT(Lines(text.out), testing::Contains("QVFinisher=BKF\\x1b[31mIN"));
+  EXPECT_THAT(text.out, testing::Not(HasSubstr("\x1b")));
+  const Finished json = RunQuery({"--format", "json"});
+  EXPECT_THAT(json.out, testing::Not(HasSubstr("\x1b")));
+  EXPECT_THAT(Json::parse(json.out)["options"],
+              testing::Contains(Json({{"keyword", "QVFinisher"}, {"value", "BKF\x1b[31mIN"}})));
+}
+
 TEST_F(ToolQuery, TakesAFolderRelativeToTheCurrentOne) {
   const Finished run = RunQueryWith("--cups-root", "printer");
   EXPECT_EQ(run.status, 0);
