@@ -23,8 +23,8 @@ std::vector<std::string> Lines(const std::string& text);
 // True when some of the lines, in their order, make the other text.
 bool IsSomeOf(const std::string& some, const std::string& all);
 
-// True when every entry that a query of the sample setting added has its right text, or one that its
-// handler falls back to.
+// True when every entry that a query of the sample setting added has its right text, or one that
+// its handler falls back to.
 bool AreOptions(const std::string& added);
 
 // Expects a text, or nothing: what functions that hand out one text may answer. Releases it.
