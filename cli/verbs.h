@@ -9,6 +9,8 @@ namespace ia::cli {
 // Each adds the options of one verb to its part of the command line and sets the callback that
 // does the work: the answer goes to standard output, a failure is thrown.
 void DefineQuery(CLI::App& verb);
+void DefineQueues(CLI::App& verb);
+void DefineUri(CLI::App& verb);
 
 }  // namespace ia::cli
 
