@@ -40,8 +40,9 @@ Json DerivedFromFolder(const std::string& uri) {
 
 template <auto kLookUp>
 Json Port(const std::string& folder) {
-  const int32_t port = kLookUp(folder.c_str());
-  return port != 0 ? Json(port) : Json(nullptr);
+  Json answer;
+  if (const int32_t port = kLookUp(folder.c_str()); port != 0) answer = port;
+  return answer;
 }
 
 Json PdlType(const std::string& uri) {

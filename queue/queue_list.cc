@@ -11,7 +11,6 @@
 #include <memory>
 #include <span>
 #include <string_view>
-#include <utility>
 
 #include "info_common/owned.h"
 #include "queue/paths.h"
@@ -36,7 +35,8 @@ OwnedList NewList(std::size_t capacity) noexcept {
   OwnedList list(NewZeroed<QueueList>().release());
   if (!list || capacity == 0) return list;
   list->records = static_cast<QueueRecord*>(std::calloc(capacity, sizeof(QueueRecord)));
-  return list->records != nullptr ? std::move(list) : nullptr;
+  if (list->records == nullptr) list.reset();
+  return list;
 }
 
 class FolderEntries {
