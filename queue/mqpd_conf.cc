@@ -1,6 +1,9 @@
 // Reading the daemon's configuration, and the questions that it answers.
 #include "queue/mqpd_conf.h"
 
+#include <sys/stat.h>
+
+#include <algorithm>
 #include <cstdlib>
 #include <memory>
 #include <optional>
@@ -15,7 +18,7 @@ static_assert(offsetof(FolderConf, text) == 0 && offsetof(FolderConf, length) ==
 namespace ia {
 namespace {
 
-constexpr std::size_t kFirstBufferSize = 64;
+constexpr std::size_t kSmallestBuffer = 64;
 
 struct FileCloser {
   void operator()(std::FILE* file) const noexcept { std::fclose(file); }
@@ -34,6 +37,15 @@ bool Resize(CString& buffer, std::size_t size) noexcept {
   static_cast<void>(buffer.release());
   buffer.reset(resized);
   return true;
+}
+
+// One byte more than a file has, so that its end is seen in the first buffer. It is a guess: a file
+// may grow meanwhile, and a pipe has no size.
+std::size_t FirstBufferSize(std::FILE* stream, std::size_t largest_buffer) noexcept {
+  struct stat status = {};
+  const bool has_size = fstat(fileno(stream), &status) == 0 && status.st_size > 0;
+  const std::size_t size = has_size ? static_cast<std::size_t>(status.st_size) + 1 : 0;
+  return size <= largest_buffer ? std::max(size, kSmallestBuffer) : kSmallestBuffer;
 }
 
 // Of a stream that gave fewer bytes than it was asked for.
@@ -84,14 +96,16 @@ bool FindDevice(std::string_view text, std::string_view queue_name, Device& devi
 StreamData ReadToEnd(std::FILE* stream, std::size_t largest_buffer) noexcept {
   StreamData data;
   std::size_t length = 0;
-  for (std::size_t size = kFirstBufferSize; Resize(data.bytes, size); size *= 2) {
+  std::size_t size = FirstBufferSize(stream, largest_buffer);
+  while (Resize(data.bytes, size)) {
     length += std::fread(data.bytes.get() + length, 1, size - length, stream);
     if (length < size) {
       data.length = static_cast<std::uint32_t>(length);
       data.error = ReadError(stream);
       return data;
     }
-    if (size >= largest_buffer) break;
+    if (size == largest_buffer) break;
+    size = std::min(size * 2, largest_buffer);
   }
   return {};
 }

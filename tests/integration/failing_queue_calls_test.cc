@@ -86,6 +86,8 @@ INSTANTIATE_TEST_SUITE_P(
         FailingCall{"Stat", ListsCupsQueues({"a office@7", "a@7 office"}),
                     Failing(Callee::kStat, EACCES)},
         FailingCall{"Fopen", ReadsConf("(none)"), Failing(Callee::kFopen, EMFILE)},
+        // Only a buffer of the file's size is missed.
+        FailingCall{"Fstat", ReadsConf(kConf), Failing(Callee::kFstat, EIO)},
         FailingCall{"Fread", ReadsConf("begin"), Failing(Callee::kFread, EIO)},
         FailingCall{"Fclose", ReadsConf(kConf), Failing(Callee::kFclose, EIO)},
         FailingCall{"FopenInLookup", FindsQueueOfUri(-1), Failing(Callee::kFopen, EACCES)},

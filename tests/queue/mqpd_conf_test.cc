@@ -185,6 +185,16 @@ TEST(LargestBuffer, TakesOneByteLessThanItsSize) {
   }
 }
 
+// Reading does not begin with a buffer of a size that is above it.
+TEST(LargestBuffer, IsAllThatALargerFileGets) {
+  const TempFolder folder;
+  folder.Write("file", "");
+  std::filesystem::resize_file(folder / "file", std::uintmax_t{1} << 40);
+  const Stream stream = Open(folder / "file");
+  EXPECT_THAT(ia::ReadToEnd(stream.get(), 128).bytes, IsNull());
+  EXPECT_EQ(std::ftell(stream.get()), 128);
+}
+
 // Lengths above it would not fit the signed 32-bit numbers that searches take.
 TEST(LargestBuffer, IsTwoGibibytes) { EXPECT_EQ(ia::kLargestConfBuffer, 2147483648u); }
 
