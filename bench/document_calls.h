@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-namespace bench {
+namespace ia_bench {
 
 enum class EntryPoint {
   kNew,
@@ -37,6 +37,6 @@ inline constexpr char kRecordedLibrary[] = "IA_RECORDED_LIBRARY";
 inline constexpr char kRecordedCalls[] = "RecordedCalls";
 using RecordedCallsFunction = std::vector<DocumentCall>& (*)();
 
-}  // namespace bench
+}  // namespace ia_bench
 
 #endif  // BENCH_DOCUMENT_CALLS_H_

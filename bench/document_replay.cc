@@ -4,7 +4,7 @@
 
 #include <cstdlib>
 
-namespace bench {
+namespace ia_bench {
 namespace {
 
 constexpr const char* kEncoding = "UTF-8";
@@ -86,4 +86,4 @@ void DocumentReplay::Make(const DocumentCall& call) {
   std::free(text);
 }
 
-}  // namespace bench
+}  // namespace ia_bench

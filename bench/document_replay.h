@@ -8,7 +8,7 @@
 #include "bench/sample_printer.h"
 #include "info_analyze/communication_library.h"
 
-namespace bench {
+namespace ia_bench {
 
 // Makes the calls of a communication library that were recorded before. The first ones load all
 // documents of the sample printer.
@@ -40,6 +40,6 @@ class DocumentReplay {
   std::array<QvXmlReader*, kDocuments.size()> readers_{};
 };
 
-}  // namespace bench
+}  // namespace ia_bench
 
 #endif  // BENCH_DOCUMENT_REPLAY_H_

@@ -7,15 +7,15 @@
 #include "info_analyze/communication_library.h"
 
 struct QvXmlReader {
-  const bench::SampleDocument* document;
-  bench::Fields fields;  // of the document, or of the list's item that is open
-  const bench::Field* array;
+  const ia_bench::SampleDocument* document;
+  ia_bench::Fields fields;  // of the document, or of the list's item that is open
+  const ia_bench::Field* array;
 };
 
 namespace {
 
-const bench::Field* Find(const QvXmlReader* reader, const char* key) {
-  for (const bench::Field& field : reader->fields) {
+const ia_bench::Field* Find(const QvXmlReader* reader, const char* key) {
+  for (const ia_bench::Field& field : reader->fields) {
     if (std::strcmp(field.key, key) == 0) return &field;
   }
   return nullptr;
@@ -23,7 +23,7 @@ const bench::Field* Find(const QvXmlReader* reader, const char* key) {
 
 template <class Value>
 const Value* Find(const QvXmlReader* reader, const char* key) {
-  const bench::Field* const field = Find(reader, key);
+  const ia_bench::Field* const field = Find(reader, key);
   return field != nullptr ? std::get_if<Value>(&field->value) : nullptr;
 }
 
@@ -50,8 +50,8 @@ std::int32_t Give(const std::int32_t* number, std::int32_t* value) {
 QvXmlReader* qvxmlwrapGet_New(const void* data, int32_t length) {
   const char digit = length == 1 ? *static_cast<const char*>(data) : '\0';
   const auto number = static_cast<std::size_t>(digit - '0');
-  if (number >= bench::kDocuments.size()) return nullptr;
-  const bench::SampleDocument& document = bench::kDocuments[number];
+  if (number >= ia_bench::kDocuments.size()) return nullptr;
+  const ia_bench::SampleDocument& document = ia_bench::kDocuments[number];
   return new QvXmlReader{&document, document.fields, nullptr};
 }
 
@@ -63,7 +63,7 @@ int32_t qvxmlwrapGet_DictCount(QvXmlReader* reader, const char*, int32_t* count)
 int32_t qvxmlwrapGet_OpenDict(QvXmlReader* reader, const char*, int32_t index) {
   const auto position = static_cast<std::size_t>(index);
   const bool is_there = position < reader->document->list.size();
-  reader->fields = is_there ? reader->document->list[position] : bench::Fields{};
+  reader->fields = is_there ? reader->document->list[position] : ia_bench::Fields{};
   return is_there ? 1 : 0;
 }
 
@@ -77,9 +77,9 @@ int32_t qvxmlwrapGet_String(QvXmlReader* reader, const char* key, char** text, v
 }
 
 int32_t qvxmlwrapGet_ArrayCount(QvXmlReader* reader, const char* key, int32_t* count) {
-  if (const auto* const numbers = Find<bench::Numbers>(reader, key)) {
+  if (const auto* const numbers = Find<ia_bench::Numbers>(reader, key)) {
     *count = static_cast<int32_t>(numbers->size());
-  } else if (const auto* const words = Find<bench::Words>(reader, key)) {
+  } else if (const auto* const words = Find<ia_bench::Words>(reader, key)) {
     *count = static_cast<int32_t>(words->size());
   } else {
     return 0;
@@ -93,12 +93,12 @@ int32_t qvxmlwrapGet_OpenArray(QvXmlReader* reader, const char* key) {
 }
 
 int32_t qvxmlwrapGet_LongFromArray(QvXmlReader* reader, int32_t index, int32_t* value, intptr_t) {
-  return Give(ElementAt<bench::Numbers>(reader, index), value);
+  return Give(ElementAt<ia_bench::Numbers>(reader, index), value);
 }
 
 int32_t qvxmlwrapGet_StringFromArray(QvXmlReader* reader, int32_t index, char** text, void*,
                                      const char*, intptr_t) {
-  return Give(ElementAt<bench::Words>(reader, index), text);
+  return Give(ElementAt<ia_bench::Words>(reader, index), text);
 }
 
 int32_t qvxmlwrapGet_CloseArray(QvXmlReader* reader) {

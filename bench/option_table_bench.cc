@@ -51,7 +51,7 @@ double Time(Work work) {
 void BM_CreateOptionTable(benchmark::State& state) {
   const int64_t entries = state.range(0);
   const std::string queue = QueueName(entries);
-  const fs::path ppd = bench::ServerRoot::Get().WritePpd(queue, Ppd(entries));
+  const fs::path ppd = ia_bench::ServerRoot::Get().WritePpd(queue, Ppd(entries));
   double bare = 0;
   double table = 0;
   for (auto _ : state) {

@@ -19,7 +19,7 @@
 
 namespace {
 
-using bench::DocumentCall;
+using ia_bench::DocumentCall;
 using Clock = std::chrono::steady_clock;
 using Seconds = std::chrono::duration<double>;
 
@@ -55,7 +55,7 @@ struct XmlValue {
   }
 };
 
-std::string ToXml(const bench::Fields& fields) {
+std::string ToXml(const ia_bench::Fields& fields) {
   std::string xml;
   for (const auto& [key, value] : fields) {
     xml += std::visit(XmlValue{" key=\"" + std::string(key) + "\""}, value) + "\n";
@@ -63,29 +63,29 @@ std::string ToXml(const bench::Fields& fields) {
   return xml;
 }
 
-std::string ToXml(const bench::SampleDocument& document) {
+std::string ToXml(const ia_bench::SampleDocument& document) {
   std::string xml = "<document version=\"1\">" + ToXml(document.fields);
-  for (const bench::Fields& item : document.list) {
+  for (const ia_bench::Fields& item : document.list) {
     xml += "<dict key=\"list\">" + ToXml(item) + "</dict>\n";
   }
   return xml + "</document>\n";
 }
 
-std::string ToDigit(const bench::SampleDocument& document) {
-  return std::to_string(&document - bench::kDocuments.data());
+std::string ToDigit(const ia_bench::SampleDocument& document) {
+  return std::to_string(&document - ia_bench::kDocuments.data());
 }
 
 struct Library {
   const char* driver_folder;
   const char* document_folder;
-  std::string (*content)(const bench::SampleDocument& document);
+  std::string (*content)(const ia_bench::SampleDocument& document);
 
   [[nodiscard]] std::string Path() const {
     return std::string(driver_folder) + "/Bidi/libmqpd_util.so";
   }
   [[nodiscard]] std::string WriteDocuments() const {
-    const bench::ServerRoot& root = bench::ServerRoot::Get();
-    for (const bench::SampleDocument& document : bench::kDocuments) {
+    const ia_bench::ServerRoot& root = ia_bench::ServerRoot::Get();
+    for (const ia_bench::SampleDocument& document : ia_bench::kDocuments) {
       root.WriteFile(document_folder + ("/" + std::string(document.file)), content(document));
     }
     return root.folder() / document_folder;
@@ -100,7 +100,7 @@ class Analyzer {
   explicit Analyzer(const Library& library) : Analyzer(library, library.driver_folder) {}
   Analyzer(const Library& library, const char* driver_folder)
       : documents_(library.WriteDocuments()), bidi_(Bidi_Create(driver_folder)) {
-    bench::ServerRoot::Get().WritePpd(kQueue, bench::kPpd);
+    ia_bench::ServerRoot::Get().WritePpd(kQueue, ia_bench::kPpd);
     analyzer_ = Create();
   }
 
@@ -137,7 +137,7 @@ double TimeQuery(Analyzer& analyzer, std::uint8_t reload) {
 class Recorder {
  public:
   explicit Recorder(const Library& library)
-      : environment_(setenv(bench::kRecordedLibrary, library.Path().c_str(), 1)),
+      : environment_(setenv(ia_bench::kRecordedLibrary, library.Path().c_str(), 1)),
         handle_(dlopen(IA_RECORDING_DRIVER "/Bidi/libmqpd_util.so", RTLD_NOW)),
         analyzer_(library, IA_RECORDING_DRIVER) {}
   ~Recorder() { dlclose(handle_); }
@@ -146,7 +146,7 @@ class Recorder {
 
   std::vector<DocumentCall> Query(std::uint8_t reload) {
     auto* const calls =
-        reinterpret_cast<bench::RecordedCallsFunction>(dlsym(handle_, bench::kRecordedCalls));
+        reinterpret_cast<ia_bench::RecordedCallsFunction>(dlsym(handle_, ia_bench::kRecordedCalls));
     calls().clear();
     TimeQuery(analyzer_, reload);
     return calls();
@@ -158,11 +158,11 @@ class Recorder {
   Analyzer analyzer_;
 };
 
-void Replay(bench::DocumentReplay& replay, std::span<const DocumentCall> calls) {
+void Replay(ia_bench::DocumentReplay& replay, std::span<const DocumentCall> calls) {
   for (const DocumentCall& call : calls) replay.Make(call);
 }
 
-double TimeReplay(bench::DocumentReplay& replay, std::span<const DocumentCall> calls) {
+double TimeReplay(ia_bench::DocumentReplay& replay, std::span<const DocumentCall> calls) {
   const auto start = Clock::now();
   Replay(replay, calls);
   return Seconds(Clock::now() - start).count();
@@ -176,7 +176,7 @@ void BM_Query(benchmark::State& state, const Library& library, std::uint8_t relo
     load = recorder.Query(0);
     calls = recorder.Query(reload);
   }
-  bench::DocumentReplay replay(library.Path());
+  ia_bench::DocumentReplay replay(library.Path());
   Replay(replay, load);
   Analyzer analyzer(library);
   TimeQuery(analyzer, 0);

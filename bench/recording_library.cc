@@ -9,19 +9,20 @@
 
 namespace {
 
-using bench::EntryPoint;
+using ia_bench::EntryPoint;
 
 std::vector<const QvXmlReader*> readers;
 
 template <class Function>
 Function* Real(const char* name) {
-  static void* const library = dlopen(std::getenv(bench::kRecordedLibrary), RTLD_NOW | RTLD_LOCAL);
+  static void* const library =
+      dlopen(std::getenv(ia_bench::kRecordedLibrary), RTLD_NOW | RTLD_LOCAL);
   if (library == nullptr) std::abort();
   return reinterpret_cast<Function*>(dlsym(library, name));
 }
 
-std::vector<bench::DocumentCall>& Calls() {
-  static std::vector<bench::DocumentCall> calls;
+std::vector<ia_bench::DocumentCall>& Calls() {
+  static std::vector<ia_bench::DocumentCall> calls;
   return calls;
 }
 
@@ -39,7 +40,7 @@ void Record(EntryPoint entry_point, const QvXmlReader* reader, const char* key, 
 
 #define IA_REAL(name) Real<decltype(name)>(#name)
 
-extern "C" [[gnu::visibility("default")]] std::vector<bench::DocumentCall>& RecordedCalls() {
+extern "C" [[gnu::visibility("default")]] std::vector<ia_bench::DocumentCall>& RecordedCalls() {
   return Calls();
 }
 

@@ -8,7 +8,7 @@
 #include <span>
 #include <variant>
 
-namespace bench {
+namespace ia_bench {
 
 using Numbers = std::span<const std::int32_t>;
 using Words = std::span<const char* const>;
@@ -128,6 +128,6 @@ inline constexpr auto kDocuments = std::to_array<SampleDocument>({
     {"Devicename.xml", sample::kDeviceName, {}},
 });
 
-}  // namespace bench
+}  // namespace ia_bench
 
 #endif  // BENCH_SAMPLE_PRINTER_H_

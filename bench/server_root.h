@@ -7,7 +7,7 @@
 #include <fstream>
 #include <string>
 
-namespace bench {
+namespace ia_bench {
 
 class ServerRoot {
  public:
@@ -44,6 +44,6 @@ class ServerRoot {
   std::filesystem::path folder_;
 };
 
-}  // namespace bench
+}  // namespace ia_bench
 
 #endif  // BENCH_SERVER_ROOT_H_

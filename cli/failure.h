@@ -16,6 +16,7 @@ enum class ExitStatus {
   kQueue = 3,
   kCommunicationLibrary = 4,
   kDocuments = 5,
+  kNotFound = 6,
 };
 
 // Thrown by the step that fails; main() reports it and ends the process.

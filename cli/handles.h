@@ -25,6 +25,8 @@ struct OptionListReleaser {
 using TextPtr = std::unique_ptr<char, Releaser<std::free>>;
 using BidiPtr = std::unique_ptr<BidiContext, Releaser<Bidi_Destroy>>;
 using AnalyzerPtr = std::unique_ptr<AnalyzeContext, Releaser<Analyze_Destroy>>;
+using ConfPtr = std::unique_ptr<FolderConf, Releaser<FolderPathForConf_Terminate>>;
+using QueueListPtr = std::unique_ptr<QueueList, Releaser<CupsQueueList_Terminate>>;
 using OptionListPtr = std::unique_ptr<OptionList, OptionListReleaser>;
 
 // The library appends to lists that have a node, so a list begins with an empty one.

@@ -21,6 +21,8 @@ constexpr auto kVerbs = std::to_array<Verb>({
     {"function-version", "Tell which flags a driver function version selects",
      DefineFunctionVersion},
     {"query", "Tell what a printer is and has, as PPD options", DefineQuery},
+    {"queues", "List print queues, or find the one that serves a device", DefineQueues},
+    {"uri", "Tell what follows from a device URI", DefineUri},
 });
 
 void DefineCommandLine(CLI::App& app) {
@@ -32,7 +34,10 @@ void DefineCommandLine(CLI::App& app) {
 
 [[nodiscard]] std::string HelpHint(const CLI::App& app) {
   std::string command = app.get_name();
-  for (const CLI::App* verb : app.get_subcommands()) command += " " + verb->get_name();
+  for (const CLI::App* verb = &app; !verb->get_subcommands().empty();) {
+    verb = verb->get_subcommands().front();
+    command += " " + verb->get_name();
+  }
   return "; see " + command + " --help";
 }
 

@@ -25,10 +25,12 @@
 #include "info_analyze/flag_info.h"
 #include "info_analyze/list_getters.h"
 #include "info_analyze/model_options.h"
+#include "info_analyze/mqpd_conf.h"
 #include "info_analyze/option_list.h"
 #include "info_analyze/option_setter.h"
 #include "info_analyze/option_table.h"
 #include "info_analyze/printer_updates.h"
+#include "info_analyze/queue_list.h"
 #include "info_analyze/string_helpers.h"
 
 #endif /* INFO_ANALYZE_INFO_ANALYZE_H_ */

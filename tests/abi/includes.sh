@@ -21,7 +21,7 @@ room_of() {  # file, from the source folder, or public header
   case $1 in
     info_common/* | info_analyze/@(export|option_table|option_list|string_helpers|libc_names).h)
       echo info_common ;;
-    queue/* | info_analyze/device_uri.h) echo queue ;;
+    queue/* | info_analyze/@(device_uri|mqpd_conf|queue_list).h) echo queue ;;
     bidi/* | info_analyze/@(bidi|communication_library|device_documents).h) echo bidi ;;
     info_analyze/@(analyzer|flag_info).h) echo record ;;
     analyze/@(analyzer|document_keys|flag_info|model_row|option_rows|option_setter).* | \

@@ -17,6 +17,10 @@ using testing::HasSubstr;
 
 class ToolCommandLine : public SamplePrinter {};
 
+const std::vector<std::vector<std::string>> kVerbs = {{"function-version"}, {"query"},
+                                                      {"queues", "cups"},   {"queues", "daemon"},
+                                                      {"queues", "find"},   {"uri"}};
+
 TEST_F(ToolCommandLine, VersionIsPrinted) {
   const Finished run = RunTool({IA_TEST_TOOL, "--version"});
   EXPECT_EQ(run.status, 0);
@@ -27,7 +31,8 @@ TEST_F(ToolCommandLine, VersionIsPrinted) {
 TEST_F(ToolCommandLine, HelpNamesTheVerbs) {
   const Finished run = RunTool({IA_TEST_TOOL, "--help"});
   EXPECT_EQ(run.status, 0);
-  EXPECT_THAT(run.out, AllOf(HasSubstr("Usage: info-analyze"), HasSubstr("query")));
+  EXPECT_THAT(run.out, AllOf(HasSubstr("Usage: info-analyze"), HasSubstr("function-version"),
+                             HasSubstr("query"), HasSubstr("queues"), HasSubstr("uri")));
   EXPECT_EQ(run.err, "");
 }
 
@@ -44,12 +49,15 @@ TEST_F(ToolCommandLine, HelpOfAVerbNamesItsOptions) {
 TEST_F(ToolCommandLine, ManualPageHasEveryOptionOfTheHelp) {
   const std::string manual = ia_test::ReadFile(IA_TEST_SOURCE "/docs/man/info-analyze.1");
   std::string help = RunTool({IA_TEST_TOOL, "--help"}).out;
-  for (const char* verb : {"function-version", "query"}) {
-    EXPECT_THAT(help, HasSubstr(verb));
-    EXPECT_THAT(manual, HasSubstr(std::string("Cm ") + verb));
-    help += RunTool({IA_TEST_TOOL, verb, "--help"}).out;
+  for (const std::vector<std::string>& verb : kVerbs) {
+    std::vector<std::string> arguments = {IA_TEST_TOOL};
+    arguments.insert(arguments.end(), verb.begin(), verb.end());
+    arguments.push_back("--help");
+    const std::string help_of_verb = RunTool(arguments).out;
+    EXPECT_THAT(help_of_verb, HasSubstr("--"));
+    EXPECT_THAT(manual, HasSubstr("Cm " + verb.back() + "\n"));
+    help += help_of_verb;
   }
-  ASSERT_THAT(help, HasSubstr("--"));
   for (std::size_t at = help.find("--"); at != std::string::npos; at = help.find("--", at + 2)) {
     const std::size_t end = help.find_first_of(" \n", at);
     EXPECT_THAT(manual, HasSubstr("Fl " + help.substr(at + 1, end - at - 1)));
@@ -59,6 +67,16 @@ TEST_F(ToolCommandLine, ManualPageHasEveryOptionOfTheHelp) {
 TEST_F(ToolCommandLine, NoVerbIsRefused) {
   ExpectFailure(RunTool({IA_TEST_TOOL}), 2,
                 AllOf(HasSubstr("subcommand"), HasSubstr("see info-analyze --help")));
+}
+
+TEST_F(ToolCommandLine, NoVerbBehindAnotherIsRefused) {
+  ExpectFailure(RunTool({IA_TEST_TOOL, "queues"}), 2,
+                AllOf(HasSubstr("subcommand"), HasSubstr("see info-analyze queues --help")));
+}
+
+TEST_F(ToolCommandLine, HintNamesBothVerbs) {
+  ExpectFailure(RunTool({IA_TEST_TOOL, "queues", "find"}), 2,
+                AllOf(HasSubstr("URI"), HasSubstr("see info-analyze queues find --help")));
 }
 
 TEST_F(ToolCommandLine, UnknownVerbIsRefused) {

@@ -22,6 +22,7 @@ void RedirectTo(int descriptor, const std::string& path) {
 [[noreturn]] void Become(const Command& command, const std::string& out, const std::string& err) {
   RedirectTo(STDOUT_FILENO, out);
   RedirectTo(STDERR_FILENO, err);
+  if (!command.mounts.empty() && !ReplaceFolders(command.mounts)) _exit(kNoMounts);
   if (chdir(command.folder.c_str()) != 0) _exit(126);
   for (const auto& [name, value] : command.environment) setenv(name.c_str(), value.c_str(), 1);
   std::vector<char*> argv;

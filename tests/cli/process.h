@@ -5,6 +5,8 @@
 #include <utility>
 #include <vector>
 
+#include "tests/support/private_mounts.h"
+
 namespace ia_test {
 
 struct Command {
@@ -12,7 +14,11 @@ struct Command {
   std::vector<std::pair<std::string, std::string>> environment;  // beside the test's own
   std::string folder = "/";                                      // where the program runs
   std::string output;  // file that takes the standard output; empty: it is captured
+  Mounts mounts = {};  // folders of the system that are others for the program
 };
+
+// Exit status where the program cannot have mounts of its own.
+inline constexpr int kNoMounts = 125;
 
 struct Finished {
   int status;  // exit status; minus the signal's number when one ended the program

@@ -33,7 +33,7 @@ void ExpectText(Round& round, char* text, const std::string& right) {
 std::vector<Scenario> AllocationScenarios() {
   std::vector<Scenario> scenarios;
   for (const auto& some :
-       {ListScenarios(), SetterAndPathScenarios(), AnalyserScenarios(), ModelScenarios()}) {
+       {ListScenarios(), SetterAndPathScenarios(), AnalyserScenarios(), ModelScenarios(), QueueScenarios()}) {
     scenarios.insert(scenarios.end(), some.begin(), some.end());
   }
   return scenarios;

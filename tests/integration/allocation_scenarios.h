@@ -15,6 +15,7 @@ std::span<const Scenario> ListScenarios();
 std::span<const Scenario> SetterAndPathScenarios();
 std::span<const Scenario> AnalyserScenarios();
 std::span<const Scenario> ModelScenarios();
+std::span<const Scenario> QueueScenarios();
 // All of them.
 std::vector<Scenario> AllocationScenarios();
 

@@ -3,6 +3,7 @@
 #include <cups/cups.h>
 #include <cups/file.h>
 #include <cups/ppd.h>
+#include <dirent.h>
 #include <dlfcn.h>
 #include <elf.h>
 #include <fcntl.h>
@@ -14,6 +15,7 @@
 
 #include <algorithm>
 #include <cstdarg>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <span>
@@ -118,6 +120,41 @@ int Close(int descriptor) {
 
 int Unlink(const char* path) { return IA_GOES_WRONG(kUnlink) ? -1 : Succeeded(unlink(path)); }
 
+int Stat(const char* path, struct stat* status) {
+  return IA_GOES_WRONG(kStat) ? -1 : stat(Faults().UnderRoot(path).c_str(), status);
+}
+
+// The entries are libc's blocks until they are handed out.
+int Scandir(const char* folder, dirent*** entries, int (*filter)(const dirent*),
+            int (*compare)(const dirent**, const dirent**)) {
+  if (IA_GOES_WRONG(kScandir)) return -1;
+  const int count = scandir(Faults().UnderRoot(folder).c_str(), entries, filter, compare);
+  if (count < 0) return count;
+  Faults().Allocated(*entries);
+  for (int i = 0; i < count; ++i) Faults().Allocated((*entries)[i]);
+  return count;
+}
+
+FILE* Fopen(const char* path, const char* mode) {
+  return IA_GOES_WRONG(kFopen) ? nullptr : fopen(Faults().UnderRoot(path).c_str(), mode);
+}
+
+// What has been read is not taken back.
+size_t Fread(void* buffer, size_t size, size_t count, FILE* stream) {
+  return IA_GOES_WRONG(kFread) ? 0 : fread(buffer, size, count, stream);
+}
+
+size_t FreadChecked(void* buffer, size_t room, size_t size, size_t count, FILE* stream) {
+  if (size * count > room) abort();
+  return IA_GOES_WRONG(kFread) ? 0 : fread(buffer, size, count, stream);
+}
+
+int Fclose(FILE* stream) {
+  const bool goes_wrong = IA_GOES_WRONG(kFclose);
+  const int result = Succeeded(fclose(stream));
+  return goes_wrong ? FailedAfterAll(Faults().error()) : result;
+}
+
 unsigned Sleep(unsigned seconds) {
   static_cast<void>(IA_GOES_WRONG(kSleep));
   Faults().Slept(seconds);
@@ -205,6 +242,15 @@ const auto kFailing = std::to_array<Import>({
     {"__read_chk", Address(ReadChecked)},
     {"close", Address(Close)},
     {"unlink", Address(Unlink)},
+    {"stat", Address(Stat)},
+    {"stat64", Address(Stat)},
+    {"scandir", Address(Scandir)},
+    {"scandir64", Address(Scandir)},
+    {"fopen", Address(Fopen)},
+    {"fopen64", Address(Fopen)},
+    {"fread", Address(Fread)},
+    {"__fread_chk", Address(FreadChecked)},
+    {"fclose", Address(Fclose)},
     {"sleep", Address(Sleep)},
     {"dlopen", Address(Dlopen)},
     {"dlsym", Address(Dlsym)},

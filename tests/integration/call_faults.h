@@ -36,6 +36,11 @@ enum class Callee {
   kRead,
   kClose,
   kUnlink,
+  kStat,
+  kScandir,
+  kFopen,
+  kFread,
+  kFclose,
   kSleep,
   kDlopen,
   kDlsym,
@@ -64,7 +69,7 @@ const CalleeSet& AllocatingCallees();
 inline constexpr int kOnce = 1;
 inline constexpr int kFromThenOn = INT_MAX;
 
-// How an armed call goes wrong. Calls that give something back (close(), dlclose() and
+// How an armed call goes wrong. Calls that give something back (close(), fclose(), dlclose() and
 // cupsFileClose()) do their work before they report the failure, as the real ones do.
 struct Fault {
   enum class Manner {
@@ -99,6 +104,10 @@ class CallFaults {
   // Called in place of each sleep.
   void OnSleep(std::function<void()> action) { on_sleep_ = std::move(action); }
 
+  // The folder that fopen(), scandir() and stat() take for "/", so that the library's fixed paths
+  // lead to files of the test.
+  void SetRoot(std::string root) { root_ = std::move(root); }
+
   // Blocks that the library, or a library that is tracked beside it, allocated and that nobody
   // released.
   [[nodiscard]] std::size_t LiveBlocks() const { return live_.size(); }
@@ -132,6 +141,7 @@ class CallFaults {
   void Released(void* block);
   void Slept(unsigned seconds);
   void Opened(int libraries) { open_libraries_ += libraries; }
+  [[nodiscard]] std::string UnderRoot(const char* path) const { return root_ + path; }
 
  private:
   CallFaults();
@@ -143,6 +153,7 @@ class CallFaults {
   std::array<int, static_cast<std::size_t>(Callee::kCount)> seen_{};
   unsigned seconds_slept_ = 0;
   std::function<void()> on_sleep_;
+  std::string root_;
   std::unordered_set<void*> live_;
   int unknown_releases_ = 0;
   int open_libraries_ = 0;

@@ -1,0 +1,164 @@
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <cstdint>
+#include <cstring>
+#include <ctime>
+#include <memory>
+#include <new>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <utility>
+
+#include "cli/failure.h"
+#include "cli/handles.h"
+#include "cli/output.h"
+#include "cli/printable.h"
+#include "cli/verbs.h"
+
+namespace ia::cli {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+// Every folder whose driver family keeps a configuration.
+constexpr auto kDriverFolders = std::to_array<const char*>({
+    "/Library/Printers/Vorel/CUPSZETA6",
+    "/Library/Printers/Vorel/CUPSTAU2",
+    "/Library/Printers/Vorel/CUPSKAPPA2",
+    "/Library/Printers/Vorel/CUPSPS",
+    "/Library/Printers/Vorel/CUPSPS2",
+    "/Library/Printers/Vorel/CUPSPSMF",
+    "/Library/Printers/Vorel/CUPSFAX",
+    "/Library/Printers/Vorel/CUPSDELTA",
+    "/Library/Printers/Vorel/CUPSSIGMA",
+    "/Library/Printers/Vorel/CUPSOMEGA",
+    "/Library/Printers/Vorel/CUPS_MF_Printer",
+    "/Library/Printers/Vorel/CUPS_Printer",
+});
+
+struct QueuesOptions {
+  std::string driver_folder;  // empty: all of them
+  std::string uri;
+  std::string format = "text";
+};
+
+[[nodiscard]] QueueListPtr Owned(QueueList* list) {
+  if (list == nullptr) throw std::bad_alloc();
+  return QueueListPtr(list);
+}
+
+// The queues in both formats.
+struct Listing {
+  std::string text;
+  Json json = Json::array();
+};
+
+// A tab ends the name: Printable() leaves none in it.
+void Add(Listing& listing, const Json& queue, const std::string& rest) {
+  listing.text += Printable(queue["name"].get<std::string>()) + "\t" + Printable(rest) + "\n";
+  listing.json.push_back(queue);
+}
+
+void Write(const Listing& listing, const std::string& format) {
+  WriteAnswer(format == "json" ? DumpJson({{"queues", listing.json}}) : listing.text);
+}
+
+[[nodiscard]] std::string TimeText(int32_t seconds) {
+  const std::time_t time = seconds;
+  std::tm parts = {};
+  std::array<char, 32> text = {};
+  gmtime_r(&time, &parts);
+  return {text.data(), std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%SZ", &parts)};
+}
+
+void ListCups(const QueuesOptions& options) {
+  const QueueListPtr list = Owned(CupsQueueList_Initialize(nullptr));
+  Listing listing;
+  for (int32_t i = 0; i < list->count; ++i) {
+    const int32_t time = CupsQueueList_GetQueueModifyTimeStamp(list.get(), i);
+    const Json modified = time != 0 ? Json(time) : Json(nullptr);
+    Add(listing, {{"name", CupsQueueList_GetQueueName(list.get(), i)}, {"modified", modified}},
+        time != 0 ? TimeText(time) : "-");
+  }
+  Write(listing, options.format);
+}
+
+// False when the family of this folder has no configuration.
+bool AddQueuesOf(const std::string& driver_folder, Listing& listing) {
+  const ConfPtr conf(FolderPathForConf_Initialize(driver_folder.c_str()));
+  if (!conf) return false;
+  int32_t count = 0;
+  const QueueListPtr list = Owned(MqpdQueueList_Initialize(conf.get(), &count));
+  for (int32_t i = 0; i < count; ++i) {
+    Add(listing,
+        {{"name", CupsQueueList_GetQueueName(list.get(), i)}, {"driver_folder", driver_folder}},
+        driver_folder);
+  }
+  return true;
+}
+
+// The library tells only that there is no answer, so its file is looked at once more.
+[[nodiscard]] std::string ExplainConf(char* cache_folder, const std::string& otherwise) {
+  const std::string path = std::string(TextPtr(cache_folder).get()) + "/MQPD/mqpd.conf";
+  return path + ": " + (access(path.c_str(), R_OK) != 0 ? std::strerror(errno) : otherwise);
+}
+
+[[noreturn]] void FailForFolder(const std::string& driver_folder) {
+  char* cache = nullptr;
+  const bool has_cache = FolderPathToDriverCache(driver_folder.c_str(), &cache) == 0;
+  throw Failure(ExitStatus::kNotFound,
+                "driver folder " + driver_folder + ": " +
+                    (has_cache ? ExplainConf(cache, "cannot be read")
+                               : "no driver family with a configuration is installed there"));
+}
+
+void ListDaemon(const QueuesOptions& options) {
+  Listing listing;
+  if (options.driver_folder.empty()) {
+    for (const char* folder : kDriverFolders) AddQueuesOf(folder, listing);
+  } else if (!AddQueuesOf(options.driver_folder, listing)) {
+    FailForFolder(options.driver_folder);
+  }
+  Write(listing, options.format);
+}
+
+[[noreturn]] void FailForUri(const std::string& uri, const std::string& reason) {
+  char* cache = nullptr;
+  const bool has_cache = MqpdUriToFullPathOfDriverCache(uri.c_str(), &cache) == 0;
+  throw Failure(ExitStatus::kNotFound,
+                "device URI " + uri + ": " +
+                    (has_cache ? ExplainConf(cache, reason)
+                               : "its PDL type has no driver family with a configuration"));
+}
+
+void Find(const QueuesOptions& options) {
+  char* name = nullptr;
+  const int32_t status = MqpdUriToQueueName(options.uri.c_str(), &name);
+  if (status != 0) FailForUri(options.uri, status > 0 ? "cannot be read" : "no queue serves it");
+  const TextPtr owned(name);
+  WriteAnswer(options.format == "json" ? DumpJson({{"queue", name}}) : Printable(name) + "\n");
+}
+
+}  // namespace
+
+void DefineQueues(CLI::App& verb) {
+  const auto options = std::make_shared<QueuesOptions>();
+  verb.require_subcommand(1);
+  CLI::App* const cups = verb.add_subcommand("cups", "List the queues of the CUPS spooler");
+  cups->callback([options] { ListCups(*options); });
+  CLI::App* const daemon = verb.add_subcommand("daemon", "List the queues of the printer daemon");
+  daemon
+      ->add_option("--driver-folder", options->driver_folder,
+                   "Only those of the driver that is installed in this folder")
+      ->type_name("DIR");
+  daemon->callback([options] { ListDaemon(*options); });
+  CLI::App* const find =
+      verb.add_subcommand("find", "Name the daemon's queue that serves a device");
+  find->add_option("URI", options->uri, "Device URI")->required();
+  find->callback([options] { Find(*options); });
+  for (CLI::App* const subverb : {cups, daemon, find}) AddFormatOption(*subverb, options->format);
+}
+
+}  // namespace ia::cli

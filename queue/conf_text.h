@@ -1,0 +1,69 @@
+// The text of a daemon configuration. It ends where its view ends, whatever bytes it holds: NULs
+// among them are bytes like others.
+#ifndef QUEUE_CONF_TEXT_H_
+#define QUEUE_CONF_TEXT_H_
+
+#include <optional>
+#include <string_view>
+
+namespace ia {
+
+// Empty when a pointer is null or they are the wrong way round.
+[[nodiscard]] std::string_view TextBetween(const char* start, const char* end) noexcept;
+
+// Visits the lines that hold a text, in their order and without their line feeds. All between them
+// is passed over in one search, so that a walk costs little more than reading the text once.
+class LinesHolding {
+ public:
+  // An empty held text is held by every line.
+  LinesHolding(std::string_view text, std::string_view held) noexcept : rest_(text), held_(held) {}
+
+  // False when there is no further line.
+  [[nodiscard]] bool Next(std::string_view& line) noexcept;
+
+  // What follows the last visited line and its line feed.
+  [[nodiscard]] std::string_view rest() const noexcept { return rest_; }
+
+ private:
+  std::string_view rest_;  // begins with a line
+  std::string_view held_;
+};
+
+// What a line of the text stands next to; empty beyond the first and the last one.
+[[nodiscard]] std::string_view LineBefore(std::string_view text, std::string_view line) noexcept;
+[[nodiscard]] std::string_view LineAfter(std::string_view text, std::string_view line) noexcept;
+
+// Name of the queue whose entry begins with this line, or nothing.
+[[nodiscard]] std::optional<std::string_view> QueueNameIn(std::string_view line) noexcept;
+
+// Visits the lines with which queue entries begin.
+class QueueLines {
+ public:
+  explicit QueueLines(std::string_view text) noexcept;
+
+  // False when there is no further queue.
+  [[nodiscard]] bool Next(std::string_view& name) noexcept;
+
+  [[nodiscard]] std::string_view rest() const noexcept { return lines_.rest(); }
+
+ private:
+  LinesHolding lines_;
+};
+
+// A queue and the device path in the one line behind its first; nothing when that has none.
+struct QueueEntry {
+  std::string_view name;
+  std::optional<std::string_view> device_path;
+};
+
+// The first queue of this name.
+[[nodiscard]] std::optional<QueueEntry> FindQueueNamed(std::string_view text,
+                                                       std::string_view name) noexcept;
+
+// The first queue with this URI somewhere in its device path.
+[[nodiscard]] std::optional<QueueEntry> FindQueueWithUri(std::string_view text,
+                                                         std::string_view uri) noexcept;
+
+}  // namespace ia
+
+#endif  // QUEUE_CONF_TEXT_H_

@@ -1,0 +1,222 @@
+// Reading the daemon's configuration, and the questions that it answers.
+#include "queue/mqpd_conf.h"
+
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <memory>
+#include <optional>
+
+#include "info_analyze/device_uri.h"
+#include "queue/conf_text.h"
+#include "queue/driver_family.h"
+#include "queue/paths.h"
+
+static_assert(offsetof(FolderConf, text) == 0 && offsetof(FolderConf, length) == sizeof(char*));
+
+namespace ia {
+namespace {
+
+constexpr std::size_t kSmallestBuffer = 64;
+
+struct FileCloser {
+  void operator()(std::FILE* file) const noexcept { std::fclose(file); }
+};
+using File = std::unique_ptr<std::FILE, FileCloser>;
+
+// Null when the file cannot be opened. A program that the caller starts meanwhile does not get it.
+File OpenConf(std::string_view cache_folder) noexcept {
+  const CString path = MakePath({cache_folder, "/", "MQPD", "/", "mqpd.conf"});
+  return File(path ? std::fopen(path.get(), "re") : nullptr);
+}
+
+bool Resize(CString& buffer, std::size_t size) noexcept {
+  char* const resized = static_cast<char*>(std::realloc(buffer.get(), size));
+  if (resized == nullptr) return false;
+  static_cast<void>(buffer.release());
+  buffer.reset(resized);
+  return true;
+}
+
+// One byte more than a file has, so that its end is seen in the first buffer. It is a guess: a file
+// may grow meanwhile, and a pipe has no size.
+std::size_t FirstBufferSize(std::FILE* stream, std::size_t largest_buffer) noexcept {
+  struct stat status = {};
+  const bool has_size = fstat(fileno(stream), &status) == 0 && status.st_size > 0;
+  const std::size_t size = has_size ? static_cast<std::size_t>(status.st_size) + 1 : 0;
+  return size <= largest_buffer ? std::max(size, kSmallestBuffer) : kSmallestBuffer;
+}
+
+// Of a stream that gave fewer bytes than it was asked for.
+std::int32_t ReadError(std::FILE* stream) noexcept {
+  if (std::feof(stream) != 0) return 0;
+  const int error = std::ferror(stream);
+  return error != 0 ? error : -1;
+}
+
+std::int32_t Status(const StreamData& data) noexcept {
+  return data.bytes != nullptr ? data.error : -1;
+}
+
+void Clear(char** out) noexcept {
+  if (out != nullptr) *out = nullptr;
+}
+
+std::string_view TextOf(const FolderConf& conf) noexcept {
+  return conf.text != nullptr ? std::string_view(conf.text, conf.length) : std::string_view();
+}
+
+// What a lookup by name hands out; nothing of it when memory ran out.
+struct Device {
+  CString address;
+  CString protocol;
+};
+
+bool CopyDevice(std::string_view device_path, const Endpoint& endpoint, Device& device) noexcept {
+  device.protocol = Duplicate(endpoint.prefix);
+  if (!device.protocol) return false;
+  device_path.remove_prefix(endpoint.prefix.size());
+  const std::size_t length = device_path.find(kPdlTypeMark);
+  if (length == std::string_view::npos) return true;
+  device.address = Duplicate({device_path.data(), length});
+  return device.address != nullptr;
+}
+
+bool FindDevice(std::string_view text, std::string_view queue_name, Device& device) noexcept {
+  const auto queue = FindQueueNamed(text, queue_name);
+  if (!queue) return false;
+  if (!queue->device_path) return true;  // the queue is there, and serves no device
+  const Endpoint* const endpoint = FindEndpoint(*queue->device_path);
+  return endpoint != nullptr && CopyDevice(*queue->device_path, *endpoint, device);
+}
+
+}  // namespace
+
+StreamData ReadToEnd(std::FILE* stream, std::size_t largest_buffer) noexcept {
+  StreamData data;
+  std::size_t length = 0;
+  std::size_t size = FirstBufferSize(stream, largest_buffer);
+  while (Resize(data.bytes, size)) {
+    length += std::fread(data.bytes.get() + length, 1, size - length, stream);
+    if (length < size) {
+      data.length = static_cast<std::uint32_t>(length);
+      data.error = ReadError(stream);
+      return data;
+    }
+    if (size == largest_buffer) break;
+    size = std::min(size * 2, largest_buffer);
+  }
+  return {};
+}
+
+FolderConf* NewConf(std::string_view cache_folder) noexcept {
+  CPtr<FolderConf> conf = NewZeroed<FolderConf>();
+  const File file = conf ? OpenConf(cache_folder) : nullptr;
+  if (!file) return nullptr;
+  StreamData data = ReadToEnd(file.get());
+  if (!data.bytes) return nullptr;
+  conf->text = data.bytes.release();  // as far as it could be read
+  conf->length = data.length;
+  return conf.release();
+}
+
+std::int32_t FindQueueOfUri(std::string_view cache_folder, std::string_view uri,
+                            char** queue_name) noexcept {
+  const File file = OpenConf(cache_folder);
+  if (!file) return -1;
+  const StreamData data = ReadToEnd(file.get());
+  if (const std::int32_t status = Status(data); status != 0) return status;
+  const auto queue = FindQueueWithUri({data.bytes.get(), data.length}, uri);
+  if (!queue) return -1;
+  *queue_name = Duplicate(queue->name).release();
+  return *queue_name != nullptr ? 0 : -1;
+}
+
+}  // namespace ia
+
+FolderConf* FolderPathForConf_Initialize(const char* driver_folder) noexcept {
+  char* cache_folder = nullptr;
+  if (FolderPathToDriverCache(driver_folder, &cache_folder) != 0) return nullptr;
+  const ia::CString owned_folder(cache_folder);
+  return ia::NewConf(cache_folder);
+}
+
+void FolderPathForConf_Terminate(FolderConf* conf) noexcept {
+  if (conf == nullptr) return;
+  std::free(conf->text);
+  std::free(conf);
+}
+
+int32_t FolderPathForConf_GetAddressAndProtocol(const FolderConf* conf, const char* queue_name,
+                                                char** address, char** protocol) noexcept {
+  const std::string_view text = conf != nullptr ? ia::TextOf(*conf) : std::string_view();
+  return zGetPrinterAddressAndIOLibType(text.data(), text.data() + text.size(), queue_name, address,
+                                        protocol);
+}
+
+int32_t MqpdUriToQueueName(const char* device_uri, char** queue_name) noexcept {
+  ia::Clear(queue_name);
+  char* cache_folder = nullptr;
+  if (queue_name == nullptr || MqpdUriToFullPathOfDriverCache(device_uri, &cache_folder) != 0) {
+    return -1;
+  }
+  const ia::CString owned_folder(cache_folder);
+  return ia::FindQueueOfUri(cache_folder, device_uri, queue_name);
+}
+
+int32_t zGetQueueCount(const char* start, const char* end) noexcept {
+  ia::QueueLines queues(ia::TextBetween(start, end));
+  int32_t count = 0;
+  for (std::string_view name; queues.Next(name);) ++count;
+  return count;
+}
+
+// The cut stays in the text: it is how callers that walk the text by themselves get their names.
+int32_t zGetFirstQueueName(char* start, char* end, char** next, char** name) noexcept {
+  ia::Clear(next);
+  ia::Clear(name);
+  if (next == nullptr || name == nullptr) return 0;
+  *next = end;
+  ia::QueueLines queues(ia::TextBetween(start, end));
+  std::string_view found;
+  if (!queues.Next(found)) return 0;
+  *next = end - queues.rest().size();
+  *name = ia::Duplicate(found).release();
+  if (*name == nullptr) return 0;
+  start[found.data() + found.size() - start] = '\0';
+  return 1;
+}
+
+int32_t zGetQueueNameFromPrinterAddress(const char* start, const char* end, const char* device_uri,
+                                        char** name) noexcept {
+  ia::Clear(name);
+  if (device_uri == nullptr || name == nullptr) return 0;
+  const auto queue = ia::FindQueueWithUri(ia::TextBetween(start, end), device_uri);
+  if (!queue) return 0;
+  *name = ia::Duplicate(queue->name).release();
+  return *name != nullptr ? 1 : 0;
+}
+
+int32_t zGetPrinterAddressAndIOLibType(const char* start, const char* end, const char* queue_name,
+                                       char** address, char** protocol) noexcept {
+  ia::Clear(address);
+  ia::Clear(protocol);
+  if (queue_name == nullptr || address == nullptr || protocol == nullptr) return 0;
+  ia::Device device;
+  if (!ia::FindDevice(ia::TextBetween(start, end), queue_name, device)) return 0;
+  *address = device.address.release();
+  *protocol = device.protocol.release();
+  return 1;
+}
+
+int32_t zGetAllDataFromStream(FILE* stream, char** data, uint32_t* length) noexcept {
+  ia::Clear(data);
+  if (length != nullptr) *length = 0;
+  if (stream == nullptr || data == nullptr || length == nullptr) return -1;
+  ia::StreamData read = ia::ReadToEnd(stream);
+  *length = read.length;
+  const int32_t status = ia::Status(read);
+  *data = read.bytes.release();
+  return status;
+}
