@@ -172,7 +172,7 @@ int32_t zGetQueueCount(const char* start, const char* end) noexcept {
   return count;
 }
 
-// The cut stays in the text: it is how callers that walk the text by themselves get their names.
+// The cut is meant to stay: a text hands out each of its names once.
 int32_t zGetFirstQueueName(char* start, char* end, char** next, char** name) noexcept {
   ia::Clear(next);
   ia::Clear(name);

@@ -4,6 +4,7 @@
 #define TESTS_QUEUE_CONF_ANSWERS_H_
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>

@@ -152,7 +152,7 @@ TEST(FirstQueueName, IsNullAndFollowedByTheEndWhereThereIsNone) {
   EXPECT_EQ(next, conf.end());
 }
 
-// Drivers build one list for each handle.
+// A handle hands out each of its names once.
 TEST(SecondListOfAHandle, IsEmpty) {
   ConfOf conf("<Printer a>\nDevicePath net:h/PDLType=fax\n<Printer b> x\n");
   EXPECT_THAT(NamesOf(conf), Optional(ElementsAre("a", "b")));

@@ -3,11 +3,12 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
-#include <unistd.h>
+#include <sys/types.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -312,7 +313,6 @@ TEST_P(ConfPath, OfALookup) {
 
 INSTANTIATE_TEST_SUITE_P(Bytes, ConfPath, testing::Values(2046, 2047, 2048, 2049, 3000));
 
-// With the fixed paths of the exported functions; nothing is there in a test.
 TEST(ConfOfDriverFolder, IsNullForAnUnknownFolder) {
   EXPECT_THAT(FolderPathForConf_Initialize("/Library/Printers/Vorel/CUPSOTHER"), IsNull());
   EXPECT_THAT(FolderPathForConf_Initialize("/usr/lib/Vorel/CUPS_SFP"), IsNull());

@@ -4,11 +4,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
-#include <climits>
+#include <cstddef>
 #include <cstdint>
-#include <cstdlib>
+#include <ctime>
 #include <filesystem>
 #include <map>
 #include <memory>
