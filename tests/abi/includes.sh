@@ -24,9 +24,10 @@ room_of() {  # file, from the source folder, or public header
     queue/* | info_analyze/device_uri.h) echo queue ;;
     bidi/* | info_analyze/@(bidi|communication_library|device_documents).h) echo bidi ;;
     info_analyze/@(analyzer|flag_info).h) echo record ;;
-    analyze/@(analyzer|flag_info).*) echo context ;;
-    analyze/model/*) echo model ;;
-    analyze/* | info_analyze/@(option_setter|printer_updates).h) echo query ;;
+    analyze/@(analyzer|document_keys|flag_info|model_row|option_rows|option_setter).* | \
+      info_analyze/option_setter.h) echo context ;;
+    analyze/model/* | info_analyze/model_options.h) echo model ;;
+    analyze/* | info_analyze/@(list_getters|printer_updates).h) echo query ;;
     calib/*) echo calib ;;
     *) echo unknown ;;
   esac
