@@ -14,6 +14,7 @@ namespace ia_test {
 std::span<const Scenario> ListScenarios();
 std::span<const Scenario> SetterAndPathScenarios();
 std::span<const Scenario> AnalyserScenarios();
+std::span<const Scenario> CalibrationScenarios();
 // All of them.
 std::vector<Scenario> AllocationScenarios();
 
