@@ -18,6 +18,8 @@ struct Verb {
 };
 
 constexpr auto kVerbs = std::to_array<Verb>({
+    {"calibration", "Tell what a calibration tool sends to a printer, and starts from",
+     DefineCalibration},
     {"query", "Tell what a printer is and has, as PPD options", DefineQuery},
 });
 
@@ -30,7 +32,10 @@ void DefineCommandLine(CLI::App& app) {
 
 [[nodiscard]] std::string HelpHint(const CLI::App& app) {
   std::string command = app.get_name();
-  for (const CLI::App* verb : app.get_subcommands()) command += " " + verb->get_name();
+  for (const CLI::App* verb = &app; !verb->get_subcommands().empty();) {
+    verb = verb->get_subcommands().front();
+    command += " " + verb->get_name();
+  }
   return "; see " + command + " --help";
 }
 

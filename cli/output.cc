@@ -48,10 +48,14 @@ std::string FormatText(const Answer& answer) {
 }
 
 std::string FormatJson(const Answer& answer) {
+  return DumpJson({{"driver_name", answer.driver_name ? Json(answer.driver_name) : Json(nullptr)},
+                   {"options", ToJson(answer.options)}});
+}
+
+std::string DumpJson(const Json& members) {
   Json document;
   document["schema_version"] = kSchemaVersion;
-  document["driver_name"] = answer.driver_name ? Json(answer.driver_name) : Json(nullptr);
-  document["options"] = ToJson(answer.options);
+  document.update(members);
   return document.dump(kIndent, ' ', true, Json::error_handler_t::replace) + "\n";
 }
 
@@ -60,6 +64,13 @@ std::vector<std::string> FormatNames() {
   names.reserve(kFormats.size());
   for (const Format& format : kFormats) names.emplace_back(format.name);
   return names;
+}
+
+void AddFormatOption(CLI::App& verb, std::string& format) {
+  verb.add_option("--format", format, "Format of the answer")
+      ->check(CLI::IsMember(FormatNames()))
+      ->type_name("FORMAT")
+      ->capture_default_str();
 }
 
 Formatter FindFormatter(const std::string& name) {

@@ -1,7 +1,9 @@
-// The formats in which a verb gives option lists.
+// The formats in which verbs give their answers.
 #ifndef INFO_ANALYZE_CLI_OUTPUT_H_
 #define INFO_ANALYZE_CLI_OUTPUT_H_
 
+#include <CLI/CLI.hpp>
+#include <nlohmann/json_fwd.hpp>
 #include <string>
 #include <vector>
 
@@ -22,7 +24,13 @@ using Formatter = std::string (*)(const Answer& answer);
 // One JSON object in ASCII, with its keys in a fixed order; bytes that are not UTF-8 become U+FFFD.
 [[nodiscard]] std::string FormatJson(const Answer& answer);
 
+// The object in that form, with the version of the formats before its members.
+[[nodiscard]] std::string DumpJson(const nlohmann::ordered_json& members);
+
 [[nodiscard]] std::vector<std::string> FormatNames();
+
+// Adds the option that chooses one of them; the value that is there is the default.
+void AddFormatOption(CLI::App& verb, std::string& format);
 
 // The formatter of a name of FormatNames().
 [[nodiscard]] Formatter FindFormatter(const std::string& name);

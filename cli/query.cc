@@ -49,10 +49,7 @@ void Query(const QueryOptions& query) {
 void DefineQuery(CLI::App& verb) {
   const auto query = std::make_shared<QueryOptions>();
   AddPrinterOptions(verb, query->location);
-  verb.add_option("--format", query->format, "Format of the answer")
-      ->check(CLI::IsMember(FormatNames()))
-      ->type_name("FORMAT")
-      ->capture_default_str();
+  AddFormatOption(verb, query->format);
   verb.callback([query] { Query(*query); });
 }
 

@@ -80,7 +80,7 @@ void RequirePpdFile(const std::string& queue, const std::string& root) {
 
 }  // namespace
 
-void AddPrinterOptions(CLI::App& verb, PrinterLocation& location) {
+void AddQueueOptions(CLI::App& verb, PrinterLocation& location) {
   verb.add_option("--queue", location.queue, "Name of the CUPS queue")
       ->type_name("NAME")
       ->required();
@@ -88,12 +88,16 @@ void AddPrinterOptions(CLI::App& verb, PrinterLocation& location) {
                   "Folder of the driver; its communication library is Bidi/libmqpd_util.so")
       ->type_name("DIR")
       ->required();
-  verb.add_option("--device-info", location.device_info, "Folder of the nine device documents")
-      ->type_name("DIR")
-      ->required();
   verb.add_option("--cups-root", location.cups_root,
                   "Read the PPD from DIR/ppd/NAME.ppd instead of asking a CUPS server")
       ->type_name("DIR");
+}
+
+void AddPrinterOptions(CLI::App& verb, PrinterLocation& location) {
+  AddQueueOptions(verb, location);
+  verb.add_option("--device-info", location.device_info, "Folder of the nine device documents")
+      ->type_name("DIR")
+      ->required();
 }
 
 Session OpenSession(const PrinterLocation& location) {

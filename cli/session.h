@@ -13,10 +13,14 @@ namespace ia::cli {
 struct PrinterLocation {
   std::string queue;
   std::string driver_folder;
-  std::string device_info;
-  std::string cups_root;  // empty: the CUPS server of the environment
+  std::string device_info;  // empty: its documents are not asked for
+  std::string cups_root;    // empty: the CUPS server of the environment
 };
 
+// Options of verbs that need the queue's PPD alone.
+void AddQueueOptions(CLI::App& verb, PrinterLocation& location);
+
+// Those, and the folder of the documents.
 void AddPrinterOptions(CLI::App& verb, PrinterLocation& location);
 
 // Members are released from the last to the first: the analyser needs the communication library.

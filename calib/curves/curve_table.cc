@@ -84,27 +84,27 @@ struct Point {
   return points;
 }
 
-[[nodiscard]] std::vector<double> Secants(const std::vector<Point>& points) {
-  std::vector<double> secants;
-  for (std::size_t i = 1; i < points.size(); ++i) {
-    secants.push_back(static_cast<double>(points[i].output - points[i - 1].output) /
-                      (points[i].level - points[i - 1].level));
+[[nodiscard]] double Slope(Point from, Point to) {
+  return static_cast<double>(to.output - from.output) / (to.level - from.level);
+}
+
+// Those between the neighbours of each point.
+[[nodiscard]] std::vector<double> WantedSlopes(const std::vector<Point>& points) {
+  std::vector<double> slopes;
+  for (std::size_t i = 0; i < points.size(); ++i) {
+    slopes.push_back(Slope(points[i == 0 ? 0 : i - 1], points[std::min(i + 1, points.size() - 1)]));
   }
-  return secants;
+  return slopes;
 }
 
 // F. N. Fritsch and R. E. Carlson, "Monotone Piecewise Cubic Interpolation", SIAM Journal on
-// Numerical Analysis 17 (1980): a cubic between two points is monotone when the vector of its end
-// slopes, in units of the secant, is not longer than 3.
-[[nodiscard]] std::vector<double> Slopes(const std::vector<double>& secants) {
-  std::vector<double> slopes = {secants.front()};
-  for (std::size_t i = 1; i < secants.size(); ++i) {
-    slopes.push_back((secants[i - 1] + secants[i]) / 2);
-  }
-  slopes.push_back(secants.back());
-  for (std::size_t i = 0; i < secants.size(); ++i) {
+// Numerical Analysis 17 (1980): a cubic between two points is monotone when its end slopes, taken
+// as a vector, are not longer than 3 times the slope between the points.
+[[nodiscard]] std::vector<double> MonotoneSlopes(const std::vector<Point>& points) {
+  std::vector<double> slopes = WantedSlopes(points);
+  for (std::size_t i = 0; i + 1 < points.size(); ++i) {
     const double length = std::hypot(slopes[i], slopes[i + 1]);
-    const double longest = 3 * secants[i];
+    const double longest = 3 * Slope(points[i], points[i + 1]);
     if (length <= longest) continue;
     slopes[i] *= longest / length;
     slopes[i + 1] *= longest / length;
@@ -122,7 +122,7 @@ struct Point {
 }
 
 [[nodiscard]] Curve InterpolateCurve(const std::vector<Point>& points) {
-  const std::vector<double> slopes = Slopes(Secants(points));
+  const std::vector<double> slopes = MonotoneSlopes(points);
   Curve curve;
   curve.fill(kTop);
   for (std::size_t i = 0; i + 1 < points.size(); ++i) {

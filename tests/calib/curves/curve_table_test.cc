@@ -179,18 +179,19 @@ TEST(Interpolation, OfPointsOnALineIsTheLine) {
   for (std::size_t level = 0; level < curve.size(); ++level) ASSERT_EQ(curve[level], level);
 }
 
-// By hand: secants 0.5 and 773/523, so the slope at 500 is their mean; at 250, the middle of the
-// first piece, a cubic is the mean of its ends plus an eighth of the width times the difference of
-// the slopes: 125 + 500 / 8 * (0.5 - (0.5 + 773 / 523) / 2) = 94.43.
-TEST(Interpolation, IsTheCubicOfTheMeanSlopes) { EXPECT_EQ(CurveThrough({{500, 250}})[250], 94); }
+// By hand: the slope at 400 is that between its neighbours, 1. At 200, the middle of the first
+// piece, a cubic is the mean of its ends plus an eighth of the width times the difference of its
+// slopes: 151 + 400 / 8 * (0.755 - 1) = 138.75.
+TEST(Interpolation, IsTheCubicOfTheSlopesBetweenNeighbours) {
+  EXPECT_EQ(CurveThrough({{400, 302}})[200], 139);
+}
 
-// By hand: secants 2, 0.01 and 998/513 give the mean slopes 1.005 and 0.98 at the ends of the
-// nearly flat piece, where together they may be 3 * 0.01 long: 0.0215 and 0.0209. In the middle of
-// the first piece the cubic is 10 + 10 / 8 * (2 - 0.0215) = 12.47; with the mean slope it would
-// be 11.24.
+// By hand: the slopes at 10 and 510, 25 / 510 and 605 / 900, are shortened to 3 * 0.01 in all,
+// which leaves 0.0299 at 510. At 710 the next piece is then 325 + 400 / 8 * (0.0299 - 998 / 513) =
+// 229.2; with the whole slope it would be 261.
 TEST(Interpolation, ShortensSlopesThatWouldOvershoot) {
-  const Curve curve = CurveThrough({{10, 20}, {510, 25}});
-  EXPECT_EQ(curve[5], 12);
+  const Curve curve = CurveThrough({{10, 20}, {510, 25}, {910, 625}});
+  EXPECT_EQ(curve[710], 229);
   EXPECT_TRUE(std::ranges::is_sorted(curve));
   EXPECT_LE(*std::max_element(curve.begin(), curve.begin() + 510), 25);
 }
