@@ -4,6 +4,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstddef>
+#include <iterator>
 #include <string_view>
 
 namespace ia {
@@ -24,21 +25,37 @@ constexpr std::string_view kHeading =
   return level;
 }
 
-[[nodiscard]] std::vector<int> ParseRow(std::string_view text, int line) {
+[[nodiscard]] std::vector<std::string_view> SplitAtCommas(std::string_view text) {
+  std::vector<std::string_view> cells;
+  std::size_t comma = text.find(',');
+  while (comma != std::string_view::npos) {
+    cells.push_back(text.substr(0, comma));
+    text.remove_prefix(comma + 1);
+    comma = text.find(',');
+  }
+  cells.push_back(text);
+  return cells;
+}
+
+[[nodiscard]] KnownLevel ParseRow(std::string_view text, int line) {
   std::vector<int> numbers;
-  for (std::size_t end = 0; end != std::string_view::npos; text.remove_prefix(end + 1)) {
-    end = text.find(',');
-    numbers.push_back(ParseLevel(text.substr(0, end), line));
-    if (end == std::string_view::npos) break;
+  for (const std::string_view cell : SplitAtCommas(text)) {
+    numbers.push_back(ParseLevel(cell, line));
   }
   if (numbers.size() != 1 + IA_CALIB_CURVE_COUNT) {
     throw CurveFileError(line, "9 numbers wanted, " + std::to_string(numbers.size()) + " found");
   }
-  return numbers;
+  KnownLevel row = {numbers.front(), {}};
+  std::copy(numbers.begin() + 1, numbers.end(), row.outputs.begin());
+  return row;
 }
 
 [[nodiscard]] bool AreAll(const KnownLevel& row, int output) {
   return std::ranges::all_of(row.outputs, [=](int each) { return each == output; });
+}
+
+void CheckHeading(std::string_view text, int line) {
+  if (text != kHeading) throw CurveFileError(line, "heading wanted: " + std::string(kHeading));
 }
 
 // Checks a row against the one before it.
@@ -76,11 +93,12 @@ struct Point {
 // The points of one curve, up to the first that has the highest level.
 [[nodiscard]] std::vector<Point> RisingPoints(const std::vector<KnownLevel>& known,
                                               std::size_t curve) {
+  const auto last = std::ranges::find_if(
+      known, [=](const KnownLevel& row) { return row.outputs[curve] == kTop; });
   std::vector<Point> points;
-  for (const KnownLevel& row : known) {
-    points.push_back({row.level, row.outputs[curve]});
-    if (row.outputs[curve] == kTop) break;
-  }
+  std::transform(known.begin(), last + 1, std::back_inserter(points), [=](const KnownLevel& row) {
+    return Point{row.level, row.outputs[curve]};
+  });
   return points;
 }
 
@@ -130,10 +148,11 @@ struct Point {
     const Point to = points[i + 1];
     curve[static_cast<std::size_t>(from.level)] = static_cast<std::uint16_t>(from.output);
     for (int level = from.level + 1; level < to.level; ++level) {
-      const long output = std::lround(Cubic(from, to, slopes[i], slopes[i + 1], level));
+      const int output =
+          static_cast<int>(std::lround(Cubic(from, to, slopes[i], slopes[i + 1], level)));
       // The highest level is reached where a point says so, not where rounding would.
       curve[static_cast<std::size_t>(level)] = static_cast<std::uint16_t>(
-          std::clamp<long>(output, from.output, std::min(to.output, kTop - 1)));
+          std::clamp(output, from.output, std::min(to.output, kTop - 1)));
     }
   }
   return curve;
@@ -150,14 +169,11 @@ std::vector<KnownLevel> ReadKnownLevels(std::istream& file) {
     const std::string_view content = WithoutLineEnd(text);
     if (IsComment(content)) continue;
     if (!has_heading) {
-      if (content != kHeading)
-        throw CurveFileError(line, "heading wanted: " + std::string(kHeading));
+      CheckHeading(content, line);
       has_heading = true;
       continue;
     }
-    const std::vector<int> numbers = ParseRow(content, line);
-    KnownLevel row = {numbers.front(), {}};
-    std::copy(numbers.begin() + 1, numbers.end(), row.outputs.begin());
+    const KnownLevel row = ParseRow(content, line);
     CheckOrder(known, row, line);
     known.push_back(row);
   }
