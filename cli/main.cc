@@ -18,6 +18,8 @@ struct Verb {
 };
 
 constexpr auto kVerbs = std::to_array<Verb>({
+    {"calibration", "Tell what a calibration tool sends to a printer, and starts from",
+     DefineCalibration},
     {"function-version", "Tell which flags a driver function version selects",
      DefineFunctionVersion},
     {"query", "Tell what a printer is and has, as PPD options", DefineQuery},

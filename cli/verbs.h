@@ -8,6 +8,7 @@ namespace ia::cli {
 
 // Each adds the options of one verb to its part of the command line and sets the callback that
 // does the work: the answer goes to standard output, a failure is thrown.
+void DefineCalibration(CLI::App& verb);
 void DefineFunctionVersion(CLI::App& verb);
 void DefineQuery(CLI::App& verb);
 void DefineQueues(CLI::App& verb);

@@ -19,10 +19,12 @@
 
 #include "info_analyze/analyzer.h"
 #include "info_analyze/bidi.h"
+#include "info_analyze/calibration.h"
 #include "info_analyze/communication_library.h"
 #include "info_analyze/device_documents.h"
 #include "info_analyze/device_uri.h"
 #include "info_analyze/flag_info.h"
+#include "info_analyze/halftone.h"
 #include "info_analyze/list_getters.h"
 #include "info_analyze/model_options.h"
 #include "info_analyze/mqpd_conf.h"

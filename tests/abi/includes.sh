@@ -28,7 +28,7 @@ room_of() {  # file, from the source folder, or public header
       info_analyze/option_setter.h) echo context ;;
     analyze/model/* | info_analyze/model_options.h) echo model ;;
     analyze/* | info_analyze/@(list_getters|printer_updates).h) echo query ;;
-    calib/*) echo calib ;;
+    calib/* | info_analyze/@(calibration|halftone).h) echo calib ;;
     *) echo unknown ;;
   esac
 }

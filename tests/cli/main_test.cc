@@ -17,9 +17,15 @@ using testing::HasSubstr;
 
 class ToolCommandLine : public SamplePrinter {};
 
-const std::vector<std::vector<std::string>> kVerbs = {{"function-version"}, {"query"},
-                                                      {"queues", "cups"},   {"queues", "daemon"},
-                                                      {"queues", "find"},   {"uri"}};
+const std::vector<std::vector<std::string>> kVerbs = {{"calibration", "settings"},
+                                                      {"calibration", "defaults"},
+                                                      {"calibration", "curves"},
+                                                      {"function-version"},
+                                                      {"query"},
+                                                      {"queues", "cups"},
+                                                      {"queues", "daemon"},
+                                                      {"queues", "find"},
+                                                      {"uri"}};
 
 TEST_F(ToolCommandLine, VersionIsPrinted) {
   const Finished run = RunTool({IA_TEST_TOOL, "--version"});
@@ -31,8 +37,9 @@ TEST_F(ToolCommandLine, VersionIsPrinted) {
 TEST_F(ToolCommandLine, HelpNamesTheVerbs) {
   const Finished run = RunTool({IA_TEST_TOOL, "--help"});
   EXPECT_EQ(run.status, 0);
-  EXPECT_THAT(run.out, AllOf(HasSubstr("Usage: info-analyze"), HasSubstr("function-version"),
-                             HasSubstr("query"), HasSubstr("queues"), HasSubstr("uri")));
+  EXPECT_THAT(run.out, AllOf(HasSubstr("Usage: info-analyze"), HasSubstr("calibration"),
+                             HasSubstr("function-version"), HasSubstr("query"), HasSubstr("queues"),
+                             HasSubstr("uri")));
   EXPECT_EQ(run.err, "");
 }
 
@@ -55,7 +62,7 @@ TEST_F(ToolCommandLine, ManualPageHasEveryOptionOfTheHelp) {
     arguments.push_back("--help");
     const std::string help_of_verb = RunTool(arguments).out;
     EXPECT_THAT(help_of_verb, HasSubstr("--"));
-    EXPECT_THAT(manual, HasSubstr("Cm " + verb.back() + "\n"));
+    EXPECT_THAT(manual, HasSubstr("It Cm " + verb.back() + "\n"));
     help += help_of_verb;
   }
   for (std::size_t at = help.find("--"); at != std::string::npos; at = help.find("--", at + 2)) {

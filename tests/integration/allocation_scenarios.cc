@@ -32,8 +32,8 @@ void ExpectText(Round& round, char* text, const std::string& right) {
 
 std::vector<Scenario> AllocationScenarios() {
   std::vector<Scenario> scenarios;
-  for (const auto& some :
-       {ListScenarios(), SetterAndPathScenarios(), AnalyserScenarios(), ModelScenarios(), QueueScenarios()}) {
+  for (const auto& some : {ListScenarios(), SetterAndPathScenarios(), AnalyserScenarios(),
+                           ModelScenarios(), QueueScenarios(), CalibrationScenarios()}) {
     scenarios.insert(scenarios.end(), some.begin(), some.end());
   }
   return scenarios;

@@ -16,6 +16,7 @@ std::span<const Scenario> SetterAndPathScenarios();
 std::span<const Scenario> AnalyserScenarios();
 std::span<const Scenario> ModelScenarios();
 std::span<const Scenario> QueueScenarios();
+std::span<const Scenario> CalibrationScenarios();
 // All of them.
 std::vector<Scenario> AllocationScenarios();
 

@@ -1,0 +1,40 @@
+// Turns a file of known curve points into a C++ source with the whole curves.
+// usage: make_curve_table FILE.csv SOURCE
+#include <cerrno>
+#include <cstring>
+#include <exception>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+
+#include "calib/curves/curve_table.h"
+
+namespace ia {
+namespace {
+
+// Told as compilers tell errors, so that build tools and editors find the line.
+int Fail(const std::string& where, const std::string& message) {
+  std::cerr << where << ": error: " << message << '\n';
+  return 1;
+}
+
+int MakeCurveTable(const std::filesystem::path& file, const std::string& source) {
+  std::ifstream in(file);
+  if (!in) return Fail(file.string(), std::strerror(errno));
+  try {
+    const CurveTable table = Interpolate(ReadKnownLevels(in));
+    std::ofstream out(source);
+    out << FormatSource(table, file.stem().string()) << std::flush;
+    return out ? 0 : Fail(source, std::strerror(errno));
+  } catch (const CurveFileError& error) {
+    return Fail(file.string() + ":" + std::to_string(error.line()), error.what());
+  }
+}
+
+}  // namespace
+}  // namespace ia
+
+int main(int argc, char** argv) {
+  if (argc != 3) return ia::Fail("make_curve_table", "usage: make_curve_table FILE.csv SOURCE");
+  return ia::MakeCurveTable(argv[1], argv[2]);
+}

@@ -1,0 +1,313 @@
+/** @file
+ *  Calibration: the settings that a calibration tool sends to a printer, and the information that
+ *  it starts from when the printer has none. Both exist in two generations, Calib3 and Calib4.
+ *
+ *  The analyser's driver model code selects a row of a model table: the first row, in table order,
+ *  whose code is the beginning of the model code, with regard to letter case. The row names the
+ *  handler that answers. Of the analyser nothing but the model code is read; it may be NULL, and
+ *  then no row is selected.
+ *
+ *  Options are read from a table that the caller passes in; it is not modified. Unknown option
+ *  values never fail. Calls may run in parallel as long as nobody changes their arguments. */
+#ifndef INFO_ANALYZE_CALIBRATION_H_
+#define INFO_ANALYZE_CALIBRATION_H_
+
+#include <stdint.h>
+
+#include "info_analyze/analyzer.h"
+#include "info_analyze/export.h"
+#include "info_analyze/option_table.h"
+
+IA_BEGIN_DECLS
+
+/** Shapes of the records and tables below. */
+enum {
+  IA_CALIB_LEVEL_COUNT = 1024, /**< levels of a curve; the highest level is 1023 */
+  IA_CALIB_CURVE_COUNT = 8,    /**< curves of a table, one after the other */
+  IA_CALIB_TABLE_VALUES = IA_CALIB_CURVE_COUNT * IA_CALIB_LEVEL_COUNT, /**< values of a table */
+  IA_CALIB_SET_VALUES = IA_CALIB_TABLE_VALUES / 2, /**< values of a curve set: four curves */
+  IA_CALIB_ENTRY_COUNT = 3,                        /**< entries of Calib4 default information */
+  IA_CALIB4_WORD_COUNT = 9                         /**< words of Calib4 settings */
+};
+
+/** @name Default curves
+ *  Eight curves each. A curve gives an output level, 0 to 1023, for each input level, its index. It
+ *  starts at 0, never decreases and ends at 1023, which it first reaches at index 1020
+ *  (LARCH_Def_Calib) or 1021 (the others). Curves 0 to 3 are the first curve set of a record,
+ *  curves 4 to 7 the second. Values are in the byte order of the machine. The tables are constant
+ *  and may be read by any thread.
+ *  @{ */
+IA_EXPORT extern const uint16_t LARCH_Def_Calib[IA_CALIB_TABLE_VALUES];
+IA_EXPORT extern const uint16_t Linden_Def_Calib_2bit[IA_CALIB_TABLE_VALUES];
+IA_EXPORT extern const uint16_t Linden_Def_Calib_4bit[IA_CALIB_TABLE_VALUES];
+IA_EXPORT extern const uint16_t PinePoplar_Def_Calib_2bit[IA_CALIB_TABLE_VALUES];
+IA_EXPORT extern const uint16_t PinePoplar_Def_Calib_4bit[IA_CALIB_TABLE_VALUES];
+/** @} */
+
+/** Calib3 default information. The caller provides the record. */
+typedef struct Calib3Info {
+  uint32_t words[12]; /**< set to zero */
+  uint16_t*
+      first_set; /**< IA_CALIB_SET_VALUES values, released by the caller with free(); or NULL */
+  uint16_t* second_set; /**< likewise */
+} Calib3Info;
+
+/** One entry of Calib4 default information. */
+typedef struct Calib4Entry {
+  uint32_t code;     /**< calibration code of one halftone value */
+  uint32_t index;    /**< 0, 1, 2 */
+  uint32_t words[2]; /**< set to zero */
+} Calib4Entry;
+
+/** Header of Calib4 default information. */
+typedef struct Calib4Header {
+  uint32_t entry_count;        /**< set to 3 */
+  uint32_t first_model_value;  /**< set to 8 or 12, by model */
+  uint32_t second_model_value; /**< set to 8 */
+  Calib4Entry* entries;        /**< three entries that the caller has provided */
+} Calib4Header;
+
+/** Calib4 default information. The caller provides the record, its header and its entries. */
+typedef struct Calib4Info {
+  uint32_t words[14];   /**< set to zero */
+  uint32_t values[4];   /**< each set to 100 */
+  uint8_t bytes[4];     /**< set to zero */
+  Calib4Header* header; /**< header that the caller has linked in before the call */
+} Calib4Info;
+
+/** @name Handler kinds
+ *  @{ */
+
+/** Tells which Calib3 settings to send: three halftone codes of the printer, bits as those of
+ *  analyze_common_convertHalftoneTypePPDtoBidi().
+ *  @param context  analyser
+ *  @param options  print options
+ *  @param out1     receives the first code
+ *  @param out2     receives the second code
+ *  @param out3     receives the third code
+ *  @return 0; -1 for a NULL argument, with nothing written */
+typedef int32_t (*Calib3SettingsHandler)(const AnalyzeContext* context, const OptTable* options,
+                                         uint32_t* out1, uint32_t* out2, uint32_t* out3);
+
+/** Fills Calib3 default information.
+ *  @param context  analyser
+ *  @param options  print options
+ *  @param info     record to fill; what it points to is not released
+ *  @return 0; -1 for a NULL argument, with nothing written, or when memory ran out. Then the curve
+ *          set that failed is NULL, and the first set may be there and is the caller's to release
+ */
+typedef int32_t (*Calib3InfoHandler)(const AnalyzeContext* context, const OptTable* options,
+                                     Calib3Info* info);
+
+/** Tells which Calib4 settings to send.
+ *  @param context  analyser
+ *  @param options  print options
+ *  @param flag     receives 0 or 1, by model
+ *  @param x_dpi    receives the horizontal resolution in dots per inch
+ *  @param y_dpi    receives the vertical resolution in dots per inch
+ *  @param words    receives IA_CALIB4_WORD_COUNT words: for each of the three halftone values of
+ *                  analyze_common_get_halftone() its code and two more words, by model
+ *  @return 0; -1 for a NULL argument, with nothing written */
+typedef int32_t (*Calib4SettingsHandler)(const AnalyzeContext* context, const OptTable* options,
+                                         uint32_t* flag, uint32_t* x_dpi, uint32_t* y_dpi,
+                                         uint32_t* words);
+
+/** Fills Calib4 default information; its entries stand for the three halftone values of
+ *  analyze_common_get_halftone().
+ *  @param context  analyser
+ *  @param options  print options
+ *  @param info     record to fill, with its header and entries linked in
+ *  @return 0; -1 for a NULL argument, header or entry array, with nothing written */
+typedef int32_t (*Calib4InfoHandler)(const AnalyzeContext* context, const OptTable* options,
+                                     Calib4Info* info);
+
+/** @}
+ *  @name Questions
+ *  Arguments and results are those of the handler kinds above.
+ *  @{ */
+
+/** Tells which Calib3 settings to send. A model without a row has none: the result is 0, and
+ *  nothing is written. */
+IA_EXPORT int32_t Analyze_Info_GetCalib3Settings(const AnalyzeContext* context,
+                                                 const OptTable* options, uint32_t* out1,
+                                                 uint32_t* out2, uint32_t* out3) IA_NOEXCEPT;
+
+/** Tells which Calib4 settings to send. A model without a row has none: the result is -1, and
+ *  nothing is written. */
+IA_EXPORT int32_t Analyze_Info_GetCalib4Settings(const AnalyzeContext* context,
+                                                 const OptTable* options, uint32_t* flag,
+                                                 uint32_t* x_dpi, uint32_t* y_dpi,
+                                                 uint32_t* words) IA_NOEXCEPT;
+
+/** Fills Calib3 default information. A model without a row gets
+ *  analyze_CreateDefault_Calib3InfoCommon(). */
+IA_EXPORT int32_t Analyze_Info_CreateDefault_Calib3Info(const AnalyzeContext* context,
+                                                        const OptTable* options,
+                                                        Calib3Info* info) IA_NOEXCEPT;
+
+/** Fills Calib4 default information. A model without a row gets
+ *  analyze_CreateDefault_Calib4InfoCommon(). */
+IA_EXPORT int32_t Analyze_Info_CreateDefault_Calib4Info(const AnalyzeContext* context,
+                                                        const OptTable* options,
+                                                        Calib4Info* info) IA_NOEXCEPT;
+
+/** @}
+ *  @name Dispatch
+ *  What the questions call; each does the same as its question.
+ *  @{ */
+
+/** Selects a Calib3SettingsHandler and returns its result. */
+IA_EXPORT int32_t analyze_GetCalib3Settings(const AnalyzeContext* context, const OptTable* options,
+                                            uint32_t* out1, uint32_t* out2,
+                                            uint32_t* out3) IA_NOEXCEPT;
+
+/** Selects a Calib4SettingsHandler and returns its result. */
+IA_EXPORT int32_t analyze_GetCalib4Settings(const AnalyzeContext* context, const OptTable* options,
+                                            uint32_t* flag, uint32_t* x_dpi, uint32_t* y_dpi,
+                                            uint32_t* words) IA_NOEXCEPT;
+
+/** Selects a Calib3InfoHandler and returns its result. */
+IA_EXPORT int32_t analyze_CreateDefault_Calib3Info(const AnalyzeContext* context,
+                                                   const OptTable* options,
+                                                   Calib3Info* info) IA_NOEXCEPT;
+
+/** Selects a Calib4InfoHandler and returns its result. */
+IA_EXPORT int32_t analyze_CreateDefault_Calib4Info(const AnalyzeContext* context,
+                                                   const OptTable* options,
+                                                   Calib4Info* info) IA_NOEXCEPT;
+
+/** @}
+ *  @name Calib3 settings
+ *  Handlers of Calib3SettingsHandler.
+ *  @{ */
+
+/** 0, 0x10000, 0x80000, whatever the options say. */
+IA_EXPORT int32_t analyze_GetCalibSettingsLARCH(const AnalyzeContext* context,
+                                                const OptTable* options, uint32_t* out1,
+                                                uint32_t* out2, uint32_t* out3) IA_NOEXCEPT;
+
+/** 0, 0, 0 when "QVGradation" begins with "Normal", else 0, 0x80000, 0x10000. */
+IA_EXPORT int32_t analyze_GetCalibSettingsLINDEN(const AnalyzeContext* context,
+                                                 const OptTable* options, uint32_t* out1,
+                                                 uint32_t* out2, uint32_t* out3) IA_NOEXCEPT;
+
+/** As analyze_GetCalibSettingsLINDEN(). */
+IA_EXPORT int32_t analyze_GetCalibSettingsPINE_POPLAR(const AnalyzeContext* context,
+                                                      const OptTable* options, uint32_t* out1,
+                                                      uint32_t* out2, uint32_t* out3) IA_NOEXCEPT;
+
+/** 0x80000, 0x80000, 0x10000 when the halftone begins with "gradation", else 0x10000, 0x80000,
+ *  0x10000. The halftone is "QVHalftone" when "QVColorMode" begins with "mono", "QVColorHalftone"
+ *  when it does not; without "QVColorMode" there is none. Letter case matters, unlike in
+ *  analyze_common_get_halftone(). */
+IA_EXPORT int32_t analyze_GetCalibSettingsSFP(const AnalyzeContext* context,
+                                              const OptTable* options, uint32_t* out1,
+                                              uint32_t* out2, uint32_t* out3) IA_NOEXCEPT;
+
+/** @}
+ *  @name Calib3 default information
+ *  Handlers of Calib3InfoHandler, and the common one.
+ *  @{ */
+
+/** Sets the whole record to zero.
+ *  @param context  analyser
+ *  @param info     record to clear; what it points to is not released
+ *  @return 0; -1 for a NULL argument, with nothing written */
+IA_EXPORT int32_t analyze_CreateDefault_Calib3InfoCommon(const AnalyzeContext* context,
+                                                         Calib3Info* info) IA_NOEXCEPT;
+
+/** Copies of the two halves of LARCH_Def_Calib. When the first copy finds no memory, the second
+ *  pointer keeps what it held. */
+IA_EXPORT int32_t analyze_CreateDefault_Calib3InfoLARCH(const AnalyzeContext* context,
+                                                        const OptTable* options,
+                                                        Calib3Info* info) IA_NOEXCEPT;
+
+/** Copies of the two halves of Linden_Def_Calib_4bit when "QVGradation" begins with "High2", no
+ *  curve sets when it begins with "Normal", else those of Linden_Def_Calib_2bit. */
+IA_EXPORT int32_t analyze_CreateDefault_Calib3InfoLINDEN(const AnalyzeContext* context,
+                                                         const OptTable* options,
+                                                         Calib3Info* info) IA_NOEXCEPT;
+
+/** As analyze_CreateDefault_Calib3InfoLINDEN(), with PinePoplar_Def_Calib_4bit and
+ *  PinePoplar_Def_Calib_2bit. */
+IA_EXPORT int32_t analyze_CreateDefault_Calib3InfoPINE_POPLAR(const AnalyzeContext* context,
+                                                              const OptTable* options,
+                                                              Calib3Info* info) IA_NOEXCEPT;
+
+/** @}
+ *  @name Calib4 settings
+ *  Handlers of Calib4SettingsHandler. Unless told otherwise the resolution is that of
+ *  analyze_common_get_resolution(), a group's first word is the code of
+ *  analyze_common_convertHalftoneTypePPDtoBidi() and its second word 3.
+ *  @{ */
+
+/** Flag 1; the third word is 3 for type 2 or 3, 1 for type 4, else 2. */
+IA_EXPORT int32_t analyze_GetCalibSettingsBAOBAB(const AnalyzeContext* context,
+                                                 const OptTable* options, uint32_t* flag,
+                                                 uint32_t* x_dpi, uint32_t* y_dpi,
+                                                 uint32_t* words) IA_NOEXCEPT;
+
+/** Flag 0; the third word is 2. */
+IA_EXPORT int32_t analyze_GetCalibSettingsEBONY(const AnalyzeContext* context,
+                                                const OptTable* options, uint32_t* flag,
+                                                uint32_t* x_dpi, uint32_t* y_dpi,
+                                                uint32_t* words) IA_NOEXCEPT;
+
+/** Flag 0, resolution 0 by 0. The first word is 0x80000 for type 1, 0x10000 for type 2, else 0; the
+ *  others are 0. */
+IA_EXPORT int32_t analyze_GetCalibSettingsSEQUOIA(const AnalyzeContext* context,
+                                                  const OptTable* options, uint32_t* flag,
+                                                  uint32_t* x_dpi, uint32_t* y_dpi,
+                                                  uint32_t* words) IA_NOEXCEPT;
+
+/** Flag 1; the third word is 1. */
+IA_EXPORT int32_t analyze_GetCalibSettingsTUPELO(const AnalyzeContext* context,
+                                                 const OptTable* options, uint32_t* flag,
+                                                 uint32_t* x_dpi, uint32_t* y_dpi,
+                                                 uint32_t* words) IA_NOEXCEPT;
+
+/** @}
+ *  @name Calib4 default information
+ *  Handlers of Calib4InfoHandler. They differ in the first model value and in the entries' codes.
+ *  @{ */
+
+/** 8; code 1 for type 2, 2 for type 4, else 0. */
+IA_EXPORT int32_t analyze_CreateDefault_Calib4InfoCommon(const AnalyzeContext* context,
+                                                         const OptTable* options,
+                                                         Calib4Info* info) IA_NOEXCEPT;
+
+/** 12; codes as analyze_CreateDefault_Calib4InfoCommon(). */
+IA_EXPORT int32_t analyze_CreateDefault_Calib4InfoACACIA(const AnalyzeContext* context,
+                                                         const OptTable* options,
+                                                         Calib4Info* info) IA_NOEXCEPT;
+
+/** 8; code 1 for type 2 or 3, 2 for type 4, else 0. */
+IA_EXPORT int32_t analyze_CreateDefault_Calib4InfoBAOBAB(const AnalyzeContext* context,
+                                                         const OptTable* options,
+                                                         Calib4Info* info) IA_NOEXCEPT;
+
+/** 12; codes as analyze_CreateDefault_Calib4InfoBAOBAB(). */
+IA_EXPORT int32_t analyze_CreateDefault_Calib4InfoCHESTNUT(const AnalyzeContext* context,
+                                                           const OptTable* options,
+                                                           Calib4Info* info) IA_NOEXCEPT;
+
+/** 12; code 0, whatever the options say. */
+IA_EXPORT int32_t analyze_CreateDefault_Calib4InfoEBONY(const AnalyzeContext* context,
+                                                        const OptTable* options,
+                                                        Calib4Info* info) IA_NOEXCEPT;
+
+/** 12; code 2, whatever the options say. */
+IA_EXPORT int32_t analyze_CreateDefault_Calib4InfoREDWOOD(const AnalyzeContext* context,
+                                                          const OptTable* options,
+                                                          Calib4Info* info) IA_NOEXCEPT;
+
+/** 8; code 2, whatever the options say. */
+IA_EXPORT int32_t analyze_CreateDefault_Calib4InfoTUPELO(const AnalyzeContext* context,
+                                                         const OptTable* options,
+                                                         Calib4Info* info) IA_NOEXCEPT;
+
+/** @} */
+
+IA_END_DECLS
+
+#endif /* INFO_ANALYZE_CALIBRATION_H_ */
