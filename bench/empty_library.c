@@ -1,0 +1,2 @@
+/* A library that holds nothing, to measure others beside it. */
+typedef int nothing;
