@@ -1,0 +1,190 @@
+#!/usr/bin/env python3
+"""Do the tests notice a change in the library? Makes one small change after the other in a copy of
+the tree, builds and runs the tests that see the changed room, and names the changes that none
+notices. Changes whose object code is that of the original are no changes and are passed over, and
+so is what does not compile.
+
+usage: tests/mutate.py [--sample N] [--seed N] [--folder DIR] [FILE...]
+
+Without files all sources of the library are changed. With a sample only so many changes are tried,
+drawn at random. With a folder the copy is made there and kept, so that another run has less to
+build."""
+
+import argparse
+import hashlib
+import os
+import random
+import re
+import shutil
+import subprocess
+import sys
+import tempfile
+from pathlib import Path
+
+ROOT = Path(__file__).resolve().parent.parent
+ROOMS = ("info_common", "queue", "bidi", "analyze", "calib")
+
+# The test programs that see a room, those that know it best first.
+TESTS = {
+    "info_common": ("info_common", "queue", "bidi", "analyze", "integration"),
+    "queue": ("queue", "bidi", "integration"),
+    "bidi": ("bidi", "analyze", "integration"),
+    "analyze": ("analyze", "integration"),
+    "calib": ("calib", "integration"),
+}
+# Programs of the integration tests that see nothing that others do not see, or take long.
+PASSED_OVER = {"long_run_test", "parallel_users_test", "argument_matrix_test", "daemon_road_test"}
+
+SWAPS = {
+    "==": ["!="], "!=": ["=="], "<": ["<="], "<=": ["<"], ">": [">="], ">=": [">"],
+    "&&": ["||"], "||": ["&&"], "+": ["-"], "-": ["+"], "*": ["+"], "+=": ["-="], "-=": ["+="],
+    "++": ["--"], "--": ["++"], "true": ["false"], "false": ["true"],
+    "break": ["continue"], "continue": ["break"],
+}
+TOKENS = re.compile(
+    r'"(?:[^"\\]|\\.)*"|\'(?:[^\'\\]|\\.)*\''  # texts and characters
+    r"|(?<= )(?:==|!=|<=|>=|&&|\|\||\+=|-=|<|>|\+|-|\*)(?= )"  # operators between blanks
+    r"|\+\+|--|\b(?:true|false|break|continue)\b"
+    r"|\b\d+\b")
+STATEMENT = re.compile(r"^(\s+)(?!return|using|const|auto|static|else|case|default|delete|if|for|while)"
+                       r"[A-Za-z_*+\-][^=;{}]*(?:\(.*\)|\+\+|--);$|^(\s+)[\w\->.*\[\]]+ [+\-]?= .*;$")
+CONDITION = re.compile(r"\b(if|while) \((.*)\)( \{| [^{].*;)$")
+SKIPPED = re.compile(r"^\s*(//|#|static_assert|template|namespace|using |\})")
+
+
+def changes_of_token(token):
+    if token.startswith('"'):
+        return [token[:-1] + '~"'] if "%" not in token else []
+    if token.startswith("'"):
+        return ["'~'"]
+    if token.isdigit():
+        return [str(int(token) + 1)] + ([str(int(token) - 1)] if int(token) > 0 else [])
+    return SWAPS[token]
+
+
+def changes_of_line(line):
+    """Yields the line with one change."""
+    if SKIPPED.match(line):
+        return
+    code = line.split("  // ")[0]
+    if "#include" in code or not code.strip():
+        return
+    for match in TOKENS.finditer(code):
+        for text in changes_of_token(match.group()):
+            yield code[:match.start()] + text + code[match.end():]
+    condition = CONDITION.search(code)
+    if condition:
+        word, test, rest = condition.groups()
+        yield f"{code[:condition.start()]}{word} (!({test})){rest}"
+    statement = STATEMENT.match(code)
+    if statement:
+        yield re.match(r"\s*", code).group() + ";"
+    returned = re.match(r"^(\s+)return ([^;{]+);$", code)
+    if returned:
+        yield f"{returned.group(1)}return {{}};"
+
+
+def changes_of_file(path):
+    for number, line in enumerate(path.read_text().split("\n")):
+        for changed in changes_of_line(line):
+            yield path.relative_to(ROOT), number, line, changed
+
+
+class Copy:
+    def __init__(self, folder):
+        self.folder = folder
+        self.build = folder / "build" / "mutants"
+        subprocess.run(["rsync", "-a", "--delete", "--exclude=/build", "--exclude=/.git",
+                        f"{ROOT}/", f"{folder}/"], check=True)
+        # Light optimisation, so that changes without effect give the same object code.
+        self.run("cmake", "--preset", "dev", "-B", str(self.build),
+                 "-DCMAKE_CXX_FLAGS_DEBUG=-O1 -g0",
+                 "-DCMAKE_GTEST_DISCOVER_TESTS_DISCOVERY_MODE=PRE_TEST", check=True)
+        rooms = sorted({room for rooms in TESTS.values() for room in rooms})
+        self.ninja(*(f"tests/{room}/all" for room in rooms), "tests/analyze/model/all", check=True)
+        self.programs = {room: [program for program in
+                                sorted((self.build / "tests" / room).rglob("*_test"))
+                                if program.is_file() and program.name not in PASSED_OVER]
+                         for room in rooms}
+
+    def run(self, *command, check=False, timeout=None):
+        environment = dict(os.environ, GTEST_FAIL_FAST="1", GTEST_BRIEF="1",
+                           RC_PARAMS="max_success=50")
+        return subprocess.run(command, cwd=self.folder, check=check, timeout=timeout,
+                              env=environment, stdout=subprocess.DEVNULL,
+                              stderr=subprocess.DEVNULL).returncode
+
+    def ninja(self, *targets, check=False):
+        return self.run("ninja", "-C", str(self.build), *targets, check=check)
+
+    def object_code(self, source):
+        """Its hash; nothing when the source does not compile."""
+        target = f"CMakeFiles/info_analyze_objects.dir/{source}.o"
+        if self.ninja(target) != 0:
+            return None
+        return hashlib.sha256((self.build / target).read_bytes()).hexdigest()
+
+    def is_noticed(self, source):
+        for room in TESTS[source.parts[0]]:
+            for program in self.programs[room]:
+                if self.ninja(str(program.relative_to(self.build))) != 0:
+                    return True
+                try:
+                    if self.run(str(program), timeout=60) != 0:
+                        return True
+                except subprocess.TimeoutExpired:
+                    return True
+        return False
+
+    def try_change(self, source, number, changed, original_code):
+        """None: no change; else whether it was noticed."""
+        path = self.folder / source
+        lines = (ROOT / source).read_text().split("\n")
+        lines[number] = changed
+        path.write_text("\n".join(lines))
+        code = self.object_code(source)
+        return None if code in (None, original_code) else self.is_noticed(source)
+
+    def restore(self, source):
+        shutil.copyfile(ROOT / source, self.folder / source)
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__.split("\n")[0])
+    parser.add_argument("--sample", type=int)
+    parser.add_argument("--seed", type=int, default=1)
+    parser.add_argument("--folder", type=Path)
+    parser.add_argument("files", nargs="*", type=Path)
+    arguments = parser.parse_args()
+    files = [file.resolve() for file in arguments.files] or [
+        file for room in ROOMS for file in sorted((ROOT / room).rglob("*.cc"))
+        if "curves" not in file.parts]
+    changes = [change for file in files for change in changes_of_file(file)]
+    if arguments.sample is not None and arguments.sample < len(changes):
+        changes = sorted(random.Random(arguments.seed).sample(changes, arguments.sample))
+    folder = arguments.folder or Path(tempfile.mkdtemp())
+    folder.mkdir(parents=True, exist_ok=True)
+    copy = Copy(folder)
+    tried = noticed = 0
+    codes = {}
+    for source, number, line, changed in changes:
+        if source not in codes:
+            for other in codes:
+                copy.restore(other)
+            codes[source] = copy.object_code(source)
+        result = copy.try_change(source, number, changed, codes[source])
+        if result is None:
+            continue
+        tried += 1
+        noticed += result
+        if not result:
+            print(f"not noticed: {source}:{number + 1}: {line.strip()}  ->  {changed.strip()}",
+                  flush=True)
+    if arguments.folder is None:
+        shutil.rmtree(folder)
+    print(f"noticed {noticed} of {tried} changes")
+    return 0 if noticed == tried else 1
+
+
+if __name__ == "__main__":
+    sys.exit(main())
