@@ -2,10 +2,8 @@
 #ifndef CALIB_MODEL_TABLE_H_
 #define CALIB_MODEL_TABLE_H_
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
-#include <span>
 #include <string_view>
 
 #include "analyze/model_row.h"
@@ -16,14 +14,8 @@ namespace ia {
 template <class Handler>
 struct CalibModelEntry {
   std::string_view model;
-  Handler handler;
+  Handler handler;  // never null
 };
-
-template <class Handler, std::size_t N>
-[[nodiscard]] constexpr bool HasAllHandlers(
-    const std::array<CalibModelEntry<Handler>, N>& table) noexcept {
-  return std::ranges::all_of(table, [](const auto& row) { return row.handler != nullptr; });
-}
 
 // The handler of the analyser's model, or the other one when the model has no row.
 template <class Handler, std::size_t N>
