@@ -28,7 +28,7 @@ HalftoneTriple GradationSettings(const OptTable& options) noexcept {
   return {0, kBidiColorTone, kBidiResolution};
 }
 
-// Here letter case matters, while ReadHalftone() ignores it. Callers depend on each as it is.
+// Here letter case matters, while ReadHalftone() ignores it. Both are wanted as they are.
 bool HasGradationHalftone(const OptTable& options) noexcept {
   if (FindValue(&options, "QVColorMode") == nullptr) return false;
   const bool is_mono = OptionBeginsWith(options, "QVColorMode", "mono");

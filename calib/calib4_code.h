@@ -1,4 +1,4 @@
-// The calibration code of a halftone type, as most Calib4 printers count it.
+// The calibration code of a halftone type, as the BAOBAB family counts it.
 #ifndef CALIB_CALIB4_CODE_H_
 #define CALIB_CALIB4_CODE_H_
 

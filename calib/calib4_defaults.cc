@@ -56,8 +56,8 @@ HalftoneTriple CodesOf(const OptTable& options, std::uint32_t (*code)(std::uint3
   return values;
 }
 
-// High resolution is told from the other halftones by the BAOBAB codes only; callers depend on the
-// difference.
+// High resolution counts as resolution in the BAOBAB codes and as none here; the difference is
+// wanted.
 HalftoneTriple CommonCodes(const OptTable& options) noexcept {
   return CodesOf(options, [](std::uint32_t type) noexcept {
     return type != IA_HALFTONE_HIGH_RESOLUTION ? CalibCode(type) : 0;

@@ -59,7 +59,7 @@ const HalftoneEntry* FindHalftone(const char* value) noexcept {
 
 std::uint32_t DigitAt(std::string_view digits, std::size_t index) noexcept {
   const char digit = index < digits.size() ? digits[index] : '\0';
-  return static_cast<std::uint32_t>(digit - '0');
+  return static_cast<std::uint32_t>(static_cast<signed char>(digit) - '0');
 }
 
 // The last digit belongs to the first value.

@@ -11,7 +11,7 @@ constexpr std::string_view kDevicePathMark = "DevicePath ";
 
 // memmem() and its kin know short cuts that std::string_view's searches do not.
 const char* Find(std::string_view text, std::string_view wanted) noexcept {
-  if (text.size() < wanted.size()) return nullptr;  // also for a text that is nowhere
+  if (text.size() < wanted.size()) return nullptr;
   return static_cast<const char*>(memmem(text.data(), text.size(), wanted.data(), wanted.size()));
 }
 
@@ -77,7 +77,10 @@ std::optional<std::string_view> QueueNameIn(std::string_view line) noexcept {
   if (!behind) return std::nullopt;
   const std::size_t length = behind->find(kQueueEnd);
   if (length == std::string_view::npos) return std::nullopt;
-  return std::string_view(behind->data(), length);
+  const std::string_view name(behind->data(), length);
+  // The name of a queue that a list has been made of ends with a NUL already.
+  if (name.find('\0') != std::string_view::npos) return std::nullopt;
+  return name;
 }
 
 QueueLines::QueueLines(std::string_view text) noexcept : lines_(text, kQueueMark) {}
@@ -103,7 +106,7 @@ std::optional<QueueEntry> FindQueueNamed(std::string_view text, std::string_view
   return std::nullopt;
 }
 
-// Goes back from the URI to its queue: a URI stands in few lines, every third or so begins a queue.
+// Goes back from the URI to its queue: a URI stands in few lines, while many lines begin a queue.
 std::optional<QueueEntry> FindQueueWithUri(std::string_view text, std::string_view uri) noexcept {
   LinesHolding lines(text, uri);
   std::string_view line;

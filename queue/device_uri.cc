@@ -18,8 +18,7 @@ int32_t MqpdUriToEndpointFamily(const char* uri, char** family) noexcept {
   return *family != nullptr ? 0 : -1;
 }
 
-// A URI without "/PDLType=" fails but hands out the text behind its prefix all the same: callers
-// show it in their error messages, and free it.
+// A URI without "/PDLType=" fails, but the uncut copy stays in the output: callers free it.
 int32_t MqpdUriToPrinterAddress(const char* uri, char** address) noexcept {
   if (uri == nullptr || address == nullptr) return -1;
   *address = nullptr;
@@ -32,6 +31,7 @@ int32_t MqpdUriToPrinterAddress(const char* uri, char** address) noexcept {
   return 0;
 }
 
+// No URI at all counts as well; callers depend on it.
 int32_t DeviceUriToCheckDuplex(const char* uri) noexcept {
   return uri == nullptr || std::string_view(uri).starts_with("qvbm") ? 1 : 0;
 }

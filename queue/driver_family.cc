@@ -18,7 +18,6 @@ constexpr auto kEndpoints = std::to_array<Endpoint>({
 });
 
 // "ps" begins "ps2" and "psmf", as their folders do, so these three rows want the whole text.
-// "mf_printer" must stay ahead of "printer".
 constexpr auto kFamilies = std::to_array<DriverFamily>({
     {"zeta6", "/Library/Printers/Vorel/CUPSZETA6", Match::kPrefix, "/Vorel/CUPSZETA6", 59788,
      59688},

@@ -27,7 +27,7 @@ const char* FindDriverFolder(const char* uri) noexcept {
     return family->folder.data();
   }
   // Two keys carry a folder of their own. That of "nsu" is looked for from the URI's start, so an
-  // address that holds these letters decides; queues set up that way exist.
+  // address that holds these letters decides.
   if (std::string_view(pdl_type).starts_with("nsu")) return std::strstr(uri, "nsu") + 3;
   if (std::string_view(pdl_type).starts_with("drv")) return pdl_type + 3;
   return nullptr;

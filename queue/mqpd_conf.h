@@ -12,7 +12,7 @@
 
 namespace ia {
 
-// Lengths of texts fit a signed 32-bit number, which is what the library's searches take.
+// A larger configuration is none; lengths below it fit 32 bits, signed or not.
 inline constexpr std::size_t kLargestConfBuffer = std::size_t{1} << 31;
 
 // What is read of a stream.

@@ -10,7 +10,7 @@
 
 namespace ia {
 
-// The driver package's other programs keep paths in buffers of this size.
+// A path and its NUL need no more than this; longer ones are refused.
 inline constexpr std::size_t kPathSize = 2048;
 
 // The pieces one behind the other; null when they and a NUL need more than size bytes or memory ran

@@ -48,16 +48,16 @@ const char* CypressSlot(const TrayReport& report, const TrayEntry& tray, const c
 struct YewSlot {
   std::int32_t alias;
   const char* slot;
-  const char* slot_without_tray2;
+  const char* slot_without_tray2;  // null: the same
 };
 constexpr std::int32_t kTray2Alias = 102;
 constexpr auto kYewSlots = std::to_array<YewSlot>({
-    {7, "Manual", "Manual"},
-    {101, "Cas1", "Cas1"},
-    {102, "Cas2", "Cas2"},
+    {7, "Manual", nullptr},
+    {101, "Cas1", nullptr},
+    {102, "Cas2", nullptr},
     {121, "Cas3", "Cas2"},
     {122, "Cas4", "Cas3"},
-    {123, "Cas4", "Cas4"},
+    {123, "Cas4", nullptr},
 });
 
 // A tray of another alias belongs to the slot of the tray before it.
@@ -65,7 +65,8 @@ const char* YewSlotOf(const TrayReport& report, const TrayEntry& tray,
                       const char* previous_slot) noexcept {
   const auto hit = std::ranges::find(kYewSlots, tray.alias, &YewSlot::alias);
   if (hit == kYewSlots.end()) return previous_slot;
-  return report.HasAlias(kTray2Alias) ? hit->slot : hit->slot_without_tray2;
+  const bool is_same = hit->slot_without_tray2 == nullptr || report.HasAlias(kTray2Alias);
+  return is_same ? hit->slot : hit->slot_without_tray2;
 }
 
 // The side deck's slot, by the last cassette that is there.

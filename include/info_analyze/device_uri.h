@@ -79,7 +79,7 @@ IA_EXPORT int32_t FolderPathToPortNumber(const char* folder) IA_NOEXCEPT;
  *  @return port; 0 for NULL and for a folder of no family with a port */
 IA_EXPORT int32_t FolderPathToDataPortNumber(const char* folder) IA_NOEXCEPT;
 
-/** Tells whether a device URI belongs to the duplex-capable backend: it begins with "qvbm".
+/** Tells whether a device URI begins with "qvbm".
  *  @param uri  device URI
  *  @return 1 when it does, also for NULL; else 0 */
 IA_EXPORT int32_t DeviceUriToCheckDuplex(const char* uri) IA_NOEXCEPT;

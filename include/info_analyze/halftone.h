@@ -29,7 +29,8 @@ enum {
  *  and "errdiffusion" give all three values the type of that name. "pattern1" to "pattern9" stand
  *  for three digits in "QVCHTPattern1" to "QVCHTPattern9" (monochrome "QVHTPattern1" to
  *  "QVHTPattern9"): the last digit is the first value. The digits are not checked: each value is
- *  the byte's distance from '0', modulo 2^32, and bytes that a shorter text lacks count as NUL.
+ *  the signed byte's distance from '0', modulo 2^32, and bytes that a shorter text lacks count as
+ * NUL.
  *
  *  @param options  option table, not modified
  *  @param first    receives the first value

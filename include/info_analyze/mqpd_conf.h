@@ -6,8 +6,9 @@
  *  The file is a text of lines that end with a line feed, the last one perhaps without. A line
  *  whose first character is '#' is a comment; nothing else is trimmed, so one that begins with
  *  blanks and '#' is none. A queue entry begins with a line that holds "<Printer " and behind it a
- *  '>'; the queue's name is what stands between. The one line behind it may hold "DevicePath " and
- *  behind that the queue's device URI (see device_uri.h). All other lines are ignored.
+ *  '>'; the queue's name is what stands between, and holds no NUL. The one line behind it, unless
+ *  that is a comment, may hold "DevicePath " and behind that the queue's device URI (see
+ *  device_uri.h). All other lines are ignored.
  *
  *  The text of a file is not NUL-terminated and NULs in it are bytes like others, so functions take
  *  its start and its end. A NULL start or end, or a start behind the end, is an empty text. Output
@@ -37,8 +38,8 @@ typedef struct FolderConf {
  *  FolderPathToDriverCache() derives from the installation folder.
  *  @param driver_folder  installation folder; NULL is refused
  *  @return new handle, released with FolderPathForConf_Terminate(); NULL for an unknown folder, a
- *          file that cannot be opened or exhausted memory. When the file can be opened but not read
- *          to its end, as a folder cannot, the handle holds what was read */
+ *          file that cannot be opened, one of 2 GiB or more, or exhausted memory. When the file can
+ * be opened but not read to its end, as a folder cannot, the handle holds what was read */
 IA_EXPORT FolderConf* FolderPathForConf_Initialize(const char* driver_folder) IA_NOEXCEPT;
 
 /** Releases a handle and its text.
@@ -96,7 +97,7 @@ IA_EXPORT int32_t zGetQueueNameFromPrinterAddress(const char* start, const char*
  *  @param address     receives the malloc'd text between the endpoint prefix and "/PDLType="; NULL
  *                     when the queue has no device path or that has no "/PDLType="
  *  @param protocol    receives a malloc'd copy of the endpoint prefix, such as "net:"; NULL when
- * the queue has no device path
+ *                     the queue has no device path
  *  @return 1; 0, with both outputs NULL, for a NULL argument, no such queue, a device path of
  *          unknown prefix or exhausted memory */
 IA_EXPORT int32_t zGetPrinterAddressAndIOLibType(const char* start, const char* end,

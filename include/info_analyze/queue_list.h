@@ -36,7 +36,7 @@ IA_EXPORT QueueList* CupsQueueList_Initialize(int32_t* count) IA_NOEXCEPT;
  *  @param conf   configuration; NULL, or one without text, is refused
  *  @param count  receives the number of queues, 0 when the call fails; NULL is refused
  *  @return new list, released with MqpdQueueList_Terminate(); NULL for a refused argument or when
- *          memory ran out */
+ *          memory ran out; then the queues before that point are lost to the handle */
 IA_EXPORT QueueList* MqpdQueueList_Initialize(FolderConf* conf, int32_t* count) IA_NOEXCEPT;
 
 /** Releases a list from either source, with its names.

@@ -129,6 +129,9 @@ Triple PatternOf(const std::string& digits) {
 TEST(PatternDigits, AreNotChecked) {
   EXPECT_EQ(PatternOf("9A0"), (Triple{0, 'A' - '0', 9}));
   EXPECT_EQ(PatternOf("/99"), (Triple{9, 9, 0xFFFFFFFF}));
+  EXPECT_EQ(PatternOf("\xE4"
+                      "12"),
+            (Triple{2, 1, 0xFFFFFFB4}));
 }
 
 TEST(PatternDigits, BehindTheThirdAreNotRead) { EXPECT_EQ(PatternOf("1245"), (Triple{4, 2, 1})); }

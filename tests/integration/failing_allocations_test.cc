@@ -75,6 +75,41 @@ TEST(WithoutMemoryOnce, FinisherWithoutNameEndsTheCombinedPass) {
   EXPECT_EQ(list.Added(), "");
 }
 
+// What a call leaves of a record that held another set in both places.
+std::string SetsWithoutMemory(int nth, const char* model, const std::uint16_t* table) {
+  SampleSetting::Get();
+  std::string code = model;
+  AnalyzeContext context = {};
+  context.driver_name = code.data();
+  const CallersList options;
+  OptionList_Add(options.head(), "QVGradation", "High1");
+  std::uint16_t old_set[1] = {};
+  Calib3Info info = {.words = {1, 2, 3}, .first_set = old_set, .second_set = old_set};
+  std::string answer = std::to_string(WithoutMemoryOnce(
+      nth, [&] { return Analyze_Info_CreateDefault_Calib3Info(&context, options.head(), &info); }));
+  const std::uint16_t* half = table;
+  for (std::uint16_t* set : {info.first_set, info.second_set}) {
+    answer += set == nullptr   ? " null"
+              : set == old_set ? " old"
+              : *set == *half  ? " copy"
+                               : " other";
+    if (set != old_set) CallFaults::Instance().Release(set);
+    half += IA_CALIB_SET_VALUES;
+  }
+  for (const std::uint32_t word : info.words) EXPECT_EQ(word, 0u);
+  return answer;
+}
+
+// One family clears the words alone, the others the pointers too.
+TEST(WithoutMemoryOnce, RecordKeepsTheCurvesThatWereCopied) {
+  EXPECT_EQ(SetsWithoutMemory(1, "RB-W7", LARCH_Def_Calib), "-1 null old");
+  EXPECT_EQ(SetsWithoutMemory(2, "RB-W7", LARCH_Def_Calib), "-1 copy null");
+  EXPECT_EQ(SetsWithoutMemory(1, "RB-P9", Linden_Def_Calib_2bit), "-1 null null");
+  EXPECT_EQ(SetsWithoutMemory(2, "RB-P9", Linden_Def_Calib_2bit), "-1 copy null");
+  EXPECT_EQ(SetsWithoutMemory(1, "RB-J9", PinePoplar_Def_Calib_2bit), "-1 null null");
+  EXPECT_EQ(SetsWithoutMemory(2, "RB-J9", PinePoplar_Def_Calib_2bit), "-1 copy null");
+}
+
 // Also of an analyser whose documents were not all loaded.
 TEST(Destroying, NeedsNoMemory) {
   auto& faults = CallFaults::Instance();

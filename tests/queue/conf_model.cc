@@ -35,7 +35,8 @@ bool IsComment(const std::string& line) { return !line.empty() && line[0] == '#'
 
 Words NameIn(const std::string& line) {
   const Words rest = IsComment(line) ? std::nullopt : After(line, "<Printer ");
-  return rest ? Before(*rest, ">") : std::nullopt;
+  const Words name = rest ? Before(*rest, ">") : std::nullopt;
+  return name && name->find('\0') == std::string::npos ? name : std::nullopt;
 }
 
 }  // namespace

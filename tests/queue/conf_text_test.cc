@@ -163,12 +163,15 @@ TEST(SecondListOfAHandle, IsEmpty) {
   EXPECT_EQ(FolderPathForConf_GetAddressAndProtocol(conf.get(), "a", &address, &protocol), 0);
 }
 
-// The NUL is a byte of the line like others, and the line's second '>' ends the name now.
-TEST(SecondListOfAHandle, HasTheQueuesWithASecondEndInTheirLines) {
-  ConfOf conf("<Printer a> b>\n");
-  EXPECT_THAT(NamesOf(conf), Optional(ElementsAre("a")));
-  EXPECT_THAT(NamesOf(conf), Optional(ElementsAre("a")));
+TEST(SecondListOfAHandle, IsEmptyAlsoWhereALineHasASecondEnd) {
+  ConfOf conf("<Printer a> b>\n<Printer c>\n");
+  EXPECT_THAT(NamesOf(conf), Optional(ElementsAre("a", "c")));
   EXPECT_THAT(NamesOf(conf), Optional(IsEmpty()));
+}
+
+TEST(QueueCount, LineWithANulInItsNameIsNoQueue) {
+  const ConfOf conf("<Printer a\0b>\n<Printer c> \0 x\n"s);
+  EXPECT_EQ(zGetQueueCount(conf.start(), conf.end()), 1);
 }
 
 struct UriRow : NamedRow {

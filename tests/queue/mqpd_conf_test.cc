@@ -196,7 +196,6 @@ TEST(LargestBuffer, IsAllThatALargerFileGets) {
   EXPECT_EQ(std::ftell(stream.get()), 128);
 }
 
-// Lengths above it would not fit the signed 32-bit numbers that searches take.
 TEST(LargestBuffer, IsTwoGibibytes) { EXPECT_EQ(ia::kLargestConfBuffer, 2147483648u); }
 
 constexpr char kText[] =
