@@ -9,7 +9,7 @@
 namespace ia_test {
 namespace {
 
-constexpr ParsedLine kRefused{-1, "", ""};
+const ParsedLine kRefused{-1, "", ""};
 
 using LineBuffer = std::array<char, 512>;
 

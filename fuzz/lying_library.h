@@ -1,0 +1,25 @@
+// A communication library that answers what a script tells it to, true or not.
+//
+// The script's first line answers, a character for each call and from the front again when it ends,
+// the calls that hand out nothing or a reader: "0" is failure, anything else success. Each further
+// line answers the next call that hands out a value:
+//
+//   (empty)  the value is missing, as all are after the last line
+//   ?        reported as found, and nothing handed out
+//   ~        found, as a null pointer or 0
+//   !VALUE   handed out, and reported as missing
+//   *TEXT    found: TEXT again and again, to 64 KiB or more; but TEXT after four of them
+//   VALUE    found: a number or a text
+#ifndef FUZZ_LYING_LIBRARY_H_
+#define FUZZ_LYING_LIBRARY_H_
+
+#include <cstddef>
+#include <cstdint>
+
+// The library's own entry point: answers from now on come from the script, which is copied.
+// No list has more dictionaries than `most_items`: who believes in more is busy for long.
+extern "C" __attribute__((visibility("default"))) void lying_attach(const char* script,
+                                                                    std::size_t length,
+                                                                    std::int32_t most_items);
+
+#endif  // FUZZ_LYING_LIBRARY_H_
