@@ -75,6 +75,22 @@ TEST(WithoutMemoryOnce, FinisherWithoutNameEndsTheCombinedPass) {
   EXPECT_EQ(list.Added(), "");
 }
 
+// The queues up to the one whose name found no memory are cut off already.
+TEST(WithoutMemoryOnce, ListOfQueuesLosesThoseBeforeThatPoint) {
+  SampleSetting::Get();
+  std::string text = "<Printer a>\n<Printer b>\n<Printer c>\n";
+  FolderConf conf{text.data(), static_cast<uint32_t>(text.size())};
+  int32_t count = -1;
+  // The list and its records come first.
+  EXPECT_EQ(WithoutMemoryOnce(4, [&] { return MqpdQueueList_Initialize(&conf, &count); }), nullptr);
+  EXPECT_EQ(count, 0);
+  QueueList* const list = MqpdQueueList_Initialize(&conf, &count);
+  ASSERT_EQ(count, 2);
+  EXPECT_STREQ(CupsQueueList_GetQueueName(list, 0), "b");
+  EXPECT_STREQ(CupsQueueList_GetQueueName(list, 1), "c");
+  MqpdQueueList_Terminate(list);
+}
+
 // What a call leaves of a record that held another set in both places.
 std::string SetsWithoutMemory(int nth, const char* model, const std::uint16_t* table) {
   SampleSetting::Get();

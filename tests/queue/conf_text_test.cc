@@ -174,6 +174,22 @@ TEST(QueueCount, LineWithANulInItsNameIsNoQueue) {
   EXPECT_EQ(zGetQueueCount(conf.start(), conf.end()), 1);
 }
 
+TEST(DeviceOfAQueue, PdlTypeAheadOfTheDevicePathDoesNotEndTheAddress) {
+  EXPECT_EQ(DeviceOf("<Printer a>\n/PDLType=fax DevicePath net:h\n", "a"),
+            (ModelDevice{std::nullopt, "net:"}));
+}
+
+TEST(DeviceOfAQueue, IsToldWithoutChangingTheText) {
+  ConfOf conf("<Printer a>\nDevicePath net:h/PDLType=fax\n");
+  const std::string before = conf.text();
+  char* address = nullptr;
+  char* protocol = nullptr;
+  EXPECT_EQ(FolderPathForConf_GetAddressAndProtocol(conf.get(), "a", &address, &protocol), 1);
+  EXPECT_EQ(TakeText(address), "h");
+  EXPECT_EQ(TakeText(protocol), "net:");
+  EXPECT_EQ(conf.text(), before);
+}
+
 struct UriRow : NamedRow {
   std::string text;
   std::string uri;
