@@ -196,6 +196,21 @@ const PunchRow kPunches[] = {
 
 INSTANTIATE_TEST_SUITE_P(Each, Punches, ValuesIn(kPunches), RowName<PunchRow>);
 
+// A word that a device reports stands for what begins with it, not for its own beginning.
+TEST(PunchesBesideATable, LongerWordsAreOthers) {
+  for (const char* more : {"~", "s", " "}) {
+    const std::string two = std::string(kTwo) + more;
+    const std::string french = std::string(kFrench) + more;
+    const std::string multiple = std::string(kMultiple) + more;
+    EXPECT_EQ(Punching({two, kFrench}).Ask(kDispatch), "PUNF4") << more;
+    EXPECT_EQ(Punching({kTwo, french}).Ask(kDispatch), "PUNU2") << more;
+    EXPECT_EQ(Punching({two}).Ask(kJuniper), Answer()) << more;
+    EXPECT_EQ(Punching({two, kFrench}).Ask(kJuniperMlt), "PUNF4") << more;
+    EXPECT_EQ(Punching({kTwo, french}).Ask(kJuniperMlt), "PUNU2") << more;
+    EXPECT_EQ(Punching({multiple}).Ask(kMultipleHoles), Answer()) << more;
+  }
+}
+
 // The fixed values do not come from the table.
 TEST(PunchesBesideATable, HaveTheirOwnValues) {
   const SearchTable other{{kTwo, "X"}, {kFrench, "Y"}, {kMultiple, "Z"}};
