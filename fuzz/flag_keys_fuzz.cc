@@ -44,7 +44,7 @@ void CompareValues(OptTable* list, const Entries& entries, const std::string& ba
   char* value = nullptr;
   for (const auto& [key, expected] : entries) {
     if (!Contains(key, base)) continue;
-    const std::string_view suffix = std::string_view(key).substr(base.size());
+    const std::string suffix = key.substr(base.size());
     if (!suffix.empty() && ia_fuzz::NumberOf(suffix.substr(1)) > highest) continue;
     Require(OptionList_Get_FlagValue(&cursor, exact_base.get(), highest, &value) == 1);
     Require(value == expected);

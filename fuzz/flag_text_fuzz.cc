@@ -11,6 +11,7 @@
 
 namespace {
 
+constexpr std::size_t kLongest = 1024;     // each flag is found by walking the store
 constexpr std::int32_t kMostFlags = 1024;  // as many as an analyser's stores hold
 
 struct StoreDeleter {
@@ -53,7 +54,7 @@ void Compare(const FlagInfo* store, const Flags& flags) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  ia_fuzz::Input input(data, size);
+  ia_fuzz::Input input(data, std::min(size, kLongest));
   const std::int32_t capacity = std::min(input.TakeNumber(), kMostFlags);
   const Store store(zflaginfo_init("flags", capacity));
   ia_fuzz::Require((store == nullptr) == (capacity < 0));

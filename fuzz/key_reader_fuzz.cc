@@ -33,7 +33,7 @@ std::string_view TakeWord(std::string_view& line) {
 // A descriptor with all that it points to.
 class Key {
  public:
-  Key(Input& lines, int depth = 0) {
+  explicit Key(Input& lines, int depth = 0) {
     std::string_view line = lines.TakeText();
     type_ = ia_fuzz::NumberOf(TakeWord(line));
     document_ = ia_fuzz::NumberOf(TakeWord(line));

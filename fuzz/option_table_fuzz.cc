@@ -12,7 +12,7 @@ namespace {
 using ia_fuzz::Require;
 using ia_test::ExactText;
 
-constexpr std::size_t kLongest = 1024;  // the plain rules walk their tables
+constexpr std::size_t kLongest = 512;  // the plain rules walk their tables
 
 // One table made by each way, beside what it must hold.
 class Tables {
