@@ -221,8 +221,8 @@ TEST_P(EachFinisherGetter, RefusesAnotherWord) {
     std::string changed = word;
     changed.back() = '#';
     for (const std::string& other :
-         {word + "s", word + " ", InOtherCase(word), " " + word, word.substr(1), changed,
-          std::string("staple"), std::string(100 * 1024, word[0])}) {
+         {word + "s", word + "~", word + " ", InOtherCase(word), " " + word, word.substr(1),
+          changed, std::string("staple"), std::string(100 * 1024, word[0])}) {
       EXPECT_EQ(AnswerFor(own, other), kNull) << other.substr(0, 50);
     }
   }

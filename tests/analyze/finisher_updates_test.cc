@@ -233,6 +233,22 @@ INSTANTIATE_TEST_SUITE_P(Units, OneFinisher, testing::ValuesIn(Units()),
                          [](const auto& info) { return std::string(info.param.label); });
 
 // The table's order is the priority, whatever the device's.
+TEST_F(FinisherList, TakesLongerWordsForOthers) {
+  SetModel("RC-T7");
+  for (const char* more : {"~", "s", " "}) {
+    for (const char* function : {"staple", "punch", "folding"}) {
+      EXPECT_EQ(
+          AppendedFor({Functions({std::string(function) + more}) + Details({"punching_2_holes"})}),
+          kDefaults)
+          << function << more;
+    }
+    for (const char* holes : {"punching_2_holes", "punching_2or3_holes", "punching_3_holes",
+                              "punching_French_4_holes", "punching_Swedish_4_holes"}) {
+      EXPECT_EQ(AppendedFor({Punching({std::string(holes) + more})}), kDefaults) << holes << more;
+    }
+  }
+}
+
 TEST_F(FinisherList, TakesThePuncherThatComesFirstInTheTable) {
   constexpr auto kTable = std::to_array<std::array<const char*, 2>>({
       {"punching_2_holes", "PUNU2"},
