@@ -309,6 +309,83 @@ void SetsFinisherOption(Round& round, const FinisherCase& handler) {
                std::to_string(status) + " " + answer);
 }
 
+// Getters of list items.
+
+using Getter = char* (*)(const void* datum);
+
+struct NumberCase {
+  const char* name;
+  Getter getter;
+  int32_t number;
+  const char* right;
+};
+
+const NumberCase kNumberCases[] = {
+    {"FaxType", zGetFaxOptionString, 2, "isdn"},  {"FaxLineA", zGetLine1IDSupport, 18, "True"},
+    {"FaxLineB", zGetLine2IDSupport, 19, "True"}, {"FaxLineC", zGetLine3IDSupport, 20, "True"},
+    {"FaxLineD", zGetLine4IDSupport, 21, "True"},
+};
+
+void TakesNumber(Round& round, const NumberCase& number) {
+  ExpectText(round, round.Try([&] { return number.getter(&number.number); }), number.right);
+}
+
+struct ModeCase {
+  const char* name;
+  Getter getter;
+  int32_t mode;
+};
+
+const ModeCase kModeCases[] = {
+    {"FaxOverIntranet", zGetIntranetSupport, 17},
+    {"FaxOverVoIp", zGetVoIPSupport, 18},
+    {"FaxOverNgn", zGetNGNSupport, 16},
+    {"FaxOverNgnMyNumber", zGetNGNMyNumberSupport, 69},
+};
+
+void TakesMode(Round& round, const ModeCase& mode) {
+  const int32_t count = 1;
+  const FaxModes modes{&mode.mode, &count};
+  ExpectText(round, round.Try([&] { return mode.getter(&modes); }), "True");
+}
+
+struct UnitCase {
+  const char* name;
+  Getter getter;
+  int32_t type;
+  const char* accessory;
+  const char* right;
+};
+
+const UnitCase kUnitCases[] = {
+    {"Trimmer", zGetTrimmerFunctionOptionString, 1, "Vorel Saddle Finisher-X2", "TRMU1"},
+    {"InnerTrimmer", zGetInnerTrimmerFunctionOptionString, 1, "Vorel Booklet Finisher-S1",
+     "ITRMU1"},
+    {"Inserter", zGetFinisherInserterOptionString, 1, "Staple", "INSU1"},
+    {"MultiInserter", zGetMultiInserterOptionString, 1, "Staple", "True"},
+    {"Stacker", zGetStackerOptionString, 15, "Staple", "STKU1"},
+    {"Binder", zGetFinisherConstitutionOptionString, 18, "Staple", "BIDU1"},
+    {"ProPuncher", zGetProPuncherOptionString, 1, "Vorel Finisher-UH1", "PUNU1"},
+    {"TopBottomTrimmer", zGetTopBottomTrimmerOptionString, 12, "Staple", "TBTU1"},
+};
+
+// A unit that does everything.
+void TakesUnit(Round& round, const UnitCase& unit) {
+  std::string all;
+  char* const words[] = {all.data()};  // the empty word is the beginning of each
+  const int32_t count = 1;
+  int32_t stackers = 0;
+  const FinisherUnit datum{unit.type, unit.accessory, words, &count, words, &count, &stackers};
+  ExpectText(round, round.Try([&] { return unit.getter(&datum); }), unit.right);
+}
+
+void TakesBin(Round& round) {
+  const int32_t alias = 101;
+  const int32_t count = 1;
+  const BinUnit bin{3, &alias, &count};
+  ExpectText(round, round.Try([&] { return zGetTrayCSettingOptionString(&bin); }), "FinCenterTray");
+}
+
 // The insert unit of one model. An entry that finds no memory is not added.
 void SetsInsertUnit(Round& round) {
   const SampleAnalyser analyser;
@@ -321,7 +398,16 @@ void SetsInsertUnit(Round& round) {
 }
 
 std::vector<Scenario> NewScenarios() {
-  std::vector<Scenario> scenarios{{"SetsInsertUnit", SetsInsertUnit}};
+  std::vector<Scenario> scenarios{{"SetsInsertUnit", SetsInsertUnit}, {"TakesBin", TakesBin}};
+  for (const NumberCase& number : kNumberCases) {
+    scenarios.push_back({number.name, [&](Round& round) { TakesNumber(round, number); }});
+  }
+  for (const ModeCase& mode : kModeCases) {
+    scenarios.push_back({mode.name, [&](Round& round) { TakesMode(round, mode); }});
+  }
+  for (const UnitCase& unit : kUnitCases) {
+    scenarios.push_back({unit.name, [&](Round& round) { TakesUnit(round, unit); }});
+  }
   for (const InputCase& handler : kInputCases) {
     scenarios.push_back({handler.name, [&](Round& round) { AppendsRow(round, handler); }});
   }
