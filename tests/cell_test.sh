@@ -106,7 +106,7 @@ trap 'rm -rf "$copy"' EXIT
 tar cf - --exclude=./build --exclude=./.git . | tar xf - -C "$copy"
 cd "$copy"
 build=$copy/build/cells
-cmake --preset dev -B "$build" -DCMAKE_CXX_FLAGS_DEBUG="-O0 -g0" \
+cmake --preset dev -B "$build" -DCMAKE_CXX_FLAGS_DEBUG="-O1 -g0" \
   -DCMAKE_GTEST_DISCOVER_TESTS_DISCOVERY_MODE=PRE_TEST >/dev/null
 ninja -C "$build" tests/analyze/all tests/analyze/model/all >/dev/null
 mapfile -t programs < <(cd "$build" && find tests/analyze -name '*_test' -type f -executable)
