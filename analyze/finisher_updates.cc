@@ -4,6 +4,7 @@
 #include <array>
 
 #include "analyze/document_keys.h"
+#include "analyze/model/finisher_report.h"
 #include "analyze/option_rows.h"
 #include "info_analyze/list_getters.h"
 #include "info_analyze/model_options.h"
@@ -15,7 +16,6 @@ namespace {
 
 constexpr std::int32_t kDocument = IA_DOCUMENT_FINISHER_LIST;
 constexpr std::int32_t kMostWords = 1024;
-constexpr std::int32_t kMostAliases = 10;
 
 // The order is the priority of the punchers.
 constexpr auto kPunchTable = std::to_array<FunctionPair>({

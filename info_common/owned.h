@@ -27,6 +27,12 @@ using CString = CPtr<char[]>;
   return copy;
 }
 
+// Null for null.
+[[nodiscard]] inline CString CopyOf(const char* text) noexcept {
+  if (text == nullptr) return nullptr;
+  return Duplicate(text);
+}
+
 template <class T>
 [[nodiscard]] CPtr<T> NewZeroed() noexcept {
   return CPtr<T>(static_cast<T*>(std::calloc(1, sizeof(T))));

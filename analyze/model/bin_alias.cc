@@ -1,12 +1,12 @@
 // The alias codes of all bins, for the handlers of finisher options.
 #include "analyze/document_keys.h"
+#include "analyze/model/finisher_report.h"
 #include "info_analyze/model_options.h"
 
 namespace ia {
 namespace {
 
 constexpr std::int32_t kDocument = IA_DOCUMENT_BIN_LIST;
-constexpr std::int32_t kMostAliases = 10;  // the room that callers give
 
 // Adds the alias codes of one bin; zeros are none.
 std::int32_t CollectAliases(AnalyzeContext* context, std::int32_t item, std::int32_t* aliases,

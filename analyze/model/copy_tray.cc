@@ -7,9 +7,10 @@
 namespace ia {
 namespace {
 
-constexpr std::string_view kCopyTray = "CPTU1";
+constexpr const char* kCopyTray = "CPTU1";
 
-CString ByBinAlias(const FinisherReport& report, AccessoryRules rules, AliasRange range) noexcept {
+const char* ByBinAlias(const FinisherReport& report, AccessoryRules rules,
+                       AliasRange range) noexcept {
   const bool has_alias = report.HasAlias(range);
   const bool has_tray = std::ranges::any_of(report.finishers, [&](const FinisherEntry& unit) {
     return std::ranges::any_of(rules, [&](const AccessoryBinRule& rule) {
@@ -17,20 +18,20 @@ CString ByBinAlias(const FinisherReport& report, AccessoryRules rules, AliasRang
              (unit.binnum > rule.bin_count || has_alias);
     });
   });
-  return has_tray ? Duplicate(kCopyTray) : nullptr;
+  return has_tray ? kCopyTray : nullptr;
 }
 
 template <const auto& kRules>
-CString ByInnerBins(const FinisherReport& report) noexcept {
+const char* ByInnerBins(const FinisherReport& report) noexcept {
   return ByBinAlias(report, kRules, kInnerBins);
 }
 
 template <const AliasRange& kRange>
-CString OfAlias(const FinisherReport& report) noexcept {
-  return report.HasAlias(kRange) ? Duplicate(kCopyTray) : nullptr;
+const char* OfAlias(const FinisherReport& report) noexcept {
+  return report.HasAlias(kRange) ? kCopyTray : nullptr;
 }
 
-CString Never(const FinisherReport&) noexcept { return nullptr; }
+const char* Never(const FinisherReport&) noexcept { return nullptr; }
 
 constexpr auto kAspen = std::to_array<AccessoryBinRule>({
     {2, "Vorel Inner 2Way Tray-B1"},

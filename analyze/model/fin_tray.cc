@@ -7,29 +7,29 @@
 namespace ia {
 namespace {
 
-constexpr std::string_view kFinisherTray = "FNTU1";
-constexpr std::string_view kExitTray = "EXTU1";
+constexpr const char* kFinisherTray = "FNTU1";
+constexpr const char* kExitTray = "EXTU1";
 
-CString ByBinCount(const FinisherReport& report, AccessoryRules rules) noexcept {
+const char* ByBinCount(const FinisherReport& report, AccessoryRules rules) noexcept {
   const bool has_tray = std::ranges::any_of(report.finishers, [&](const FinisherEntry& unit) {
     const AccessoryBinRule* const rule = FindRule(rules, unit);
     return rule != nullptr && unit.binnum > rule->bin_count;
   });
-  return has_tray ? Duplicate(kFinisherTray) : nullptr;
+  return has_tray ? kFinisherTray : nullptr;
 }
 
 template <const auto& kRules>
-CString ByBinCountOf(const FinisherReport& report) noexcept {
+const char* ByBinCountOf(const FinisherReport& report) noexcept {
   return ByBinCount(report, kRules);
 }
 
-CString OfFinisherBin(const FinisherReport& report) noexcept {
-  return report.HasAlias(kFinisherBin) ? Duplicate(kFinisherTray) : nullptr;
+const char* OfFinisherBin(const FinisherReport& report) noexcept {
+  return report.HasAlias(kFinisherBin) ? kFinisherTray : nullptr;
 }
 
-CString ExitTrayOfInnerFinisher(const FinisherReport& report) noexcept {
+const char* ExitTrayOfInnerFinisher(const FinisherReport& report) noexcept {
   return report.HasNameBeginningWith("Vorel Inner Finisher-F1") && report.HasAlias(kTwoWayBin)
-             ? Duplicate(kExitTray)
+             ? kExitTray
              : nullptr;
 }
 
@@ -39,15 +39,15 @@ constexpr auto kHornbeamUnits = std::to_array<std::string_view>({
     "Vorel Inner Shift Sorter-D1",
 });
 
-CString OfHornbeamUnit(const FinisherReport& report) noexcept {
+const char* OfHornbeamUnit(const FinisherReport& report) noexcept {
   const bool has_unit = std::ranges::any_of(report.finishers, [](const FinisherEntry& unit) {
     return unit.name != nullptr &&
            std::ranges::find(kHornbeamUnits, std::string_view(unit.name)) != kHornbeamUnits.end();
   });
-  return has_unit && report.HasAlias(kTwoWayBin) ? Duplicate(kFinisherTray) : nullptr;
+  return has_unit && report.HasAlias(kTwoWayBin) ? kFinisherTray : nullptr;
 }
 
-CString Never(const FinisherReport&) noexcept { return nullptr; }
+const char* Never(const FinisherReport&) noexcept { return nullptr; }
 
 constexpr auto kAlder = std::to_array<AccessoryBinRule>({
     {2, "Vorel Finisher-T1"},

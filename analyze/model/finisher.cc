@@ -4,6 +4,7 @@
 
 #include "analyze/model/finisher_report.h"
 #include "info_common/ascii.h"
+#include "info_common/owned.h"
 
 namespace ia {
 namespace {
@@ -11,13 +12,14 @@ namespace {
 constexpr std::string_view kTwoWayTray = "Vorel Inner 2way Tray";
 constexpr std::string_view kTwoWayTrayN1 = "Vorel Inner 2way Tray-N1";
 
-CString ValueString(const FinisherReport& report) noexcept {
-  return FinisherValueString(report.context.finisher_name_flags, report.finishers);
+const char* ValueString(const FinisherReport& report) noexcept {
+  return FinisherValue(report.context.finisher_name_flags, report.finishers);
 }
 
 // A unit of a rule that has no more bins than the rule, while an alias of the range is there,
 // serves as a tray. The value string, once any unit does not, is that of all units.
-CString ByBinAlias(const FinisherReport& report, AccessoryRules rules, AliasRange range) noexcept {
+const char* ByBinAlias(const FinisherReport& report, AccessoryRules rules,
+                       AliasRange range) noexcept {
   const bool has_alias = report.HasAlias(range);
   const bool any_finisher = std::ranges::any_of(report.finishers, [&](const FinisherEntry& unit) {
     if (unit.name == nullptr) return false;
@@ -28,43 +30,43 @@ CString ByBinAlias(const FinisherReport& report, AccessoryRules rules, AliasRang
 }
 
 template <const auto& kRules>
-CString ByInnerBins(const FinisherReport& report) noexcept {
+const char* ByInnerBins(const FinisherReport& report) noexcept {
   return ByBinAlias(report, kRules, kInnerBins);
 }
 
 // As ByInnerBins(), but one of the rules' units with a single bin means that there is no finisher.
 template <const auto& kRules>
-CString NoneOrByInnerBins(const FinisherReport& report) noexcept {
+const char* NoneOrByInnerBins(const FinisherReport& report) noexcept {
   const bool is_single_bin = std::ranges::any_of(report.finishers, [](const FinisherEntry& unit) {
     return unit.binnum == 1 && FindRule(kRules, unit) != nullptr;
   });
-  return is_single_bin ? Duplicate("None") : ByInnerBins<kRules>(report);
+  return is_single_bin ? "None" : ByInnerBins<kRules>(report);
 }
 
-CString In2TrayF1(const FinisherReport& report) noexcept {
-  return report.HasAlias(kTwoWayBin) ? Duplicate("IN2TRAYF1") : ValueString(report);
+const char* In2TrayF1(const FinisherReport& report) noexcept {
+  return report.HasAlias(kTwoWayBin) ? "IN2TRAYF1" : ValueString(report);
 }
 
-CString In2TrayF1OfTwoBins(const FinisherReport& report) noexcept {
+const char* In2TrayF1OfTwoBins(const FinisherReport& report) noexcept {
   return report.aliases.size() == 2 ? In2TrayF1(report) : ValueString(report);
 }
 
-CString In2TrayN1(const FinisherReport& report) noexcept {
+const char* In2TrayN1(const FinisherReport& report) noexcept {
   return report.HasNameBeginningWith(kTwoWayTrayN1) && report.HasAlias(kTwoWayBin)
-             ? Duplicate("IN2TRAY")
+             ? "IN2TRAY"
              : ValueString(report);
 }
 
-CString In2Tray(const FinisherReport& report) noexcept {
+const char* In2Tray(const FinisherReport& report) noexcept {
   const bool has_tray = std::ranges::any_of(report.finishers, [](const FinisherEntry& unit) {
     return unit.name != nullptr && HasPrefixIgnoringCase(unit.name, kTwoWayTray);
   });
-  return has_tray && report.HasAlias(kTwoWayBin) ? Duplicate("IN2TRAY") : ValueString(report);
+  return has_tray && report.HasAlias(kTwoWayBin) ? "IN2TRAY" : ValueString(report);
 }
 
 struct BinCountValue {
   std::int32_t bins;
-  std::string_view value;
+  const char* value;
 };
 constexpr auto kWalnut = std::to_array<BinCountValue>({
     {2, "IN2TRAY"},
@@ -72,10 +74,10 @@ constexpr auto kWalnut = std::to_array<BinCountValue>({
     {1, "FINJ1"},
 });
 
-CString ByBinsOfFirst(const FinisherReport& report) noexcept {
+const char* ByBinsOfFirst(const FinisherReport& report) noexcept {
   const auto hit =
       std::ranges::find(kWalnut, report.finishers.front().binnum, &BinCountValue::bins);
-  return Duplicate(hit != kWalnut.end() ? hit->value : "None");
+  return hit != kWalnut.end() ? hit->value : "None";
 }
 
 constexpr auto kAspen = std::to_array<AccessoryBinRule>({{2, "Vorel Inner 2Way Tray-B1"}});
@@ -95,9 +97,8 @@ char* analyze_GetQVFinisherValueString(const AnalyzeContext* context,
                                        const FinisherEntry* finishers,
                                        int32_t finisher_count) noexcept {
   if (context == nullptr || finishers == nullptr || finisher_count < 1) return nullptr;
-  return ia::FinisherValueString(context->finisher_name_flags,
-                                 {finishers, static_cast<std::size_t>(finisher_count)})
-      .release();
+  const std::span units(finishers, static_cast<std::size_t>(finisher_count));
+  return ia::CopyOf(ia::FinisherValue(context->finisher_name_flags, units)).release();
 }
 
 int32_t analyze_GetQVFinisherByBinTrayAlias(AnalyzeContext* context, const FinisherEntry* finishers,

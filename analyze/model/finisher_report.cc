@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "info_common/owned.h"
+
 static_assert(sizeof(FinisherEntry) == 2 * sizeof(void*));
 static_assert(offsetof(FinisherEntry, name) == 1 * sizeof(void*));
 static_assert(sizeof(AccessoryBinRule) == 2 * sizeof(void*));
@@ -36,8 +38,8 @@ AccessoryRules RulesOf(const AccessoryBinRule* rules, std::int32_t count) noexce
   return {rules, static_cast<std::size_t>(count)};
 }
 
-CString FinisherValueString(const FlagInfo* names,
-                            std::span<const FinisherEntry> finishers) noexcept {
+const char* FinisherValue(const FlagInfo* names,
+                          std::span<const FinisherEntry> finishers) noexcept {
   if (names == nullptr || names->count < 1) return nullptr;
   const std::span<const FlagPair> flags(names->entries, static_cast<std::size_t>(names->count));
   const char* value = nullptr;
@@ -47,7 +49,14 @@ CString FinisherValueString(const FlagInfo* names,
     });
     if (flag != flags.end()) value = flag->value;
   }
-  return value != nullptr ? Duplicate(value) : nullptr;
+  return value;
+}
+
+void SetRow(const char* value, OptionSetter* row) noexcept {
+  CString copy = CopyOf(value);
+  if (copy == nullptr) return;
+  std::free(row->value);
+  row->value = copy.release();
 }
 
 }  // namespace ia

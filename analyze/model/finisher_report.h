@@ -8,7 +8,6 @@
 #include <string_view>
 
 #include "info_analyze/model_options.h"
-#include "info_common/owned.h"
 
 namespace ia {
 
@@ -53,10 +52,15 @@ struct FinisherReport {
 [[nodiscard]] AccessoryRules RulesOf(const AccessoryBinRule* rules, std::int32_t count) noexcept;
 
 // The value that the PPD's finisher names give; the last finisher that has one decides. Null: none.
-[[nodiscard]] CString FinisherValueString(const FlagInfo* names,
-                                          std::span<const FinisherEntry> finishers) noexcept;
+[[nodiscard]] const char* FinisherValue(const FlagInfo* names,
+                                        std::span<const FinisherEntry> finishers) noexcept;
 
-// Puts decide(report), unless it is null, into the row.
+inline constexpr std::int32_t kMostAliases = 10;  // the room that callers give for all bins' codes
+
+// Puts a copy of the value into the row, which stays as it is without value or without memory.
+void SetRow(const char* value, OptionSetter* row) noexcept;
+
+// Puts a copy of decide(report), unless that is null, into the row.
 template <class Decide>
 std::int32_t SetFinisherValue(const FinisherArguments& arguments, Decide decide) noexcept {
   const auto& [context, finishers, finisher_count, aliases, alias_count, row] = arguments;
@@ -66,10 +70,7 @@ std::int32_t SetFinisherValue(const FinisherArguments& arguments, Decide decide)
   const FinisherReport report{*context,
                               {finishers, static_cast<std::size_t>(finisher_count)},
                               {aliases, has_aliases ? static_cast<std::size_t>(alias_count) : 0}};
-  if (CString value = decide(report)) {
-    std::free(row->value);
-    row->value = value.release();
-  }
+  SetRow(decide(report), row);
   return 0;
 }
 

@@ -38,8 +38,6 @@ std::span<const FunctionPair> SearchTableOf(const FunctionQuery& query) noexcept
   return {query.search_table, static_cast<std::size_t>(query.search_rows)};
 }
 
-CString CopyOf(const char* text) noexcept { return text != nullptr ? Duplicate(text) : nullptr; }
-
 }  // namespace ia
 
 // An element is the beginning of the word, not the other way round: "punching_2" reports

@@ -14,9 +14,6 @@ namespace ia {
 
 [[nodiscard]] std::span<const FunctionPair> SearchTableOf(const FunctionQuery& query) noexcept;
 
-// A copy of a text, null for null.
-[[nodiscard]] CString CopyOf(const char* text) noexcept;
-
 }  // namespace ia
 
 #endif  // ANALYZE_MODEL_FUNCTION_QUERY_H_

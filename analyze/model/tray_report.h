@@ -54,8 +54,7 @@ template <class Decide>
 std::int32_t AppendInputOption(const InputArguments& arguments, OptionName option,
                                Decide decide) noexcept {
   if (!IsComplete(arguments)) return -1;
-  const char* const value = decide(ReportOf(arguments));
-  AppendRow(arguments, option, value != nullptr ? Duplicate(value) : nullptr);
+  AppendRow(arguments, option, CopyOf(decide(ReportOf(arguments))));
   return 0;
 }
 

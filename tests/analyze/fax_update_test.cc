@@ -408,6 +408,15 @@ TEST_F(FaxLines, LineThatCannotBeReadIsCountedButNotLookedAt) {
   EXPECT_THAT(reads.reads, SizeIs(6));
 }
 
+TEST_F(FaxLines, NumbersOfALineThatCannotBeReadAreThoseOfTheNextThatLacksThem) {
+  Load(kLines, {Type(3) + IdSupport(18), Modes({17})});
+  ListReads reads;
+  reads.results = {{{kLines, 0}, 5}};
+  EXPECT_EQ(Appended(z_Update_Prn_fax_line_list), LinesWith(1, {{"QVFAXLineType", "public"},
+                                                                {"QVFAXDialLineA", "True"},
+                                                                {"QVFAXIPFAXINTRA", "True"}}));
+}
+
 TEST_F(FaxLines, FailWhenTheLastCannotBeRead) {
   LoadDevice(Text("devicename", "HZL-A"));
   for (const std::int32_t type : {1, 3}) {

@@ -717,6 +717,16 @@ TEST_F(CombinedPass, FinisherThatCannotBeReadIsEmptyWhenALaterOneCan) {
   }
 }
 
+TEST_F(CombinedPass, BinsOfAFinisherThatCannotBeReadAreThoseOfTheNextThatLacksThem) {
+  Load(kFinishers, {Name("A") + Bins(4), Name("B")});
+  ListReads reads;
+  FinisherMapping mapping;
+  reads.results[{kFinishers, 0}] = 5;
+  EXPECT_EQ(Appended(z_Update_Prn_Complex_FinisherInformations), kNone);
+  ASSERT_THAT(mapping.calls, SizeIs(1));
+  EXPECT_EQ(mapping.calls[0].finishers, (std::vector<Unit>{Unit{0, std::nullopt}, Unit{4, "B"}}));
+}
+
 TEST_F(CombinedPass, FailsWhenTheLastFinisherCannotBeRead) {
   Load(kFinishers, {Name("A") + Bins(1), Name("B") + Bins(2)});
   for (const std::int32_t result : {-1, 5, kHighest, kLowest}) {

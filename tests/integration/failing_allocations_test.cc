@@ -75,6 +75,51 @@ TEST(WithoutMemoryOnce, FinisherWithoutNameEndsTheCombinedPass) {
   EXPECT_EQ(list.Added(), "");
 }
 
+TEST(WithoutMemoryOnce, StackerWhoseTextFindsNoneIsCountedAllTheSame) {
+  SampleSetting::Get();
+  int32_t stackers = 0;
+  FinisherUnit unit{};
+  unit.type = 15;
+  unit.stacker_count = &stackers;
+  EXPECT_EQ(Take(WithoutMemoryOnce(1, [&] { return zGetStackerOptionString(&unit); })), "(none)");
+  EXPECT_EQ(Take(zGetStackerOptionString(&unit)), "STKU2");
+}
+
+// The lines of a document as the fax handler has them, after the nth allocation failed.
+std::string FaxLinesWithoutMemory(int nth, const std::string& lines) {
+  const SampleAnalyser analyser;
+  analyze_common_create_xmldata(analyser.context(), IA_DOCUMENT_DEVICENAME);
+  const std::string document = "<document version=\"1\">" + lines + "</document>";
+  analyze_common_initialize_xmldata(analyser.context(), IA_DOCUMENT_FAX_LINE_LIST, document.data(),
+                                    static_cast<int32_t>(document.size()), "list");
+  const CallersList list;
+  EXPECT_EQ(WithoutMemoryOnce(
+                nth, [&] { return z_Update_Prn_fax_line_list(analyser.context(), list.head()); }),
+            0);
+  return list.Added();
+}
+
+// Without a line the three texts for the device are the first that are made.
+TEST(WithoutMemoryOnce, DialLineOfADeviceThatFindsNoneIsNotTold) {
+  for (int line = 0; line < 3; ++line) {
+    const std::string added = FaxLinesWithoutMemory(1 + line, "");
+    for (int other = 0; other < 3; ++other) {
+      const std::string keyword = std::string("QVFAXDialLine") + static_cast<char>('A' + other);
+      EXPECT_NE(added.find(keyword + (other == line ? "=False" : "=True")), std::string::npos)
+          << added;
+    }
+  }
+}
+
+// Two lines of two texts each, and then the lower number of lines.
+TEST(WithoutMemoryOnce, NumberOfLinesIsTheFirstOneWhenTheSecondFindsNone) {
+  const std::string lines =
+      "<dict key=\"list\"><long key=\"type\">3</long></dict>"
+      "<dict key=\"list\"><long key=\"type\">3</long></dict>";
+  EXPECT_EQ(FaxLinesWithoutMemory(4, lines).substr(0, 17), "QVFAXNumOfLine=1\n");
+  EXPECT_EQ(FaxLinesWithoutMemory(5, lines).substr(0, 17), "QVFAXNumOfLine=2\n");
+}
+
 // The queues up to the one whose name found no memory are cut off already.
 TEST(WithoutMemoryOnce, ListOfQueuesLosesThoseBeforeThatPoint) {
   SampleSetting::Get();
