@@ -37,6 +37,8 @@ template <class... Functions>
 struct Overloaded : Functions... {
   using Functions::operator()...;
 };
+template <class... Functions>
+Overloaded(Functions...) -> Overloaded<Functions...>;  // clang 14 does not deduce it by itself
 
 std::int32_t Length(const Bytes& bytes) { return static_cast<std::int32_t>(bytes.bytes.size()); }
 
