@@ -1,6 +1,9 @@
 """The gates, and for each the faults that it is there for."""
 
+from pathlib import Path
 from typing import NamedTuple
+
+COPY = Path(__file__).resolve().parent.parent.parent / "build" / "gates"  # the tree to plant in
 
 
 class Gate(NamedTuple):
@@ -36,6 +39,8 @@ GATES = {
                     "*", ("env", "IA_PARALLEL_ROUNDS=5")),
     "includes": Gate("", (), ("bash", "tests/abi/includes.sh", ".")),
     "headers": Gate("", (), ("bash", "tests/abi/headers.sh", "include", "gcc", "g++")),
+    "newer_declarations": Gate("", (), ("bash", "tests/abi/newer_declarations.sh", str(COPY), "gcc",
+                                        "g++")),
     "types": abi("types", "dev"),
     "same_names": abi("same_names", targets=("mqpd_util",)),
 } | {name: abi(name) for name in ("exports", "relocations", "newer_libc", "other_libraries",
@@ -192,6 +197,11 @@ FAULTS = (
           (("info_common/libc_names.cc",
             "if (destination == nullptr || source == nullptr) return 0;",
             "if (source == nullptr) return 0;"),)),
+    Fault("strlcpy under its bare name", "newer_declarations", "'nonnull' argument",
+          (("info_common/libc_names.cc",
+            "size_t info_strlcpy(char* destination, const char* source, size_t size) noexcept {",
+            'extern "C" size_t strlcpy(char* destination, const char* source, size_t size) '
+            "noexcept {"),)),
     Fault("library that stays loaded", "unloading", "the library stayed",
           (linked("-Wl,-z,nodelete"),)),
 )

@@ -11,10 +11,10 @@ import subprocess
 import sys
 from pathlib import Path
 
-from faults import FAULTS, GATES
+sys.dont_write_bytecode = True  # the table stands in the tree
+from faults import COPY, FAULTS, GATES
 
 ROOT = Path(__file__).resolve().parent.parent.parent
-COPY = ROOT / "build" / "gates"
 
 
 class BadRow(Exception):
