@@ -1,4 +1,6 @@
-// Runs a fuzzer's saved inputs, one after the other, in builds without libFuzzer.
+// Runs a fuzzer's saved inputs, one after the other, in builds without libFuzzer: each as it is,
+// and cut behind each of its bytes.
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
@@ -7,18 +9,26 @@
 #include <iterator>
 #include <memory>
 #include <string>
+#include <string_view>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
 namespace {
 
+void Run(std::string_view input) {
+  const auto bytes = std::make_unique<std::uint8_t[]>(input.size());  // no byte to spare behind it
+  std::copy(input.begin(), input.end(), bytes.get());
+  LLVMFuzzerTestOneInput(bytes.get(), input.size());
+}
+
 void Replay(const std::filesystem::path& path) {
-  std::cout << path.string() << std::endl;  // told before it runs: the input may end the process
   std::ifstream file(path, std::ios::binary);
   const std::string text{std::istreambuf_iterator<char>(file), {}};
-  const auto bytes = std::make_unique<std::uint8_t[]>(text.size());  // no byte to spare behind it
-  std::copy(text.begin(), text.end(), bytes.get());
-  LLVMFuzzerTestOneInput(bytes.get(), text.size());
+  for (std::size_t length = 0; length <= text.size(); ++length) {
+    // Told before it runs: the input may end the process.
+    std::cout << path.string() << ", " << length << " bytes" << std::endl;
+    Run(std::string_view(text).substr(0, length));
+  }
 }
 
 }  // namespace

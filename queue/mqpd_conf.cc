@@ -1,7 +1,9 @@
 // Reading the daemon's configuration, and the questions that it answers.
 #include "queue/mqpd_conf.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cstdlib>
@@ -25,10 +27,21 @@ struct FileCloser {
 };
 using File = std::unique_ptr<std::FILE, FileCloser>;
 
+// A FIFO or a device would block or never end. A folder fails by itself when it is read, which
+// callers are told apart from a file that cannot be opened.
+bool CanBeRead(int descriptor) noexcept {
+  struct stat status;
+  return fstat(descriptor, &status) == 0 && (S_ISREG(status.st_mode) || S_ISDIR(status.st_mode));
+}
+
 // Null when the file cannot be opened. A program that the caller starts meanwhile does not get it.
 File OpenConf(std::string_view cache_folder) noexcept {
   const CString path = MakePath({cache_folder, "/", "MQPD", "/", "mqpd.conf"});
-  return File(path ? std::fopen(path.get(), "re") : nullptr);
+  const int descriptor = path ? open(path.get(), O_RDONLY | O_NONBLOCK | O_CLOEXEC) : -1;
+  if (descriptor < 0) return nullptr;
+  File file(CanBeRead(descriptor) ? fdopen(descriptor, "r") : nullptr);
+  if (!file) close(descriptor);
+  return file;
 }
 
 bool Resize(CString& buffer, std::size_t size) noexcept {

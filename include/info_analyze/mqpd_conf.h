@@ -38,8 +38,9 @@ typedef struct FolderConf {
  *  FolderPathToDriverCache() derives from the installation folder.
  *  @param driver_folder  installation folder; NULL is refused
  *  @return new handle, released with FolderPathForConf_Terminate(); NULL for an unknown folder, a
- *          file that cannot be opened, one of 2 GiB or more, or exhausted memory. When the file can
- * be opened but not read to its end, as a folder cannot, the handle holds what was read */
+ *          file that cannot be opened, a FIFO or device in its place, one of 2 GiB or more, or
+ *          exhausted memory. When the file can be opened but not read to its end, as a folder
+ *          cannot, the handle holds what was read */
 IA_EXPORT FolderConf* FolderPathForConf_Initialize(const char* driver_folder) IA_NOEXCEPT;
 
 /** Releases a handle and its text.

@@ -17,6 +17,11 @@ section_size() {  # section; 0 when there is none
   size=$(readelf -SW "$library" | sed 's/^ *\[ *[0-9]*\]//' | awk -v name="$1" '$1 == name {print $5}')
   echo $((16#${size:-0}))
 }
+variables() {  # in .data and .bss, while the file has names
+  local sections
+  sections=$(readelf -SW "$library" | sed -nE 's/^ *\[ *([0-9]+)\] \.(data|bss) .*/\1/p' | paste -sd'|')
+  readelf -sW "$library" | awk '$4 == "OBJECT" {print $7, $8}' | sed -nE "s/^($sections) //p"
+}
 segments() { readelf -lW "$library" | awk -v kind="$1" '$1 == kind'; }
 
 expect_equal "needed libraries" "$(dynamic NEEDED)" "$needed"
@@ -36,6 +41,8 @@ expect_none "forbidden calls" "$(imported_names | grep -xE "$forbidden" || true)
 # The C run time's own: __dso_handle and the mark that finalisers have run, and its two finalisers.
 (($(section_size .data) <= 8)) || fail ".data holds $(section_size .data) bytes"
 (($(section_size .bss) <= 8)) || fail ".bss holds $(section_size .bss) bytes"
+# A small one fits beside them.
+expect_none "writable variables" "$(variables | grep -vxE '__dso_handle|completed\.[0-9]+|__TMC_END__' || true)"
 (($(section_size .tdata) + $(section_size .tbss) == 0)) || fail "there are thread-local variables"
 (($(section_size .init_array) <= 8)) || fail "something runs at load time"
 (($(section_size .fini_array) <= 8)) || fail "something runs at unload time"

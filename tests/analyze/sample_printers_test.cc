@@ -20,6 +20,7 @@
 #include "tests/support/option_lists.h"
 #include "tests/support/print_queues.h"
 #include "tests/support/temp_folder.h"
+#include "tests/support/turkish_locale.h"
 
 namespace ia_test {
 namespace {
@@ -200,6 +201,12 @@ class SamplePrinters : public testing::TestWithParam<SamplePrinter> {
 };
 
 TEST_P(SamplePrinters, TellTheirOptions) { ExpectQuery(0); }
+
+TEST_P(SamplePrinters, TellTheirOptionsInTurkish) {
+  const TurkishLocale locale;
+  if (!locale.IsInForce()) GTEST_SKIP() << kNoTurkishLocale;
+  ExpectQuery(0);
+}
 
 TEST_P(SamplePrinters, WithoutAccessoriesTellAllElse) {
   RemoveDocument("Accessories.xml");

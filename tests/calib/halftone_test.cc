@@ -8,6 +8,7 @@
 
 #include "tests/calib/job.h"
 #include "tests/info_common/named_row.h"
+#include "tests/support/turkish_locale.h"
 
 namespace ia_test {
 namespace {
@@ -47,6 +48,15 @@ TEST_P(HalftoneName, GivesItsTypeThreeTimesInMonochrome) {
                         {"QVHalftone", GetParam().value},
                         {"QVColorHalftone", "pattern1"}}),
             Expected());
+}
+
+TEST(HalftoneNameInTurkish, IsFoldedAsEverywhere) {
+  const TurkishLocale locale;
+  if (!locale.IsInForce()) GTEST_SKIP() << kNoTurkishLocale;
+  EXPECT_EQ(HalftoneOf({{"qvcolormode", "COLOR"}, {"QVCOLORHALFTONE", "GRADATION"}}),
+            (Triple{1, 1, 1}));
+  EXPECT_EQ(HalftoneOf({{"QVColorMode", "color"}, {"QVColorHalftone", "ERRDIFFUSION"}}),
+            (Triple{5, 5, 5}));
 }
 
 INSTANTIATE_TEST_SUITE_P(Table, HalftoneName,

@@ -1,8 +1,5 @@
-#include <ctype.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <locale.h>
-#include <stdlib.h>
 
 #include <string>
 
@@ -11,7 +8,7 @@
 #include "tests/info_common/guarded_buffer.h"
 #include "tests/info_common/ppd_test.h"
 #include "tests/info_common/table_model.h"
-#include "tests/support/temp_folder.h"
+#include "tests/support/turkish_locale.h"
 
 namespace ia_test {
 namespace {
@@ -20,31 +17,17 @@ using testing::ElementsAre;
 using testing::Pair;
 using testing::StrEq;
 
-// Turkish folds "i" with a dotted capital and "I" with a dotless small letter, and the Latin
-// alphabets fold bytes above 127; PPD keywords know neither.
-class TurkishLocale : public PpdTest {
+class InTurkish : public PpdTest {
  protected:
   void SetUp() override {
-    const std::string command =
-        "localedef -i tr_TR -f ISO-8859-9 " + folder_ / "tr_TR.iso88599" + " > /dev/null 2>&1";
-    setenv("LOCPATH", folder_.path().c_str(), 1);
-    if (system(command.c_str()) != 0 || setlocale(LC_ALL, "tr_TR.ISO-8859-9") == nullptr) {
-      GTEST_SKIP() << "the Turkish locale cannot be made here";
-    }
-    ASSERT_NE(toupper('i'), 'I') << "the locale is not in force";
-    ASSERT_EQ(tolower(0xC4), 0xE4) << "the locale is not in force";
-  }
-  void TearDown() override {
-    setlocale(LC_ALL, "C");
-    unsetenv("LOCPATH");
-    PpdTest::TearDown();
+    if (!locale_.IsInForce()) GTEST_SKIP() << kNoTurkishLocale;
   }
 
  private:
-  const TempFolder folder_;
+  const TurkishLocale locale_;
 };
 
-TEST_F(TurkishLocale, ChangesNoComparisonOfKeys) {
+TEST_F(InTurkish, KeysCompareAsEverywhere) {
   const Table table = MakeTable({{"QVFinisher", "1"}, {"\xC4", "2"}});
   EXPECT_THAT(OwnedText(info_common_optlist_getvalue(table.get(), "QVFINISHER")).get(), StrEq("1"));
   EXPECT_THAT(OwnedText(info_common_optlist_getvalue(table.get(), "\xE4")).get(),
@@ -60,7 +43,7 @@ TEST_F(TurkishLocale, ChangesNoComparisonOfKeys) {
   EXPECT_EQ(z_get_key_value_from_option_list(&cursor, "\xE4", &key, &value), 0);
 }
 
-TEST_F(TurkishLocale, ChangesNoReadingOfAPpd) {
+TEST_F(InTurkish, PpdsAreReadAsEverywhere) {
   EXPECT_THAT(ReadPpd("*QVfini: 1\n*QVFINI: 2\n*QVfini: 3\n"
                       "*QV\xC4: 1\n*QV\xE4: 2\n*QV\xC4: 3\n"
                       "*OpenUI *QVSpecID\n*DEFAULTQV 1A/\n*default 2B/\n*QVSpecID 3C/\n*CloseUI\n"),
@@ -68,7 +51,7 @@ TEST_F(TurkishLocale, ChangesNoReadingOfAPpd) {
                           Pair("QVFINI", "3"), Pair("QVfini", "3")));
 }
 
-TEST_F(TurkishLocale, ChangesNoFlagKey) {
+TEST_F(InTurkish, FlagKeysAreMadeAsEverywhere) {
   const Table table = MakeTable({{"FINI_3", "1"}});
   EXPECT_THAT(OwnedText(z_create_flag_key_fom_option_list(table.get(), nullptr, "fini")).get(),
               StrEq("fini_4"));

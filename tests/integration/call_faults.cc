@@ -70,7 +70,7 @@ int Open(const char* path, int flags, ...) {
   va_start(arguments, flags);
   const mode_t mode = (flags & O_CREAT) != 0 ? va_arg(arguments, mode_t) : 0;
   va_end(arguments);
-  return open(path, flags, mode);
+  return open(Faults().UnderRoot(path).c_str(), flags, mode);
 }
 
 int Fstat(int descriptor, struct stat* status) {
@@ -135,8 +135,8 @@ int Scandir(const char* folder, dirent*** entries, int (*filter)(const dirent*),
   return count;
 }
 
-FILE* Fopen(const char* path, const char* mode) {
-  return IA_GOES_WRONG(kFopen) ? nullptr : fopen(Faults().UnderRoot(path).c_str(), mode);
+FILE* Fdopen(int descriptor, const char* mode) {
+  return IA_GOES_WRONG(kFdopen) ? nullptr : fdopen(descriptor, mode);
 }
 
 // What has been read is not taken back.
@@ -155,8 +155,19 @@ int Fclose(FILE* stream) {
   return goes_wrong ? FailedAfterAll(Faults().error()) : result;
 }
 
+int Vsnprintf(char* text, size_t size, const char* format, va_list arguments) {
+  return IA_GOES_WRONG(kVsnprintf) ? -1 : vsnprintf(text, size, format, arguments);
+}
+
+int VsnprintfChecked(char* text, size_t size, int, size_t room, const char* format,
+                     va_list arguments) {
+  if (size > room) abort();
+  return IA_GOES_WRONG(kVsnprintf) ? -1 : vsnprintf(text, size, format, arguments);
+}
+
+// One that goes wrong is interrupted at once.
 unsigned Sleep(unsigned seconds) {
-  static_cast<void>(IA_GOES_WRONG(kSleep));
+  if (IA_GOES_WRONG(kSleep)) return seconds;
   Faults().Slept(seconds);
   return 0;
 }
@@ -213,6 +224,7 @@ char* TrackedStrndup(const char* text, size_t length) {
 struct Import {
   std::string_view name;
   void* replacement;
+  std::optional<Callee> callee;  // which is made to fail
 };
 
 template <class Function>
@@ -221,55 +233,56 @@ void* Address(Function* function) {
 }
 
 const auto kFailing = std::to_array<Import>({
-    {"malloc", Address(Malloc)},
-    {"calloc", Address(Calloc)},
-    {"realloc", Address(Realloc)},
-    {"strdup", Address(Strdup)},
-    {"__strdup", Address(Strdup)},
-    {"strndup", Address(Strndup)},
-    {"__strndup", Address(Strndup)},
-    {"free", Address(Free)},
-    {"tsearch", Address(Tsearch)},
-    {"open", Address(Open)},
-    {"open64", Address(Open)},
-    {"__open_2", Address(Open)},
-    {"__open64_2", Address(Open)},
-    {"fstat", Address(Fstat)},
-    {"fstat64", Address(Fstat)},
-    {"lseek", Address(Lseek)},
-    {"lseek64", Address(Lseek)},
-    {"read", Address(Read)},
-    {"__read_chk", Address(ReadChecked)},
-    {"close", Address(Close)},
-    {"unlink", Address(Unlink)},
-    {"stat", Address(Stat)},
-    {"stat64", Address(Stat)},
-    {"scandir", Address(Scandir)},
-    {"scandir64", Address(Scandir)},
-    {"fopen", Address(Fopen)},
-    {"fopen64", Address(Fopen)},
-    {"fread", Address(Fread)},
-    {"__fread_chk", Address(FreadChecked)},
-    {"fclose", Address(Fclose)},
-    {"sleep", Address(Sleep)},
-    {"dlopen", Address(Dlopen)},
-    {"dlsym", Address(Dlsym)},
-    {"dlclose", Address(Dlclose)},
-    {"cupsGetPPD", Address(CupsGetPpd)},
-    {"cupsFileOpen", Address(CupsFileOpen)},
-    {"cupsFileGets", Address(CupsFileGets)},
-    {"cupsFileClose", Address(CupsFileClose)},
+    {"malloc", Address(Malloc), Callee::kMalloc},
+    {"calloc", Address(Calloc), Callee::kCalloc},
+    {"realloc", Address(Realloc), Callee::kRealloc},
+    {"strdup", Address(Strdup), Callee::kStrdup},
+    {"__strdup", Address(Strdup), Callee::kStrdup},
+    {"strndup", Address(Strndup), Callee::kStrndup},
+    {"__strndup", Address(Strndup), Callee::kStrndup},
+    {"free", Address(Free), std::nullopt},
+    {"tsearch", Address(Tsearch), Callee::kTsearch},
+    {"open", Address(Open), Callee::kOpen},
+    {"open64", Address(Open), Callee::kOpen},
+    {"__open_2", Address(Open), Callee::kOpen},
+    {"__open64_2", Address(Open), Callee::kOpen},
+    {"fstat", Address(Fstat), Callee::kFstat},
+    {"fstat64", Address(Fstat), Callee::kFstat},
+    {"lseek", Address(Lseek), Callee::kLseek},
+    {"lseek64", Address(Lseek), Callee::kLseek},
+    {"read", Address(Read), Callee::kRead},
+    {"__read_chk", Address(ReadChecked), Callee::kRead},
+    {"close", Address(Close), Callee::kClose},
+    {"unlink", Address(Unlink), Callee::kUnlink},
+    {"stat", Address(Stat), Callee::kStat},
+    {"stat64", Address(Stat), Callee::kStat},
+    {"scandir", Address(Scandir), Callee::kScandir},
+    {"scandir64", Address(Scandir), Callee::kScandir},
+    {"fdopen", Address(Fdopen), Callee::kFdopen},
+    {"fread", Address(Fread), Callee::kFread},
+    {"__fread_chk", Address(FreadChecked), Callee::kFread},
+    {"vsnprintf", Address(Vsnprintf), Callee::kVsnprintf},
+    {"__vsnprintf_chk", Address(VsnprintfChecked), Callee::kVsnprintf},
+    {"fclose", Address(Fclose), Callee::kFclose},
+    {"sleep", Address(Sleep), Callee::kSleep},
+    {"dlopen", Address(Dlopen), Callee::kDlopen},
+    {"dlsym", Address(Dlsym), Callee::kDlsym},
+    {"dlclose", Address(Dlclose), Callee::kDlclose},
+    {"cupsGetPPD", Address(CupsGetPpd), Callee::kCupsGetPpd},
+    {"cupsFileOpen", Address(CupsFileOpen), Callee::kCupsFileOpen},
+    {"cupsFileGets", Address(CupsFileGets), Callee::kCupsFileGets},
+    {"cupsFileClose", Address(CupsFileClose), Callee::kCupsFileClose},
 });
 
 const auto kTracked = std::to_array<Import>({
-    {"malloc", Address(TrackedMalloc)},
-    {"calloc", Address(TrackedCalloc)},
-    {"realloc", Address(TrackedRealloc)},
-    {"strdup", Address(TrackedStrdup)},
-    {"__strdup", Address(TrackedStrdup)},
-    {"strndup", Address(TrackedStrndup)},
-    {"__strndup", Address(TrackedStrndup)},
-    {"free", Address(Free)},
+    {"malloc", Address(TrackedMalloc), std::nullopt},
+    {"calloc", Address(TrackedCalloc), std::nullopt},
+    {"realloc", Address(TrackedRealloc), std::nullopt},
+    {"strdup", Address(TrackedStrdup), std::nullopt},
+    {"__strdup", Address(TrackedStrdup), std::nullopt},
+    {"strndup", Address(TrackedStrndup), std::nullopt},
+    {"__strndup", Address(TrackedStrndup), std::nullopt},
+    {"free", Address(Free), std::nullopt},
 });
 
 struct LoadedLibrary {
@@ -352,6 +365,11 @@ const CalleeSet& AllocatingCallees() {
   return callees;
 }
 
+std::optional<Callee> CalleeNamed(std::string_view symbol) {
+  const auto import = std::ranges::find(kFailing, symbol, &Import::name);
+  return import != kFailing.end() ? import->callee : std::nullopt;
+}
+
 CallFaults& CallFaults::Instance() {
   static auto* const faults = new CallFaults;
   return *faults;
@@ -367,6 +385,12 @@ CallFaults::CallFaults() {
 
 void CallFaults::Track(std::string_view file_name) {
   ReplaceImports(FindLoaded(file_name), kTracked);
+}
+
+// The library's fixed paths.
+std::string CallFaults::UnderRoot(std::string_view path) const {
+  const bool is_fixed = path.starts_with("/etc/") || path.starts_with("/var/cache/");
+  return (is_fixed ? root_ : "") + std::string(path);
 }
 
 void CallFaults::Arm(const Fault& fault, int nth) {
@@ -395,11 +419,9 @@ bool CallFaults::GoesWrong(Callee callee, const void* return_address) {
   }
   --times_left_;
   ++fired_;
-  if (AllocatingCallees().Has(callee)) {
-    const auto place = reinterpret_cast<std::uintptr_t>(return_address);
-    const bool inside = place >= library_base_ && place < library_end_;
-    failed_places_[callee].insert(inside ? place - library_base_ : place);
-  }
+  const auto place = reinterpret_cast<std::uintptr_t>(return_address);
+  const bool inside = place >= library_base_ && place < library_end_;
+  failed_places_[callee].insert(inside ? place - library_base_ : place);
   if (fault_.error != 0) errno = fault_.error;
   return true;
 }

@@ -15,6 +15,7 @@
 #include <functional>
 #include <initializer_list>
 #include <map>
+#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
@@ -38,9 +39,10 @@ enum class Callee {
   kUnlink,
   kStat,
   kScandir,
-  kFopen,
+  kFdopen,
   kFread,
   kFclose,
+  kVsnprintf,
   kSleep,
   kDlopen,
   kDlsym,
@@ -66,6 +68,10 @@ class CalleeSet {
 // Every call by which the library gets memory.
 const CalleeSet& AllocatingCallees();
 
+// Which of them a symbol of a system library stands for, under all of its spellings; nothing for
+// one that is not made to fail.
+std::optional<Callee> CalleeNamed(std::string_view symbol);
+
 inline constexpr int kOnce = 1;
 inline constexpr int kFromThenOn = INT_MAX;
 
@@ -82,6 +88,10 @@ struct Fault {
   int error = ENOMEM;  // 0: errno is left as it was
   Manner manner = Manner::kFails;
 };
+
+// The allocations fail; a call of one kind fails.
+inline Fault OutOfMemory(int times) { return {.callees = AllocatingCallees(), .times = times}; }
+inline Fault Failing(Callee callee, int error) { return {.callees = {callee}, .error = error}; }
 
 class CallFaults {
  public:
@@ -104,8 +114,8 @@ class CallFaults {
   // Called in place of each sleep.
   void OnSleep(std::function<void()> action) { on_sleep_ = std::move(action); }
 
-  // The folder that fopen(), scandir() and stat() take for "/", so that the library's fixed paths
-  // lead to files of the test.
+  // The folder that open(), scandir() and stat() take for "/" where the library has a fixed path,
+  // so that it leads to files of the test.
   void SetRoot(std::string root) { root_ = std::move(root); }
 
   // Blocks that the library, or a library that is tracked beside it, allocated and that nobody
@@ -125,8 +135,8 @@ class CallFaults {
   // free() for what the library handed out.
   void Release(void* block);
 
-  // For each allocating function the places in the library from which it was called in vain: the
-  // return addresses, relative to the load address. A place outside the library is absolute.
+  // For each function the places in the library from which it was called in vain: the return
+  // addresses, relative to the load address. A place outside the library is absolute.
   using Places = std::map<Callee, std::set<std::uintptr_t>>;
   [[nodiscard]] const Places& FailedPlaces() const { return failed_places_; }
 
@@ -141,7 +151,7 @@ class CallFaults {
   void Released(void* block);
   void Slept(unsigned seconds);
   void Opened(int libraries) { open_libraries_ += libraries; }
-  [[nodiscard]] std::string UnderRoot(const char* path) const { return root_ + path; }
+  [[nodiscard]] std::string UnderRoot(std::string_view path) const;
 
  private:
   CallFaults();

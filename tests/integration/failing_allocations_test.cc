@@ -1,21 +1,16 @@
 // Whatever allocation fails: the told failure or the right answer, nothing leaked.
 #include <gtest/gtest.h>
 
-#include <iostream>
-#include <set>
 #include <string>
 #include <tuple>
 
 #include "tests/integration/allocation_scenarios.h"
-#include "tests/integration/allocation_sites.h"
 #include "tests/integration/call_faults.h"
 #include "tests/integration/fault_rounds.h"
 #include "tests/integration/sample_setting.h"
 
 namespace ia_test {
 namespace {
-
-Fault OutOfMemory(int times) { return {.callees = AllocatingCallees(), .times = times}; }
 
 class FailingAllocations : public testing::TestWithParam<std::tuple<Scenario, int>> {
  protected:
@@ -186,32 +181,6 @@ TEST(Destroying, NeedsNoMemory) {
   Bidi_Destroy(bidi);
   EXPECT_EQ(faults.Disarm(), 0);
   EXPECT_EQ(faults.LiveBlocks(), live_before);
-}
-
-// Runs everything once more, in one process, and holds the calls that failed against those that
-// the file has.
-TEST(AllocationSites, EachFailedAtLeastOnce) {
-  auto& faults = CallFaults::Instance();
-  SampleSetting::Get();
-  for (const Scenario& scenario : AllocationScenarios()) {
-    RunWithEachCallFailing(scenario, OutOfMemory(kOnce));
-    // Some are made only when one before has failed.
-    RunWithEachCallFailing(scenario, OutOfMemory(kFromThenOn));
-  }
-  const auto sites = FindAllocationSites(faults.LibraryPath());
-  ASSERT_FALSE(sites.empty()) << "objdump finds no call in " << faults.LibraryPath();
-  std::size_t failed = 0;
-  for (const AllocationSite& site : sites) {
-    EXPECT_NE(site.return_address, 0u)
-        << site.text << ": a jump does not tell where it stands; keep the compiler from it";
-    const auto places = faults.FailedPlaces().find(site.callee);
-    const bool has_failed =
-        places != faults.FailedPlaces().end() && places->second.contains(site.return_address);
-    EXPECT_TRUE(has_failed) << site.text << " never failed";
-    std::cout << (has_failed ? "failed " : "NEVER  ") << site.text << "\n";
-    failed += has_failed ? 1 : 0;
-  }
-  std::cout << failed << " of " << sites.size() << " allocation sites failed at least once\n";
 }
 
 }  // namespace

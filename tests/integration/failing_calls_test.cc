@@ -6,18 +6,23 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <filesystem>
+#include <set>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "info_analyze/info_analyze.h"
 #include "tests/integration/allocation_scenarios.h"
 #include "tests/integration/call_faults.h"
+#include "tests/integration/failing_call.h"
 #include "tests/integration/fault_rounds.h"
 #include "tests/integration/sample_setting.h"
 #include "tests/support/print_queues.h"
+#include "tests/support/temp_folder.h"
 
 namespace ia_test {
 namespace {
@@ -25,14 +30,6 @@ namespace {
 constexpr int kNoErrno = 0;
 
 CallFaults& Faults() { return CallFaults::Instance(); }
-
-struct FailingCall {
-  const char* name;
-  Scenario scenario;
-  Fault fault;
-};
-
-void PrintTo(const FailingCall& call, std::ostream* out) { *out << call.name; }
 
 // Loads a document; where a failing call cannot be hidden, with the given status.
 Scenario LoadsDocument(int32_t failure) {
@@ -107,15 +104,150 @@ Scenario ReadsPpdAllTheSame() {
   return {"ReadsPpdAllTheSame", run};
 }
 
+// An empty document counts as absent.
+Scenario LoadsEmptyDocument() {
+  const auto run = [](Round& round) {
+    static const TempFolder folder;
+    folder.Write("Accessories.xml", "");
+    AnalyzeContext* context =
+        Analyze_Create(SampleSetting::Get().bidi(), kQueue, folder.path().c_str());
+    const int32_t status =
+        round.Try([&] { return analyze_common_create_xmldata(context, IA_DOCUMENT_ACCESSORIES); });
+    const bool is_absent = context->documents[IA_DOCUMENT_ACCESSORIES].xml == nullptr;
+    round.Expect(status == 0 && is_absent, false, std::to_string(status));
+    Analyze_Destroy(context);
+  };
+  return {"LoadsEmptyDocument", run};
+}
+
+// The tables of the PPD when it ends behind each of its lines.
+std::set<std::string> TablesOfBegins() {
+  std::set<std::string> tables;
+  const std::string_view ppd(kPpd);
+  for (std::size_t end = 0; end < ppd.size(); end = ppd.find('\n', end) + 1) {
+    PrintQueues::Get().Add("cut", ppd.substr(0, end));
+    OptTable* table = info_common_optlist_create("cut");
+    tables.insert(Shown(table));
+    info_common_optlist_destroy(table);
+  }
+  return tables;
+}
+
+// libcups tells a read error as it tells the end of the file.
+Scenario ReadsPpdUpToSomeLine() {
+  const auto run = [](Round& round) {
+    static const std::set<std::string> begins = TablesOfBegins();
+    OptTable* table = round.Try([] { return info_common_optlist_create(kQueue); });
+    round.Expect(Shown(table) == kPpdTable, begins.contains(Shown(table)), Shown(table));
+    info_common_optlist_destroy(table);
+  };
+  return {"ReadsPpdUpToSomeLine", run};
+}
+
 Scenario LeavingFiles(Scenario scenario) {
   scenario.leaves_files = true;
   return scenario;
 }
 
-Fault Failing(Callee callee, int error) { return {.callees = {callee}, .error = error}; }
 Fault EndingEarly() {
   return {.callees = {Callee::kRead}, .error = kNoErrno, .manner = Fault::Manner::kReadsEnd};
 }
+
+// Whatever fails first, and whatever is called in its wake to clean up, fails too.
+Fault FailingWithCleanUp(Callee first, Callee clean_up, int error) {
+  return {.callees = {first, clean_up}, .times = kFromThenOn, .error = error};
+}
+
+// A document that gets descriptor 0, as where there is no standard input, is refused and closed.
+Scenario RefusesDescriptorZero() {
+  const auto run = [](Round& round) {
+    const SampleAnalyser analyser;
+    const int standard_input = dup(STDIN_FILENO);
+    close(STDIN_FILENO);
+    const int32_t status =
+        round.Try([&] { return analyze_common_create_xmldata(analyser.context(), 0); });
+    const bool is_closed = fcntl(STDIN_FILENO, F_GETFD) == -1;
+    dup2(standard_input, STDIN_FILENO);
+    close(standard_input);
+    round.Expect(status == -1 && is_closed, false, std::to_string(status));
+  };
+  return {"RefusesDescriptorZero", run};
+}
+
+// The first text is made in one go, the second when its buffer has grown.
+Scenario Formats(std::size_t length) {
+  const auto run = [length](Round& round) {
+    const std::string text(length, 'x');
+    std::string buffer(length + 1, '~');
+    const std::string untouched = buffer;
+    const int32_t result =
+        round.Try([&] { return util_sprintf(buffer.data(), "%s", text.c_str()); });
+    round.Expect(result == static_cast<int32_t>(length) && buffer.c_str() == text,
+                 result == -1 && buffer == untouched, std::to_string(result));
+  };
+  return {"Formats", run};
+}
+
+}  // namespace
+
+std::vector<FailingCall> DocumentAndPpdCalls() {
+  return {
+      {"OpenWithoutDescriptors", LoadsDocument(-1), Failing(Callee::kOpen, EMFILE)},
+      {"OpenOfBadDisk", LoadsDocument(-1), Failing(Callee::kOpen, EIO)},
+      {"InterruptedOpen", LoadsDocument(-1), Failing(Callee::kOpen, EINTR)},
+      {"Fstat", LoadsDocument(-1), Failing(Callee::kFstat, EIO)},
+      {"Lseek", LoadsDocument(-1), Failing(Callee::kLseek, EIO)},
+      {"ReadOfBadDisk", LoadsDocument(EIO), Failing(Callee::kRead, EIO)},
+      {"InterruptedRead", LoadsDocument(EINTR), Failing(Callee::kRead, EINTR)},
+      {"ReadWithoutErrno", LoadsDocument(-1), Failing(Callee::kRead, kNoErrno)},
+      {"ShrinkingFile", LoadsDocument(-1), EndingEarly()},
+      {"CloseOfBadDisk", LoadsDocument(0), Failing(Callee::kClose, EIO)},
+      {"InterruptedClose", LoadsDocument(0), Failing(Callee::kClose, EINTR)},
+      {"OpenInQuery", AsksPrinter(-1), Failing(Callee::kOpen, EMFILE)},
+      {"ReadInQuery", AsksPrinter(EIO), Failing(Callee::kRead, EIO)},
+      {"ShrinkingFileInQuery", AsksPrinter(-1), EndingEarly()},
+      {"Dlopen", BindsLibrary(), Failing(Callee::kDlopen, kNoErrno)},
+      {"Dlsym", BindsLibrary(), Failing(Callee::kDlsym, kNoErrno)},
+      {"Dlclose", UnbindsLibrary(), Failing(Callee::kDlclose, kNoErrno)},
+      {"CupsGetPpd", ReadsPpdOrNothing(), Failing(Callee::kCupsGetPpd, EIO)},
+      {"CupsGetPpdWithoutErrno", ReadsPpdOrNothing(), Failing(Callee::kCupsGetPpd, kNoErrno)},
+      {"CupsFileOpen", ReadsPpdOrNothing(), Failing(Callee::kCupsFileOpen, EIO)},
+      {"CupsFileOpenWithoutErrno", ReadsPpdOrNothing(), Failing(Callee::kCupsFileOpen, kNoErrno)},
+      {"CupsFileClose", ReadsPpdAllTheSame(), Failing(Callee::kCupsFileClose, EIO)},
+      {"Unlink", LeavingFiles(ReadsPpdAllTheSame()), Failing(Callee::kUnlink, EACCES)},
+      // In the wake of another failure.
+      {"CloseBehindFstat", LoadsDocument(-1),
+       FailingWithCleanUp(Callee::kFstat, Callee::kClose, EIO)},
+      {"CloseBehindLseek", LoadsDocument(-1),
+       FailingWithCleanUp(Callee::kLseek, Callee::kClose, EIO)},
+      {"CloseBehindRead", LoadsDocument(EIO),
+       FailingWithCleanUp(Callee::kRead, Callee::kClose, EIO)},
+      {"CloseBehindEnd",
+       LoadsDocument(-1),
+       {.callees = {Callee::kRead, Callee::kClose},
+        .times = kFromThenOn,
+        .error = kNoErrno,
+        .manner = Fault::Manner::kReadsEnd}},
+      {"CloseBehindMalloc", LoadsDocument(-1),
+       FailingWithCleanUp(Callee::kMalloc, Callee::kClose, ENOMEM)},
+      {"CloseOfEmptyDocument", LoadsEmptyDocument(), Failing(Callee::kClose, EIO)},
+      {"CloseOfDescriptorZero", RefusesDescriptorZero(), Failing(Callee::kClose, EIO)},
+      {"CupsFileCloseBehindMalloc", ReadsPpdOrNothing(),
+       FailingWithCleanUp(Callee::kMalloc, Callee::kCupsFileClose, ENOMEM)},
+      {"UnlinkBehindMalloc", LeavingFiles(ReadsPpdOrNothing()),
+       FailingWithCleanUp(Callee::kMalloc, Callee::kUnlink, ENOMEM)},
+      {"UnlinkBehindCupsFileOpen", LeavingFiles(ReadsPpdOrNothing()),
+       FailingWithCleanUp(Callee::kCupsFileOpen, Callee::kUnlink, EIO)},
+      {"CupsFileGets", ReadsPpdUpToSomeLine(), Failing(Callee::kCupsFileGets, EIO)},
+      {"InterruptedSleep",
+       ReadsPpdAllTheSame(),
+       {.callees = {Callee::kCupsFileOpen, Callee::kSleep}, .times = 2, .error = EMFILE}},
+      {"Vsnprintf", Formats(100), Failing(Callee::kVsnprintf, EOVERFLOW)},
+      {"VsnprintfOfLongText", Formats(600), Failing(Callee::kVsnprintf, EOVERFLOW)},
+  };
+}
+
+namespace {
 
 class FailingCalls : public testing::TestWithParam<FailingCall> {
  protected:
@@ -133,36 +265,8 @@ TEST_P(FailingCalls, GiveTheToldFailureOrTheRightAnswer) {
   EXPECT_GT(RunWithEachCallFailing(scenario, fault), 0) << "nothing was made to fail";
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Each, FailingCalls,
-    testing::Values(
-        FailingCall{"OpenWithoutDescriptors", LoadsDocument(-1), Failing(Callee::kOpen, EMFILE)},
-        FailingCall{"OpenOfBadDisk", LoadsDocument(-1), Failing(Callee::kOpen, EIO)},
-        FailingCall{"InterruptedOpen", LoadsDocument(-1), Failing(Callee::kOpen, EINTR)},
-        FailingCall{"Fstat", LoadsDocument(-1), Failing(Callee::kFstat, EIO)},
-        FailingCall{"Lseek", LoadsDocument(-1), Failing(Callee::kLseek, EIO)},
-        FailingCall{"ReadOfBadDisk", LoadsDocument(EIO), Failing(Callee::kRead, EIO)},
-        FailingCall{"InterruptedRead", LoadsDocument(EINTR), Failing(Callee::kRead, EINTR)},
-        FailingCall{"ReadWithoutErrno", LoadsDocument(-1), Failing(Callee::kRead, kNoErrno)},
-        FailingCall{"ShrinkingFile", LoadsDocument(-1), EndingEarly()},
-        FailingCall{"CloseOfBadDisk", LoadsDocument(0), Failing(Callee::kClose, EIO)},
-        FailingCall{"InterruptedClose", LoadsDocument(0), Failing(Callee::kClose, EINTR)},
-        FailingCall{"OpenInQuery", AsksPrinter(-1), Failing(Callee::kOpen, EMFILE)},
-        FailingCall{"ReadInQuery", AsksPrinter(EIO), Failing(Callee::kRead, EIO)},
-        FailingCall{"ShrinkingFileInQuery", AsksPrinter(-1), EndingEarly()},
-        FailingCall{"Dlopen", BindsLibrary(), Failing(Callee::kDlopen, kNoErrno)},
-        FailingCall{"Dlsym", BindsLibrary(), Failing(Callee::kDlsym, kNoErrno)},
-        FailingCall{"Dlclose", UnbindsLibrary(), Failing(Callee::kDlclose, kNoErrno)},
-        FailingCall{"CupsGetPpd", ReadsPpdOrNothing(), Failing(Callee::kCupsGetPpd, EIO)},
-        FailingCall{"CupsGetPpdWithoutErrno", ReadsPpdOrNothing(),
-                    Failing(Callee::kCupsGetPpd, kNoErrno)},
-        FailingCall{"CupsFileOpen", ReadsPpdOrNothing(), Failing(Callee::kCupsFileOpen, EIO)},
-        FailingCall{"CupsFileOpenWithoutErrno", ReadsPpdOrNothing(),
-                    Failing(Callee::kCupsFileOpen, kNoErrno)},
-        FailingCall{"CupsFileClose", ReadsPpdAllTheSame(), Failing(Callee::kCupsFileClose, EIO)},
-        FailingCall{"Unlink", LeavingFiles(ReadsPpdAllTheSame()),
-                    Failing(Callee::kUnlink, EACCES)}),
-    [](const auto& info) { return std::string(info.param.name); });
+INSTANTIATE_TEST_SUITE_P(Each, FailingCalls, testing::ValuesIn(DocumentAndPpdCalls()),
+                         [](const auto& info) { return std::string(info.param.name); });
 
 TEST_F(FailingCalls, AllThirtySixNamesAreLookedUp) {
   Faults().ForgetCalls();

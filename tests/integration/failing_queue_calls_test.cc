@@ -1,28 +1,25 @@
 // Folders and files of print queues that cannot be read: the told failure or the right answer, and
 // nothing left open.
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <cstdint>
 #include <set>
 #include <string>
+#include <vector>
 
 #include "info_analyze/info_analyze.h"
 #include "tests/integration/call_faults.h"
+#include "tests/integration/failing_call.h"
 #include "tests/integration/fault_rounds.h"
 #include "tests/integration/queue_setting.h"
 #include "tests/integration/sample_setting.h"
+#include "tests/support/temp_folder.h"
 
 namespace ia_test {
 namespace {
-
-struct FailingCall {
-  const char* name;
-  Scenario scenario;
-  Fault fault;
-};
-
-void PrintTo(const FailingCall& call, std::ostream* out) { *out << call.name; }
 
 // Lists the spooler's queues. A failing call cannot be hidden, and then there are these.
 Scenario ListsCupsQueues(const std::set<std::string>& with_failure) {
@@ -62,7 +59,35 @@ Scenario FindsQueueOfUri(int32_t failure) {
   return {"FindsQueueOfUri", run};
 }
 
-Fault Failing(Callee callee, int error) { return {.callees = {callee}, .error = error}; }
+}  // namespace
+
+std::vector<FailingCall> QueueCalls() {
+  return {
+      {"Scandir", ListsCupsQueues({""}), Failing(Callee::kScandir, EACCES)},
+      {"ScandirWithoutMemory", ListsCupsQueues({""}), Failing(Callee::kScandir, ENOMEM)},
+      {"Stat", ListsCupsQueues({"a office@7", "a@7 office"}), Failing(Callee::kStat, EACCES)},
+      {"OpenOfConf", ReadsConf("(none)"), Failing(Callee::kOpen, EMFILE)},
+      {"FdopenOfConf", ReadsConf("(none)"), Failing(Callee::kFdopen, ENOMEM)},
+      // Behind the first only a buffer of the file's size is missed.
+      {"FstatOfConf", ReadsConf("(none)"), Failing(Callee::kFstat, EIO)},
+      {"FreadOfConf", ReadsConf("begin"), Failing(Callee::kFread, EIO)},
+      {"FcloseOfConf", ReadsConf(kConf), Failing(Callee::kFclose, EIO)},
+      {"OpenInLookup", FindsQueueOfUri(-1), Failing(Callee::kOpen, EACCES)},
+      {"FdopenInLookup", FindsQueueOfUri(-1), Failing(Callee::kFdopen, ENOMEM)},
+      // The stream has no error of its own here.
+      {"FreadInLookup", FindsQueueOfUri(-1), Failing(Callee::kFread, EIO)},
+      {"FcloseInLookup", FindsQueueOfUri(0), Failing(Callee::kFclose, EIO)},
+      // In the wake of another failure.
+      {"CloseBehindFdopen",
+       ReadsConf("(none)"),
+       {.callees = {Callee::kFdopen, Callee::kClose}, .times = kFromThenOn, .error = EIO}},
+      {"FcloseBehindRealloc",
+       ReadsConf("(none)"),
+       {.callees = {Callee::kRealloc, Callee::kFclose}, .times = kFromThenOn}},
+  };
+}
+
+namespace {
 
 class FailingQueueCalls : public testing::TestWithParam<FailingCall> {
  protected:
@@ -77,24 +102,43 @@ TEST_P(FailingQueueCalls, GiveTheToldFailureOrTheRightAnswer) {
   EXPECT_GT(RunWithEachCallFailing(scenario, fault), 0) << "nothing was made to fail";
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Each, FailingQueueCalls,
-    testing::Values(
-        FailingCall{"Scandir", ListsCupsQueues({""}), Failing(Callee::kScandir, EACCES)},
-        FailingCall{"ScandirWithoutMemory", ListsCupsQueues({""}),
-                    Failing(Callee::kScandir, ENOMEM)},
-        FailingCall{"Stat", ListsCupsQueues({"a office@7", "a@7 office"}),
-                    Failing(Callee::kStat, EACCES)},
-        FailingCall{"Fopen", ReadsConf("(none)"), Failing(Callee::kFopen, EMFILE)},
-        // Only a buffer of the file's size is missed.
-        FailingCall{"Fstat", ReadsConf(kConf), Failing(Callee::kFstat, EIO)},
-        FailingCall{"Fread", ReadsConf("begin"), Failing(Callee::kFread, EIO)},
-        FailingCall{"Fclose", ReadsConf(kConf), Failing(Callee::kFclose, EIO)},
-        FailingCall{"FopenInLookup", FindsQueueOfUri(-1), Failing(Callee::kFopen, EACCES)},
-        // The stream has no error of its own here.
-        FailingCall{"FreadInLookup", FindsQueueOfUri(-1), Failing(Callee::kFread, EIO)},
-        FailingCall{"FcloseInLookup", FindsQueueOfUri(0), Failing(Callee::kFclose, EIO)}),
-    [](const auto& info) { return std::string(info.param.name); });
+INSTANTIATE_TEST_SUITE_P(Each, FailingQueueCalls, testing::ValuesIn(QueueCalls()),
+                         [](const auto& info) { return std::string(info.param.name); });
+
+// It would keep whoever opens it waiting for a writer, for ever; a device might never end.
+TEST(ConfThatIsNoFile, IsNotOpened) {
+  QueueSetting::Get();
+  const TempFolder root;
+  root.Write(kConfPath + 1, "");
+  const std::string conf = root.path() + kConfPath;
+  CallFaults::Instance().SetRoot(root.path());
+  for (const mode_t kind : {S_IFIFO, S_IFSOCK}) {
+    SCOPED_TRACE(kind);
+    unlink(conf.c_str());
+    ASSERT_EQ(mknod(conf.c_str(), kind | 0600, 0), 0);
+    const std::ptrdiff_t descriptors = CountOpenDescriptors();
+    alarm(20);
+    EXPECT_EQ(FolderPathForConf_Initialize(kDriverFolder), nullptr);
+    char* name = nullptr;
+    EXPECT_EQ(MqpdUriToQueueName(kDeviceUri, &name), -1);
+    alarm(0);
+    EXPECT_EQ(name, nullptr);
+    EXPECT_EQ(CountOpenDescriptors(), descriptors);
+  }
+  QueueSetting::Get().Use();
+}
+
+TEST(ConfThatIsNoFile, IsADeviceBehindALink) {
+  QueueSetting::Get();
+  const TempFolder root;
+  root.Write(kConfPath + 1, "");
+  const std::string conf = root.path() + kConfPath;
+  unlink(conf.c_str());
+  ASSERT_EQ(symlink("/dev/zero", conf.c_str()), 0);
+  CallFaults::Instance().SetRoot(root.path());
+  EXPECT_EQ(FolderPathForConf_Initialize(kDriverFolder), nullptr);
+  QueueSetting::Get().Use();
+}
 
 }  // namespace
 }  // namespace ia_test

@@ -1,6 +1,8 @@
 // The folders of the system in which queues are looked for, for real: each test's child process has
 // others in their place.
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <chrono>
 #include <cstdint>
@@ -159,6 +161,20 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST_F(FixedPaths, AMissingConfigurationIsAFailure) {
   ExpectAnswer("null -1 (none)", [] {
+    FolderConf* const conf = FolderPathForConf_Initialize(kDriverFolder);
+    char* name = nullptr;
+    const int32_t status = MqpdUriToQueueName(kDeviceUri, &name);
+    return std::string(conf == nullptr ? "null" : "not null") + " " + std::to_string(status) + " " +
+           TextOf(name);
+  });
+}
+
+TEST_F(FixedPaths, AFifoInPlaceOfTheConfigurationKeepsNobodyWaiting) {
+  const std::string conf = root_ / "cache/Vorel/CUPSKAPPA2/MQPD/mqpd.conf";
+  std::filesystem::create_directories(std::filesystem::path(conf).parent_path());
+  ASSERT_EQ(mkfifo(conf.c_str(), 0600), 0);
+  ExpectAnswer("null -1 (none)", [] {
+    alarm(20);
     FolderConf* const conf = FolderPathForConf_Initialize(kDriverFolder);
     char* name = nullptr;
     const int32_t status = MqpdUriToQueueName(kDeviceUri, &name);

@@ -33,8 +33,10 @@ QueueSetting::QueueSetting() {
     utimensat(AT_FDCWD, (root_ / file).c_str(), times, 0);
   }
   root_.Write("etc/cups/ppd/notes.txt", "");
-  CallFaults::Instance().SetRoot(root_.path());
+  Use();
 }
+
+void QueueSetting::Use() const { CallFaults::Instance().SetRoot(root_.path()); }
 
 std::string TakeShown(QueueList* list) {
   if (list == nullptr) return "(none)";

@@ -22,6 +22,9 @@ class QueueSetting {
  public:
   static const QueueSetting& Get();
 
+  // Leads the library's fixed paths here, as they are led at first.
+  void Use() const;
+
  private:
   QueueSetting();
 

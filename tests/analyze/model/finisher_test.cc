@@ -14,6 +14,7 @@
 #include "tests/analyze/model/finisher_reports.h"
 #include "tests/analyze/model/model_names.h"
 #include "tests/info_common/named_row.h"
+#include "tests/support/turkish_locale.h"
 
 namespace ia_test {
 namespace {
@@ -539,6 +540,15 @@ INSTANTIATE_TEST_SUITE_P(
                       "Vorel Inner 2way Tray",
                       true}),
     RowName<TwoWayTrayRow>);
+
+TEST(TwoWayTrayInTurkish, IsKnownInAnyCase) {
+  const TurkishLocale locale;
+  if (!locale.IsInForce()) GTEST_SKIP() << kNoTurkishLocale;
+  const auto handler = analyze_GetQVFinisherSpecialIn2TrayCommon;
+  for (const char* name : {"Vorel INNER 2WAY TRAY", "vorel inner 2way tray"}) {
+    EXPECT_EQ(ValueBy(handler, {{2, name}}, {119}, nullptr), "IN2TRAY") << name;
+  }
+}
 
 TEST_P(TwoWayTrays, TrayBesideAlias119IsTold) {
   const std::string tray = GetParam().tray;

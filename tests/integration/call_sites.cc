@@ -1,5 +1,6 @@
-#include "tests/integration/allocation_sites.h"
+#include "tests/integration/call_sites.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <memory>
@@ -9,28 +10,49 @@
 namespace ia_test {
 namespace {
 
-struct Allocator {
-  std::string_view symbol;
-  Callee callee;
-};
-
-constexpr auto kAllocators = std::to_array<Allocator>({
-    {"malloc", Callee::kMalloc},
-    {"calloc", Callee::kCalloc},
-    {"realloc", Callee::kRealloc},
-    {"strdup", Callee::kStrdup},
-    {"__strdup", Callee::kStrdup},
-    {"strndup", Callee::kStrndup},
-    {"__strndup", Callee::kStrndup},
-    {"tsearch", Callee::kTsearch},
+// What never goes wrong, or not in a way that the library could be told of.
+constexpr auto kCannotFail = std::to_array<std::string_view>({
+    // memory and texts that are there already
+    "memchr",
+    "memcmp",
+    "memcpy",
+    "__memcpy_chk",
+    "memmem",
+    "memmove",
+    "__memmove_chk",
+    "memrchr",
+    "memset",
+    "__memset_chk",
+    "strchr",
+    "strcmp",
+    "strcspn",
+    "strlen",
+    "strncmp",
+    "strnlen",
+    "strspn",
+    "strstr",
+    "strtok_r",
+    "strtol",  // what is no number, or too large, is an answer
+    "log10",
+    // trees that are there already
+    "tdestroy",
+    "tfind",
+    // answers about a stream; one without a file, as of memory, has no descriptor to fstat()
+    "feof",
+    "ferror",
+    "fileno",
+    // one number into a buffer that is large enough: nothing is allocated for it
+    "__snprintf_chk",
+    "snprintf",
+    "free",
+    // the compiler's and the C run time's
+    "__errno_location",
+    "__stack_chk_fail",
+    "__cxa_finalize",
+    "__gmon_start__",
+    "_ITM_deregisterTMCloneTable",
+    "_ITM_registerTMCloneTable",
 });
-
-std::optional<Callee> AllocatorNamed(std::string_view symbol) {
-  for (const Allocator& allocator : kAllocators) {
-    if (allocator.symbol == symbol) return allocator.callee;
-  }
-  return std::nullopt;
-}
 
 std::vector<std::string> OutputLines(const std::string& command) {
   const std::unique_ptr<FILE, int (*)(FILE*)> pipe(popen(command.c_str(), "r"), pclose);
@@ -72,8 +94,8 @@ std::optional<std::string> ParseFunction(const std::string& line) {
 
 }  // namespace
 
-std::vector<AllocationSite> FindAllocationSites(const std::string& library_path) {
-  std::vector<AllocationSite> sites;
+std::vector<CallSite> FindCallSites(const std::string& library_path) {
+  std::vector<CallSite> sites;
   std::string function;
   bool is_behind_call = false;
   for (const std::string& line :
@@ -84,7 +106,7 @@ std::vector<AllocationSite> FindAllocationSites(const std::string& library_path)
     if (is_behind_call) sites.back().return_address = instruction->address;
     is_behind_call = false;
     const bool is_call = instruction->mnemonic == "call";
-    const auto callee = AllocatorNamed(instruction->symbol);
+    const auto callee = CalleeNamed(instruction->symbol);
     const bool is_stub = function.ends_with("@plt");
     const bool is_of_gcov = function.find("gcov") != std::string::npos;  // counts in the library
     if (!callee || is_stub || is_of_gcov || !(is_call || instruction->mnemonic.starts_with('j')))
@@ -93,6 +115,18 @@ std::vector<AllocationSite> FindAllocationSites(const std::string& library_path)
     sites.push_back({*callee, 0, line + " in " + function});
   }
   return sites;
+}
+
+std::vector<std::string> FindUnknownImports(const std::string& library_path) {
+  std::vector<std::string> unknown;
+  // "                 U read@GLIBC_2.2.5"
+  for (const std::string& line : OutputLines("nm -D --undefined-only '" + library_path + "'")) {
+    std::string name = line.substr(line.rfind(' ') + 1);
+    name.resize(std::min(name.find('@'), name.size()));
+    const bool cannot_fail = std::ranges::find(kCannotFail, name) != kCannotFail.end();
+    if (!cannot_fail && !CalleeNamed(name)) unknown.push_back(name);
+  }
+  return unknown;
 }
 
 }  // namespace ia_test

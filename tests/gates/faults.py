@@ -1,0 +1,207 @@
+"""The gates, and for each the faults that it is there for."""
+
+from pathlib import Path
+from typing import NamedTuple
+
+COPY = Path(__file__).resolve().parent.parent.parent / "build" / "gates"  # the tree to plant in
+
+
+class Gate(NamedTuple):
+    preset: str  # in which it is built; empty when nothing is
+    targets: tuple
+    command: tuple = ()
+    is_build: bool = False  # the build itself is the gate
+    proof: str = ""  # said by a run that has looked at something
+
+
+class Fault(NamedTuple):
+    name: str
+    gate: str
+    says: str  # what the gate says of it: a gate that is red for another reason proves nothing
+    edits: tuple  # (file, text that it has once, text in its place)
+
+
+def abi(name, preset="release", targets=()):
+    command = ("ctest", "--test-dir", f"build/{preset}", "--output-on-failure", "-R",
+               rf"^abi\.{name}$")
+    return Gate(preset, ("info_analyze",) + targets, command, proof="100% tests passed")
+
+
+def program(preset, target, path, tests="*", before=()):
+    command = (*before, f"build/{preset}/{path}", f"--gtest_filter={tests}")
+    return Gate(preset, (target, "mqpd_util"), command, proof="[  PASSED  ]")
+
+
+GATES = {
+    "link": Gate("release", ("info_analyze",), is_build=True),
+    "asan": program("asan", "queue_test", "tests/queue/queue_test", "*Queue*"),
+    "tsan": program("tsan", "parallel_users_test", "tests/integration/parallel_users_test",
+                    "*", ("env", "IA_PARALLEL_ROUNDS=5")),
+    "includes": Gate("", (), ("bash", "tests/abi/includes.sh", ".")),
+    "headers": Gate("", (), ("bash", "tests/abi/headers.sh", "include", "gcc", "g++")),
+    "newer_declarations": Gate("", (), ("bash", "tests/abi/newer_declarations.sh", str(COPY), "gcc",
+                                        "g++")),
+    "types": abi("types", "dev"),
+    "same_names": abi("same_names", targets=("mqpd_util",)),
+} | {name: abi(name) for name in ("exports", "relocations", "newer_libc", "other_libraries",
+                                  "null_arguments", "unloading", "shipped_file")}
+
+MAP = "abi/info_analyze.map"
+BUILD = "CMakeLists.txt"
+LIST = "queue/queue_list.cc"
+LIST_HEADER = "include/info_analyze/queue_list.h"
+
+NO_NODE = (MAP, "INFO_ANALYZE_1 {", "{")
+NAME_GETTER = (
+    "const char* CupsQueueList_GetQueueName(const QueueList* list, int32_t index) noexcept {\n")
+
+
+def in_getter(statement):
+    """A statement at the start of an exported function."""
+    return (LIST, NAME_GETTER, f"{NAME_GETTER}  {statement}\n")
+
+
+def before_getter(definition):
+    return (LIST, NAME_GETTER, f"{definition}\n{NAME_GETTER}")
+
+
+def linked(flag):
+    """A flag more for the shared library."""
+    return (BUILD, "  -Wl,--version-script", f"  {flag} -Wl,--version-script")
+
+
+FAULTS = (
+    # Memory and threads
+    Fault("leak in queue_list.cc", "asan", "LeakSanitizer: detected memory leaks",
+          ((LIST, "  std::free(list->records);\n", ""),)),
+    Fault("null use in queue_list.cc", "asan", "null pointer",
+          ((LIST, "if (list == nullptr || index < 0 || index >= list->count) return nullptr;",
+            "if (index < 0 || index >= list->count) return nullptr;"),)),
+    Fault("use after release in queue_list.cc", "asan", "heap-use-after-free",
+          ((LIST, "  std::free(list->records);\n  std::free(list);",
+            "  void (*volatile release)(void*) = std::free;  // behind the compiler's back\n"
+            "  release(list);\n  std::free(list->records);"),)),
+    Fault("data race in bidi_context.cc", "tsan", "ThreadSanitizer: data race",
+          (("bidi/bidi_context.cc",
+            "BidiContext* Bidi_Create(const char* driver_folder) noexcept {\n",
+            "BidiContext* Bidi_Create(const char* driver_folder) noexcept {\n"
+            "  static int calls = 0;\n  ++calls;\n"),)),
+
+    # Names
+    Fault("captured strlcpy: no versions in the map", "newer_libc",
+          "callers of the other strlcpy differ", (NO_NODE,)),
+    Fault("captured call of libcups", "other_libraries", "libcups.so.2",
+          (NO_NODE, (MAP, "    Bidi_Create;", "    Bidi_Create;\n    iconv_close;"),
+           before_getter('extern "C" IA_EXPORT void Planted(void) __asm__("iconv_close");\n'
+                         "void Planted(void) {}"))),
+    Fault("unversioned exports: no versions in the map", "exports",
+          "the version script has no node", (NO_NODE,)),
+    Fault("unversioned exports: no map", "exports", "exports without the version",
+          ((BUILD, "  -Wl,--version-script=${version_script} ", "  "),)),
+    Fault("second version", "exports", "the version script has several nodes",
+          ((MAP, "    Bidi_Create;\n", ""),
+           (MAP, "INFO_ANALYZE_1 {", "INFO_ANALYZE_0 {\n  global:\n    Bidi_Create;\n};\n"
+            "INFO_ANALYZE_1 {"))),
+    Fault("extra export", "exports", "CupsQueueList_Planted",
+          ((MAP, "    CupsQueueList_Terminate;",
+            "    CupsQueueList_Planted;\n    CupsQueueList_Terminate;"),
+           before_getter('extern "C" IA_EXPORT void CupsQueueList_Planted(void);\n'
+                         "void CupsQueueList_Planted(void) {}"))),
+    Fault("missing export", "exports", "< Bidi_Create", ((MAP, "    Bidi_Create;\n", ""),)),
+    Fault("handlers bound by name: relocations", "relocations",
+          "relocations to functions of the library", ((BUILD, " -Wl,-Bsymbolic-functions", ""),)),
+    Fault("handlers bound by name: results", "same_names", "results alone",
+          ((BUILD, " -Wl,-Bsymbolic-functions", ""),)),
+
+    # Interface
+    Fault("added field", "types", "the interface has changed",
+          ((LIST_HEADER, "} QueueRecord;", "  char* planted;\n} QueueRecord;"),
+           (LIST, "{name.release(), ModificationTime(path.get())}",
+            "{name.release(), ModificationTime(path.get()), nullptr}"))),
+    Fault("added field in what was padding", "types", "the interface has changed",
+          ((LIST_HEADER, "} QueueRecord;", "  int32_t planted;\n} QueueRecord;"),
+           (LIST, "{name.release(), ModificationTime(path.get())}",
+            "{name.release(), ModificationTime(path.get()), 0}"))),
+    Fault("parameter of another type", "types", "the interface has changed",
+          ((LIST_HEADER, "CupsQueueList_GetQueueName(const QueueList* list, int32_t index)",
+            "CupsQueueList_GetQueueName(const QueueList* list, int64_t index)"),
+           (LIST, NAME_GETTER, NAME_GETTER.replace("int32_t index", "int64_t index")))),
+    Fault("renamed field", "types", "the interface has changed",
+          ((LIST_HEADER, "int32_t modification_time;", "int32_t planted_time;"),
+           (LIST, "offsetof(QueueRecord, modification_time)", "offsetof(QueueRecord, planted_time)"),
+           (LIST, "return list->records[index].modification_time;",
+            "return list->records[index].planted_time;"))),
+    Fault("constant of another value", "types", "the constants have changed",
+          (("include/info_analyze/halftone.h", "IA_HALFTONE_RESOLUTION = 2",
+            "IA_HALFTONE_RESOLUTION = 9"),)),
+    Fault("table of another size", "exports", "tables of another size",
+          (("include/info_analyze/calibration.h", "LARCH_Def_Calib[IA_CALIB_TABLE_VALUES];",
+            "LARCH_Def_Calib[IA_CALIB_TABLE_VALUES + 8];"),
+           ("calib/calib3_defaults.cc", "static_assert(sizeof LARCH_Def_Calib == 16384);\n", ""),
+           ("calib/curves/curve_table.cc", '"[IA_CALIB_TABLE_VALUES] = {\\n"',
+            '"[sizeof " + name + " / 2] = {\\n"'))),
+    Fault("header that C does not take", "headers", "unknown type name",
+          ((LIST_HEADER, "typedef struct QueueList {",
+            "typedef bool Planted;\ntypedef struct QueueList {"),)),
+    Fault("header that is not collected", "headers", "headers that info_analyze.h takes",
+          (("include/info_analyze/info_analyze.h", '#include "info_analyze/queue_list.h"\n', ""),)),
+    Fault("include from a room above", "includes", "includes that point the wrong way",
+          (("queue/paths.cc", '#include "queue/paths.h"\n',
+            '#include "queue/paths.h"\n#include "bidi/library_binding.h"\n'),)),
+
+    # The shipped file
+    Fault("writable global of 4 bytes", "shipped_file", "writable variables",
+          (in_getter("static int32_t calls = 0;\n  ++calls;"),)),
+    Fault("writable global of 16 bytes", "shipped_file", ".bss holds",
+          (in_getter("static int64_t calls[2];\n  ++calls[index & 1];"),)),
+    Fault("writable global with a value", "shipped_file", ".data holds",
+          (in_getter("static int64_t calls = 1;\n  ++calls;"),)),
+    Fault("thread-local variable", "shipped_file", "thread-local variables",
+          (in_getter("static thread_local int32_t calls [[gnu::tls_model(\"initial-exec\")]] = 0;\n"
+                     "  ++calls;"),)),
+    Fault("static constructor", "shipped_file", "something runs at load time",
+          (before_getter("[[gnu::constructor]] static void Planted() { __asm__ volatile(\"\"); }"),)),
+    Fault("static destructor", "shipped_file", "something runs at unload time",
+          (before_getter("[[gnu::destructor]] static void Planted() { __asm__ volatile(\"\"); }"),)),
+    Fault("C++ run-time library dragged in by a static object", "link", "undefined reference",
+          ((LIST, "#include <span>\n", "#include <span>\n#include <string>\n"),
+           before_getter("const std::string kPlanted(99, 'x');"))),
+    Fault("C++ run-time library dragged in by new", "link", "undefined reference",
+          (in_getter("if (index == -1) return new char[8]();"),)),
+    Fault("getenv", "shipped_file", "forbidden calls",
+          (in_getter('if (std::getenv("PLANTED") != nullptr) return nullptr;'),)),
+    Fault("printf", "shipped_file", "forbidden calls",
+          (in_getter('__builtin_printf("%d", index);'),)),
+    Fault("library that is not needed", "shipped_file", "needed libraries",
+          (linked("-Wl,--no-as-needed -l:libresolv.so.2"),)),
+    Fault("other soname", "shipped_file", "soname",
+          ((BUILD, "  SOVERSION ${PROJECT_VERSION_MAJOR})", "  SOVERSION 1 SUFFIX .so.1)"),)),
+    Fault("search path for libraries", "shipped_file", "search path",
+          (linked("-Wl,-rpath,/planted"),)),
+    Fault("no RELRO", "shipped_file", "no RELRO", (linked("-Wl,-z,norelro"),)),
+    Fault("lazy binding", "shipped_file", "bound lazily", (linked("-Wl,-z,lazy"),)),
+    Fault("executable stack", "shipped_file", "the stack is executable",
+          (linked("-Wl,-z,execstack"),)),
+    Fault("relocations in the code", "shipped_file", "relocations in the code",
+          (linked("-Wl,-z,notext"),
+           in_getter('__asm__ volatile("jmp 1f; .quad CupsQueueList_Terminate; 1:");'))),
+    Fault("no stack protector", "shipped_file", "no stack protector",
+          ((BUILD, "-fstack-protector-strong ", "-fno-stack-protector "),)),
+    Fault("no fortified calls", "shipped_file", "no fortified calls",
+          ((BUILD, "_FORTIFY_SOURCE=2", "_FORTIFY_SOURCE=0"),)),
+    Fault("no control-flow protection", "shipped_file", "no control-flow protection",
+          ((BUILD, "-fcf-protection)", "-fcf-protection=none)"),)),
+
+    # Beside others
+    Fault("null use in strlcat", "null_arguments", "checks failed",
+          (("info_common/libc_names.cc",
+            "if (destination == nullptr || source == nullptr) return 0;",
+            "if (source == nullptr) return 0;"),)),
+    Fault("strlcpy under its bare name", "newer_declarations", "'nonnull' argument",
+          (("info_common/libc_names.cc",
+            "size_t info_strlcpy(char* destination, const char* source, size_t size) noexcept {",
+            'extern "C" size_t strlcpy(char* destination, const char* source, size_t size) '
+            "noexcept {"),)),
+    Fault("library that stays loaded", "unloading", "the library stayed",
+          (linked("-Wl,-z,nodelete"),)),
+)

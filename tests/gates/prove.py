@@ -1,0 +1,116 @@
+#!/usr/bin/env python3
+"""Can the gates turn red? Plants one fault after the other in a copy of the tree and shows that the
+gate that is there for it notices. A fault is a row of faults.py: to add one is to add a row.
+
+usage: tests/gates/prove.py [PART_OF_A_NAME...]
+
+With parts of names only the faults whose names hold one of them are planted. The copy is kept under
+build/gates, so that another run has less to build."""
+
+import subprocess
+import sys
+from pathlib import Path
+
+sys.dont_write_bytecode = True  # the table stands in the tree
+from faults import COPY, FAULTS, GATES
+
+ROOT = Path(__file__).resolve().parent.parent.parent
+
+
+class BadRow(Exception):
+    """A row that proves nothing: its text is not there exactly once, or the tree does not build."""
+
+
+def make_copy():
+    """By content and with new times, so that what an interrupted run left is built again."""
+    COPY.mkdir(parents=True, exist_ok=True)
+    subprocess.run(["rsync", "-rlp", "--checksum", "--delete", "--exclude=/build", "--exclude=/.git",
+                    f"{ROOT}/", COPY], check=True)
+
+
+class Planted:
+    """The tree with a fault in it."""
+
+    def __init__(self, fault):
+        self.originals = {}
+        self.changed = {}
+        for name, old, new in fault.edits:
+            path = COPY / name
+            text = self.changed.get(path, path.read_text())
+            self.originals.setdefault(path, path.read_text())
+            if text.count(old) != 1:
+                raise BadRow(f"{fault.name}: stale, {name} has {text.count(old)} times {old!r}")
+            self.changed[path] = text.replace(old, new)
+
+    def __enter__(self):
+        for path, text in self.changed.items():
+            path.write_text(text)
+
+    def __exit__(self, *_):
+        for path, text in self.originals.items():
+            path.write_text(text)
+
+
+def run(*command):
+    done = subprocess.run(command, cwd=COPY, stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
+                          text=True, errors="replace", check=False)
+    return done.returncode, done.stdout
+
+
+def check(gate):
+    """Builds what a gate looks at and asks it. Answers whether it is red, and what was said."""
+    if gate.preset:
+        status, said = run("cmake", "--preset", gate.preset)
+        if status == 0:
+            status, said = run("cmake", "--build", "--preset", gate.preset, "--target",
+                               *gate.targets)
+        if gate.is_build:
+            return status != 0, said
+        if status != 0:
+            raise BadRow(f"the tree does not build:\n{said}")
+    status, said = run(*gate.command)
+    return status != 0, said
+
+
+def is_noticed(fault, change):
+    """Whether the gate turns red for the right reason; tells it in one line, or why not."""
+    try:
+        with change:
+            is_red, said = check(GATES[fault.gate])
+    except BadRow as bad:
+        is_red, said = False, str(bad)
+    noticed = is_red and fault.says in said
+    verdict = "red" if noticed else "RED FOR ANOTHER REASON" if is_red else "STAYS GREEN"
+    print(f"{fault.name}: {fault.gate} {verdict}", flush=True)
+    if not noticed:
+        print(said[-3000:], file=sys.stderr)
+    return noticed
+
+
+def is_green(name):
+    """Whether a gate is green without a fault, having looked at something."""
+    is_red, said = check(GATES[name])
+    if is_red or GATES[name].proof not in said:
+        print(f"{name} is not green without a fault:\n{said}", file=sys.stderr)
+        return False
+    return True
+
+
+def main():
+    make_copy()
+    wanted = sys.argv[1:]
+    faults = [fault for fault in FAULTS
+              if not wanted or any(part in fault.name for part in wanted)]
+    changes = [Planted(fault) for fault in faults]  # a stale row is told before anything is built
+    if not all([is_green(name) for name in dict.fromkeys(fault.gate for fault in faults)]):
+        return 1
+    noticed = sum([is_noticed(fault, change) for fault, change in zip(faults, changes)])
+    print(f"{noticed} of {len(faults)} faults turn their gates red")
+    return 0 if faults and noticed == len(faults) else 1
+
+
+if __name__ == "__main__":
+    try:
+        sys.exit(main())
+    except BadRow as bad_row:
+        sys.exit(str(bad_row))
