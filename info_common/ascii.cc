@@ -7,6 +7,8 @@
 namespace ia {
 namespace {
 
+bool IsLetter(char byte) noexcept { return ToLower(byte) >= 'a' && ToLower(byte) <= 'z'; }
+
 bool SameLetter(char left, char right) noexcept {
   return left == right || ToLower(left) == ToLower(right);
 }
@@ -25,9 +27,20 @@ bool HasPrefixIgnoringCase(std::string_view text, std::string_view prefix) noexc
          std::equal(prefix.begin(), prefix.end(), text.begin(), SameLetter);
 }
 
+// A byte of the needle that has no case is searched for by itself, and most texts do not hold it.
 bool ContainsIgnoringCase(std::string_view text, std::string_view needle) noexcept {
-  return needle.empty() || std::search(text.begin(), text.end(), needle.begin(), needle.end(),
-                                       SameLetter) != text.end();
+  const auto mark = std::ranges::find_if_not(needle, IsLetter);
+  if (mark == needle.end()) {
+    return needle.empty() || std::search(text.begin(), text.end(), needle.begin(), needle.end(),
+                                         SameLetter) != text.end();
+  }
+  const auto before = static_cast<std::size_t>(mark - needle.begin());
+  for (std::size_t at = text.find(*mark, before); at != std::string_view::npos;
+       at = text.find(*mark, at + 1)) {
+    const std::size_t start = at - before;
+    if (HasPrefixIgnoringCase({text.data() + start, text.size() - start}, needle)) return true;
+  }
+  return false;
 }
 
 std::int32_t ParseInt32(const char* text, int base) noexcept {

@@ -1,10 +1,18 @@
 #include "info_common/option_table.h"
 
+#include <cstring>
 #include <utility>
 
 #include "info_common/ascii.h"
 
 namespace ia {
+namespace {
+
+bool HasKeyPrefix(const OptTable& node, std::string_view prefix) noexcept {
+  return node.key != nullptr && std::strncmp(node.key, prefix.data(), prefix.size()) == 0;
+}
+
+}  // namespace
 
 NodePtr NewNode(std::string_view key, std::string_view value) noexcept {
   NodePtr node(NewZeroed<OptTable>().release());
@@ -14,12 +22,19 @@ NodePtr NewNode(std::string_view key, std::string_view value) noexcept {
   return node->key != nullptr && node->value != nullptr ? std::move(node) : nullptr;
 }
 
+NodePtr CopyOf(const OptTable& node) noexcept {
+  NodePtr copy(NewZeroed<OptTable>().release());
+  if (!copy) return nullptr;
+  copy->key = CopyOf(node.key).release();
+  copy->value = CopyOf(node.value).release();
+  const bool is_whole = (copy->key != nullptr) == (node.key != nullptr) &&
+                        (copy->value != nullptr) == (node.value != nullptr);
+  return is_whole ? std::move(copy) : nullptr;
+}
+
 OptTable* FindKeyPrefix(OptTable* head, std::string_view key) noexcept {
   OptTable* node = head;
-  while (node != nullptr &&
-         (node->key == nullptr || !std::string_view(node->key).starts_with(key))) {
-    node = node->next;
-  }
+  while (node != nullptr && !HasKeyPrefix(*node, key)) node = node->next;
   return node;
 }
 
@@ -52,9 +67,11 @@ bool ChangeValues(OptTable* head, std::string_view key, std::string_view value) 
 // an equal key and ignores it. PPDs rely on the gap between the two: "QVFin" neither replaces
 // "QVFinisher" nor stands beside it, and "qvfoo" stands beside "QVFoo".
 bool AddBack(OptTable& head, std::string_view key, std::string_view value) noexcept {
-  if (FindKeyPrefix(&head, key) != nullptr) return ChangeValues(&head, key, value);
-  OptTable* last = &head;
-  while (last->next != nullptr) last = last->next;
+  OptTable* last = nullptr;
+  for (OptTable* node = &head; node != nullptr; node = node->next) {
+    if (HasKeyPrefix(*node, key)) return ChangeValues(&head, key, value);
+    last = node;
+  }
   last->next = NewNode(key, value).release();
   return last->next != nullptr;
 }

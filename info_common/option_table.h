@@ -22,6 +22,9 @@ using NodePtr = std::unique_ptr<OptTable, NodeDeleter>;
 // A node with copies of both texts, or null.
 [[nodiscard]] NodePtr NewNode(std::string_view key, std::string_view value) noexcept;
 
+// A node with copies of the node's texts, of which each may be null; or null.
+[[nodiscard]] NodePtr CopyOf(const OptTable& node) noexcept;
+
 // First node whose key begins with the given text.
 [[nodiscard]] OptTable* FindKeyPrefix(OptTable* head, std::string_view key) noexcept;
 

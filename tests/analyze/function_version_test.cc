@@ -13,6 +13,7 @@
 #include "tests/analyze/intercepted_calls.h"
 #include "tests/analyze/list_updates.h"
 #include "tests/support/analyzer_ptr.h"
+#include "tests/support/build_folders.h"
 #include "tests/support/print_queues.h"
 
 namespace ia_test {
@@ -362,7 +363,7 @@ TEST(FunctionVersionOfAQueue, SelectsTheFlagsOfItsPpd) {
                          "*QVAnlz_FuncVer_CommonFlag_400: \"C1\"\n"
                          "*QVAnlz_FuncVer_UI_310: \"QVItem:On\"\n"
                          "*QV_Prot_CommonFlag: \"x\"\n");
-  const BidiPtr bidi(Bidi_Create(IA_TEST_DRIVER_FOLDER));
+  const BidiPtr bidi(Bidi_Create(ia_test::kDriverFolder));
   ASSERT_NE(bidi, nullptr);
   const AnalyzerPtr analyzer(Analyze_Create(bidi.get(), "function_version", nullptr));
   ASSERT_NE(analyzer, nullptr);

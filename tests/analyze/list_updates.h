@@ -12,6 +12,7 @@
 
 #include "info_analyze/analyzer.h"
 #include "info_analyze/printer_updates.h"
+#include "tests/support/build_folders.h"
 #include "tests/support/option_lists.h"
 #include "tests/support/recording_library.h"
 
@@ -98,7 +99,7 @@ inline Entries With(Entries entries, const Entries& values) {
 class ListUpdates : public testing::Test {
  protected:
   void SetUp() override {
-    ASSERT_NE(bidi_, nullptr) << IA_TEST_DRIVER_FOLDER;
+    ASSERT_NE(bidi_, nullptr) << ia_test::kDriverFolder;
     context_.bidi = bidi_.get();
   }
   void TearDown() override { analyze_common_destroy_all_xmldata(&context_); }
@@ -125,7 +126,7 @@ class ListUpdates : public testing::Test {
     return outcome.entries;
   }
 
-  BidiPtr bidi_{Bidi_Create(IA_TEST_DRIVER_FOLDER)};
+  BidiPtr bidi_{Bidi_Create(ia_test::kDriverFolder)};
   AnalyzeContext context_ = {};
 };
 

@@ -15,6 +15,7 @@
 #include "tests/analyze/intercepted_calls.h"
 #include "tests/analyze/list_updates.h"
 #include "tests/support/analyzer_ptr.h"
+#include "tests/support/build_folders.h"
 #include "tests/support/option_lists.h"
 #include "tests/support/print_queues.h"
 #include "tests/support/recording_library.h"
@@ -690,7 +691,7 @@ constexpr char kPpd[] =
 class WholeQuery : public testing::Test {
  protected:
   void SetUp() override {
-    ASSERT_NE(bidi_, nullptr) << IA_TEST_DRIVER_FOLDER;
+    ASSERT_NE(bidi_, nullptr) << ia_test::kDriverFolder;
     PrintQueues::Get().Add("whole_query", kPpd);
     for (const char* file : kFiles) folder_.Write(file, Document(""));
     folder_.Write("Accessories.xml", Document(Number("hd", 1) + Number("memory", 512)));
@@ -732,7 +733,7 @@ class WholeQuery : public testing::Test {
   }
 
   TempFolder folder_;
-  BidiPtr bidi_{Bidi_Create(IA_TEST_DRIVER_FOLDER)};
+  BidiPtr bidi_{Bidi_Create(ia_test::kDriverFolder)};
   AnalyzerPtr analyzer_;
 };
 

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "tests/analyze/list_updates.h"
+#include "tests/support/build_folders.h"
 #include "tests/support/recording_library.h"
 
 namespace ia_test {
@@ -219,7 +220,7 @@ class AnyQuery : public testing::Test {
     return list.entries();
   }
 
-  BidiPtr bidi_{Bidi_Create(IA_TEST_DRIVER_FOLDER)};
+  BidiPtr bidi_{Bidi_Create(ia_test::kDriverFolder)};
   std::string model_;
   AnalyzeContext context_ = {};
 

@@ -17,6 +17,7 @@
 
 #include "info_analyze/info_analyze.h"
 #include "tests/support/analyzer_ptr.h"
+#include "tests/support/build_folders.h"
 #include "tests/support/option_lists.h"
 #include "tests/support/print_queues.h"
 #include "tests/support/temp_folder.h"
@@ -186,7 +187,7 @@ class SamplePrinters : public testing::TestWithParam<SamplePrinter> {
 
   void ExpectQuery(int32_t result) const {
     PrintQueues::Get().Add(name(), ppd_);
-    const std::unique_ptr<BidiContext, BidiDeleter> bidi(Bidi_Create(IA_TEST_DRIVER_FOLDER));
+    const std::unique_ptr<BidiContext, BidiDeleter> bidi(Bidi_Create(ia_test::kDriverFolder));
     const AnalyzerPtr analyzer(
         Analyze_Create(bidi.get(), name().c_str(), documents_.path().c_str()));
     ASSERT_NE(analyzer, nullptr);

@@ -11,6 +11,7 @@
 #include <type_traits>
 
 #include "info_analyze/bidi.h"
+#include "tests/support/build_folders.h"
 #include "tests/support/recording_library.h"
 #include "tests/support/temp_folder.h"
 
@@ -95,7 +96,7 @@ TEST(BidiCreate, CallsNoEntryPoint) {
 }
 
 TEST(BidiCreate, LoadsTheReferenceLibrary) {
-  const BidiPtr context(Bidi_Create(IA_TEST_DRIVER_FOLDER));
+  const BidiPtr context(Bidi_Create(ia_test::kDriverFolder));
   EXPECT_NE(context, nullptr);
 }
 

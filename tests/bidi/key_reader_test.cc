@@ -12,6 +12,7 @@
 
 #include "info_analyze/analyzer.h"
 #include "info_analyze/device_documents.h"
+#include "tests/support/build_folders.h"
 #include "tests/support/recording_library.h"
 #include "tests/support/temp_folder.h"
 
@@ -863,7 +864,7 @@ constexpr char kTrays[] =
 class RealDocument : public testing::Test {
  protected:
   void SetUp() override {
-    ASSERT_NE(bidi_, nullptr) << IA_TEST_DRIVER_FOLDER;
+    ASSERT_NE(bidi_, nullptr) << ia_test::kDriverFolder;
     folder_.Write("Tray_list.xml", kTrays);
     context_.bidi = bidi_.get();
     context_.xml_folder = folder_.path().c_str();
@@ -872,7 +873,7 @@ class RealDocument : public testing::Test {
   void TearDown() override { analyze_common_destroy_all_xmldata(&context_); }
 
   TempFolder folder_;
-  BidiPtr bidi_{Bidi_Create(IA_TEST_DRIVER_FOLDER)};
+  BidiPtr bidi_{Bidi_Create(ia_test::kDriverFolder)};
   AnalyzeContext context_ = {};
 };
 

@@ -11,6 +11,7 @@
 #include <filesystem>
 #include <string>
 
+#include "tests/support/build_folders.h"
 #include "tests/support/entry_points.h"
 #include "tests/support/recording_library.h"
 #include "tests/support/temp_folder.h"
@@ -97,7 +98,8 @@ TEST(LoadBidiLibrary, RefusesFilesThatAreNoLibrary) {
 }
 
 TEST(LoadBidiLibrary, RefusesALibraryWithACallThatCannotBeResolved) {
-  const std::string path = IA_TEST_SUPPORT_BUILD "/unresolved/Bidi/libmqpd_util.so";
+  const std::string path =
+      std::string(ia_test::kSupportFolder) + "/unresolved/Bidi/libmqpd_util.so";
   void* lazily = dlopen(path.c_str(), RTLD_LAZY);
   ASSERT_NE(lazily, nullptr) << dlerror();
   dlclose(lazily);
@@ -106,7 +108,9 @@ TEST(LoadBidiLibrary, RefusesALibraryWithACallThatCannotBeResolved) {
 
 class LibraryWithoutOneEntryPoint : public testing::TestWithParam<const char*> {
  protected:
-  std::string folder() const { return IA_TEST_SUPPORT_BUILD "/lacking/" + std::string(GetParam()); }
+  std::string folder() const {
+    return std::string(ia_test::kSupportFolder) + "/lacking/" + std::string(GetParam());
+  }
   std::string path() const { return folder() + "/Bidi/libmqpd_util.so"; }
 };
 

@@ -11,6 +11,7 @@
 
 #include "info_analyze/info_analyze.h"
 #include "tests/integration/sample_setting.h"
+#include "tests/support/build_folders.h"
 
 namespace ia_test {
 namespace {
@@ -20,16 +21,18 @@ CallFaults& Faults() { return CallFaults::Instance(); }
 // Communication library.
 
 void CreatesBinding(Round& round) {
-  BidiContext* context = round.Try([] { return Bidi_Create(IA_TEST_DRIVER_FOLDER); });
+  BidiContext* context = round.Try([] { return Bidi_Create(ia_test::kDriverFolder); });
   const bool is_right = context != nullptr && context->library != nullptr &&
-                        context->driver_folder == std::string(IA_TEST_DRIVER_FOLDER);
+                        context->driver_folder == std::string(ia_test::kDriverFolder);
   round.Expect(is_right, context == nullptr, "a context");
   Bidi_Destroy(context);
 }
 
 void LoadsLibrary(Round& round) {
-  BidiLibrary* library =
-      round.Try([] { return z_LoadBidiLibrary(IA_TEST_DRIVER_FOLDER "/Bidi/libmqpd_util.so"); });
+  BidiLibrary* library = round.Try([] {
+    return z_LoadBidiLibrary(
+        (std::string(ia_test::kDriverFolder) + "/Bidi/libmqpd_util.so").c_str());
+  });
   round.Expect(library != nullptr, library == nullptr, "a library");
   z_FreeBidiLibrary(library);
 }

@@ -19,6 +19,7 @@
 #include "info_analyze/info_analyze.h"
 #include "info_analyze/libc_names.h"
 #include "tests/integration/sample_setting.h"
+#include "tests/support/build_folders.h"
 
 // More than there can be is refused with null, as without sanitizers.
 extern "C" const char* __asan_default_options() { return "allocator_may_return_null=1"; }
@@ -57,7 +58,8 @@ T Fitting() {
   } else if constexpr (std::is_same_v<Bare, BidiContext>) {
     return SampleSetting::Get().bidi();
   } else if constexpr (std::is_same_v<Bare, BidiLibrary>) {
-    return z_LoadBidiLibrary(IA_TEST_DRIVER_FOLDER "/Bidi/libmqpd_util.so");
+    return z_LoadBidiLibrary(
+        (std::string(ia_test::kDriverFolder) + "/Bidi/libmqpd_util.so").c_str());
   } else if constexpr (std::is_same_v<Bare, QvXmlReader>) {
     return NewAnalyzer()->documents[IA_DOCUMENT_FINISHER_LIST].xml;
   } else if constexpr (std::is_same_v<Bare, QvXmlWriter>) {

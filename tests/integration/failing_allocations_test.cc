@@ -8,6 +8,7 @@
 #include "tests/integration/call_faults.h"
 #include "tests/integration/fault_rounds.h"
 #include "tests/integration/sample_setting.h"
+#include "tests/support/build_folders.h"
 
 namespace ia_test {
 namespace {
@@ -172,7 +173,7 @@ TEST(Destroying, NeedsNoMemory) {
   const SampleSetting& setting = SampleSetting::Get();
   const std::size_t live_before = faults.LiveBlocks();
   AnalyzeContext* context = Analyze_Create(setting.bidi(), kQueue, setting.document_folder());
-  BidiContext* bidi = Bidi_Create(IA_TEST_DRIVER_FOLDER);
+  BidiContext* bidi = Bidi_Create(ia_test::kDriverFolder);
   faults.Arm(OutOfMemory(kOnce), 5);
   EXPECT_NE(analyze_common_create_all_xmldata(context), 0);
   EXPECT_EQ(faults.Disarm(), 1);

@@ -21,6 +21,7 @@
 #include "tests/integration/failing_call.h"
 #include "tests/integration/fault_rounds.h"
 #include "tests/integration/sample_setting.h"
+#include "tests/support/build_folders.h"
 #include "tests/support/print_queues.h"
 #include "tests/support/temp_folder.h"
 
@@ -70,7 +71,7 @@ Scenario AsksPrinter(int32_t failure) {
 
 Scenario BindsLibrary() {
   const auto run = [](Round& round) {
-    BidiContext* context = round.Try([] { return Bidi_Create(IA_TEST_DRIVER_FOLDER); });
+    BidiContext* context = round.Try([] { return Bidi_Create(ia_test::kDriverFolder); });
     round.Expect(context != nullptr, context == nullptr, "a binding");
     Bidi_Destroy(context);
   };
@@ -79,7 +80,7 @@ Scenario BindsLibrary() {
 
 Scenario UnbindsLibrary() {
   const auto run = [](Round& round) {
-    BidiContext* context = Bidi_Create(IA_TEST_DRIVER_FOLDER);
+    BidiContext* context = Bidi_Create(ia_test::kDriverFolder);
     round.Try([&] { return Bidi_Destroy(context), 0; });
   };
   return {"UnbindsLibrary", run};
@@ -270,7 +271,7 @@ INSTANTIATE_TEST_SUITE_P(Each, FailingCalls, testing::ValuesIn(DocumentAndPpdCal
 
 TEST_F(FailingCalls, AllThirtySixNamesAreLookedUp) {
   Faults().ForgetCalls();
-  Bidi_Destroy(Bidi_Create(IA_TEST_DRIVER_FOLDER));
+  Bidi_Destroy(Bidi_Create(ia_test::kDriverFolder));
   EXPECT_EQ(Faults().Seen(Callee::kDlsym), 36);
 }
 

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/integration/call_faults.h"
+#include "tests/support/build_folders.h"
 #include "tests/support/print_queues.h"
 
 namespace ia_test {
@@ -141,8 +142,8 @@ SampleSetting::SampleSetting() {
     documents_.Write(file, "<document version=\"1\">" + std::string(content) + "</document>\n");
   }
   CallFaults::Instance();  // from here on what the library allocates is known
-  bidi_ = Bidi_Create(IA_TEST_DRIVER_FOLDER);
-  EXPECT_NE(bidi_, nullptr) << IA_TEST_DRIVER_FOLDER;
+  bidi_ = Bidi_Create(ia_test::kDriverFolder);
+  EXPECT_NE(bidi_, nullptr) << ia_test::kDriverFolder;
   CallFaults::Instance().Track("libmqpd_util.so");
 }
 

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "info_analyze/info_analyze.h"
+#include "tests/support/build_folders.h"
 #include "tests/support/option_lists.h"
 #include "tests/support/print_queues.h"
 
@@ -48,7 +49,7 @@ struct SampleQueue {
 // One life of an analyser: asked, asked again with its documents loaded anew, asked for the flags
 // of a function version, destroyed. Tells whether every answer was right.
 inline bool AskOnce(const SampleQueue& queue) {
-  BidiContext* const bidi = Bidi_Create(IA_TEST_DRIVER_FOLDER);
+  BidiContext* const bidi = Bidi_Create(ia_test::kDriverFolder);
   AnalyzeContext* const analyzer =
       Analyze_Create(bidi, queue.name.c_str(), queue.documents.c_str());
   bool is_right = analyzer != nullptr;

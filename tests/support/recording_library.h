@@ -8,6 +8,7 @@
 #include <string>
 
 #include "info_analyze/bidi.h"
+#include "tests/support/build_folders.h"
 #include "tests/support/recording.h"
 
 namespace ia_test {
@@ -17,7 +18,7 @@ struct BidiDeleter {
 };
 using BidiPtr = std::unique_ptr<BidiContext, BidiDeleter>;
 
-inline std::string RecordingFolder() { return IA_TEST_SUPPORT_BUILD "/recording"; }
+inline std::string RecordingFolder() { return std::string(ia_test::kSupportFolder) + "/recording"; }
 inline std::string RecordingPath() { return RecordingFolder() + "/Bidi/libmqpd_util.so"; }
 
 inline bool IsLoaded(const std::string& path) {
