@@ -54,7 +54,8 @@ class Planted:
 def run(*command):
     done = subprocess.run(command, cwd=COPY, stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
                           text=True, errors="replace", check=False)
-    return done.returncode, done.stdout
+    killed = f"\nkilled by signal {-done.returncode}" if done.returncode < 0 else ""
+    return done.returncode, done.stdout + killed
 
 
 def check(gate):
