@@ -54,7 +54,8 @@ class Planted:
 def run(*command):
     done = subprocess.run(command, cwd=COPY, stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
                           text=True, errors="replace", check=False)
-    return done.returncode, done.stdout
+    killed = f"\nkilled by signal {-done.returncode}" if done.returncode < 0 else ""
+    return done.returncode, done.stdout + killed
 
 
 def check(gate):
@@ -77,10 +78,10 @@ def is_noticed(fault, change):
     try:
         with change:
             is_red, said = check(GATES[fault.gate])
+        noticed = is_red and fault.says in said
+        verdict = "red" if noticed else "RED FOR ANOTHER REASON" if is_red else "STAYS GREEN"
     except BadRow as bad:
-        is_red, said = False, str(bad)
-    noticed = is_red and fault.says in said
-    verdict = "red" if noticed else "RED FOR ANOTHER REASON" if is_red else "STAYS GREEN"
+        noticed, said, verdict = False, str(bad), "NOT ASKED"
     print(f"{fault.name}: {fault.gate} {verdict}", flush=True)
     if not noticed:
         print(said[-3000:], file=sys.stderr)
