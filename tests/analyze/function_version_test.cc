@@ -363,7 +363,7 @@ TEST(FunctionVersionOfAQueue, SelectsTheFlagsOfItsPpd) {
                          "*QVAnlz_FuncVer_CommonFlag_400: \"C1\"\n"
                          "*QVAnlz_FuncVer_UI_310: \"QVItem:On\"\n"
                          "*QV_Prot_CommonFlag: \"x\"\n");
-  const BidiPtr bidi(Bidi_Create(ia_test::kDriverFolder));
+  const BidiPtr bidi(Bidi_Create(ia_test::kReferenceDriver));
   ASSERT_NE(bidi, nullptr);
   const AnalyzerPtr analyzer(Analyze_Create(bidi.get(), "function_version", nullptr));
   ASSERT_NE(analyzer, nullptr);

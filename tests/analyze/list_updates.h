@@ -99,7 +99,7 @@ inline Entries With(Entries entries, const Entries& values) {
 class ListUpdates : public testing::Test {
  protected:
   void SetUp() override {
-    ASSERT_NE(bidi_, nullptr) << ia_test::kDriverFolder;
+    ASSERT_NE(bidi_, nullptr) << ia_test::kReferenceDriver;
     context_.bidi = bidi_.get();
   }
   void TearDown() override { analyze_common_destroy_all_xmldata(&context_); }
@@ -126,7 +126,7 @@ class ListUpdates : public testing::Test {
     return outcome.entries;
   }
 
-  BidiPtr bidi_{Bidi_Create(ia_test::kDriverFolder)};
+  BidiPtr bidi_{Bidi_Create(ia_test::kReferenceDriver)};
   AnalyzeContext context_ = {};
 };
 

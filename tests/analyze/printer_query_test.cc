@@ -691,7 +691,7 @@ constexpr char kPpd[] =
 class WholeQuery : public testing::Test {
  protected:
   void SetUp() override {
-    ASSERT_NE(bidi_, nullptr) << ia_test::kDriverFolder;
+    ASSERT_NE(bidi_, nullptr) << ia_test::kReferenceDriver;
     PrintQueues::Get().Add("whole_query", kPpd);
     for (const char* file : kFiles) folder_.Write(file, Document(""));
     folder_.Write("Accessories.xml", Document(Number("hd", 1) + Number("memory", 512)));
@@ -733,7 +733,7 @@ class WholeQuery : public testing::Test {
   }
 
   TempFolder folder_;
-  BidiPtr bidi_{Bidi_Create(ia_test::kDriverFolder)};
+  BidiPtr bidi_{Bidi_Create(ia_test::kReferenceDriver)};
   AnalyzerPtr analyzer_;
 };
 

@@ -220,7 +220,7 @@ class AnyQuery : public testing::Test {
     return list.entries();
   }
 
-  BidiPtr bidi_{Bidi_Create(ia_test::kDriverFolder)};
+  BidiPtr bidi_{Bidi_Create(ia_test::kReferenceDriver)};
   std::string model_;
   AnalyzeContext context_ = {};
 

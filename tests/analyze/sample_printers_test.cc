@@ -187,7 +187,7 @@ class SamplePrinters : public testing::TestWithParam<SamplePrinter> {
 
   void ExpectQuery(int32_t result) const {
     PrintQueues::Get().Add(name(), ppd_);
-    const std::unique_ptr<BidiContext, BidiDeleter> bidi(Bidi_Create(ia_test::kDriverFolder));
+    const std::unique_ptr<BidiContext, BidiDeleter> bidi(Bidi_Create(ia_test::kReferenceDriver));
     const AnalyzerPtr analyzer(
         Analyze_Create(bidi.get(), name().c_str(), documents_.path().c_str()));
     ASSERT_NE(analyzer, nullptr);

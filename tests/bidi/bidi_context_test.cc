@@ -96,7 +96,7 @@ TEST(BidiCreate, CallsNoEntryPoint) {
 }
 
 TEST(BidiCreate, LoadsTheReferenceLibrary) {
-  const BidiPtr context(Bidi_Create(ia_test::kDriverFolder));
+  const BidiPtr context(Bidi_Create(ia_test::kReferenceDriver));
   EXPECT_NE(context, nullptr);
 }
 

@@ -864,7 +864,7 @@ constexpr char kTrays[] =
 class RealDocument : public testing::Test {
  protected:
   void SetUp() override {
-    ASSERT_NE(bidi_, nullptr) << ia_test::kDriverFolder;
+    ASSERT_NE(bidi_, nullptr) << ia_test::kReferenceDriver;
     folder_.Write("Tray_list.xml", kTrays);
     context_.bidi = bidi_.get();
     context_.xml_folder = folder_.path().c_str();
@@ -873,7 +873,7 @@ class RealDocument : public testing::Test {
   void TearDown() override { analyze_common_destroy_all_xmldata(&context_); }
 
   TempFolder folder_;
-  BidiPtr bidi_{Bidi_Create(ia_test::kDriverFolder)};
+  BidiPtr bidi_{Bidi_Create(ia_test::kReferenceDriver)};
   AnalyzeContext context_ = {};
 };
 

@@ -99,7 +99,7 @@ TEST(LoadBidiLibrary, RefusesFilesThatAreNoLibrary) {
 
 TEST(LoadBidiLibrary, RefusesALibraryWithACallThatCannotBeResolved) {
   const std::string path =
-      std::string(ia_test::kSupportFolder) + "/unresolved/Bidi/libmqpd_util.so";
+      std::string(ia_test::kSupportDrivers) + "/unresolved/Bidi/libmqpd_util.so";
   void* lazily = dlopen(path.c_str(), RTLD_LAZY);
   ASSERT_NE(lazily, nullptr) << dlerror();
   dlclose(lazily);
@@ -109,7 +109,7 @@ TEST(LoadBidiLibrary, RefusesALibraryWithACallThatCannotBeResolved) {
 class LibraryWithoutOneEntryPoint : public testing::TestWithParam<const char*> {
  protected:
   std::string folder() const {
-    return std::string(ia_test::kSupportFolder) + "/lacking/" + std::string(GetParam());
+    return std::string(ia_test::kSupportDrivers) + "/lacking/" + std::string(GetParam());
   }
   std::string path() const { return folder() + "/Bidi/libmqpd_util.so"; }
 };

@@ -21,9 +21,9 @@ CallFaults& Faults() { return CallFaults::Instance(); }
 // Communication library.
 
 void CreatesBinding(Round& round) {
-  BidiContext* context = round.Try([] { return Bidi_Create(ia_test::kDriverFolder); });
+  BidiContext* context = round.Try([] { return Bidi_Create(ia_test::kReferenceDriver); });
   const bool is_right = context != nullptr && context->library != nullptr &&
-                        context->driver_folder == std::string(ia_test::kDriverFolder);
+                        context->driver_folder == std::string(ia_test::kReferenceDriver);
   round.Expect(is_right, context == nullptr, "a context");
   Bidi_Destroy(context);
 }
@@ -31,7 +31,7 @@ void CreatesBinding(Round& round) {
 void LoadsLibrary(Round& round) {
   BidiLibrary* library = round.Try([] {
     return z_LoadBidiLibrary(
-        (std::string(ia_test::kDriverFolder) + "/Bidi/libmqpd_util.so").c_str());
+        (std::string(ia_test::kReferenceDriver) + "/Bidi/libmqpd_util.so").c_str());
   });
   round.Expect(library != nullptr, library == nullptr, "a library");
   z_FreeBidiLibrary(library);

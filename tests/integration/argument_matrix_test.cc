@@ -59,7 +59,7 @@ T Fitting() {
     return SampleSetting::Get().bidi();
   } else if constexpr (std::is_same_v<Bare, BidiLibrary>) {
     return z_LoadBidiLibrary(
-        (std::string(ia_test::kDriverFolder) + "/Bidi/libmqpd_util.so").c_str());
+        (std::string(ia_test::kReferenceDriver) + "/Bidi/libmqpd_util.so").c_str());
   } else if constexpr (std::is_same_v<Bare, QvXmlReader>) {
     return NewAnalyzer()->documents[IA_DOCUMENT_FINISHER_LIST].xml;
   } else if constexpr (std::is_same_v<Bare, QvXmlWriter>) {

@@ -48,7 +48,7 @@ void AsClient(const Environment& environment, Action action) {
 
 // From the communication library to the printer's options.
 std::string TakeRoad(const std::string& queue) {
-  BidiContext* bidi = Bidi_Create(ia_test::kDriverFolder);
+  BidiContext* bidi = Bidi_Create(ia_test::kReferenceDriver);
   AnalyzeContext* analyser = Analyze_Create(bidi, queue.c_str(), kSampleDocuments.c_str());
   EXPECT_NE(bidi, nullptr);
   EXPECT_NE(analyser, nullptr);
@@ -122,7 +122,7 @@ TEST_F(DaemonRoad, ReadsTheSameTableAsFromTheFileThatWasHandedIn) {
 TEST_F(DaemonRoad, AQueueThatTheDaemonDoesNotHaveGivesNullAtOnce) {
   const auto start = std::chrono::steady_clock::now();
   AsClient(OfDaemon(), [] {
-    BidiContext* bidi = Bidi_Create(ia_test::kDriverFolder);
+    BidiContext* bidi = Bidi_Create(ia_test::kReferenceDriver);
     errno = EMFILE;
     EXPECT_EQ(Analyze_Create(bidi, "no-such-queue", kSampleDocuments.c_str()), nullptr);
     errno = EMFILE;

@@ -173,7 +173,7 @@ TEST(Destroying, NeedsNoMemory) {
   const SampleSetting& setting = SampleSetting::Get();
   const std::size_t live_before = faults.LiveBlocks();
   AnalyzeContext* context = Analyze_Create(setting.bidi(), kQueue, setting.document_folder());
-  BidiContext* bidi = Bidi_Create(ia_test::kDriverFolder);
+  BidiContext* bidi = Bidi_Create(ia_test::kReferenceDriver);
   faults.Arm(OutOfMemory(kOnce), 5);
   EXPECT_NE(analyze_common_create_all_xmldata(context), 0);
   EXPECT_EQ(faults.Disarm(), 1);

@@ -71,7 +71,7 @@ Scenario AsksPrinter(int32_t failure) {
 
 Scenario BindsLibrary() {
   const auto run = [](Round& round) {
-    BidiContext* context = round.Try([] { return Bidi_Create(ia_test::kDriverFolder); });
+    BidiContext* context = round.Try([] { return Bidi_Create(ia_test::kReferenceDriver); });
     round.Expect(context != nullptr, context == nullptr, "a binding");
     Bidi_Destroy(context);
   };
@@ -80,7 +80,7 @@ Scenario BindsLibrary() {
 
 Scenario UnbindsLibrary() {
   const auto run = [](Round& round) {
-    BidiContext* context = Bidi_Create(ia_test::kDriverFolder);
+    BidiContext* context = Bidi_Create(ia_test::kReferenceDriver);
     round.Try([&] { return Bidi_Destroy(context), 0; });
   };
   return {"UnbindsLibrary", run};
@@ -271,7 +271,7 @@ INSTANTIATE_TEST_SUITE_P(Each, FailingCalls, testing::ValuesIn(DocumentAndPpdCal
 
 TEST_F(FailingCalls, AllThirtySixNamesAreLookedUp) {
   Faults().ForgetCalls();
-  Bidi_Destroy(Bidi_Create(ia_test::kDriverFolder));
+  Bidi_Destroy(Bidi_Create(ia_test::kReferenceDriver));
   EXPECT_EQ(Faults().Seen(Callee::kDlsym), 36);
 }
 

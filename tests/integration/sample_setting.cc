@@ -142,8 +142,8 @@ SampleSetting::SampleSetting() {
     documents_.Write(file, "<document version=\"1\">" + std::string(content) + "</document>\n");
   }
   CallFaults::Instance();  // from here on what the library allocates is known
-  bidi_ = Bidi_Create(ia_test::kDriverFolder);
-  EXPECT_NE(bidi_, nullptr) << ia_test::kDriverFolder;
+  bidi_ = Bidi_Create(ia_test::kReferenceDriver);
+  EXPECT_NE(bidi_, nullptr) << ia_test::kReferenceDriver;
   CallFaults::Instance().Track("libmqpd_util.so");
 }
 

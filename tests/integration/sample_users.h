@@ -49,7 +49,7 @@ struct SampleQueue {
 // One life of an analyser: asked, asked again with its documents loaded anew, asked for the flags
 // of a function version, destroyed. Tells whether every answer was right.
 inline bool AskOnce(const SampleQueue& queue) {
-  BidiContext* const bidi = Bidi_Create(ia_test::kDriverFolder);
+  BidiContext* const bidi = Bidi_Create(ia_test::kReferenceDriver);
   AnalyzeContext* const analyzer =
       Analyze_Create(bidi, queue.name.c_str(), queue.documents.c_str());
   bool is_right = analyzer != nullptr;

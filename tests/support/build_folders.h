@@ -5,8 +5,8 @@
 
 namespace ia_test {
 
-extern const char kDriverFolder[];   // of the reference communication library
-extern const char kSupportFolder[];  // of the driver folders with tests' own libraries
+extern const char kReferenceDriver[];  // the driver folder of the reference communication library
+extern const char kSupportDrivers[];   // the folder of driver folders with tests' own libraries
 
 }  // namespace ia_test
 

@@ -18,7 +18,9 @@ struct BidiDeleter {
 };
 using BidiPtr = std::unique_ptr<BidiContext, BidiDeleter>;
 
-inline std::string RecordingFolder() { return std::string(ia_test::kSupportFolder) + "/recording"; }
+inline std::string RecordingFolder() {
+  return std::string(ia_test::kSupportDrivers) + "/recording";
+}
 inline std::string RecordingPath() { return RecordingFolder() + "/Bidi/libmqpd_util.so"; }
 
 inline bool IsLoaded(const std::string& path) {
