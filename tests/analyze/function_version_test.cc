@@ -3,9 +3,11 @@
 
 #include <array>
 #include <cstdint>
+#include <cstdlib>
 #include <limits>
 #include <ostream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "info_analyze/analyzer.h"
@@ -291,6 +293,29 @@ TEST_F(FunctionVersion, KeysThatContainTheSourceKeyApplyToo) {
           {"QVAnlz_FuncVer_UIExtra_999", "QVThird:3"},
           {"XQVAnlz_FuncVer_U_1", "QVFourth:4"}});
   EXPECT_EQ(ForVersion(1), (Outcome{0, {{"QVFirst", "1"}, {"QVSecond", "2"}, {"QVThird", "3"}}}));
+}
+
+TEST_F(FunctionVersion, EntryWithoutAValueEndsTheSearchForItsKey) {
+  SetPpd({{"QVAnlz_FuncVer_UI_2", "QVSecond:2"},
+          {"QVAnlz_FuncVer_CommonFlag", "A"},
+          {"QVAnlz_FuncVer_UI_1", "QVFirst:1"}});
+  std::free(std::exchange(context_.ppd_options->value, nullptr));
+  EXPECT_EQ(ForVersion(2), (Outcome{0, {{kTarget, "A"}}}));
+}
+
+TEST_F(FunctionVersion, EntryWithoutAKeyIsPassedOver) {
+  SetPpd({{"QVAnlz_FuncVer_UI_2", "QVSecond:2"}, {"QVAnlz_FuncVer_UI_1", "QVFirst:1"}});
+  std::free(std::exchange(context_.ppd_options->key, nullptr));
+  EXPECT_THAT(ForVersion(2).entries, SizeIs(1));
+}
+
+TEST_F(FunctionVersion, ListMayBeThePpdsOwn) {
+  SetPpd({{kSource, "A,B"}, {"QVAnlz_FuncVer_UI_1", "QVFirst:1"}});
+  EXPECT_EQ(Analyze_Info_FromFunctionVersion(&context_, 1, context_.ppd_options), 0);
+  const Entries entries = EntriesFrom(context_.ppd_options);
+  EXPECT_THAT(entries, testing::IsSupersetOf<Entry>(
+                           {{"QVFirst", "1"}, {kTarget, "A"}, {"QV_Prot_CommonFlag_1", "B"}}));
+  EXPECT_THAT(entries, SizeIs(5));
 }
 
 // One source key ---------------------------------------------------------------------------------

@@ -234,6 +234,11 @@ TEST(NextFlagKeyNull, ListsCountAsEmpty) {
   EXPECT_THAT(NextKey(nullptr, list.get(), "Base").get(), StrEq("Base_2"));
 }
 
+TEST(NextFlagKeyNull, EntryWithoutAKeyDoesNotCount) {
+  const Table list(NewNode(nullptr, "1", NewNode("Base_1", "2", nullptr)));
+  EXPECT_THAT(NextKey(list.get(), nullptr, "Base").get(), StrEq("Base_2"));
+}
+
 TEST(NextFlagKeyNull, BaseGivesNull) {
   const Table list = ListOfKeys({"Base_1"});
   EXPECT_THAT(NextKey(list.get(), list.get(), nullptr), IsNull());

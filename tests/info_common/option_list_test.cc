@@ -120,7 +120,8 @@ class OptionListSearch : public testing::TestWithParam<SearchRow> {
                                  {"XQVFIN", "2"},
                                  {"Other", "3"},
                                  {"", "4"},
-                                 {"\xC4_\xFF", "5"}});
+                                 {"\xC4_\xFF", "5"},
+                                 {"A_a_b-C", "6"}});
 };
 
 TEST_P(OptionListSearch, VisitsEveryKeyThatContainsTheNeedleInAnyCase) {
@@ -139,16 +140,25 @@ TEST_P(OptionListSearch, VisitsEveryKeyThatContainsTheNeedleInAnyCase) {
 
 INSTANTIATE_TEST_SUITE_P(
     Needles, OptionListSearch,
-    Rows<SearchRow>({{"AtTheBeginning", "QVFin", {"QVFinisher", "qvfin", "XQVFIN"}},
-                     {"InTheMiddle", "FINI", {"QVFinisher"}},
-                     {"AtTheEnd", "SHER", {"QVFinisher"}},
-                     {"WholeKey", "OTHER", {"Other"}},
-                     {"LongerThanTheKey", "Others", {}},
-                     {"Nowhere", "QVFix", {}},
-                     {"Empty", "", {"QVFinisher", "qvfin", "XQVFIN", "Other", "", "\xC4_\xFF"}},
-                     {"BytesAbove127", "\xFF", {"\xC4_\xFF"}},
-                     {"BytesAbove127HaveNoCase", "\xE4", {}},
-                     {"SignsBesideTheLettersHaveNoCase", "\x7F", {}}}),
+    Rows<SearchRow>(
+        {{"AtTheBeginning", "QVFin", {"QVFinisher", "qvfin", "XQVFIN"}},
+         {"InTheMiddle", "FINI", {"QVFinisher"}},
+         {"AtTheEnd", "SHER", {"QVFinisher"}},
+         {"WholeKey", "OTHER", {"Other"}},
+         {"LongerThanTheKey", "Others", {}},
+         {"Nowhere", "QVFix", {}},
+         {"Empty", "", {"QVFinisher", "qvfin", "XQVFIN", "Other", "", "\xC4_\xFF", "A_a_b-C"}},
+         {"SignWithinLetters", "a_B-c", {"A_a_b-C"}},
+         {"SignFirst", "_B", {"A_a_b-C"}},
+         {"SignLast", "b-", {"A_a_b-C"}},
+         {"SignAlone", "_", {"\xC4_\xFF", "A_a_b-C"}},
+         {"SignWithOtherLettersBefore", "c_a", {}},
+         {"SignWithOtherLettersBehind", "a_c", {}},
+         {"SignEarlierThanInTheNeedle", "AAA_a", {}},
+         {"SignBeforeTheKeysEnd", "-CC", {}},
+         {"BytesAbove127", "\xFF", {"\xC4_\xFF"}},
+         {"BytesAbove127HaveNoCase", "\xE4", {}},
+         {"SignsBesideTheLettersHaveNoCase", "\x7F", {}}}),
     RowName<SearchRow>);
 
 TEST(OptionListCursor, StandsBehindTheMatchAndLendsItsTexts) {
@@ -204,6 +214,15 @@ TEST(OptionListCursor, MatchWithoutAValueIsPassedButNotFound) {
   EXPECT_THAT(key, StrEq("Key1"));
   EXPECT_THAT(value, IsNull());
   EXPECT_EQ(cursor, list->next);
+}
+
+TEST(OptionListCursor, EntryWithoutAKeyIsPassedOver) {
+  const Table list(NewNode(nullptr, "1", NewNode("Key", "2", nullptr)));
+  OptTable* cursor = list.get();
+  char* key = nullptr;
+  char* value = nullptr;
+  EXPECT_EQ(z_get_key_value_from_option_list(&cursor, "", &key, &value), 1);
+  EXPECT_THAT(value, StrEq("2"));
 }
 
 }  // namespace

@@ -19,6 +19,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::IsNull;
 using testing::Pair;
+using testing::StrEq;
 
 OwnedText GetValue(const OptTable* head, const char* key) {
   return OwnedText(info_common_optlist_getvalue(head, key));
@@ -69,6 +70,17 @@ INSTANTIATE_TEST_SUITE_P(Keys, OptionTableFind,
                                         {"MiddleOfAKey", "VFin", -1},
                                         {"EmptyKeyFitsEveryEntry", "", 0}}),
                          RowName<FindRow>);
+
+TEST(OptionTableFindNull, EntryWithoutAKeyIsNoEntry) {
+  const Table table(NewNode(nullptr, "1", NewNode("A", "2", nullptr)));
+  EXPECT_EQ(info_common_optlist_find(table.get(), ""), table->next);
+  EXPECT_THAT(GetValue(table.get(), "A").get(), StrEq("2"));
+  info_common_optlist_changevalue(table.get(), "A", "3");
+  info_common_optlist_additem_back(table.get(), "B", "4");
+  EXPECT_THAT(GetValue(table.get(), "A").get(), StrEq("3"));
+  EXPECT_THAT(GetValue(table.get(), "B").get(), StrEq("4"));
+  EXPECT_THAT(table->value, StrEq("1"));
+}
 
 TEST(OptionTableFindNull, NullTableOrKeyFindsNothing) {
   const Table table = MakeTable({{"A", "1"}});

@@ -108,10 +108,7 @@ std::vector<CallSite> FindCallSites(const std::string& library_path) {
     const bool is_call = instruction->mnemonic == "call";
     const auto callee = CalleeNamed(instruction->symbol);
     const bool is_stub = function.ends_with("@plt");
-    // What counts lines in the library.
-    const bool is_of_gcov = function.find("gcov") != std::string::npos || function == "mangle_path";
-    if (!callee || is_stub || is_of_gcov || !(is_call || instruction->mnemonic.starts_with('j')))
-      continue;
+    if (!callee || is_stub || !(is_call || instruction->mnemonic.starts_with('j'))) continue;
     is_behind_call = is_call;
     sites.push_back({*callee, 0, line + " in " + function});
   }

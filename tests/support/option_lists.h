@@ -13,6 +13,14 @@ namespace ia_test {
 using Entry = std::pair<std::string, std::string>;
 using Entries = std::vector<Entry>;
 
+inline Entries EntriesFrom(const OptTable* first) {
+  Entries entries;
+  for (const OptTable* node = first; node != nullptr; node = node->next) {
+    entries.emplace_back(node->key, node->value);
+  }
+  return entries;
+}
+
 // A list as the callers of an analyser make it: with an empty first node.
 class CallersList {
  public:
@@ -24,13 +32,7 @@ class CallersList {
   OptionList* get() { return head_; }
 
   // What was appended.
-  Entries entries() const {
-    Entries found;
-    for (const OptTable* node = head_->next; node != nullptr; node = node->next) {
-      found.emplace_back(node->key, node->value);
-    }
-    return found;
-  }
+  Entries entries() const { return EntriesFrom(head_->next); }
 
  private:
   OptionList* head_ = nullptr;
