@@ -1,6 +1,7 @@
 #include "info_analyze/flag_info.h"
 
 #include <algorithm>
+#include <cstring>
 #include <string_view>
 
 #include "info_common/option_table.h"
@@ -17,9 +18,14 @@ std::string_view TakeUpTo(std::string_view& text, char separator) noexcept {
   return taken;
 }
 
+// Without the length of each name: a store has up to 1,024, and each new one is held against all.
+bool IsNamed(const FlagPair& pair, std::string_view name) noexcept {
+  return std::strncmp(pair.name, name.data(), name.size()) == 0 && pair.name[name.size()] == '\0';
+}
+
 FlagPair* FindFlag(const FlagInfo& store, std::string_view name) noexcept {
   for (FlagPair* pair = store.entries; pair < store.entries + store.count; ++pair) {
-    if (pair->name != nullptr && name == pair->name) return pair;
+    if (pair->name != nullptr && IsNamed(*pair, name)) return pair;
   }
   return nullptr;
 }
