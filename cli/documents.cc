@@ -60,6 +60,10 @@ class OpenFile {
 
 }  // namespace
 
+const char* DocumentFileName(std::int32_t document) {
+  return kFileNames[static_cast<std::size_t>(document)] + 1;
+}
+
 std::vector<std::string> ExplainMissingDocuments(const AnalyzeContext& analyzer) {
   std::vector<std::string> sentences;
   for (std::size_t i = 0; i < kFileNames.size(); ++i) {

@@ -1,12 +1,16 @@
 #ifndef INFO_ANALYZE_CLI_DOCUMENTS_H_
 #define INFO_ANALYZE_CLI_DOCUMENTS_H_
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
 #include "info_analyze/info_analyze.h"
 
 namespace ia::cli {
+
+// "Accessories.xml", by the document's index.
+[[nodiscard]] const char* DocumentFileName(std::int32_t document);
 
 // One sentence for each document that a query could not load: its file, and what is wrong there.
 [[nodiscard]] std::vector<std::string> ExplainMissingDocuments(const AnalyzeContext& analyzer);

@@ -22,6 +22,7 @@ constexpr auto kVerbs = std::to_array<Verb>({
      DefineCalibration},
     {"function-version", "Tell which flags a driver function version selects",
      DefineFunctionVersion},
+    {"models", "Tell which handlers decide the options of each driver model", DefineModels},
     {"query", "Tell what a printer is and has, as PPD options", DefineQuery},
     {"queues", "List print queues, or find the one that serves a device", DefineQueues},
     {"uri", "Tell what follows from a device URI", DefineUri},

@@ -10,6 +10,7 @@ namespace ia::cli {
 // does the work: the answer goes to standard output, a failure is thrown.
 void DefineCalibration(CLI::App& verb);
 void DefineFunctionVersion(CLI::App& verb);
+void DefineModels(CLI::App& verb);
 void DefineQuery(CLI::App& verb);
 void DefineQueues(CLI::App& verb);
 void DefineUri(CLI::App& verb);
