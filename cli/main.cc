@@ -20,6 +20,7 @@ struct Verb {
 constexpr auto kVerbs = std::to_array<Verb>({
     {"calibration", "Tell what a calibration tool sends to a printer, and starts from",
      DefineCalibration},
+    {"explain", "Tell why each option of a printer has its value", DefineExplain},
     {"function-version", "Tell which flags a driver function version selects",
      DefineFunctionVersion},
     {"models", "Tell which handlers decide the options of each driver model", DefineModels},

@@ -1,11 +1,8 @@
-#include <cstdint>
 #include <memory>
 #include <string>
-#include <vector>
 
-#include "cli/documents.h"
-#include "cli/failure.h"
 #include "cli/output.h"
+#include "cli/printer_query.h"
 #include "cli/session.h"
 #include "cli/verbs.h"
 
@@ -17,20 +14,9 @@ struct QueryOptions {
   std::string format = "text";
 };
 
-[[noreturn]] void FailForDocuments(const std::string& queue, int32_t result,
-                                   const std::vector<std::string>& missing) {
-  for (const std::string& sentence : missing) ReportError(sentence);
-  throw Failure(ExitStatus::kDocuments,
-                "queue " + queue + ": the query failed with result " + std::to_string(result));
-}
-
 void Query(const QueryOptions& query) {
   const Session session = OpenSession(query.location);
-  const OptionListPtr options = StartOptionList();
-  const int32_t result = Analyze_Info_FromPrinter(session.analyzer.get(), options.get(), 0);
-  const std::vector<std::string> missing = ExplainMissingDocuments(*session.analyzer);
-  if (result != 0) FailForDocuments(query.location.queue, result, missing);
-  for (const std::string& sentence : missing) ReportWarning(sentence);
+  const OptionListPtr options = AskPrinter(*session.analyzer, query.location.queue);
   const Answer answer = {session.analyzer->driver_name, options->next};
   WriteAnswer(FindFormatter(query.format)(answer));
 }

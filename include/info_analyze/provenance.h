@@ -47,7 +47,8 @@ typedef struct InputKey {
   int32_t in_list;  /**< 1: a key of each item of the document's "list"; 0: an outermost one */
   int32_t type;     /**< IA_KEY_LONG, IA_KEY_STRING, or of an array IA_KEY_LONG_ELEMENTS or
                          IA_KEY_STRING_ELEMENTS; IA_KEY_DICTIONARY: the number of such items */
-  const char* key;  /**< key; in the PPD the keyword, or the beginning of keywords */
+  const char* key;  /**< key; in the PPD a keyword, or with IA_KEY_STRING_ELEMENTS what the keywords
+                         of several texts begin with */
 } InputKey;
 
 /** An option that an update handler sets. */

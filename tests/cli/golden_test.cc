@@ -1,0 +1,92 @@
+// What each verb says of each sample printer, compared byte for byte with what is kept under
+// golden/. With IA_RENEW_GOLDEN in the environment the kept files are written anew, to be read.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <tuple>
+#include <vector>
+
+#include "tests/cli/process.h"
+#include "tests/support/temp_folder.h"
+
+namespace {
+
+using ia_test::Finished;
+using ia_test::ReadFile;
+
+struct VerbCase {
+  std::string verb;
+  int status;  // with every sample printer
+};
+
+const VerbCase kVerbs[] = {
+    {"query", 0},
+    {"explain", 0},
+};
+
+std::vector<std::string> Printers() {
+  std::vector<std::string> names;
+  for (const auto& entry : std::filesystem::directory_iterator(IA_TEST_SOURCE "/examples")) {
+    if (entry.is_directory()) names.push_back(entry.path().filename());
+  }
+  std::ranges::sort(names);
+  return names;
+}
+
+using Parameters = std::tuple<VerbCase, std::string, std::string>;  // printer, format
+
+class Golden : public testing::TestWithParam<Parameters> {
+ protected:
+  Golden() {
+    std::filesystem::create_directory_symlink(IA_TEST_DRIVER_FOLDER, root_ / "driver");
+    std::filesystem::create_directory_symlink(IA_TEST_SOURCE "/examples", root_ / "printers");
+  }
+  // With relative folders, so that none of this machine is told.
+  Finished Run() const {
+    const auto& [verb, printer, format] = GetParam();
+    return ia_test::RunProgram(
+        {.arguments = {IA_TEST_TOOL, verb.verb, "--queue", printer, "--driver-folder", "driver",
+                       "--cups-root", "printers/" + printer, "--device-info",
+                       "printers/" + printer + "/device-info", "--format", format},
+         .environment = {{"HOME", root_.path()}},
+         .folder = root_.path(),
+         .output = ""});
+  }
+  static std::string KeptFile() {
+    const auto& [verb, printer, format] = GetParam();
+    return IA_TEST_SOURCE "/tests/cli/golden/" + printer + "/" + verb.verb +
+           (format == "json" ? ".json" : ".txt");
+  }
+  static void Renew(const std::string& text) {
+    std::filesystem::create_directories(std::filesystem::path(KeptFile()).parent_path());
+    std::ofstream(KeptFile(), std::ios::binary) << text;
+  }
+
+  const ia_test::TempFolder root_;
+};
+
+TEST_P(Golden, IsWhatTheToolSays) {
+  const Finished run = Run();
+  if (std::getenv("IA_RENEW_GOLDEN") != nullptr) Renew(run.out);
+  EXPECT_EQ(run.status, std::get<VerbCase>(GetParam()).status);
+  EXPECT_EQ(run.err, "");
+  EXPECT_EQ(run.out, ReadFile(KeptFile()));
+}
+
+std::string NameOf(const testing::TestParamInfo<Parameters>& info) {
+  const auto& [verb, printer, format] = info.param;
+  std::string name = verb.verb + "_" + printer + "_" + format;
+  std::ranges::replace(name, '-', '_');
+  return name;
+}
+
+INSTANTIATE_TEST_SUITE_P(Samples, Golden,
+                         testing::Combine(testing::ValuesIn(kVerbs), testing::ValuesIn(Printers()),
+                                          testing::Values("text", "json")),
+                         NameOf);
+
+}  // namespace
