@@ -20,6 +20,7 @@ struct Verb {
 constexpr auto kVerbs = std::to_array<Verb>({
     {"calibration", "Tell what a calibration tool sends to a printer, and starts from",
      DefineCalibration},
+    {"doctor", "Tell what is wrong with a printer's set-up, and what to mend first", DefineDoctor},
     {"explain", "Tell why each option of a printer has its value", DefineExplain},
     {"function-version", "Tell which flags a driver function version selects",
      DefineFunctionVersion},
@@ -72,6 +73,8 @@ void RequireVerb(const CLI::App& app) {
     return ExitStatus::kSuccess;
   } catch (const CLI::ParseError& error) {
     return EndParsing(app, error);
+  } catch (const Verdict& verdict) {
+    return verdict.status();
   } catch (const Failure& failure) {
     return Fail(failure.status(), failure.what());
   } catch (const std::exception& error) {

@@ -65,6 +65,19 @@ ModelRow FindModelRow(std::int32_t family, const char* model_code) {
   return row;
 }
 
+std::uint64_t InputsOfModel(const char* model_code) {
+  std::uint64_t inputs = 0;
+  for (const UpdateSource* const update : UpdateHandlers()) {
+    for (std::int32_t i = 0; i < update->option_count; ++i) {
+      const OptionSource& option = update->options[i];
+      inputs |= option.inputs;
+      if (option.family == IA_FAMILY_NONE) continue;
+      inputs |= FindModelRow(option.family, model_code).inputs;
+    }
+  }
+  return inputs;
+}
+
 std::string PatternOf(const ModelRow& row) {
   if (*row.code == '\0') return "(other models)";
   return row.whole_code != 0 ? row.code : std::string(row.code) + "*";

@@ -25,6 +25,9 @@ namespace ia::cli {
 // The row that a model code, which may be null, selects for a family.
 [[nodiscard]] ModelRow FindModelRow(std::int32_t family, const char* model_code);
 
+// What is looked at for any option of a model.
+[[nodiscard]] std::uint64_t InputsOfModel(const char* model_code);
+
 // "RA-P9*", "RA-Z5" for a whole code, "(other models)".
 [[nodiscard]] std::string PatternOf(const ModelRow& row);
 

@@ -14,15 +14,6 @@
 namespace ia::cli {
 namespace {
 
-[[nodiscard]] std::string LibraryPath(const std::string& driver_folder) {
-  char* path = nullptr;
-  if (FolderPathToFullPathOfMqpdUtil(driver_folder.c_str(), &path) != 0) {
-    throw Failure(ExitStatus::kCommunicationLibrary,
-                  "communication library: the driver folder's path is too long: " + driver_folder);
-  }
-  return TextPtr(path).get();
-}
-
 [[nodiscard]] BidiPtr LoadLibrary(const std::string& driver_folder) {
   const std::string path = LibraryPath(driver_folder);
   BidiPtr library(Bidi_Create(driver_folder.c_str()));
@@ -67,11 +58,7 @@ void RequirePpdFile(const std::string& queue, const std::string& root) {
 }
 
 [[nodiscard]] AnalyzerPtr CreateAnalyzer(BidiContext* library, const PrinterLocation& location) {
-  if (!location.cups_root.empty()) {
-    const std::string root = std::filesystem::absolute(location.cups_root).string();
-    UseCupsRoot(root);
-    RequirePpdFile(location.queue, root);
-  }
+  UseQueue(location);
   AnalyzerPtr analyzer(
       Analyze_Create(library, location.queue.c_str(), location.device_info.c_str()));
   if (!analyzer) FailForQueue(location.queue);
@@ -79,6 +66,15 @@ void RequirePpdFile(const std::string& queue, const std::string& root) {
 }
 
 }  // namespace
+
+std::string LibraryPath(const std::string& driver_folder) {
+  char* path = nullptr;
+  if (FolderPathToFullPathOfMqpdUtil(driver_folder.c_str(), &path) != 0) {
+    throw Failure(ExitStatus::kCommunicationLibrary,
+                  "communication library: the driver folder's path is too long: " + driver_folder);
+  }
+  return TextPtr(path).get();
+}
 
 void AddQueueOptions(CLI::App& verb, PrinterLocation& location) {
   verb.add_option("--queue", location.queue, "Name of the CUPS queue")
@@ -98,6 +94,13 @@ void AddPrinterOptions(CLI::App& verb, PrinterLocation& location) {
   verb.add_option("--device-info", location.device_info, "Folder of the nine device documents")
       ->type_name("DIR")
       ->required();
+}
+
+void UseQueue(const PrinterLocation& location) {
+  if (location.cups_root.empty()) return;
+  const std::string root = std::filesystem::absolute(location.cups_root).string();
+  UseCupsRoot(root);
+  RequirePpdFile(location.queue, root);
 }
 
 Session OpenSession(const PrinterLocation& location) {

@@ -22,6 +22,13 @@ void AddQueueOptions(CLI::App& verb, PrinterLocation& location);
 // Those, and the one that tells the device documents.
 void AddPrinterOptions(CLI::App& verb, PrinterLocation& location);
 
+// Makes the location's CUPS root that of this process, where one is told; throws a Failure when it
+// has no PPD of the queue.
+void UseQueue(const PrinterLocation& location);
+
+// The communication library of a driver folder; throws a Failure when the path is too long.
+[[nodiscard]] std::string LibraryPath(const std::string& driver_folder);
+
 // Members are released from the last to the first: the analyser needs the communication library.
 struct Session {
   BidiPtr library;

@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <map>
 #include <string>
 #include <tuple>
 #include <vector>
@@ -20,12 +21,17 @@ using ia_test::ReadFile;
 
 struct VerbCase {
   std::string verb;
-  int status;  // with every sample printer
+  std::map<std::string, int> statuses;  // of printers; others end with 0
 };
 
+// These printers do not report every key.
+const std::map<std::string, int> kWarnings = {
+    {"colour-copier", 7}, {"fax-centre", 7}, {"floor-printer", 7}, {"small-office", 7}};
+
 const VerbCase kVerbs[] = {
-    {"query", 0},
-    {"explain", 0},
+    {"query", {}},
+    {"explain", {}},
+    {"doctor", kWarnings},
 };
 
 std::vector<std::string> Printers() {
@@ -72,7 +78,9 @@ class Golden : public testing::TestWithParam<Parameters> {
 TEST_P(Golden, IsWhatTheToolSays) {
   const Finished run = Run();
   if (std::getenv("IA_RENEW_GOLDEN") != nullptr) Renew(run.out);
-  EXPECT_EQ(run.status, std::get<VerbCase>(GetParam()).status);
+  const auto& [verb, printer, format] = GetParam();
+  const auto status = verb.statuses.find(printer);
+  EXPECT_EQ(run.status, status != verb.statuses.end() ? status->second : 0);
   EXPECT_EQ(run.err, "");
   EXPECT_EQ(run.out, ReadFile(KeptFile()));
 }

@@ -1,0 +1,143 @@
+// The doctor's checks of the queue and of the lines of its PPD that the library reads.
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <map>
+#include <set>
+#include <string_view>
+
+#include "cli/checkup.h"
+#include "cli/failure.h"
+#include "cli/provenance.h"
+#include "info_analyze/analyzer.h"
+
+namespace ia::cli {
+namespace {
+
+constexpr const char* kModelCode = "QVAnlz_DriverName";
+constexpr std::size_t kLongestText = 254;  // of a key or value that the library reads
+
+// False when there is no PPD.
+[[nodiscard]] bool FetchPpd(Patient& patient, Checkup& checkup) {
+  const std::string& queue = patient.location.queue;
+  try {
+    UseQueue(patient.location);
+  } catch (const Failure& failure) {
+    checkup.Fail("queue", failure.what(),
+                 "check the queue's name and --cups-root; `info-analyze queues cups` lists queues");
+    return false;
+  }
+  const auto ppd = ReadPpd(queue);
+  if (!ppd) {
+    checkup.Fail("queue", "queue " + queue + ": CUPS has no PPD for it that can be read",
+                 "check the queue's name; `lpstat -p` lists queues, `lpadmin -p " + queue +
+                     " -P FILE.ppd` gives it a PPD");
+    return false;
+  }
+  patient.ppd = *ppd;
+  patient.ppd_options = ParsePpdOptions(*ppd);
+  checkup.Ok("queue", "queue " + queue + " has a PPD of " + std::to_string(ppd->size()) + " bytes");
+  return true;
+}
+
+void CheckHead(const Patient& patient, Checkup& checkup) {
+  if (patient.ppd.starts_with("*PPD-Adobe:")) return;
+  checkup.Warn("ppd", "the PPD does not begin with \"*PPD-Adobe:\", so other programs refuse it",
+               "take the PPD of the driver package as it is");
+}
+
+// The key and value of an option line "*QVKey: value".
+[[nodiscard]] std::pair<std::string_view, std::string_view> SplitLine(std::string_view line) {
+  const std::size_t colon = std::min(line.find(':'), line.size());
+  return {line.substr(1, colon - std::min<std::size_t>(colon, 1)),
+          line.substr(std::min(colon + 1, line.size()))};
+}
+
+struct OptionLines {
+  std::map<std::string, int> counts;  // by key
+  std::size_t blocks_left_open = 0;
+};
+
+void CheckLine(std::string_view line, OptionLines& lines, Checkup& checkup) {
+  const auto [key, value] = SplitLine(line);
+  ++lines.counts[std::string(key)];
+  if (key.size() <= kLongestText && value.size() <= kLongestText + 3) return;
+  checkup.Warn("ppd",
+               "the line of " + std::string(key.substr(0, 60)) + " is longer than " +
+                   std::to_string(kLongestText) + " bytes and is passed over",
+               "split its items into several lines, with _1, _2 behind the keyword");
+}
+
+// Option lines stand between the blocks of options; others are the choices of options.
+[[nodiscard]] OptionLines ReadOptionLines(const Patient& patient, Checkup& checkup) {
+  OptionLines lines;
+  bool is_in_block = false;
+  ForEachLine(patient.ppd, [&](std::string_view line) {
+    if (line.starts_with("*OpenUI")) is_in_block = true;
+    if (line.starts_with("*CloseUI")) is_in_block = false;
+    if (!is_in_block && line.starts_with("*QV")) CheckLine(line, lines, checkup);
+  });
+  if (is_in_block) {
+    checkup.Warn("ppd", "a block of the PPD is not closed: option lines behind it are not read",
+                 "add the missing *CloseUI line");
+  }
+  return lines;
+}
+
+void CheckRepetitions(const OptionLines& lines, Checkup& checkup) {
+  for (const auto& [key, count] : lines.counts) {
+    if (count < 2) continue;
+    checkup.Warn("ppd",
+                 "the PPD has " + std::to_string(count) + " lines of " + key +
+                     ", of which the last one counts",
+                 "keep one line of " + key);
+  }
+}
+
+[[nodiscard]] std::size_t CountRows(const char* model_code) {
+  std::size_t rows = 0;
+  for (std::int32_t family = 0; family < IA_FAMILY_COUNT; ++family) {
+    rows += Analyze_Provenance_FindModelRow(family, model_code) != IA_OTHER_MODELS ? 1 : 0;
+  }
+  return rows;
+}
+
+void CheckModelCode(const Patient& patient, Checkup& checkup) {
+  const char* const code = patient.ppd_reader->driver_name;
+  if (code == nullptr || *code == '\0') {
+    checkup.Warn("ppd",
+                 std::string("the PPD has no model code (") + kModelCode +
+                     "), so the common handlers decide for every option",
+                 "take the PPD of this model's driver, or add a line *" + std::string(kModelCode) +
+                     ": \"CODE\"");
+    return;
+  }
+  const std::size_t rows = CountRows(code);
+  const std::string model = std::string("model code ") + code;
+  if (rows > 0) {
+    checkup.Ok("ppd", model + " has rows for " + std::to_string(rows) + " option families");
+  } else {
+    checkup.Note("ppd", model + " is in no model table: the common handlers decide");
+  }
+}
+
+}  // namespace
+
+void CheckQueue(Patient& patient, Checkup& checkup) {
+  if (!FetchPpd(patient, checkup)) return;
+  CheckHead(patient, checkup);
+  const OptionLines lines = ReadOptionLines(patient, checkup);
+  patient.ppd_reader.reset(
+      Analyze_Create(&patient.no_library, patient.location.queue.c_str(), nullptr));
+  if (!patient.ppd_reader) {
+    checkup.Fail("ppd", "the PPD has no option lines of the driver (\"*QV\")",
+                 "give the queue the PPD of the driver package instead of a generic one");
+    return;
+  }
+  checkup.Ok("ppd",
+             "the PPD has " + std::to_string(lines.counts.size()) + " keywords of the driver");
+  CheckRepetitions(lines, checkup);
+  CheckModelCode(patient, checkup);
+}
+
+}  // namespace ia::cli
