@@ -23,7 +23,8 @@ struct JobQuestion {
 
 template <auto kAsk>
 void Answer(const JobQuestion& question) {
-  const Session session = OpenSession(question.location);
+  const PrinterLocation location = Locate(question.location);
+  const Session session = OpenSession(location);
   const JobOptions job(question.options, session.analyzer->ppd_options);
   const auto answer = kAsk(*session.analyzer, job.table());
   WriteAnswer(question.format == "json" ? FormatJson(answer) : FormatText(answer));

@@ -92,7 +92,7 @@ struct DoctorQuestion {
 }
 
 void Diagnose(const DoctorQuestion& question) {
-  const Checkup checkup = Examine(question.location);
+  const Checkup checkup = Examine(Locate(question.location));
   WriteAnswer(question.format == "json" ? CheckupJson(checkup) : FormatCheckup(checkup));
   switch (Worst(checkup)) {
     case Level::kFailure:

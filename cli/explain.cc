@@ -174,10 +174,11 @@ void Select(const std::vector<std::string>& keywords, std::vector<Explanation>& 
 }
 
 void ExplainOptions(const ExplainQuestion& question) {
-  const Session session = OpenSession(question.location);
-  const OptionListPtr options = AskPrinter(*session.analyzer, question.location.queue);
+  const PrinterLocation location = Locate(question.location);
+  const Session session = OpenSession(location);
+  const OptionListPtr options = AskPrinter(*session.analyzer, location.queue);
   Report report = {session.analyzer->driver_name,
-                   ParsePpdOptions(ReadPpd(question.location.queue).value_or("")),
+                   ParsePpdOptions(ReadPpd(location.queue).value_or("")),
                    Explain(*session.analyzer, options->next)};
   Select(question.keywords, report.explanations);
   WriteAnswer(question.format == "json" ? ExplanationsJson(report) : FormatExplanations(report));

@@ -19,6 +19,7 @@ enum class ExitStatus {
   kNotFound = 6,
   kWarnings = 7,
   kFailures = 8,
+  kSnapshot = 9,
 };
 
 // Thrown by the step that fails; main() reports it and ends the process.

@@ -33,7 +33,8 @@ struct FunctionVersionOptions {
 
 void TellFlags(const FunctionVersionOptions& asked) {
   const std::uint32_t version = ParseVersion(asked.version);
-  const Session session = OpenSession(asked.location);
+  const PrinterLocation location = Locate(asked.location);
+  const Session session = OpenSession(location);
   const OptionListPtr flags = StartOptionList();
   const int32_t result =
       Analyze_Info_FromFunctionVersion(session.analyzer.get(), version, flags.get());

@@ -27,6 +27,7 @@ constexpr auto kVerbs = std::to_array<Verb>({
     {"models", "Tell which handlers decide the options of each driver model", DefineModels},
     {"query", "Tell what a printer is and has, as PPD options", DefineQuery},
     {"queues", "List print queues, or find the one that serves a device", DefineQueues},
+    {"snapshot", "Keep a printer in one folder, to be asked again without it", DefineSnapshot},
     {"uri", "Tell what follows from a device URI", DefineUri},
 });
 

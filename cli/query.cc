@@ -15,8 +15,9 @@ struct QueryOptions {
 };
 
 void Query(const QueryOptions& query) {
-  const Session session = OpenSession(query.location);
-  const OptionListPtr options = AskPrinter(*session.analyzer, query.location.queue);
+  const PrinterLocation location = Locate(query.location);
+  const Session session = OpenSession(location);
+  const OptionListPtr options = AskPrinter(*session.analyzer, location.queue);
   const Answer answer = {session.analyzer->driver_name, options->next};
   WriteAnswer(FindFormatter(query.format)(answer));
 }

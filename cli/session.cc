@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "cli/failure.h"
+#include "cli/snapshot_folder.h"
 
 namespace ia::cli {
 namespace {
@@ -76,24 +77,49 @@ std::string LibraryPath(const std::string& driver_folder) {
   return TextPtr(path).get();
 }
 
-void AddQueueOptions(CLI::App& verb, PrinterLocation& location) {
-  verb.add_option("--queue", location.queue, "Name of the CUPS queue")
-      ->type_name("NAME")
-      ->required();
-  verb.add_option("--driver-folder", location.driver_folder,
-                  "Folder of the driver; its communication library is Bidi/libmqpd_util.so")
-      ->type_name("DIR")
-      ->required();
+void AddCupsOptions(CLI::App& verb, PrinterLocation& location) {
+  verb.add_option("--queue", location.queue, "Name of the CUPS queue")->type_name("NAME");
   verb.add_option("--cups-root", location.cups_root,
                   "Read the PPD from DIR/ppd/NAME.ppd instead of asking a CUPS server")
       ->type_name("DIR");
 }
 
-void AddPrinterOptions(CLI::App& verb, PrinterLocation& location) {
-  AddQueueOptions(verb, location);
-  verb.add_option("--device-info", location.device_info, "Folder of the nine device documents")
+CLI::Option* AddDocumentsOption(CLI::App& verb, PrinterLocation& location) {
+  return verb
+      .add_option("--device-info", location.device_info, "Folder of the nine device documents")
+      ->type_name("DIR");
+}
+
+void AddQueueOptions(CLI::App& verb, PrinterLocation& location) {
+  AddCupsOptions(verb, location);
+  verb.add_option("--driver-folder", location.driver_folder,
+                  "Folder of the driver; its communication library is Bidi/libmqpd_util.so")
       ->type_name("DIR")
       ->required();
+  verb.add_option("--snapshot", location.snapshot,
+                  "Ask the printer in this folder, which `snapshot` has made")
+      ->type_name("DIR")
+      ->excludes("--queue")
+      ->excludes("--cups-root");
+}
+
+void AddPrinterOptions(CLI::App& verb, PrinterLocation& location) {
+  AddQueueOptions(verb, location);
+  AddDocumentsOption(verb, location)->excludes("--snapshot");
+  location.needs_documents = true;
+}
+
+PrinterLocation Locate(const PrinterLocation& told) {
+  if (told.snapshot.empty()) {
+    if (told.queue.empty()) throw CLI::RequiredError("--queue");
+    if (told.needs_documents && told.device_info.empty()) throw CLI::RequiredError("--device-info");
+    return told;
+  }
+  PrinterLocation location = told;
+  location.queue = ReadSnapshot(told.snapshot).queue;
+  location.cups_root = told.snapshot;
+  if (told.needs_documents) location.device_info = told.snapshot + "/device-info";
+  return location;
 }
 
 void UseQueue(const PrinterLocation& location) {

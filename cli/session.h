@@ -15,12 +15,20 @@ struct PrinterLocation {
   std::string driver_folder;
   std::string device_info;  // empty: nothing is asked of the device
   std::string cups_root;    // empty: the CUPS server of the environment
+  std::string snapshot;     // empty: none; else it has the queue, its PPD and the documents
+  bool needs_documents = false;
 };
 
-// The options that tell a queue and its driver.
+// The options that tell a queue; its documents; a queue and its driver; and all of them. A snapshot
+// may stand for the queue and the documents.
+void AddCupsOptions(CLI::App& verb, PrinterLocation& location);
+CLI::Option* AddDocumentsOption(CLI::App& verb, PrinterLocation& location);
 void AddQueueOptions(CLI::App& verb, PrinterLocation& location);
-// Those, and the one that tells the device documents.
 void AddPrinterOptions(CLI::App& verb, PrinterLocation& location);
+
+// The location with what its snapshot tells; throws when the command line tells too little, or the
+// snapshot is damaged.
+[[nodiscard]] PrinterLocation Locate(const PrinterLocation& told);
 
 // Makes the location's CUPS root that of this process, where one is told; throws a Failure when it
 // has no PPD of the queue.

@@ -15,6 +15,7 @@ void DefineFunctionVersion(CLI::App& verb);
 void DefineModels(CLI::App& verb);
 void DefineQuery(CLI::App& verb);
 void DefineQueues(CLI::App& verb);
+void DefineSnapshot(CLI::App& verb);
 void DefineUri(CLI::App& verb);
 
 }  // namespace ia::cli
