@@ -20,6 +20,7 @@ enum class ExitStatus {
   kWarnings = 7,
   kFailures = 8,
   kSnapshot = 9,
+  kDifferent = 10,
 };
 
 // Thrown by the step that fails; main() reports it and ends the process.

@@ -20,6 +20,7 @@ struct Verb {
 constexpr auto kVerbs = std::to_array<Verb>({
     {"calibration", "Tell what a calibration tool sends to a printer, and starts from",
      DefineCalibration},
+    {"diff", "Tell what has changed between two printers, or between then and now", DefineDiff},
     {"doctor", "Tell what is wrong with a printer's set-up, and what to mend first", DefineDoctor},
     {"explain", "Tell why each option of a printer has its value", DefineExplain},
     {"function-version", "Tell which flags a driver function version selects",

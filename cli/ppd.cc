@@ -48,7 +48,7 @@ class OptionReader {
   void Read(const PpdLine& line) {
     if (line.keyword == "OpenUI" || line.keyword == "JCLOpenUI") {
       open_ = WithoutAsterisk(line.choice);
-      options_[open_];
+      options_[open_].text = line.text;
     } else if (line.keyword == "CloseUI" || line.keyword == "JCLCloseUI") {
       open_.clear();
     } else if (!open_.empty() && line.keyword == open_ && !line.choice.empty()) {

@@ -18,6 +18,7 @@ struct PpdChoice {
 };
 
 struct PpdOption {
+  std::string text;  // for people; empty: none
   std::vector<PpdChoice> choices;
   std::optional<std::string> default_choice;
 

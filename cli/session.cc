@@ -79,6 +79,10 @@ std::string LibraryPath(const std::string& driver_folder) {
 
 void AddCupsOptions(CLI::App& verb, PrinterLocation& location) {
   verb.add_option("--queue", location.queue, "Name of the CUPS queue")->type_name("NAME");
+  AddCupsRootOption(verb, location);
+}
+
+void AddCupsRootOption(CLI::App& verb, PrinterLocation& location) {
   verb.add_option("--cups-root", location.cups_root,
                   "Read the PPD from DIR/ppd/NAME.ppd instead of asking a CUPS server")
       ->type_name("DIR");
@@ -90,12 +94,16 @@ CLI::Option* AddDocumentsOption(CLI::App& verb, PrinterLocation& location) {
       ->type_name("DIR");
 }
 
-void AddQueueOptions(CLI::App& verb, PrinterLocation& location) {
-  AddCupsOptions(verb, location);
+void AddDriverOption(CLI::App& verb, PrinterLocation& location) {
   verb.add_option("--driver-folder", location.driver_folder,
                   "Folder of the driver; its communication library is Bidi/libmqpd_util.so")
       ->type_name("DIR")
       ->required();
+}
+
+void AddQueueOptions(CLI::App& verb, PrinterLocation& location) {
+  AddCupsOptions(verb, location);
+  AddDriverOption(verb, location);
   verb.add_option("--snapshot", location.snapshot,
                   "Ask the printer in this folder, which `snapshot` has made")
       ->type_name("DIR")

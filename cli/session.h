@@ -19,10 +19,14 @@ struct PrinterLocation {
   bool needs_documents = false;
 };
 
-// The options that tell a queue; its documents; a queue and its driver; and all of them. A snapshot
+// The options that tell where things are, one by one.
+void AddCupsRootOption(CLI::App& verb, PrinterLocation& location);
+void AddDriverOption(CLI::App& verb, PrinterLocation& location);
+CLI::Option* AddDocumentsOption(CLI::App& verb, PrinterLocation& location);
+
+// Those that tell a queue and its PPD; a queue and its driver; and its documents, too. A snapshot
 // may stand for the queue and the documents.
 void AddCupsOptions(CLI::App& verb, PrinterLocation& location);
-CLI::Option* AddDocumentsOption(CLI::App& verb, PrinterLocation& location);
 void AddQueueOptions(CLI::App& verb, PrinterLocation& location);
 void AddPrinterOptions(CLI::App& verb, PrinterLocation& location);
 
