@@ -12,6 +12,11 @@
 
 namespace ia::cli {
 
+// "1 item", "2 items".
+[[nodiscard]] inline std::string CountOf(std::size_t count, const std::string& noun) {
+  return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
+}
+
 enum class Level { kOk, kNote, kWarning, kFailure };
 
 struct Finding {

@@ -5,6 +5,7 @@
 
 #include "cli/checkup.h"
 #include "cli/failure.h"
+#include "cli/manners.h"
 #include "cli/output.h"
 #include "cli/printable.h"
 #include "cli/verbs.h"
@@ -33,6 +34,11 @@ struct DoctorQuestion {
   return "failure";
 }
 
+[[nodiscard]] Colour ColourOf(Level level) {
+  if (level == Level::kFailure) return Colour::kRed;
+  return level == Level::kWarning ? Colour::kYellow : Colour::kGreen;
+}
+
 [[nodiscard]] Level Worst(const Checkup& checkup) {
   if (checkup.Count(Level::kFailure) > 0) return Level::kFailure;
   return checkup.Count(Level::kWarning) > 0 ? Level::kWarning : Level::kOk;
@@ -41,6 +47,7 @@ struct DoctorQuestion {
 [[nodiscard]] std::string TextOf(const Finding& finding) {
   std::string level = NameOf(finding.level);
   level.resize(9, ' ');
+  if (finding.level != Level::kNote) level = Coloured(level, ColourOf(finding.level));
   std::string check = finding.check;
   check.resize(11, ' ');
   std::string text = level + check + Printable(finding.sentence) + "\n";
@@ -52,8 +59,8 @@ struct DoctorQuestion {
 [[nodiscard]] std::string FormatCheckup(const Checkup& checkup) {
   std::string text;
   for (const Finding& finding : checkup.findings()) text += TextOf(finding);
-  text += std::to_string(checkup.Count(Level::kFailure)) + " failures, " +
-          std::to_string(checkup.Count(Level::kWarning)) + " warnings\n";
+  text += CountOf(checkup.Count(Level::kFailure), "failure") + ", " +
+          CountOf(checkup.Count(Level::kWarning), "warning") + "\n";
   if (const Finding* const first = checkup.First()) {
     text += "mend first: " + Printable(first->sentence) + "\n";
   }

@@ -170,7 +170,7 @@ void CheckValues(const Patient& patient, Checkup& checkup) {
   for (const OptionList* node = options->next; node != nullptr; node = node->next, ++count) {
     CheckChoice(patient, *node, checkup);
   }
-  checkup.Ok("query", "the query tells " + std::to_string(count) + " options");
+  checkup.Ok("query", "the query tells " + CountOf(count, "option"));
 }
 
 }  // namespace ia::cli

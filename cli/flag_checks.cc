@@ -61,7 +61,8 @@ class FlagText {
   void Conclude() {
     TellRepetitions();
     TellLeftOut();
-    checkup_.Ok("flags", std::string(key_.key) + ": " + std::to_string(store_.count) + " items");
+    checkup_.Ok("flags", std::string(key_.key) + ": " +
+                             CountOf(static_cast<std::size_t>(store_.count), "item"));
   }
 
  private:

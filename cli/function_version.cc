@@ -56,6 +56,9 @@ void DefineFunctionVersion(CLI::App& verb) {
                   "Function version, hexadecimal (0x310) or decimal (784)")
       ->type_name("VERSION")
       ->required();
+  verb.footer(
+      "Examples:\n"
+      "  info-analyze function-version 0x310 --queue office --driver-folder /usr/lib/driver");
   verb.callback([asked] { TellFlags(*asked); });
 }
 

@@ -5,6 +5,7 @@
 #include <iterator>
 
 #include "cli/handles.h"
+#include "cli/manners.h"
 #include "info_analyze/option_table.h"
 
 namespace ia::cli {
@@ -71,6 +72,7 @@ bool PpdOption::HasChoice(std::string_view name) const {
 }
 
 std::optional<std::string> ReadPpd(const std::string& queue) {
+  const Progress progress("the PPD of queue " + queue);
   char* path = nullptr;
   _cups_file_s* const file = wrapCupsFileOpen2(queue.c_str(), "r", &path);
   const TextPtr owned_path(path);

@@ -28,6 +28,12 @@ void DefineQuery(CLI::App& verb) {
   const auto query = std::make_shared<QueryOptions>();
   AddPrinterOptions(verb, query->location);
   AddFormatOption(verb, query->format);
+  verb.footer(
+      "Examples:\n"
+      "  info-analyze query --queue office --driver-folder /usr/lib/driver \\\n"
+      "      --device-info /var/cache/office\n"
+      "  info-analyze query --snapshot office.snapshot --driver-folder /usr/lib/driver --format "
+      "json");
   verb.callback([query] { Query(*query); });
 }
 

@@ -115,7 +115,7 @@ void CheckModelCode(const Patient& patient, Checkup& checkup) {
   const std::size_t rows = CountRows(code);
   const std::string model = std::string("model code ") + code;
   if (rows > 0) {
-    checkup.Ok("ppd", model + " has rows for " + std::to_string(rows) + " option families");
+    checkup.Ok("ppd", model + " has rows of its own for " + CountOf(rows, "option"));
   } else {
     checkup.Note("ppd", model + " is in no model table: the common handlers decide");
   }
@@ -134,8 +134,7 @@ void CheckQueue(Patient& patient, Checkup& checkup) {
                  "give the queue the PPD of the driver package instead of a generic one");
     return;
   }
-  checkup.Ok("ppd",
-             "the PPD has " + std::to_string(lines.counts.size()) + " keywords of the driver");
+  checkup.Ok("ppd", "the PPD has " + CountOf(lines.counts.size(), "keyword") + " of the driver");
   CheckRepetitions(lines, checkup);
   CheckModelCode(patient, checkup);
 }

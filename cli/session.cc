@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "cli/failure.h"
+#include "cli/manners.h"
 #include "cli/snapshot_folder.h"
 
 namespace ia::cli {
@@ -60,6 +61,7 @@ void RequirePpdFile(const std::string& queue, const std::string& root) {
 
 [[nodiscard]] AnalyzerPtr CreateAnalyzer(BidiContext* library, const PrinterLocation& location) {
   UseQueue(location);
+  const Progress progress("the PPD of queue " + location.queue);
   AnalyzerPtr analyzer(
       Analyze_Create(library, location.queue.c_str(), location.device_info.c_str()));
   if (!analyzer) FailForQueue(location.queue);

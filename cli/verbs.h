@@ -9,6 +9,7 @@ namespace ia::cli {
 // Each adds the options of one verb to its part of the command line and sets the callback that
 // does the work: the answer goes to standard output, a failure is thrown.
 void DefineCalibration(CLI::App& verb);
+void DefineCompletion(CLI::App& verb);
 void DefineDiff(CLI::App& verb);
 void DefineDoctor(CLI::App& verb);
 void DefineExplain(CLI::App& verb);
