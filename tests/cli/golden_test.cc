@@ -19,19 +19,67 @@ namespace {
 using ia_test::Finished;
 using ia_test::ReadFile;
 
+using Words = std::vector<std::string>;
+
 struct VerbCase {
-  std::string verb;
-  std::map<std::string, int> statuses;  // of printers; others end with 0
+  std::string name;                                // of the kept file
+  Words (*arguments)(const std::string& printer);  // in the folder of the test
+  std::map<std::string, int> statuses;             // of printers; others end with 0
 };
 
 // These printers do not report every key.
 const std::map<std::string, int> kWarnings = {
     {"colour-copier", 7}, {"fax-centre", 7}, {"floor-printer", 7}, {"small-office", 7}};
 
+Words OnQueue(Words verb, const std::string& printer) {
+  verb.insert(verb.end(), {"--queue", printer, "--driver-folder", "driver", "--cups-root",
+                           "printers/" + printer});
+  return verb;
+}
+
+Words OnPrinter(const std::string& verb, const std::string& printer) {
+  Words arguments = OnQueue({verb}, printer);
+  arguments.insert(arguments.end(), {"--device-info", "printers/" + printer + "/device-info"});
+  return arguments;
+}
+
+std::string ModelCodeOf(const std::string& printer) {
+  const std::string ppd =
+      ReadFile(IA_TEST_SOURCE "/examples/" + printer + "/ppd/" + printer + ".ppd");
+  const std::string key = "*QVAnlz_DriverName: \"";
+  const std::size_t at = ppd.find(key) + key.size();
+  return ppd.substr(at, ppd.find('"', at) - at);
+}
+
 const VerbCase kVerbs[] = {
-    {"query", {}},
-    {"explain", {}},
-    {"doctor", kWarnings},
+    {"query", [](const std::string& printer) { return OnPrinter("query", printer); }, {}},
+    {"explain", [](const std::string& printer) { return OnPrinter("explain", printer); }, {}},
+    {"doctor", [](const std::string& printer) { return OnPrinter("doctor", printer); }, kWarnings},
+    {"diff",
+     [](const std::string& printer) {
+       return Words{"diff", "first", "second/" + printer, "--driver-folder", "driver"};
+     },
+     {}},
+    {"models",
+     [](const std::string& printer) {
+       return Words{"models", ModelCodeOf(printer)};
+     },
+     {}},
+    {"function-version",
+     [](const std::string& printer) {
+       return OnQueue({"function-version", "0x310"}, printer);
+     },
+     {}},
+    {"calibration-settings",
+     [](const std::string& printer) {
+       return OnQueue({"calibration", "settings"}, printer);
+     },
+     {}},
+    {"calibration-defaults",
+     [](const std::string& printer) {
+       return OnQueue({"calibration", "defaults"}, printer);
+     },
+     {}},
 };
 
 std::vector<std::string> Printers() {
@@ -52,19 +100,33 @@ class Golden : public testing::TestWithParam<Parameters> {
     std::filesystem::create_directory_symlink(IA_TEST_SOURCE "/examples", root_ / "printers");
   }
   // With relative folders, so that none of this machine is told.
+  Finished RunTool(Words arguments) const {
+    arguments.insert(arguments.begin(), IA_TEST_TOOL);
+    return ia_test::RunProgram({.arguments = arguments,
+                                .environment = {{"HOME", root_.path()}},
+                                .folder = root_.path(),
+                                .output = ""});
+  }
   Finished Run() const {
     const auto& [verb, printer, format] = GetParam();
-    return ia_test::RunProgram(
-        {.arguments = {IA_TEST_TOOL, verb.verb, "--queue", printer, "--driver-folder", "driver",
-                       "--cups-root", "printers/" + printer, "--device-info",
-                       "printers/" + printer + "/device-info", "--format", format},
-         .environment = {{"HOME", root_.path()}},
-         .folder = root_.path(),
-         .output = ""});
+    if (verb.name == "diff") {
+      TakeSnapshot("office-mfp", "first");
+      TakeSnapshot(printer, "second/" + printer);
+    }
+    Words arguments = verb.arguments(printer);
+    arguments.insert(arguments.end(), {"--format", format});
+    return RunTool(arguments);
+  }
+  void TakeSnapshot(const std::string& printer, const std::string& folder) const {
+    const std::string root = "printers/" + printer;
+    EXPECT_EQ(RunTool({"snapshot", folder, "--queue", printer, "--cups-root", root, "--device-info",
+                       root + "/device-info"})
+                  .status,
+              0);
   }
   static std::string KeptFile() {
     const auto& [verb, printer, format] = GetParam();
-    return IA_TEST_SOURCE "/tests/cli/golden/" + printer + "/" + verb.verb +
+    return IA_TEST_SOURCE "/tests/cli/golden/" + printer + "/" + verb.name +
            (format == "json" ? ".json" : ".txt");
   }
   static void Renew(const std::string& text) {
@@ -87,7 +149,7 @@ TEST_P(Golden, IsWhatTheToolSays) {
 
 std::string NameOf(const testing::TestParamInfo<Parameters>& info) {
   const auto& [verb, printer, format] = info.param;
-  std::string name = verb.verb + "_" + printer + "_" + format;
+  std::string name = verb.name + "_" + printer + "_" + format;
   std::ranges::replace(name, '-', '_');
   return name;
 }
