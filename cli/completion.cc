@@ -1,6 +1,7 @@
 // The verb "completion": scripts that complete command lines, made from the options that the verbs
 // define.
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <memory>
 #include <string>
 #include <vector>

@@ -3,6 +3,8 @@
 #include <strings.h>
 
 #include <algorithm>
+#include <iterator>
+#include <memory>
 #include <new>
 #include <string_view>
 

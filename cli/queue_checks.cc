@@ -1,21 +1,20 @@
 // The doctor's checks of the queue and of the lines of its PPD that the library reads.
-#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <map>
-#include <set>
 #include <string_view>
 
 #include "cli/checkup.h"
 #include "cli/failure.h"
 #include "cli/provenance.h"
 #include "info_analyze/analyzer.h"
+#include "info_analyze/option_table.h"
 
 namespace ia::cli {
 namespace {
 
 constexpr const char* kModelCode = "QVAnlz_DriverName";
-constexpr std::size_t kLongestText = 254;  // of a key or value that the library reads
+constexpr std::int32_t kRoom = 256;  // for a key or value of 254 bytes
 
 // False when there is no PPD.
 [[nodiscard]] bool FetchPpd(Patient& patient, Checkup& checkup) {
@@ -46,25 +45,22 @@ void CheckHead(const Patient& patient, Checkup& checkup) {
                "take the PPD of the driver package as it is");
 }
 
-// The key and value of an option line "*QVKey: value".
-[[nodiscard]] std::pair<std::string_view, std::string_view> SplitLine(std::string_view line) {
-  const std::size_t colon = std::min(line.find(':'), line.size());
-  return {line.substr(1, colon - std::min<std::size_t>(colon, 1)),
-          line.substr(std::min(colon + 1, line.size()))};
-}
-
 struct OptionLines {
   std::map<std::string, int> counts;  // by key
-  std::size_t blocks_left_open = 0;
 };
 
+// The library's own splitting tells what it reads of a line "*QVKey: value".
 void CheckLine(std::string_view line, OptionLines& lines, Checkup& checkup) {
-  const auto [key, value] = SplitLine(line);
-  ++lines.counts[std::string(key)];
-  if (key.size() <= kLongestText && value.size() <= kLongestText + 3) return;
+  std::array<char, kRoom> key = {};
+  std::array<char, kRoom> value = {};
+  const std::string text(line.substr(1));
+  if (info_common_optlist_getoptkeyandvalue(text.c_str(), key.data(), value.data(), kRoom) > 0) {
+    ++lines.counts[key.data()];
+    return;
+  }
   checkup.Warn("ppd",
-               "the line of " + std::string(key.substr(0, 60)) + " is longer than " +
-                   std::to_string(kLongestText) + " bytes and is passed over",
+               "the line that begins with *" + text.substr(0, 40) +
+                   " is not read: a keyword or a value has at most 254 bytes",
                "split its items into several lines, with _1, _2 behind the keyword");
 }
 

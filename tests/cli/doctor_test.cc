@@ -132,7 +132,7 @@ const Fault kFaults[] = {
      kWarnings, "2 lines of QVAnlz_DriverName, of which the last one counts"},
     {"LineThatIsTooLong",
      [](const DoctorSetUp& it) { it.AddToPpd("*QVLong: \"" + std::string(300, 'x') + "\""); },
-     kWarnings, "the line of QVLong is longer than 254 bytes"},
+     kWarnings, "the line that begins with *QVLong: \"xxx"},
     {"BlockThatIsNotClosed",
      [](const DoctorSetUp& it) {
        std::string text = ReadFile(it.Folder() + "/printer/ppd/office-mfp.ppd");
