@@ -37,8 +37,9 @@ constexpr auto kRounds = std::to_array<Word>({
 
 [[nodiscard]] Word WordAt(const std::string& message, std::size_t at) {
   Word word = 0;
-  for (std::size_t i = 0; i < 4; ++i)
+  for (std::size_t i = 0; i < 4; ++i) {
     word = word << 8 | static_cast<unsigned char>(message[at + i]);
+  }
   return word;
 }
 

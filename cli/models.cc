@@ -192,6 +192,7 @@ void ShowModels(const ModelsQuestion& question) {
 void DefineModels(CLI::App& verb) {
   const auto question = std::make_shared<ModelsQuestion>();
   std::vector<std::string> names;
+  names.reserve(kFormats.size());
   for (const MatrixFormat& format : kFormats) names.emplace_back(format.name);
   verb.add_option("CODE", question->model_code, "Only the rows that this model code selects");
   verb.add_option("--format", question->format, "Format of the answer")

@@ -72,7 +72,7 @@ void MakeFolder(const std::string& folder) {
 }
 
 [[nodiscard]] Json ReadList(const std::string& folder) {
-  const Json list = Json::parse(ReadContents(folder, kListName), nullptr, false);
+  Json list = Json::parse(ReadContents(folder, kListName), nullptr, false);
   if (!list.is_object() || !list.value("snapshot_version", Json()).is_number_integer()) {
     Fail(folder, std::string(kListName) + ": is no list of a snapshot");
   }
@@ -114,11 +114,12 @@ void ReadListed(const std::string& folder, const Json& entry, Snapshot& snapshot
 
 void RequireNoOthers(const std::string& folder, const Snapshot& snapshot) {
   for (const std::string& name : FittingNames(snapshot.queue)) {
-    std::error_code error;
     if (snapshot.files.contains(name)) continue;
-    if (std::filesystem::exists(std::filesystem::symlink_status(folder + "/" + name, error))) {
-      Fail(folder, name + ": was not there when the snapshot was made");
-    }
+    std::error_code error;
+    const auto status =
+        std::filesystem::symlink_status(std::filesystem::path(folder) / name, error);
+    if (!std::filesystem::exists(status)) continue;
+    Fail(folder, name + ": was not there when the snapshot was made");
   }
 }
 
