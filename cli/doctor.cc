@@ -51,9 +51,8 @@ struct DoctorQuestion {
   std::string check = finding.check;
   check.resize(11, ' ');
   std::string text = level + check + Printable(finding.sentence) + "\n";
-  if (!finding.mend.empty())
-    text += std::string(20, ' ') + "mend: " + Printable(finding.mend) + "\n";
-  return text;
+  if (finding.mend.empty()) return text;
+  return text + std::string(20, ' ') + "mend: " + Printable(finding.mend) + "\n";
 }
 
 [[nodiscard]] std::string FormatCheckup(const Checkup& checkup) {
