@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <type_traits>
 
+#include "analyze/inputs.h"
 #include "info_common/option_table.h"
 #include "info_common/owned.h"
 
@@ -30,17 +31,17 @@ static_assert(offsetof(AnalyzeContext, is_ppd_cache) == 28 * kWord);
 constexpr std::int32_t kFlagCapacity = 1024;
 
 struct FlagKey {
-  const char* key;
+  Input input;
   FlagInfo* AnalyzeContext::*store;
 };
 
 // In the order in which the stores are filled: the last one made decides about success.
 constexpr auto kFlagKeys = std::to_array<FlagKey>({
-    {"QV_Prot_MediaType", &AnalyzeContext::media_type_flags},
-    {"QVAnlz_SlotMediaInfo", &AnalyzeContext::slot_media_info_flags},
-    {"QVAnlz_InputTray", &AnalyzeContext::input_tray_flags},
-    {"QVAnlz_FinisherName", &AnalyzeContext::finisher_name_flags},
-    {"QVAnlz_SrcOption", &AnalyzeContext::src_option_flags},
+    {Input::kMediaTypeFlags, &AnalyzeContext::media_type_flags},
+    {Input::kSlotMediaFlags, &AnalyzeContext::slot_media_info_flags},
+    {Input::kInputTrayFlags, &AnalyzeContext::input_tray_flags},
+    {Input::kFinisherNameFlags, &AnalyzeContext::finisher_name_flags},
+    {Input::kSourceOptionFlags, &AnalyzeContext::src_option_flags},
 });
 
 struct AnalyzerDeleter {
@@ -50,18 +51,19 @@ struct AnalyzerDeleter {
 std::int32_t FillFlagStores(AnalyzeContext& context) noexcept {
   std::int32_t status = 0;
   for (const FlagKey& flag : kFlagKeys) {
-    FlagInfo* const store = zflaginfo_init(flag.key, kFlagCapacity);
+    FlagInfo* const store = zflaginfo_init(KeyOf(flag.input).key, kFlagCapacity);
     context.*flag.store = store;
     // A store that could not be made is no failure, and a failure before a success is masked:
     // callers depend on an analyser that lacks flags rather than on none.
-    if (store != nullptr) status = zflaginfo_getflags(context.ppd_options, flag.key, store);
+    if (store == nullptr) continue;
+    status = zflaginfo_getflags(context.ppd_options, KeyOf(flag.input).key, store);
   }
   return status;
 }
 
 // False when memory ran out; a PPD without model code is fine.
 bool CopyDriverName(AnalyzeContext& context) noexcept {
-  const char* const name = FindValue(context.ppd_options, "QVAnlz_DriverName");
+  const char* const name = FindValue(context.ppd_options, KeyOf(Input::kModelCode).key);
   if (name == nullptr) return true;
   context.driver_name = Duplicate(name).release();
   return context.driver_name != nullptr;

@@ -5,6 +5,7 @@
 
 #include "analyze/document_keys.h"
 #include "analyze/option_rows.h"
+#include "analyze/update_handlers.h"
 #include "info_analyze/list_getters.h"
 #include "info_analyze/printer_updates.h"
 #include "info_common/owned.h"
@@ -21,7 +22,32 @@ constexpr std::int32_t kMostAliases = 10;
 constexpr std::int32_t kCenterTrayBin = 3;
 constexpr std::int32_t kCenterTrayAlias = 101;
 
+constexpr auto kOptions = std::to_array<OptionSource>({
+    DecidedOption("QVTrayCSetting", zGetTrayCSettingOptionString, "FinTopTray",
+                  SetOf(Input::kBinNumber, Input::kBinAlias)),
+});
+
+std::int32_t UpdateBins(AnalyzeContext* context, const OptionTarget& target) noexcept {
+  if (context == nullptr || target.list == nullptr) return -1;
+  BinUnit bin{};
+  OptionRows rows(RowsOf(kOptions, {&bin}));
+  for (std::int32_t item = 0; item < context->documents[kDocument].count; ++item) {
+    LongArray<kMostAliases> aliases(Input::kBinAlias);
+    const std::int32_t status = ReadListItem(
+        context, kDocument, item, {LongKey(Input::kBinNumber, bin.number), aliases.Key()});
+    if (status != 0) return status;
+    bin.aliases = aliases.Data();
+    bin.alias_count = &aliases.Count();
+    rows.RunGetters();
+  }
+  return rows.Apply(target);
+}
+
 }  // namespace
+
+IA_DEFINE_UPDATE(kBinListUpdate, z_Update_Prn_bin_list, IA_DOCUMENT_TRAY_LIST, UpdateBins,
+                 kOptions);
+
 }  // namespace ia
 
 char* zGetTrayCSettingOptionString(const void* datum) noexcept {
@@ -36,20 +62,5 @@ char* zGetTrayCSettingOptionString(const void* datum) noexcept {
 }
 
 int32_t z_Update_Prn_bin_list(AnalyzeContext* context, OptionList* options) noexcept {
-  if (context == nullptr || options == nullptr) return -1;
-  BinUnit bin{};
-  ia::OptionRows rows(std::to_array<OptionSetter>({
-      {"QVTrayCSetting", nullptr, zGetTrayCSettingOptionString, &bin, "FinTopTray"},
-  }));
-  for (int32_t item = 0; item < context->documents[ia::kDocument].count; ++item) {
-    ia::LongArray<ia::kMostAliases> aliases(ia::kDocument, "alias");
-    const int32_t status =
-        ia::ReadListItem(context, ia::kDocument, item,
-                         {ia::LongKey(ia::kDocument, "number", bin.number), aliases.Key()});
-    if (status != 0) return status;
-    bin.aliases = aliases.Data();
-    bin.alias_count = &aliases.Count();
-    rows.RunGetters();
-  }
-  return rows.Apply(options);
+  return ia::UpdateBins(context, {options, true});
 }

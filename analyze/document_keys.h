@@ -7,6 +7,7 @@
 #include <initializer_list>
 #include <span>
 
+#include "analyze/inputs.h"
 #include "info_analyze/analyzer.h"
 #include "info_analyze/option_setter.h"
 
@@ -14,22 +15,21 @@ namespace ia {
 
 inline constexpr const char* kUtf8 = "UTF-8";
 
-[[nodiscard]] inline XmlKeyDescriptor LongKey(std::int32_t document, const char* key,
-                                              std::int32_t& number) noexcept {
-  return {document, key, IA_KEY_LONG, &number, nullptr, nullptr, nullptr};
+[[nodiscard]] inline XmlKeyDescriptor LongKey(Input input, std::int32_t& number) noexcept {
+  return {KeyOf(input).document, KeyOf(input).key, IA_KEY_LONG, &number, nullptr, nullptr, nullptr};
 }
 
-[[nodiscard]] inline XmlKeyDescriptor TextKey(std::int32_t document, const char* key,
-                                              char*& text) noexcept {
-  return {document, key, IA_KEY_STRING, &text, &kUtf8, nullptr, nullptr};
+[[nodiscard]] inline XmlKeyDescriptor TextKey(Input input, char*& text) noexcept {
+  return {KeyOf(input).document, KeyOf(input).key, IA_KEY_STRING, &text, &kUtf8, nullptr, nullptr};
 }
 
 // The first kCapacity elements of an array in a document; further ones are not seen.
 template <class Element, std::int32_t kCapacity, std::int32_t kType>
 class DocumentArray {
  public:
-  DocumentArray(std::int32_t document, const char* key) noexcept
-      : key_(key), element_{document, nullptr, kType, elements_, &kUtf8, nullptr, &capacity_} {}
+  explicit DocumentArray(Input input) noexcept
+      : key_(KeyOf(input).key),
+        element_{KeyOf(input).document, nullptr, kType, elements_, &kUtf8, nullptr, &capacity_} {}
   DocumentArray(const DocumentArray&) = delete;
   DocumentArray& operator=(const DocumentArray&) = delete;
 

@@ -7,6 +7,7 @@
 
 #include "analyze/document_keys.h"
 #include "analyze/option_rows.h"
+#include "analyze/update_handlers.h"
 #include "info_analyze/list_getters.h"
 #include "info_analyze/printer_updates.h"
 #include "info_common/owned.h"
@@ -52,11 +53,25 @@ struct FaxLine {
   std::int32_t id_support = 0;
 };
 
-using FaxRows = OptionRows<10>;
+constexpr std::uint64_t kLine = SetOf(Input::kFaxIdSupport, Input::kDeviceName);
+constexpr std::uint64_t kModes = SetOf(Input::kFaxModes);
+constexpr auto kOptions = std::to_array<OptionSource>({
+    ValueOption("QVFAXNumOfLine", zGetBinaryString, "0", Input::kFaxLines, SetOf(Input::kFaxType)),
+    DecidedOption("QVFAXLineType", zGetFaxOptionString, "None", SetOf(Input::kFaxType)),
+    DecidedOption("QVFAXDialLineA", zGetLine1IDSupport, "False", kLine),
+    DecidedOption("QVFAXDialLineB", zGetLine2IDSupport, "False", kLine),
+    DecidedOption("QVFAXDialLineC", zGetLine3IDSupport, "False", kLine),
+    DecidedOption("QVFAXDialLineD", zGetLine4IDSupport, "False", SetOf(Input::kFaxIdSupport)),
+    DecidedOption("QVFAXIPFAXINTRA", zGetIntranetSupport, "False", kModes),
+    DecidedOption("QVFAXIPFAXVoIP", zGetVoIPSupport, "False", kModes),
+    DecidedOption("QVFAXIPFAXNGN", zGetNGNSupport, "False", kModes),
+    DecidedOption("QVFAXIPFAXMyNumberNGN", zGetNGNMyNumberSupport, "False", kModes),
+});
+using FaxRows = OptionRows<kOptions.size()>;
 
 bool HasIdSupport(AnalyzeContext* context) noexcept {
   char* name = nullptr;
-  const XmlKeyDescriptor key = TextKey(IA_DOCUMENT_DEVICENAME, "devicename", name);
+  const XmlKeyDescriptor key = TextKey(Input::kDeviceName, name);
   const bool is_read = analyze_common_readxml(context, &key, 1) == 0;
   const CString owned_name(name);
   return is_read && name != nullptr &&
@@ -70,7 +85,40 @@ void SetIdSupport(FaxRows& rows) noexcept {
   }
 }
 
+std::int32_t UpdateFaxLines(AnalyzeContext* context, const OptionTarget& target) noexcept {
+  if (context == nullptr || target.list == nullptr) return -1;
+  std::int32_t lines = std::max(context->documents[kDocument].count, 0);
+  FaxLine line;
+  LongArray<kMostModes> codes(Input::kFaxModes);
+  const FaxModes modes{codes.Data(), &codes.Count()};
+  FaxRows rows(
+      RowsOf(kOptions, {&lines, &line.type, &line.id_support, &line.id_support, &line.id_support,
+                        &line.id_support, &modes, &modes, &modes, &modes}));
+  std::int32_t status = 0;
+  bool has_uncounted = false;
+  const std::int32_t items = lines;
+  for (std::int32_t item = 0; item < items; ++item) {
+    status = ReadListItem(context, kDocument, item,
+                          {LongKey(Input::kFaxId, line.id), LongKey(Input::kFaxType, line.type),
+                           LongKey(Input::kFaxIdSupport, line.id_support), codes.Key()});
+    if (status != 0) continue;
+    has_uncounted = has_uncounted || line.type == kUncountedType;
+    rows.RunGetters();
+  }
+  if (has_uncounted) {
+    --lines;
+    zGetOptionString(rows.Data(), 1);
+  }
+  if (status != 0) return status;
+  if (HasIdSupport(context)) SetIdSupport(rows);
+  return rows.Apply(target);
+}
+
 }  // namespace
+
+IA_DEFINE_UPDATE(kFaxLineListUpdate, z_Update_Prn_fax_line_list, IA_DOCUMENT_DEVICENAME,
+                 UpdateFaxLines, kOptions);
+
 }  // namespace ia
 
 char* zGetFaxOptionString(const void* datum) noexcept {
@@ -89,40 +137,5 @@ char* zGetNGNSupport(const void* datum) noexcept { return ia::TrueIfMode(datum, 
 char* zGetNGNMyNumberSupport(const void* datum) noexcept { return ia::TrueIfMode(datum, 69); }
 
 int32_t z_Update_Prn_fax_line_list(AnalyzeContext* context, OptionList* options) noexcept {
-  if (context == nullptr || options == nullptr) return -1;
-  int32_t lines = std::max(context->documents[ia::kDocument].count, 0);
-  ia::FaxLine line;
-  ia::LongArray<ia::kMostModes> codes(ia::kDocument, "communication_mode");
-  const FaxModes modes{codes.Data(), &codes.Count()};
-  ia::FaxRows rows(std::to_array<OptionSetter>({
-      {"QVFAXNumOfLine", nullptr, zGetBinaryString, &lines, "0"},
-      {"QVFAXLineType", nullptr, zGetFaxOptionString, &line.type, "None"},
-      {"QVFAXDialLineA", nullptr, zGetLine1IDSupport, &line.id_support, "False"},
-      {"QVFAXDialLineB", nullptr, zGetLine2IDSupport, &line.id_support, "False"},
-      {"QVFAXDialLineC", nullptr, zGetLine3IDSupport, &line.id_support, "False"},
-      {"QVFAXDialLineD", nullptr, zGetLine4IDSupport, &line.id_support, "False"},
-      {"QVFAXIPFAXINTRA", nullptr, zGetIntranetSupport, &modes, "False"},
-      {"QVFAXIPFAXVoIP", nullptr, zGetVoIPSupport, &modes, "False"},
-      {"QVFAXIPFAXNGN", nullptr, zGetNGNSupport, &modes, "False"},
-      {"QVFAXIPFAXMyNumberNGN", nullptr, zGetNGNMyNumberSupport, &modes, "False"},
-  }));
-  int32_t status = 0;
-  bool has_uncounted = false;
-  const int32_t items = lines;
-  for (int32_t item = 0; item < items; ++item) {
-    status = ia::ReadListItem(
-        context, ia::kDocument, item,
-        {ia::LongKey(ia::kDocument, "id", line.id), ia::LongKey(ia::kDocument, "type", line.type),
-         ia::LongKey(ia::kDocument, "id_support", line.id_support), codes.Key()});
-    if (status != 0) continue;
-    has_uncounted = has_uncounted || line.type == ia::kUncountedType;
-    rows.RunGetters();
-  }
-  if (has_uncounted) {
-    --lines;
-    zGetOptionString(rows.Data(), 1);
-  }
-  if (status != 0) return status;
-  if (ia::HasIdSupport(context)) ia::SetIdSupport(rows);
-  return rows.Apply(options);
+  return ia::UpdateFaxLines(context, {options, true});
 }

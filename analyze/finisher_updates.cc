@@ -6,6 +6,7 @@
 #include "analyze/document_keys.h"
 #include "analyze/model/finisher_report.h"
 #include "analyze/option_rows.h"
+#include "analyze/update_handlers.h"
 #include "info_analyze/list_getters.h"
 #include "info_analyze/model_options.h"
 #include "info_analyze/printer_updates.h"
@@ -26,6 +27,34 @@ constexpr auto kPunchTable = std::to_array<FunctionPair>({
     {"punching_Swedish_4_holes", "PUNS4"},
 });
 
+constexpr std::uint64_t kNamed = SetOf(Input::kFinisherName);
+constexpr std::uint64_t kTyped = SetOf(Input::kFinisherType);
+constexpr std::uint64_t kDoing = SetOf(Input::kFunctions);
+constexpr std::uint64_t kDetailed = SetOf(Input::kDetailFunctions);
+
+constexpr auto kUnitOptions = std::to_array<OptionSource>({
+    ModelOption("QVOptionStaple", zGetFinishingFunctionOptionString, "False",
+                IA_FAMILY_FINISHING_FUNCTION),
+    ModelOption("QVPuncher", zGetPuncherOptionString, "None", IA_FAMILY_PUNCHER),
+    DecidedOption("QVFolder", zGetFinishingFunctionOptionString, "None", kDoing),
+    DecidedOption("QVTrimmer", zGetTrimmerFunctionOptionString, "None", kNamed | kDoing),
+    DecidedOption("QVInnerTrimmer", zGetInnerTrimmerFunctionOptionString, "None", kNamed | kDoing),
+    DecidedOption("QVInsertUnit", zGetFinisherInserterOptionString, "None", kTyped | kDoing),
+    DecidedOption("QVEnableMultiInserter", zGetMultiInserterOptionString, "False",
+                  kTyped | kDoing | kDetailed),
+    DecidedOption("QVStacker", zGetStackerOptionString, "None", kTyped),
+    DecidedOption("QVBinderOption", zGetFinisherConstitutionOptionString, "None", kTyped),
+    DecidedOption("QVProPuncher", zGetProPuncherOptionString, "None", kNamed | kDetailed),
+    DecidedOption("QVTopBottomTrimmer", zGetTopBottomTrimmerOptionString, "None",
+                  kTyped | kDetailed),
+});
+
+constexpr auto kFinisherOptions = std::to_array<OptionSource>({
+    ModelOption("QVFinisher", nullptr, "None", IA_FAMILY_FINISHER),
+    ModelOption("QVCopyTray", nullptr, "None", IA_FAMILY_COPY_TRAY),
+    ModelOption("QVFinTray", nullptr, "None", IA_FAMILY_FIN_TRAY),
+});
+
 // One item of the list, in the shapes that the getters look at.
 class FinisherItem {
  public:
@@ -40,20 +69,9 @@ class FinisherItem {
     folding_.default_value = "FLDU1";
   }
 
-  [[nodiscard]] OptionRows<11> Rows() const noexcept {
-    return OptionRows(std::to_array<OptionSetter>({
-        {"QVOptionStaple", nullptr, zGetFinishingFunctionOptionString, &staple_, "False"},
-        {"QVPuncher", nullptr, zGetPuncherOptionString, &punch_, "None"},
-        {"QVFolder", nullptr, zGetFinishingFunctionOptionString, &folding_, "None"},
-        {"QVTrimmer", nullptr, zGetTrimmerFunctionOptionString, &unit_, "None"},
-        {"QVInnerTrimmer", nullptr, zGetInnerTrimmerFunctionOptionString, &unit_, "None"},
-        {"QVInsertUnit", nullptr, zGetFinisherInserterOptionString, &unit_, "None"},
-        {"QVEnableMultiInserter", nullptr, zGetMultiInserterOptionString, &unit_, "False"},
-        {"QVStacker", nullptr, zGetStackerOptionString, &unit_, "None"},
-        {"QVBinderOption", nullptr, zGetFinisherConstitutionOptionString, &unit_, "None"},
-        {"QVProPuncher", nullptr, zGetProPuncherOptionString, &unit_, "None"},
-        {"QVTopBottomTrimmer", nullptr, zGetTopBottomTrimmerOptionString, &unit_, "None"},
-    }));
+  [[nodiscard]] OptionRows<kUnitOptions.size()> Rows() const noexcept {
+    return OptionRows(RowsOf(kUnitOptions, {&staple_, &punch_, &folding_, &unit_, &unit_, &unit_,
+                                            &unit_, &unit_, &unit_, &unit_, &unit_}));
   }
 
   // A unit that reports no type has that of the unit before it.
@@ -63,8 +81,8 @@ class FinisherItem {
     char* name = nullptr;
     const std::int32_t status =
         ReadListItem(context, kDocument, item,
-                     {LongKey(kDocument, "type", unit_.type), TextKey(kDocument, "name", name),
-                      functions_.Key(), details_.Key()});
+                     {LongKey(Input::kFinisherType, unit_.type),
+                      TextKey(Input::kFinisherName, name), functions_.Key(), details_.Key()});
     name_.reset(name);
     unit_.name = name;
     return status;
@@ -77,8 +95,8 @@ class FinisherItem {
             nullptr};
   }
 
-  TextArray<kMostWords> functions_{kDocument, "func"};
-  TextArray<kMostWords> details_{kDocument, "detail_func"};
+  TextArray<kMostWords> functions_{Input::kFunctions};
+  TextArray<kMostWords> details_{Input::kDetailFunctions};
   CString name_;
   std::int32_t stackers_ = 0;
   FinisherUnit unit_{0,
@@ -115,9 +133,9 @@ std::int32_t ReadFinishers(AnalyzeContext* context, FinisherEntries& finishers) 
   std::int32_t bins = 0;  // a unit that reports none has those of the unit before it
   for (std::size_t i = 0; i < finishers.size; ++i) {
     char* read_name = nullptr;
-    status =
-        ReadListItem(context, kDocument, static_cast<std::int32_t>(i),
-                     {TextKey(kDocument, "name", read_name), LongKey(kDocument, "binnum", bins)});
+    status = ReadListItem(
+        context, kDocument, static_cast<std::int32_t>(i),
+        {TextKey(Input::kFinisherName, read_name), LongKey(Input::kFinisherBins, bins)});
     CString name(read_name);
     if (status != 0) continue;
     if (!name) name = Duplicate("");
@@ -127,39 +145,50 @@ std::int32_t ReadFinishers(AnalyzeContext* context, FinisherEntries& finishers) 
   return status;
 }
 
-}  // namespace
-}  // namespace ia
-
-int32_t z_Update_Prn_finisher_list(AnalyzeContext* context, OptionList* options) noexcept {
-  if (context == nullptr || options == nullptr) return -1;
-  ia::FinisherItem unit(context->driver_name);
-  ia::OptionRows rows = unit.Rows();
-  for (int32_t item = 0; item < context->documents[ia::kDocument].count; ++item) {
-    const int32_t status = unit.Read(context, item);
+std::int32_t UpdateUnits(AnalyzeContext* context, const OptionTarget& target) noexcept {
+  if (context == nullptr || target.list == nullptr) return -1;
+  FinisherItem unit(context->driver_name);
+  OptionRows rows = unit.Rows();
+  for (std::int32_t item = 0; item < context->documents[kDocument].count; ++item) {
+    const std::int32_t status = unit.Read(context, item);
     if (status != 0) return status;
     rows.RunGetters();
   }
-  return rows.Apply(options);
+  return rows.Apply(target);
+}
+
+std::int32_t UpdateFinisherInformations(AnalyzeContext* context,
+                                        const OptionTarget& target) noexcept {
+  if (context == nullptr || target.list == nullptr) return -1;
+  std::int32_t aliases[kMostAliases] = {};
+  std::int32_t alias_count = 0;
+  std::int32_t status = analyze_GetBinAlias(context, aliases, &alias_count);
+  if (status != 0) return status;
+  const std::int32_t count = std::max(context->documents[kDocument].count, 0);
+  FinisherEntries finishers(count);
+  if (!finishers.entries) return -1;
+  status = ReadFinishers(context, finishers);
+  if (status != 0) return status;
+  OptionRows rows(RowsOf(kFinisherOptions, {nullptr, nullptr, nullptr}));
+  analyze_GetFinisherOption(context, finishers.entries.get(), count, aliases, alias_count,
+                            rows.Data());
+  return rows.Apply(target);
+}
+
+}  // namespace
+
+IA_DEFINE_UPDATE(kFinisherListUpdate, z_Update_Prn_finisher_list, IA_DOCUMENT_BIN_LIST, UpdateUnits,
+                 kUnitOptions);
+IA_DEFINE_UPDATE(kFinisherInformationsUpdate, z_Update_Prn_Complex_FinisherInformations,
+                 IA_GUARD_NONE, UpdateFinisherInformations, kFinisherOptions);
+
+}  // namespace ia
+
+int32_t z_Update_Prn_finisher_list(AnalyzeContext* context, OptionList* options) noexcept {
+  return ia::UpdateUnits(context, {options, true});
 }
 
 int32_t z_Update_Prn_Complex_FinisherInformations(AnalyzeContext* context,
                                                   OptionList* options) noexcept {
-  if (context == nullptr || options == nullptr) return -1;
-  int32_t aliases[ia::kMostAliases] = {};
-  int32_t alias_count = 0;
-  int32_t status = analyze_GetBinAlias(context, aliases, &alias_count);
-  if (status != 0) return status;
-  const int32_t count = std::max(context->documents[ia::kDocument].count, 0);
-  ia::FinisherEntries finishers(count);
-  if (!finishers.entries) return -1;
-  status = ia::ReadFinishers(context, finishers);
-  if (status != 0) return status;
-  ia::OptionRows rows(std::to_array<OptionSetter>({
-      {"QVFinisher", nullptr, nullptr, nullptr, "None"},
-      {"QVCopyTray", nullptr, nullptr, nullptr, "None"},
-      {"QVFinTray", nullptr, nullptr, nullptr, "None"},
-  }));
-  analyze_GetFinisherOption(context, finishers.entries.get(), count, aliases, alias_count,
-                            rows.Data());
-  return rows.Apply(options);
+  return ia::UpdateFinisherInformations(context, {options, true});
 }

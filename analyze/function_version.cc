@@ -6,6 +6,8 @@
 #include <optional>
 #include <string_view>
 
+#include "analyze/model/extra_options.h"
+#include "analyze/update_handlers.h"
 #include "info_analyze/analyzer.h"
 #include "info_analyze/model_options.h"
 #include "info_analyze/option_list.h"
@@ -37,8 +39,6 @@ static_assert(std::ranges::all_of(kFlagKeys, [](const FlagKeys& keys) {
   return std::string_view(keys.source).starts_with(kSource) &&
          (keys.target == nullptr || std::string_view(keys.target).starts_with(kTarget));
 }));
-
-constexpr std::string_view kModelWithExtraOptions = "RA-Z5";
 
 // The keys carry the hexadecimal digits of a version as a decimal number (0x0310: 310), up to the
 // first letter.
@@ -87,7 +87,17 @@ std::int32_t AddFlags(OptTable* table, const FlagKeys& keys, std::int32_t versio
   return status;
 }
 
+constexpr auto kExtraOptions = std::to_array<OptionSource>({kExtraOption});
+
+std::int32_t UpdateExtra(AnalyzeContext* context, const OptionTarget& target) noexcept {
+  if (context == nullptr || target.list == nullptr) return -1;
+  return HasExtraOptions(context->driver_name) ? SetExtraOptions(context, target) : 0;
+}
+
 }  // namespace
+
+IA_DEFINE_UPDATE(kExtraUpdate, z_Update_Prn_extra, IA_GUARD_FLAGS, UpdateExtra, kExtraOptions);
+
 }  // namespace ia
 
 int32_t Analyze_Info_FromFunctionVersion(AnalyzeContext* context, uint32_t function_version,
@@ -110,8 +120,5 @@ int32_t z_Update_FuncVer(AnalyzeContext* context, const char* source_key, int32_
 }
 
 int32_t z_Update_Prn_extra(AnalyzeContext* context, OptionList* options) noexcept {
-  if (context == nullptr || options == nullptr) return -1;
-  if (context->driver_name == nullptr) return 0;
-  if (std::string_view(context->driver_name) != ia::kModelWithExtraOptions) return 0;
-  return analyze_GetExtraOptionStringROWAN(context, options);
+  return ia::UpdateExtra(context, {options, true});
 }

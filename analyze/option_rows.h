@@ -7,9 +7,33 @@
 #include <cstdint>
 
 #include "info_analyze/option_setter.h"
+#include "info_analyze/provenance.h"
 #include "info_common/owned.h"
 
 namespace ia {
+
+// Where an update handler puts its options.
+struct OptionTarget {
+  OptionList* list;
+  bool with_defaults;  // false: rows without a value are left out
+};
+
+// As zSetOptionList().
+std::int32_t SetOptions(OptionSetter* rows, std::int32_t count,
+                        const OptionTarget& target) noexcept;
+
+[[nodiscard]] constexpr OptionSetter RowOf(const OptionSource& source, const void* datum) noexcept {
+  return {source.keyword, nullptr, source.getter, datum, source.default_value};
+}
+
+template <std::size_t kCount>
+[[nodiscard]] constexpr std::array<OptionSetter, kCount> RowsOf(
+    const std::array<OptionSource, kCount>& sources,
+    const std::array<const void*, kCount>& data) noexcept {
+  std::array<OptionSetter, kCount> rows{};
+  for (std::size_t i = 0; i < kCount; ++i) rows[i] = RowOf(sources[i], data[i]);
+  return rows;
+}
 
 // Owns the values of its rows: those of rows that are not applied are released.
 template <std::size_t kCount>
@@ -24,8 +48,8 @@ class OptionRows {
 
   void RunGetters() noexcept { zGetOptionString(rows_.data(), kCount); }
 
-  [[nodiscard]] std::int32_t Apply(OptionList* options) noexcept {
-    const std::int32_t status = zSetOptionList(rows_.data(), kCount, options);
+  [[nodiscard]] std::int32_t Apply(const OptionTarget& target) noexcept {
+    const std::int32_t status = SetOptions(rows_.data(), kCount, target);
     for (OptionSetter& row : rows_) row.value = nullptr;  // released by the call
     return status;
   }

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 
+#include "analyze/option_rows.h"
 #include "info_common/owned.h"
 
 static_assert(sizeof(OptionSetter) == 5 * sizeof(void*));
@@ -10,6 +11,18 @@ static_assert(offsetof(OptionSetter, value) == 1 * sizeof(void*));
 static_assert(offsetof(OptionSetter, getter) == 2 * sizeof(void*));
 static_assert(offsetof(OptionSetter, getter_arg) == 3 * sizeof(void*));
 static_assert(offsetof(OptionSetter, default_value) == 4 * sizeof(void*));
+
+std::int32_t ia::SetOptions(OptionSetter* rows, std::int32_t count,
+                            const OptionTarget& target) noexcept {
+  if (rows == nullptr || target.list == nullptr) return -1;
+  for (std::int32_t i = 0; i < count; ++i) {
+    const OptionSetter& row = rows[i];
+    if (row.keyword == nullptr || (row.value == nullptr && !target.with_defaults)) continue;
+    OptionList_Add(target.list, row.keyword, row.value != nullptr ? row.value : row.default_value);
+    std::free(row.value);
+  }
+  return 0;
+}
 
 int32_t zGetOptionString(OptionSetter* rows, int32_t count) noexcept {
   if (rows == nullptr) return 0;
@@ -25,14 +38,7 @@ int32_t zGetOptionString(OptionSetter* rows, int32_t count) noexcept {
 }
 
 int32_t zSetOptionList(OptionSetter* rows, int32_t count, OptionList* options) noexcept {
-  if (rows == nullptr || options == nullptr) return -1;
-  for (int32_t i = 0; i < count; ++i) {
-    const OptionSetter& row = rows[i];
-    if (row.keyword == nullptr) continue;
-    OptionList_Add(options, row.keyword, row.value != nullptr ? row.value : row.default_value);
-    std::free(row.value);
-  }
-  return 0;
+  return ia::SetOptions(rows, count, {options, true});
 }
 
 int32_t zReadXMLandSetOptionList(AnalyzeContext* context, const XmlKeyDescriptor* descriptors,

@@ -2,34 +2,45 @@
 #include <array>
 #include <cstdint>
 
+#include "analyze/inputs.h"
+#include "analyze/update_handlers.h"
 #include "info_analyze/analyzer.h"
-#include "info_analyze/printer_updates.h"
+#include "info_analyze/provenance.h"
 
 namespace ia {
 namespace {
 
-using UpdateHandler = std::int32_t (*)(AnalyzeContext*, OptionList*) noexcept;
-
-// A handler's guard is the slot at its own place in this row, which is not always the document that
-// it reads: the platform version comes from Specid but waits for Finisher_list, and the last
-// handler for the word behind the slots. Drivers depend on this pairing.
-constexpr auto kUpdateHandlers = std::to_array<UpdateHandler>({
-    z_Update_Prn_accessories,
-    z_Update_Prn_functions,
-    z_Update_Prn_specid,
-    z_Update_Prn_platformVer,
-    z_Update_Prn_finisher_list,
-    z_Update_Prn_bin_list,
-    z_Update_Prn_tray_list,
-    z_Update_Prn_resolutions,
-    z_Update_Prn_fax_line_list,
-    z_Update_Prn_extra,
+// In the order in which they run: of two that set one option, the later one decides.
+constexpr auto kUpdateHandlers = std::to_array<const UpdateHandler*>({
+    &kAccessoriesUpdate,
+    &kFunctionsUpdate,
+    &kSpecIdUpdate,
+    &kPlatformUpdate,
+    &kFinisherListUpdate,
+    &kBinListUpdate,
+    &kTrayListUpdate,
+    &kResolutionsUpdate,
+    &kFaxLineListUpdate,
+    &kExtraUpdate,
+    &kFinisherInformationsUpdate,
 });
-static_assert(kUpdateHandlers.size() == IA_DOCUMENT_COUNT + 1);
 
-bool IsGuardSet(const AnalyzeContext& context, std::size_t place) noexcept {
-  return place < IA_DOCUMENT_COUNT ? context.documents[place].xml != nullptr
-                                   : context.media_type_flags != nullptr;
+static_assert(std::int32_t{IA_GUARD_FLAGS} == IA_DOCUMENT_COUNT);
+
+bool IsGuardSet(const AnalyzeContext& context, std::int32_t guard) noexcept {
+  if (guard == IA_GUARD_NONE) return true;
+  return guard == IA_GUARD_FLAGS ? context.media_type_flags != nullptr
+                                 : context.documents[guard].xml != nullptr;
+}
+
+std::int32_t RunIfGuarded(const UpdateHandler& update, AnalyzeContext& context,
+                          const OptionTarget& target) noexcept {
+  return IsGuardSet(context, update.source.guard) ? update.run(&context, target) : 0;
+}
+
+const UpdateHandler* FindUpdate(std::int32_t index) noexcept {
+  if (index < 0 || index >= static_cast<std::int32_t>(kUpdateHandlers.size())) return nullptr;
+  return kUpdateHandlers[static_cast<std::size_t>(index)];
 }
 
 // The result is that of the last document that had to be loaded. That an earlier failure is masked
@@ -52,8 +63,26 @@ int32_t Analyze_Info_FromPrinter(AnalyzeContext* context, OptionList* options,
                                  uint8_t reload) noexcept {
   if (context == nullptr || options == nullptr) return -1;
   int32_t status = ia::LoadDocuments(*context, reload != 0);
-  for (std::size_t place = 0; place < ia::kUpdateHandlers.size() && status == 0; ++place) {
-    if (ia::IsGuardSet(*context, place)) status = ia::kUpdateHandlers[place](context, options);
+  for (const ia::UpdateHandler* const update : ia::kUpdateHandlers) {
+    if (status != 0) break;
+    status = ia::RunIfGuarded(*update, *context, {options, true});
   }
-  return status != 0 ? status : z_Update_Prn_Complex_FinisherInformations(context, options);
+  return status;
+}
+
+const UpdateSource* Analyze_Provenance_GetUpdate(int32_t update) noexcept {
+  const ia::UpdateHandler* const handler = ia::FindUpdate(update);
+  return handler != nullptr ? &handler->source : nullptr;
+}
+
+int32_t Analyze_Provenance_RunUpdate(AnalyzeContext* context, int32_t update, uint8_t with_defaults,
+                                     OptionList* options) noexcept {
+  const ia::UpdateHandler* const handler = ia::FindUpdate(update);
+  if (context == nullptr || handler == nullptr || options == nullptr) return -1;
+  return ia::RunIfGuarded(*handler, *context, {options, with_defaults != 0});
+}
+
+const InputKey* Analyze_Provenance_GetInput(int32_t input) noexcept {
+  if (input < 0 || input >= static_cast<std::int32_t>(ia::kInputs.size())) return nullptr;
+  return &ia::kInputs[static_cast<std::size_t>(input)];
 }

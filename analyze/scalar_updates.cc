@@ -3,7 +3,9 @@
 #include <span>
 
 #include "analyze/document_keys.h"
+#include "analyze/option_rows.h"
 #include "analyze/ppd_value_list.h"
+#include "analyze/update_handlers.h"
 #include "info_analyze/option_setter.h"
 #include "info_analyze/printer_updates.h"
 #include "info_common/ascii.h"
@@ -12,37 +14,61 @@
 namespace ia {
 namespace {
 
-// A number of a document and the option that it sets.
-struct NumberOption {
-  const char* key;
-  const char* keyword;
-  OptionGetter getter;
-  const char* default_value;
-};
-
-constexpr auto kAccessories = std::to_array<NumberOption>({
-    {"hd", "QVHardDisk", zGetBoolString, "False"},
-    {"memory", "QVTotalMemSize", zGetBinaryString, "0"},
+constexpr auto kAccessories = std::to_array<OptionSource>({
+    ValueOption("QVHardDisk", zGetBoolString, "False", Input::kHd),
+    ValueOption("QVTotalMemSize", zGetBinaryString, "0", Input::kMemory),
 });
 
-constexpr auto kResolutions = std::to_array<NumberOption>({
-    {"resolution_300", "QVEnableQuick", zGetBoolString, "False"},
-    {"resolution_600", "QVEnableFine", zGetBoolString, "False"},
-    {"resolution_1200", "QVEnableSuperFine", zGetBoolString, "False"},
+constexpr auto kResolutions = std::to_array<OptionSource>({
+    ValueOption("QVEnableQuick", zGetBoolString, "False", Input::kResolution300),
+    ValueOption("QVEnableFine", zGetBoolString, "False", Input::kResolution600),
+    ValueOption("QVEnableSuperFine", zGetBoolString, "False", Input::kResolution1200),
 });
+
+constexpr auto kFunctions = std::to_array<OptionSource>({
+    ValueOption("QVDupUnit", zGetBoolString, "False", Input::kDuplex),
+    ValueOption("QVUseJobAccount", zGetBoolString, "False", Input::kManagement),
+    ValueOption("QVEnableTrustPrint", zGetBoolString, "False", Input::kTrustPrint),
+    ValueOption("QVUseSecuredPrint", zGetBoolString, "False", Input::kSecuredPrint),
+    ValueOption("QVUseCSModeJobAccount", zGetString, "mode1", Input::kUserMode),
+    ValueOption("QVUseCSModeSecured", zGetString, "mode1", Input::kPasswordMode),
+    ValueOption("QVUseCSModeFCode", zGetString, "mode1", Input::kCodeMode),
+    ValueOption("QVUseUsrManagement", zGetBoolString, "False", Input::kMustAuthenticate,
+                SetOf(Input::kManagement, Input::kUserMode)),
+});
+
+constexpr auto kSpecId = std::to_array<OptionSource>({
+    ValueOption("QVSpecID", zGetSpecIDString, "0000", Input::kSpecVersion,
+                SetOf(Input::kSpecIdValues)),
+});
+
+constexpr auto kPlatform = std::to_array<OptionSource>({
+    ValueOption("QVPlatformVersion", zGetHexString, "0000", Input::kPlatformVersion,
+                SetOf(Input::kPlatformName, Input::kPlatformValues)),
+});
+
+std::int32_t ReadAndSet(AnalyzeContext* context, std::span<const XmlKeyDescriptor> keys,
+                        std::span<OptionSetter> rows, const OptionTarget& target) noexcept {
+  if (context == nullptr || target.list == nullptr) return -1;
+  const std::int32_t status =
+      analyze_common_readxml(context, keys.data(), static_cast<std::int32_t>(keys.size()));
+  if (status != 0) return status;
+  const auto count = static_cast<std::int32_t>(rows.size());
+  zGetOptionString(rows.data(), count);
+  return SetOptions(rows.data(), count, target);
+}
 
 template <std::size_t N>
-std::int32_t SetNumberOptions(AnalyzeContext* context, std::int32_t document,
-                              const std::array<NumberOption, N>& table,
-                              OptionList* options) noexcept {
+std::int32_t SetNumberOptions(AnalyzeContext* context, const std::array<OptionSource, N>& table,
+                              const OptionTarget& target) noexcept {
   std::array<std::int32_t, N> numbers{};
   std::array<XmlKeyDescriptor, N> keys;
   std::array<OptionSetter, N> rows;
   for (std::size_t i = 0; i < N; ++i) {
-    keys[i] = LongKey(document, table[i].key, numbers[i]);
-    rows[i] = {table[i].keyword, nullptr, table[i].getter, &numbers[i], table[i].default_value};
+    keys[i] = LongKey(static_cast<Input>(table[i].value_input), numbers[i]);
+    rows[i] = RowOf(table[i], &numbers[i]);
   }
-  return zReadXMLandSetOptionList(context, keys.data(), N, rows.data(), N, options);
+  return ReadAndSet(context, keys, rows, target);
 }
 
 // What the Functions document says; the texts are owned.
@@ -67,30 +93,23 @@ struct Functions {
 };
 
 std::int32_t SetFunctionOptions(AnalyzeContext* context, Functions& functions,
-                                OptionList* options) noexcept {
-  constexpr std::int32_t kDocument = IA_DOCUMENT_FUNCTIONS;
+                                const OptionTarget& target) noexcept {
   const auto keys = std::to_array<XmlKeyDescriptor>({
-      LongKey(kDocument, "duplex", functions.duplex),
-      LongKey(kDocument, "management", functions.management),
-      LongKey(kDocument, "trustprint", functions.trustprint),
-      LongKey(kDocument, "securedprint", functions.securedprint),
-      TextKey(kDocument, "authentication_user", functions.authentication_user),
-      TextKey(kDocument, "authentication_job_password", functions.authentication_job_password),
-      TextKey(kDocument, "authentication_f_code", functions.authentication_f_code),
-      LongKey(kDocument, "must_authentication", functions.must_authentication),
+      LongKey(Input::kDuplex, functions.duplex),
+      LongKey(Input::kManagement, functions.management),
+      LongKey(Input::kTrustPrint, functions.trustprint),
+      LongKey(Input::kSecuredPrint, functions.securedprint),
+      TextKey(Input::kUserMode, functions.authentication_user),
+      TextKey(Input::kPasswordMode, functions.authentication_job_password),
+      TextKey(Input::kCodeMode, functions.authentication_f_code),
+      LongKey(Input::kMustAuthenticate, functions.must_authentication),
   });
-  auto rows = std::to_array<OptionSetter>({
-      {"QVDupUnit", nullptr, zGetBoolString, &functions.duplex, "False"},
-      {"QVUseJobAccount", nullptr, zGetBoolString, &functions.management, "False"},
-      {"QVEnableTrustPrint", nullptr, zGetBoolString, &functions.trustprint, "False"},
-      {"QVUseSecuredPrint", nullptr, zGetBoolString, &functions.securedprint, "False"},
-      {"QVUseCSModeJobAccount", nullptr, zGetString, &functions.authentication_user, "mode1"},
-      {"QVUseCSModeSecured", nullptr, zGetString, &functions.authentication_job_password, "mode1"},
-      {"QVUseCSModeFCode", nullptr, zGetString, &functions.authentication_f_code, "mode1"},
-      {"QVUseUsrManagement", nullptr, zGetBoolString, &functions.must_authentication, "False"},
-  });
-  return zReadXMLandSetOptionList(context, keys.data(), keys.size(), rows.data(), rows.size(),
-                                  options);
+  auto rows =
+      RowsOf(kFunctions, {&functions.duplex, &functions.management, &functions.trustprint,
+                          &functions.securedprint, &functions.authentication_user,
+                          &functions.authentication_job_password, &functions.authentication_f_code,
+                          &functions.must_authentication});
+  return ReadAndSet(context, keys, rows, target);
 }
 
 bool IsMode4(const char* mode) noexcept {
@@ -118,55 +137,83 @@ void CorrectModes(const Functions& functions, OptionList* options) noexcept {
   }
 }
 
-std::int32_t SetFittedNumber(AnalyzeContext* context, const char* list_key, std::int32_t number,
-                             OptionSetter row, OptionList* options) noexcept {
-  const std::int32_t fitted = FitToPpdValueList(context->ppd_options, list_key, number);
-  row.getter_arg = &fitted;
+std::int32_t SetFittedNumber(AnalyzeContext* context, Input list, std::int32_t number,
+                             const OptionSource& option, const OptionTarget& target) noexcept {
+  const std::int32_t fitted = FitToPpdValueList(context->ppd_options, KeyOf(list).key, number);
+  OptionSetter row = RowOf(option, &fitted);
   zGetOptionString(&row, 1);
-  return zSetOptionList(&row, 1, options);
+  return SetOptions(&row, 1, target);
 }
 
-}  // namespace
-}  // namespace ia
-
-int32_t z_Update_Prn_accessories(AnalyzeContext* context, OptionList* options) noexcept {
-  return ia::SetNumberOptions(context, IA_DOCUMENT_ACCESSORIES, ia::kAccessories, options);
+std::int32_t UpdateAccessories(AnalyzeContext* context, const OptionTarget& target) noexcept {
+  return SetNumberOptions(context, kAccessories, target);
 }
 
-int32_t z_Update_Prn_functions(AnalyzeContext* context, OptionList* options) noexcept {
-  ia::Functions functions;
-  const int32_t status = ia::SetFunctionOptions(context, functions, options);
-  if (status == 0) ia::CorrectModes(functions, options);
+std::int32_t UpdateFunctions(AnalyzeContext* context, const OptionTarget& target) noexcept {
+  Functions functions;
+  const std::int32_t status = SetFunctionOptions(context, functions, target);
+  if (status == 0) CorrectModes(functions, target.list);
   return status;
 }
 
-int32_t z_Update_Prn_specid(AnalyzeContext* context, OptionList* options) noexcept {
-  if (context == nullptr || options == nullptr) return -1;
-  int32_t version = 0;
-  const XmlKeyDescriptor key = ia::LongKey(IA_DOCUMENT_SPECID, "version", version);
-  const int32_t status = analyze_common_readxml(context, &key, 1);
+std::int32_t UpdateSpecId(AnalyzeContext* context, const OptionTarget& target) noexcept {
+  if (context == nullptr || target.list == nullptr) return -1;
+  std::int32_t version = 0;
+  const XmlKeyDescriptor key = LongKey(Input::kSpecVersion, version);
+  const std::int32_t status = analyze_common_readxml(context, &key, 1);
   if (status != 0) return status;
-  return ia::SetFittedNumber(context, "QVValueListSpecID", version,
-                             {"QVSpecID", nullptr, zGetSpecIDString, nullptr, "0000"}, options);
+  return SetFittedNumber(context, Input::kSpecIdValues, version, kSpecId.front(), target);
+}
+
+std::int32_t UpdatePlatform(AnalyzeContext* context, const OptionTarget& target) noexcept {
+  if (context == nullptr || target.list == nullptr) return -1;
+  char* name = nullptr;
+  std::int32_t version = 0;
+  const auto keys = std::to_array<XmlKeyDescriptor>({
+      TextKey(Input::kPlatformName, name),
+      LongKey(Input::kPlatformVersion, version),
+  });
+  const std::int32_t status = analyze_common_readxml(context, keys.data(), keys.size());
+  const CString owned_name(name);
+  if (status != 0) return status;
+  if (name == nullptr || !EqualsIgnoringCase(name, "NCPP")) return 0;
+  return SetFittedNumber(context, Input::kPlatformValues, version, kPlatform.front(), target);
+}
+
+std::int32_t UpdateResolutions(AnalyzeContext* context, const OptionTarget& target) noexcept {
+  return SetNumberOptions(context, kResolutions, target);
+}
+
+}  // namespace
+
+IA_DEFINE_UPDATE(kAccessoriesUpdate, z_Update_Prn_accessories, IA_DOCUMENT_ACCESSORIES,
+                 UpdateAccessories, kAccessories);
+IA_DEFINE_UPDATE(kFunctionsUpdate, z_Update_Prn_functions, IA_DOCUMENT_FUNCTIONS, UpdateFunctions,
+                 kFunctions);
+IA_DEFINE_UPDATE(kSpecIdUpdate, z_Update_Prn_specid, IA_DOCUMENT_SPECID, UpdateSpecId, kSpecId);
+IA_DEFINE_UPDATE(kPlatformUpdate, z_Update_Prn_platformVer, IA_DOCUMENT_FINISHER_LIST,
+                 UpdatePlatform, kPlatform);
+IA_DEFINE_UPDATE(kResolutionsUpdate, z_Update_Prn_resolutions, IA_DOCUMENT_FAX_LINE_LIST,
+                 UpdateResolutions, kResolutions);
+
+}  // namespace ia
+
+int32_t z_Update_Prn_accessories(AnalyzeContext* context, OptionList* options) noexcept {
+  return ia::UpdateAccessories(context, {options, true});
+}
+
+int32_t z_Update_Prn_functions(AnalyzeContext* context, OptionList* options) noexcept {
+  return ia::UpdateFunctions(context, {options, true});
+}
+
+int32_t z_Update_Prn_specid(AnalyzeContext* context, OptionList* options) noexcept {
+  return ia::UpdateSpecId(context, {options, true});
 }
 
 int32_t z_Update_Prn_platformVer(AnalyzeContext* context, OptionList* options) noexcept {
-  if (context == nullptr || options == nullptr) return -1;
-  char* name = nullptr;
-  int32_t version = 0;
-  const auto keys = std::to_array<XmlKeyDescriptor>({
-      ia::TextKey(IA_DOCUMENT_SPECID, "platform_name", name),
-      ia::LongKey(IA_DOCUMENT_SPECID, "platform_version", version),
-  });
-  const int32_t status = analyze_common_readxml(context, keys.data(), keys.size());
-  const ia::CString owned_name(name);
-  if (status != 0) return status;
-  if (name == nullptr || !ia::EqualsIgnoringCase(name, "NCPP")) return 0;
-  return ia::SetFittedNumber(context, "QVValueListPlatformVersion", version,
-                             {"QVPlatformVersion", nullptr, zGetHexString, nullptr, "0000"},
-                             options);
+  return ia::UpdatePlatform(context, {options, true});
 }
 
 int32_t z_Update_Prn_resolutions(AnalyzeContext* context, OptionList* options) noexcept {
-  return ia::SetNumberOptions(context, IA_DOCUMENT_RESOLUTIONS, ia::kResolutions, options);
+  return ia::UpdateResolutions(context, {options, true});
 }

@@ -53,3 +53,8 @@ void z_FreeBidiLibrary(BidiLibrary* library) noexcept {
   if (library->handle != nullptr) dlclose(library->handle);
   std::free(library);
 }
+
+const char* Bidi_GetEntryPointName(int32_t index) noexcept {
+  if (index < 0 || index >= static_cast<int32_t>(ia::kSymbols.size())) return nullptr;
+  return ia::kSymbols[static_cast<std::size_t>(index)].name;
+}

@@ -23,7 +23,8 @@ struct JobQuestion {
 
 template <auto kAsk>
 void Answer(const JobQuestion& question) {
-  const Session session = OpenSession(question.location);
+  const PrinterLocation location = Locate(question.location);
+  const Session session = OpenSession(location);
   const JobOptions job(question.options, session.analyzer->ppd_options);
   const auto answer = kAsk(*session.analyzer, job.table());
   WriteAnswer(question.format == "json" ? FormatJson(answer) : FormatText(answer));
@@ -35,6 +36,9 @@ void DefineJobQuestion(CLI::App& verb) {
   AddQueueOptions(verb, question->location);
   AddJobOptions(verb, question->options);
   AddFormatOption(verb, question->format);
+  verb.footer("Examples:\n  info-analyze calibration " + verb.get_name() +
+              " --queue office \\\n"
+              "      --driver-folder /usr/lib/driver --option QVGradation=High2");
   verb.callback([question] { Answer<kAsk>(*question); });
 }
 
@@ -78,6 +82,10 @@ void DefineCurves(CLI::App& verb) {
           ->type_name("FILE");
   verb.add_flag("--csv", question->is_csv, "Print the values, one line for each input level")
       ->excludes(svg);
+  verb.footer(
+      "Examples:\n"
+      "  info-analyze calibration curves --svg curves.svg\n"
+      "  info-analyze calibration curves --table Linden_Def_Calib_4bit --csv");
   verb.callback([question] { ShowCurves(*question); });
 }
 
@@ -85,6 +93,7 @@ void DefineCurves(CLI::App& verb) {
 
 void DefineCalibration(CLI::App& verb) {
   verb.require_subcommand(1);
+  verb.footer("Examples:\n  info-analyze calibration curves --svg curves.svg");
   DefineJobQuestion<AskForSettings>(
       *verb.add_subcommand("settings", "Tell which calibration settings a job needs"));
   DefineJobQuestion<AskForDefaults>(

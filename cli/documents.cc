@@ -45,8 +45,9 @@ class OpenFile {
   int descriptor_;
 };
 
-// The library tells only that a document is missing, so the file is looked at once more.
-[[nodiscard]] std::string ExplainFile(const std::string& path) {
+}  // namespace
+
+std::optional<std::string> FindFileFault(const std::string& path) {
   if (path.size() > kLongestPath) return std::strerror(ENAMETOOLONG);
   const OpenFile file(path);
   struct stat status = {};
@@ -55,17 +56,22 @@ class OpenFile {
   if (status.st_size > kLargestDocument) return "larger than 16 MiB";
   char byte = 0;
   if (pread(file.descriptor(), &byte, 1, 0) < 0) return std::strerror(errno);
-  return "not a document that the communication library reads";
+  return std::nullopt;
 }
 
-}  // namespace
+const char* DocumentFileName(std::int32_t document) {
+  return kFileNames[static_cast<std::size_t>(document)] + 1;
+}
 
 std::vector<std::string> ExplainMissingDocuments(const AnalyzeContext& analyzer) {
   std::vector<std::string> sentences;
   for (std::size_t i = 0; i < kFileNames.size(); ++i) {
     if (analyzer.documents[i].xml != nullptr) continue;
     const std::string path = std::string(analyzer.xml_folder) + kFileNames[i];
-    sentences.push_back("document " + path + ": " + ExplainFile(path));
+    // The library tells only that a document is missing, so the file is looked at once more.
+    const std::optional<std::string> fault = FindFileFault(path);
+    sentences.push_back("document " + path + ": " +
+                        fault.value_or("not a document that the communication library reads"));
   }
   return sentences;
 }

@@ -2,6 +2,7 @@
 
 #include <iostream>
 
+#include "cli/manners.h"
 #include "cli/printable.h"
 
 namespace ia::cli {
@@ -11,6 +12,7 @@ void ReportError(std::string_view message) {
 }
 
 void ReportWarning(std::string_view message) {
+  if (IsQuiet()) return;
   std::cerr << "info-analyze: warning: " << Printable(message) << '\n';
 }
 

@@ -17,6 +17,10 @@ enum class ExitStatus {
   kCommunicationLibrary = 4,
   kDocuments = 5,
   kNotFound = 6,
+  kWarnings = 7,
+  kFailures = 8,
+  kSnapshot = 9,
+  kDifferent = 10,
 };
 
 // Thrown by the step that fails; main() reports it and ends the process.
@@ -24,6 +28,16 @@ class Failure : public std::runtime_error {
  public:
   Failure(ExitStatus status, const std::string& message)
       : std::runtime_error(message), status_(status) {}
+  [[nodiscard]] ExitStatus status() const noexcept { return status_; }
+
+ private:
+  ExitStatus status_;
+};
+
+// Thrown by a verb that has answered, and whose answer is told by the exit status too.
+class Verdict : public std::exception {
+ public:
+  explicit Verdict(ExitStatus status) : status_(status) {}
   [[nodiscard]] ExitStatus status() const noexcept { return status_; }
 
  private:

@@ -33,7 +33,8 @@ struct FunctionVersionOptions {
 
 void TellFlags(const FunctionVersionOptions& asked) {
   const std::uint32_t version = ParseVersion(asked.version);
-  const Session session = OpenSession(asked.location);
+  const PrinterLocation location = Locate(asked.location);
+  const Session session = OpenSession(location);
   const OptionListPtr flags = StartOptionList();
   const int32_t result =
       Analyze_Info_FromFunctionVersion(session.analyzer.get(), version, flags.get());
@@ -55,6 +56,9 @@ void DefineFunctionVersion(CLI::App& verb) {
                   "Function version, hexadecimal (0x310) or decimal (784)")
       ->type_name("VERSION")
       ->required();
+  verb.footer(
+      "Examples:\n"
+      "  info-analyze function-version 0x310 --queue office --driver-folder /usr/lib/driver");
   verb.callback([asked] { TellFlags(*asked); });
 }
 

@@ -1,11 +1,16 @@
 // info-analyze: the library's answers on the command line.
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <CLI/CLI.hpp>
 #include <array>
+#include <cstdint>
 #include <exception>
 #include <string>
 
 #include "cli/failure.h"
+#include "cli/manners.h"
 #include "cli/verbs.h"
 
 namespace ia::cli {
@@ -20,18 +25,34 @@ struct Verb {
 constexpr auto kVerbs = std::to_array<Verb>({
     {"calibration", "Tell what a calibration tool sends to a printer, and starts from",
      DefineCalibration},
+    {"completion", "Write a script that completes command lines", DefineCompletion},
+    {"diff", "Tell what has changed between two printers, or between then and now", DefineDiff},
+    {"doctor", "Tell what is wrong with a printer's set-up, and what to mend first", DefineDoctor},
+    {"explain", "Tell why each option of a printer has its value", DefineExplain},
     {"function-version", "Tell which flags a driver function version selects",
      DefineFunctionVersion},
+    {"models", "Tell which handlers decide the options of each driver model", DefineModels},
     {"query", "Tell what a printer is and has, as PPD options", DefineQuery},
     {"queues", "List print queues, or find the one that serves a device", DefineQueues},
+    {"snapshot", "Keep a printer in one folder, to be asked again without it", DefineSnapshot},
     {"uri", "Tell what follows from a device URI", DefineUri},
 });
+
+// Verbs that ask, and those of their kind, each take the options that all have.
+void AddCommonOptions(CLI::App& verb) {
+  const auto subverbs = verb.get_subcommands([](const CLI::App*) { return true; });
+  for (CLI::App* const subverb : subverbs) AddCommonOptions(*subverb);
+  if (!subverbs.empty()) return;
+  verb.add_flag_function(
+      "--quiet", [](std::int64_t) { SetQuiet(true); }, "Tell errors alone on standard error");
+}
 
 void DefineCommandLine(CLI::App& app) {
   app.name("info-analyze");
   app.set_version_flag("--version", "info-analyze " IA_TOOL_VERSION, "Print the version and exit");
   app.require_subcommand(0, 1);  // none is found out in RequireVerb(), after unknown words
   for (const Verb& verb : kVerbs) verb.define(*app.add_subcommand(verb.name, verb.description));
+  AddCommonOptions(app);
 }
 
 [[nodiscard]] std::string HelpHint(const CLI::App& app) {
@@ -61,6 +82,15 @@ void RequireVerb(const CLI::App& app) {
   return Fail(ExitStatus::kUsage, error.what() + HelpHint(app));
 }
 
+// A file that is opened in the place of a closed standard stream would be taken for it, and the
+// library takes no document from the place of standard input. What is written to the output's
+// stand-in fails, as it would without.
+void OpenStandardStreams() {
+  int descriptor = open("/dev/null", O_RDONLY);
+  while (descriptor >= 0 && descriptor <= STDERR_FILENO) descriptor = open("/dev/null", O_RDONLY);
+  if (descriptor >= 0) close(descriptor);
+}
+
 [[nodiscard]] ExitStatus Run(int argc, char** argv) {
   CLI::App app("Asks printers what they are and have, in the terms of their driver's PPD options.");
   try {
@@ -70,6 +100,8 @@ void RequireVerb(const CLI::App& app) {
     return ExitStatus::kSuccess;
   } catch (const CLI::ParseError& error) {
     return EndParsing(app, error);
+  } catch (const Verdict& verdict) {
+    return verdict.status();
   } catch (const Failure& failure) {
     return Fail(failure.status(), failure.what());
   } catch (const std::exception& error) {
@@ -82,5 +114,6 @@ void RequireVerb(const CLI::App& app) {
 
 // An error that cannot even be told, for want of memory, may end the tool.
 int main(int argc, char** argv) {  // NOLINT(bugprone-exception-escape)
+  ia::cli::OpenStandardStreams();
   return static_cast<int>(ia::cli::Run(argc, argv));
 }

@@ -1,11 +1,8 @@
-#include <cstdint>
 #include <memory>
 #include <string>
-#include <vector>
 
-#include "cli/documents.h"
-#include "cli/failure.h"
 #include "cli/output.h"
+#include "cli/printer_query.h"
 #include "cli/session.h"
 #include "cli/verbs.h"
 
@@ -17,20 +14,10 @@ struct QueryOptions {
   std::string format = "text";
 };
 
-[[noreturn]] void FailForDocuments(const std::string& queue, int32_t result,
-                                   const std::vector<std::string>& missing) {
-  for (const std::string& sentence : missing) ReportError(sentence);
-  throw Failure(ExitStatus::kDocuments,
-                "queue " + queue + ": the query failed with result " + std::to_string(result));
-}
-
 void Query(const QueryOptions& query) {
-  const Session session = OpenSession(query.location);
-  const OptionListPtr options = StartOptionList();
-  const int32_t result = Analyze_Info_FromPrinter(session.analyzer.get(), options.get(), 0);
-  const std::vector<std::string> missing = ExplainMissingDocuments(*session.analyzer);
-  if (result != 0) FailForDocuments(query.location.queue, result, missing);
-  for (const std::string& sentence : missing) ReportWarning(sentence);
+  const PrinterLocation location = Locate(query.location);
+  const Session session = OpenSession(location);
+  const OptionListPtr options = AskPrinter(*session.analyzer, location.queue);
   const Answer answer = {session.analyzer->driver_name, options->next};
   WriteAnswer(FindFormatter(query.format)(answer));
 }
@@ -41,6 +28,12 @@ void DefineQuery(CLI::App& verb) {
   const auto query = std::make_shared<QueryOptions>();
   AddPrinterOptions(verb, query->location);
   AddFormatOption(verb, query->format);
+  verb.footer(
+      "Examples:\n"
+      "  info-analyze query --queue office --driver-folder /usr/lib/driver \\\n"
+      "      --device-info /var/cache/office\n"
+      "  info-analyze query --snapshot office.snapshot --driver-folder /usr/lib/driver --format "
+      "json");
   verb.callback([query] { Query(*query); });
 }
 

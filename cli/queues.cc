@@ -159,6 +159,10 @@ void DefineQueues(CLI::App& verb) {
   find->add_option("URI", options->uri, "Device URI")->required();
   find->callback([options] { Find(*options); });
   for (CLI::App* const subverb : {cups, daemon, find}) AddFormatOption(*subverb, options->format);
+  cups->footer("Examples:\n  info-analyze queues cups");
+  daemon->footer("Examples:\n  info-analyze queues daemon --driver-folder /usr/lib/driver");
+  find->footer("Examples:\n  info-analyze queues find net:192.0.2.10/PDLType=kappa2");
+  verb.footer("Examples:\n  info-analyze queues cups --format json");
 }
 
 }  // namespace ia::cli

@@ -10,18 +10,11 @@
 #include <utility>
 
 #include "cli/failure.h"
+#include "cli/manners.h"
+#include "cli/snapshot_folder.h"
 
 namespace ia::cli {
 namespace {
-
-[[nodiscard]] std::string LibraryPath(const std::string& driver_folder) {
-  char* path = nullptr;
-  if (FolderPathToFullPathOfMqpdUtil(driver_folder.c_str(), &path) != 0) {
-    throw Failure(ExitStatus::kCommunicationLibrary,
-                  "communication library: the driver folder's path is too long: " + driver_folder);
-  }
-  return TextPtr(path).get();
-}
 
 [[nodiscard]] BidiPtr LoadLibrary(const std::string& driver_folder) {
   const std::string path = LibraryPath(driver_folder);
@@ -67,11 +60,8 @@ void RequirePpdFile(const std::string& queue, const std::string& root) {
 }
 
 [[nodiscard]] AnalyzerPtr CreateAnalyzer(BidiContext* library, const PrinterLocation& location) {
-  if (!location.cups_root.empty()) {
-    const std::string root = std::filesystem::absolute(location.cups_root).string();
-    UseCupsRoot(root);
-    RequirePpdFile(location.queue, root);
-  }
+  UseQueue(location);
+  const Progress progress("the PPD of queue " + location.queue);
   AnalyzerPtr analyzer(
       Analyze_Create(library, location.queue.c_str(), location.device_info.c_str()));
   if (!analyzer) FailForQueue(location.queue);
@@ -80,24 +70,73 @@ void RequirePpdFile(const std::string& queue, const std::string& root) {
 
 }  // namespace
 
-void AddQueueOptions(CLI::App& verb, PrinterLocation& location) {
-  verb.add_option("--queue", location.queue, "Name of the CUPS queue")
-      ->type_name("NAME")
-      ->required();
-  verb.add_option("--driver-folder", location.driver_folder,
-                  "Folder of the driver; its communication library is Bidi/libmqpd_util.so")
-      ->type_name("DIR")
-      ->required();
+std::string LibraryPath(const std::string& driver_folder) {
+  char* path = nullptr;
+  if (FolderPathToFullPathOfMqpdUtil(driver_folder.c_str(), &path) != 0) {
+    throw Failure(ExitStatus::kCommunicationLibrary,
+                  "communication library: the driver folder's path is too long: " + driver_folder);
+  }
+  return TextPtr(path).get();
+}
+
+void AddCupsOptions(CLI::App& verb, PrinterLocation& location) {
+  verb.add_option("--queue", location.queue, "Name of the CUPS queue")->type_name("NAME");
+  AddCupsRootOption(verb, location);
+}
+
+void AddCupsRootOption(CLI::App& verb, PrinterLocation& location) {
   verb.add_option("--cups-root", location.cups_root,
                   "Read the PPD from DIR/ppd/NAME.ppd instead of asking a CUPS server")
       ->type_name("DIR");
 }
 
-void AddPrinterOptions(CLI::App& verb, PrinterLocation& location) {
-  AddQueueOptions(verb, location);
-  verb.add_option("--device-info", location.device_info, "Folder of the nine device documents")
+CLI::Option* AddDocumentsOption(CLI::App& verb, PrinterLocation& location) {
+  return verb
+      .add_option("--device-info", location.device_info, "Folder of the nine device documents")
+      ->type_name("DIR");
+}
+
+void AddDriverOption(CLI::App& verb, PrinterLocation& location) {
+  verb.add_option("--driver-folder", location.driver_folder,
+                  "Folder of the driver; its communication library is Bidi/libmqpd_util.so")
       ->type_name("DIR")
       ->required();
+}
+
+void AddQueueOptions(CLI::App& verb, PrinterLocation& location) {
+  AddCupsOptions(verb, location);
+  AddDriverOption(verb, location);
+  verb.add_option("--snapshot", location.snapshot,
+                  "Ask the printer in this folder, which `snapshot` has made")
+      ->type_name("DIR")
+      ->excludes("--queue")
+      ->excludes("--cups-root");
+}
+
+void AddPrinterOptions(CLI::App& verb, PrinterLocation& location) {
+  AddQueueOptions(verb, location);
+  AddDocumentsOption(verb, location)->excludes("--snapshot");
+  location.needs_documents = true;
+}
+
+PrinterLocation Locate(const PrinterLocation& told) {
+  if (told.snapshot.empty()) {
+    if (told.queue.empty()) throw CLI::RequiredError("--queue");
+    if (told.needs_documents && told.device_info.empty()) throw CLI::RequiredError("--device-info");
+    return told;
+  }
+  PrinterLocation location = told;
+  location.queue = ReadSnapshot(told.snapshot).queue;
+  location.cups_root = told.snapshot;
+  if (told.needs_documents) location.device_info = told.snapshot + "/device-info";
+  return location;
+}
+
+void UseQueue(const PrinterLocation& location) {
+  if (location.cups_root.empty()) return;
+  const std::string root = std::filesystem::absolute(location.cups_root).string();
+  UseCupsRoot(root);
+  RequirePpdFile(location.queue, root);
 }
 
 Session OpenSession(const PrinterLocation& location) {

@@ -15,12 +15,31 @@ struct PrinterLocation {
   std::string driver_folder;
   std::string device_info;  // empty: nothing is asked of the device
   std::string cups_root;    // empty: the CUPS server of the environment
+  std::string snapshot;     // empty: none; else it has the queue, its PPD and the documents
+  bool needs_documents = false;
 };
 
-// The options that tell a queue and its driver.
+// The options that tell where things are, one by one.
+void AddCupsRootOption(CLI::App& verb, PrinterLocation& location);
+void AddDriverOption(CLI::App& verb, PrinterLocation& location);
+CLI::Option* AddDocumentsOption(CLI::App& verb, PrinterLocation& location);
+
+// Those that tell a queue and its PPD; a queue and its driver; and its documents, too. A snapshot
+// may stand for the queue and the documents.
+void AddCupsOptions(CLI::App& verb, PrinterLocation& location);
 void AddQueueOptions(CLI::App& verb, PrinterLocation& location);
-// Those, and the one that tells the device documents.
 void AddPrinterOptions(CLI::App& verb, PrinterLocation& location);
+
+// The location with what its snapshot tells; throws when the command line tells too little, or the
+// snapshot is damaged.
+[[nodiscard]] PrinterLocation Locate(const PrinterLocation& told);
+
+// Makes the location's CUPS root that of this process, where one is told; throws a Failure when it
+// has no PPD of the queue.
+void UseQueue(const PrinterLocation& location);
+
+// The communication library of a driver folder; throws a Failure when the path is too long.
+[[nodiscard]] std::string LibraryPath(const std::string& driver_folder);
 
 // Members are released from the last to the first: the analyser needs the communication library.
 struct Session {

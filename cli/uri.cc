@@ -102,6 +102,7 @@ void DefineUri(CLI::App& verb) {
   const auto options = std::make_shared<UriOptions>();
   verb.add_option("URI", options->uri, "Device URI")->required();
   AddFormatOption(verb, options->format);
+  verb.footer("Examples:\n  info-analyze uri net:192.0.2.10/PDLType=kappa2");
   verb.callback([options] { Tell(*options); });
 }
 

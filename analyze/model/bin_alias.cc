@@ -11,7 +11,7 @@ constexpr std::int32_t kDocument = IA_DOCUMENT_BIN_LIST;
 // Adds the alias codes of one bin; zeros are none.
 std::int32_t CollectAliases(AnalyzeContext* context, std::int32_t item, std::int32_t* aliases,
                             std::int32_t& count) noexcept {
-  LongArray<kMostAliases> codes(kDocument, "alias");
+  LongArray<kMostAliases> codes(Input::kBinAlias);
   const std::int32_t status = ReadListItem(context, kDocument, item, {codes.Key()});
   if (status != 0) return status;
   for (const std::int32_t code : codes.Elements()) {

@@ -3,6 +3,7 @@
 #include <array>
 
 #include "analyze/model/finisher_report.h"
+#include "analyze/model/model_matrix.h"
 
 namespace ia {
 namespace {
@@ -69,3 +70,28 @@ IA_FINISHER_HANDLER(analyze_GetQVCopyTray_BEECH, ia::OfAlias<ia::kInnerBins>);
 IA_FINISHER_HANDLER(analyze_GetQVCopyTray_BIRCH, ia::OfAlias<ia::kInnerBins>);
 IA_FINISHER_HANDLER(analyze_GetQVCopyTray_HAZEL, ia::OfAlias<ia::kInnerBins>);
 IA_FINISHER_HANDLER(analyze_GetQVCopyTrayMAPLE, ia::OfAlias<ia::kFirstInnerBin>);
+
+// What each handler looks at.
+namespace ia {
+namespace {
+
+constexpr std::uint64_t kNames = SetOf(Input::kFinisherName);
+constexpr std::uint64_t kBins = SetOf(Input::kFinisherBins);
+constexpr std::uint64_t kAliases = SetOf(Input::kBinAlias);
+
+constexpr auto kSources = std::to_array<HandlerSource<FinisherOptionHandler>>({
+    IA_HANDLER_SOURCE(analyze_GetQVCopyTrayCommon, 0),
+    IA_HANDLER_SOURCE(analyze_GetQVCopyTray_ASPEN, kNames | kBins | kAliases),
+    IA_HANDLER_SOURCE(analyze_GetQVCopyTray_FIR, kNames | kBins | kAliases),
+    IA_HANDLER_SOURCE(analyze_GetQVCopyTray_CEDAR, kNames | kBins | kAliases),
+    IA_HANDLER_SOURCE(analyze_GetQVCopyTray_BEECH, kAliases),
+    IA_HANDLER_SOURCE(analyze_GetQVCopyTray_BIRCH, kAliases),
+    IA_HANDLER_SOURCE(analyze_GetQVCopyTray_HAZEL, kAliases),
+    IA_HANDLER_SOURCE(analyze_GetQVCopyTrayMAPLE, kAliases),
+});
+
+}  // namespace
+
+constinit const FinisherHandlerSources kCopyTrayHandlers = kSources;
+
+}  // namespace ia

@@ -3,6 +3,7 @@
 #include <array>
 
 #include "analyze/model/finisher_report.h"
+#include "analyze/model/model_matrix.h"
 
 namespace ia {
 namespace {
@@ -89,3 +90,32 @@ IA_FINISHER_HANDLER(analyze_GetQVFinTrayMYRTLE, ia::OfFinisherBin);
 IA_FINISHER_HANDLER(analyze_GetQVFinTrayWILLOW, ia::OfFinisherBin);
 IA_FINISHER_HANDLER(analyze_GetQVFinTraySUMAC, ia::ExitTrayOfInnerFinisher);
 IA_FINISHER_HANDLER(analyze_GetQVFinTrayHORNBEAM, ia::OfHornbeamUnit);
+
+// What each handler looks at.
+namespace ia {
+namespace {
+
+constexpr std::uint64_t kNames = SetOf(Input::kFinisherName);
+constexpr std::uint64_t kBins = SetOf(Input::kFinisherBins);
+constexpr std::uint64_t kAliases = SetOf(Input::kBinAlias);
+
+constexpr auto kSources = std::to_array<HandlerSource<FinisherOptionHandler>>({
+    IA_HANDLER_SOURCE(analyze_GetQVFinTrayCommon, 0),
+    IA_HANDLER_SOURCE(analyze_GetQVFinTray_ALDER, kNames | kBins),
+    IA_HANDLER_SOURCE(analyze_GetQVFinTray_ASPEN, kNames | kBins),
+    IA_HANDLER_SOURCE(analyze_GetQVFinTray_FIR, kNames | kBins),
+    IA_HANDLER_SOURCE(analyze_GetQVFinTray_BEECH, kAliases),
+    IA_HANDLER_SOURCE(analyze_GetQVFinTray_BIRCH, kAliases),
+    IA_HANDLER_SOURCE(analyze_GetQVFinTray_HAZEL, kAliases),
+    IA_HANDLER_SOURCE(analyze_GetQVFinTrayMAPLE, kAliases),
+    IA_HANDLER_SOURCE(analyze_GetQVFinTrayMYRTLE, kAliases),
+    IA_HANDLER_SOURCE(analyze_GetQVFinTrayWILLOW, kAliases),
+    IA_HANDLER_SOURCE(analyze_GetQVFinTraySUMAC, kNames | kAliases),
+    IA_HANDLER_SOURCE(analyze_GetQVFinTrayHORNBEAM, kNames | kAliases),
+});
+
+}  // namespace
+
+constinit const FinisherHandlerSources kFinTrayHandlers = kSources;
+
+}  // namespace ia

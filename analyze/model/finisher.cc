@@ -3,6 +3,7 @@
 #include <array>
 
 #include "analyze/model/finisher_report.h"
+#include "analyze/model/model_matrix.h"
 #include "info_common/ascii.h"
 #include "info_common/owned.h"
 
@@ -137,3 +138,34 @@ IA_FINISHER_HANDLER(analyze_GetQVFinisherWILLOW, ia::In2TrayF1OfTwoBins);
 IA_FINISHER_HANDLER(analyze_GetQVFinisherSUMAC, ia::In2TrayN1);
 IA_FINISHER_HANDLER(analyze_GetQVFinisherHICKORY, ia::In2TrayN1);
 IA_FINISHER_HANDLER(analyze_GetQVFinisherWALNUT, ia::ByBinsOfFirst);
+
+// What each handler looks at.
+namespace ia {
+namespace {
+
+constexpr std::uint64_t kNames = SetOf(Input::kFinisherName, Input::kFinisherNameFlags);
+constexpr std::uint64_t kBins = SetOf(Input::kFinisherBins);
+constexpr std::uint64_t kAliases = SetOf(Input::kBinAlias);
+
+constexpr auto kSources = std::to_array<HandlerSource<FinisherOptionHandler>>({
+    IA_HANDLER_SOURCE(analyze_GetQVFinisherCommon, kNames),
+    IA_HANDLER_SOURCE(analyze_GetQVFinisherSpecialIn2TrayCommon, kNames | kAliases),
+    IA_HANDLER_SOURCE(analyze_GetQVFinisher_ASPEN, kNames | kBins | kAliases),
+    IA_HANDLER_SOURCE(analyze_GetQVFinisher_FIR, kNames | kBins | kAliases),
+    IA_HANDLER_SOURCE(analyze_GetQVFinisher_BEECH, kNames | kBins | kAliases),
+    IA_HANDLER_SOURCE(analyze_GetQVFinisher_BIRCH, kNames | kBins | kAliases),
+    IA_HANDLER_SOURCE(analyze_GetQVFinisher_CEDAR, kNames | kBins | kAliases),
+    IA_HANDLER_SOURCE(analyze_GetQVFinisher_HAZEL, kNames | kBins | kAliases),
+    IA_HANDLER_SOURCE(analyze_GetQVFinisherMAPLE, kNames | kBins | kAliases),
+    IA_HANDLER_SOURCE(analyze_GetQVFinisherSPRUCE, kNames | kAliases),
+    IA_HANDLER_SOURCE(analyze_GetQVFinisherWILLOW, kNames | kAliases),
+    IA_HANDLER_SOURCE(analyze_GetQVFinisherSUMAC, kNames | kAliases),
+    IA_HANDLER_SOURCE(analyze_GetQVFinisherHICKORY, kNames | kAliases),
+    IA_HANDLER_SOURCE(analyze_GetQVFinisherWALNUT, kBins),
+});
+
+}  // namespace
+
+constinit const FinisherHandlerSources kFinisherHandlers = kSources;
+
+}  // namespace ia

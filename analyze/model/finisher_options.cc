@@ -1,6 +1,7 @@
 // Which handlers decide the finisher options of each driver model.
 #include <array>
 
+#include "analyze/model/model_matrix.h"
 #include "analyze/model_row.h"
 #include "info_analyze/model_options.h"
 
@@ -63,3 +64,17 @@ void analyze_GetFinisherOption(AnalyzeContext* context, const FinisherEntry* fin
     ++rows;
   }
 }
+
+namespace ia {
+
+constinit const ModelColumn kFinisherColumn =
+    ColumnOf<FinisherOptionRow, kFinisherOptionTable, kOtherModels, &FinisherOptionRow::finisher,
+             kFinisherHandlers>::kColumn;
+constinit const ModelColumn kCopyTrayColumn =
+    ColumnOf<FinisherOptionRow, kFinisherOptionTable, kOtherModels, &FinisherOptionRow::copy_tray,
+             kCopyTrayHandlers>::kColumn;
+constinit const ModelColumn kFinTrayColumn =
+    ColumnOf<FinisherOptionRow, kFinisherOptionTable, kOtherModels, &FinisherOptionRow::fin_tray,
+             kFinTrayHandlers>::kColumn;
+
+}  // namespace ia

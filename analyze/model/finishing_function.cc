@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "analyze/model/function_query.h"
+#include "analyze/model/model_matrix.h"
 #include "analyze/model_row.h"
 
 namespace ia {
@@ -19,6 +20,15 @@ constexpr auto kFinishingFunctionTable = std::to_array<FinishingFunctionRow>({
 });
 static_assert(kFinishingFunctionTable.size() == 2);
 static_assert(CountUnreachableRows<FinishingFunctionRow>(kFinishingFunctionTable) == 0);
+
+constexpr FinishingFunctionRow kOtherModels{"", analyze_GetFinishingFunctionOptionStringCommon};
+
+// The query has no detailed functions for the stapler.
+constexpr auto kSources = std::to_array<HandlerSource<FunctionStringHandler>>({
+    IA_HANDLER_SOURCE(analyze_GetFinishingFunctionOptionStringCommon, SetOf(Input::kFunctions)),
+    IA_HANDLER_SOURCE(analyze_GetFinishingFunctionOptionString_ELM, SetOf(Input::kFunctions)),
+    IA_HANDLER_SOURCE(analyze_GetFinishingFunctionOptionStringMagnolia, SetOf(Input::kFunctions)),
+});
 
 // The last row that is reported decides, unlike with punchers.
 CString SearchLast(const FunctionQuery& query) noexcept {
@@ -43,7 +53,7 @@ char* analyze_GetFinishingFunctionOptionString(const FunctionQuery* query) noexc
   if (query == nullptr) return nullptr;
   const auto* const row =
       ia::FindModel<ia::FinishingFunctionRow>(ia::kFinishingFunctionTable, query->driver_name);
-  return row != nullptr ? row->function(query) : ia::SearchLast(*query).release();
+  return (row != nullptr ? *row : ia::kOtherModels).function(query);
 }
 
 char* analyze_GetFinishingFunctionOptionStringCommon(const FunctionQuery* query) noexcept {
@@ -57,3 +67,11 @@ char* analyze_GetFinishingFunctionOptionString_ELM(const FunctionQuery* query) n
 char* analyze_GetFinishingFunctionOptionStringMagnolia(const FunctionQuery* query) noexcept {
   return query != nullptr ? ia::TrueForStaple(*query).release() : nullptr;
 }
+
+namespace ia {
+
+constinit const ModelColumn kFinishingFunctionColumn =
+    ColumnOf<FinishingFunctionRow, kFinishingFunctionTable, kOtherModels,
+             &FinishingFunctionRow::function, kSources>::kColumn;
+
+}  // namespace ia

@@ -1,6 +1,7 @@
 // Which handlers decide the paper-source options of each driver model.
 #include <array>
 
+#include "analyze/model/model_matrix.h"
 #include "analyze/model_row.h"
 #include "info_analyze/model_options.h"
 
@@ -66,3 +67,20 @@ void analyze_GetInputOptions(AnalyzeContext* context, const TrayEntry* trays, in
     }
   }
 }
+
+namespace ia {
+
+constinit const ModelColumn kSidePaperDeckColumn =
+    ColumnOf<InputOptionRow, kInputOptionTable, kOtherModels, &InputOptionRow::side_paper_deck,
+             kSidePaperDeckHandlers>::kColumn;
+constinit const ModelColumn kSourceOptionColumn =
+    ColumnOf<InputOptionRow, kInputOptionTable, kOtherModels, &InputOptionRow::source_option,
+             kSourceOptionHandlers>::kColumn;
+constinit const ModelColumn kMediaTypeColumn =
+    ColumnOf<InputOptionRow, kInputOptionTable, kOtherModels, &InputOptionRow::media_type,
+             kMediaTypeHandlers>::kColumn;
+constinit const ModelColumn kEnvelopeFeederColumn =
+    ColumnOf<InputOptionRow, kInputOptionTable, kOtherModels, &InputOptionRow::envelope_feeder,
+             kEnvelopeFeederHandlers>::kColumn;
+
+}  // namespace ia

@@ -4,12 +4,11 @@
 #include <array>
 #include <cstring>
 
+#include "analyze/model/model_matrix.h"
 #include "analyze/model/tray_report.h"
 
 namespace ia {
 namespace {
-
-constexpr const char* kPlainPaper = "PlainPaper";
 
 const FlagPair* FindNumber(std::span<const FlagPair> flags, std::int32_t number) noexcept {
   const auto hit =
@@ -145,3 +144,24 @@ IA_INPUT_HANDLER(analyze_GetQVXXXMediaTypeCommon, ia::AppendMediaTypes, ia::kCom
 IA_INPUT_HANDLER(analyze_GetQVXXXMediaType_CYPRESS, ia::AppendMediaTypes, ia::kCypress);
 IA_INPUT_HANDLER(analyze_GetQVXXXMediaTypeYEW, ia::AppendMediaTypes, ia::kYew);
 IA_INPUT_HANDLER(analyze_GetQVXXXMediaTypeREDWOOD, ia::AppendMediaTypes, ia::kRedwood);
+
+// What each handler looks at.
+namespace ia {
+namespace {
+
+constexpr std::uint64_t kSlots =
+    SetOf(Input::kTrayAlias, Input::kTrayMedium, Input::kSlotMediaFlags, Input::kMediaTypeFlags);
+constexpr std::uint64_t kNamed = SetOf(Input::kInputTrayFlags);
+
+constexpr auto kSources = std::to_array<HandlerSource<InputOptionHandler>>({
+    IA_HANDLER_SOURCE(analyze_GetQVXXXMediaTypeCommon, kSlots | kNamed),
+    IA_HANDLER_SOURCE(analyze_GetQVXXXMediaType_CYPRESS, kSlots | kNamed | SetOf(Input::kTrayType)),
+    IA_HANDLER_SOURCE(analyze_GetQVXXXMediaTypeYEW, kSlots),
+    IA_HANDLER_SOURCE(analyze_GetQVXXXMediaTypeREDWOOD, kSlots | kNamed),
+});
+
+}  // namespace
+
+constinit const InputHandlerSources kMediaTypeHandlers = kSources;
+
+}  // namespace ia

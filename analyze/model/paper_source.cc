@@ -4,12 +4,11 @@
 #include <limits>
 #include <string_view>
 
+#include "analyze/model/model_matrix.h"
 #include "analyze/model/tray_report.h"
 
 namespace ia {
 namespace {
-
-constexpr OptionName kSourceOption{"QVSrcOption", "None"};
 
 // The value from a count of trays on, up to the next row's; null: no value.
 struct CountValue {
@@ -144,3 +143,31 @@ IA_SOURCE_OPTION(analyze_GetQVSrcOptionHOLLY, ia::ByLargeDecks);
 IA_SOURCE_OPTION(analyze_GetQVSrcOptionOAK, ia::ByAlias<ia::kOak>);
 IA_SOURCE_OPTION(analyze_GetQVSrcOptionROWAN, ia::ByRowanDecks);
 IA_SOURCE_OPTION(analyze_GetQVSrcOptionREDWOOD, ia::ByAlias<ia::kRedwood>);
+
+// What each handler looks at.
+namespace ia {
+namespace {
+
+constexpr std::uint64_t kCount = SetOf(Input::kTrays);
+
+constexpr auto kSources = std::to_array<HandlerSource<InputOptionHandler>>({
+    IA_HANDLER_SOURCE(analyze_GetQVSrcOptionCommon,
+                      SetOf(Input::kTrayAlias, Input::kSourceOptionFlags)),
+    IA_HANDLER_SOURCE(analyze_GetQVSrcOptionCommonByCount, kCount),
+    IA_HANDLER_SOURCE(analyze_GetQVSrcOptionLAUREL, kCount),
+    IA_HANDLER_SOURCE(analyze_GetQVSrcOptionMYRTLE, kCount),
+    IA_HANDLER_SOURCE(analyze_GetQVSrcOption_ELM, kCount),
+    IA_HANDLER_SOURCE(analyze_GetQVSrcOptionOLIVE, kCount),
+    IA_HANDLER_SOURCE(analyze_GetQVSrcOptionSPRUCE, kCount),
+    IA_HANDLER_SOURCE(analyze_GetQVSrcOption_CYPRESS, SetOf(Input::kTrayType)),
+    IA_HANDLER_SOURCE(analyze_GetQVSrcOptionHOLLY, SetOf(Input::kTrayType)),
+    IA_HANDLER_SOURCE(analyze_GetQVSrcOptionOAK, SetOf(Input::kTrayAlias)),
+    IA_HANDLER_SOURCE(analyze_GetQVSrcOptionROWAN, SetOf(Input::kTrayAlias, Input::kTrayCapacity)),
+    IA_HANDLER_SOURCE(analyze_GetQVSrcOptionREDWOOD, SetOf(Input::kTrayAlias)),
+});
+
+}  // namespace
+
+constinit const InputHandlerSources kSourceOptionHandlers = kSources;
+
+}  // namespace ia

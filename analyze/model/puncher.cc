@@ -3,6 +3,7 @@
 #include <array>
 
 #include "analyze/model/function_query.h"
+#include "analyze/model/model_matrix.h"
 #include "analyze/model_row.h"
 
 namespace ia {
@@ -32,6 +33,17 @@ constexpr auto kPuncherOptionTable = std::to_array<PuncherRow>({
 });
 static_assert(kPuncherOptionTable.size() == 11);
 static_assert(CountUnreachableRows<PuncherRow>(kPuncherOptionTable) == 0);
+
+// Of models without a row the dispatch itself takes care.
+constexpr PuncherRow kOtherModels{"", analyze_GetPuncherOptionString};
+
+constexpr std::uint64_t kLooksAt = SetOf(Input::kFunctions, Input::kDetailFunctions);
+constexpr auto kSources = std::to_array<HandlerSource<FunctionStringHandler>>({
+    IA_HANDLER_SOURCE(analyze_GetPuncherOptionString, kLooksAt),
+    IA_HANDLER_SOURCE(analyze_GetPuncherOptionStringJUNIPER, kLooksAt),
+    IA_HANDLER_SOURCE(analyze_GetPuncherOptionStringJUNIPER_MLT, kLooksAt),
+    IA_HANDLER_SOURCE(analyze_GetPuncherOptionStringMultipleHoles, kLooksAt),
+});
 
 bool Punches(const FunctionQuery& query, const char* holes) noexcept {
   return IsFunctionReported(query) && IsDetailReported(query, holes);
@@ -109,3 +121,10 @@ char* analyze_GetPuncherOptionStringMultipleHoles(const FunctionQuery* query) no
   if (!ia::Punches(*query, ia::kMultipleHoles)) return ia::SearchInTableOrder(*query).release();
   return ia::CopyOf("PUNM").release();
 }
+
+namespace ia {
+
+constinit const ModelColumn kPuncherColumn = ColumnOf<PuncherRow, kPuncherOptionTable, kOtherModels,
+                                                      &PuncherRow::puncher, kSources>::kColumn;
+
+}  // namespace ia

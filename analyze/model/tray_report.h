@@ -41,6 +41,10 @@ struct OptionName {
   const char* keyword;
   const char* default_value;
 };
+inline constexpr OptionName kSidePaperDeck{"QVSidePaperDeck", "None"};
+inline constexpr OptionName kSourceOption{"QVSrcOption", "None"};
+inline constexpr OptionName kEnvelopeFeeder{"QVEnvelopeFeeder", "False"};
+inline constexpr const char* kPlainPaper = "PlainPaper";  // default of the media types
 
 // False when an argument is missing or the rows in use are fewer than none.
 [[nodiscard]] bool IsComplete(const InputArguments& arguments) noexcept;

@@ -38,6 +38,11 @@ IA_EXPORT BidiContext* Bidi_Create(const char* driver_folder) IA_NOEXCEPT;
  *  @param context  context, or NULL for nothing to do */
 IA_EXPORT void Bidi_Destroy(BidiContext* context) IA_NOEXCEPT;
 
+/** Names an entry point that a communication library must have.
+ *  @param index  number from 0 to 35, in the order in which they are bound
+ *  @return borrowed name; NULL when the number is out of range */
+IA_EXPORT const char* Bidi_GetEntryPointName(int32_t index) IA_NOEXCEPT;
+
 /** Loads a communication library and binds its entry points, all of them or none.
  *  @param library_path  path for dlopen(); NULL is refused
  *  @return new binding, released with z_FreeBidiLibrary(); NULL on failure */

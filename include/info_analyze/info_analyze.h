@@ -32,6 +32,7 @@
 #include "info_analyze/option_setter.h"
 #include "info_analyze/option_table.h"
 #include "info_analyze/printer_updates.h"
+#include "info_analyze/provenance.h"
 #include "info_analyze/queue_list.h"
 #include "info_analyze/string_helpers.h"
 

@@ -24,8 +24,8 @@ room_of() {  # file, from the source folder, or public header
     queue/* | info_analyze/@(device_uri|mqpd_conf|queue_list).h) echo queue ;;
     bidi/* | info_analyze/@(bidi|communication_library|device_documents).h) echo bidi ;;
     info_analyze/@(analyzer|flag_info).h) echo record ;;
-    analyze/@(analyzer|document_keys|flag_info|model_row|option_rows|option_setter).* | \
-      info_analyze/option_setter.h) echo context ;;
+    analyze/@(analyzer|document_keys|flag_info|inputs|model_row|option_rows|option_setter).* | \
+      info_analyze/@(option_setter|provenance).h) echo context ;;
     analyze/model/* | info_analyze/model_options.h) echo model ;;
     analyze/* | info_analyze/@(list_getters|printer_updates).h) echo query ;;
     calib/* | info_analyze/@(calibration|halftone).h) echo calib ;;

@@ -38,18 +38,26 @@ TEST(OptionRows, ApplyInOrderWithValuesAndDefaults) {
   ia::OptionRows<3> rows = NewRows();
   rows.RunGetters();
   CallersList list;
-  EXPECT_EQ(rows.Apply(list.get()), 0);
+  EXPECT_EQ(rows.Apply({list.get(), true}), 0);
   EXPECT_THAT(list.entries(), ElementsAre(Entry("QVCopied", "copied"), Entry("QVNone", "default"),
                                           Entry("QVPlain", "default")));
+}
+
+TEST(OptionRows, WithoutDefaultsApplyOnlyTheirValues) {
+  ia::OptionRows<3> rows = NewRows();
+  rows.RunGetters();
+  CallersList list;
+  EXPECT_EQ(rows.Apply({list.get(), false}), 0);
+  EXPECT_THAT(list.entries(), ElementsAre(Entry("QVCopied", "copied")));
 }
 
 TEST(OptionRows, HaveNoValuesOnceApplied) {
   ia::OptionRows<3> rows = NewRows();
   rows.RunGetters();
   CallersList list;
-  EXPECT_EQ(rows.Apply(list.get()), 0);
+  EXPECT_EQ(rows.Apply({list.get(), true}), 0);
   for (std::size_t i = 0; i < 3; ++i) EXPECT_EQ(rows[i].value, nullptr);
-  EXPECT_EQ(rows.Apply(list.get()), 0);
+  EXPECT_EQ(rows.Apply({list.get(), true}), 0);
   EXPECT_EQ(list.entries()[0], Entry("QVCopied", "default"));
 }
 
@@ -66,7 +74,7 @@ TEST(OptionRows, GiveTheirRowsToOthers) {
   EXPECT_EQ(rows.Data() + 2, &rows[2]);
   rows.Data()[1].value = strdup("given");
   CallersList list;
-  EXPECT_EQ(rows.Apply(list.get()), 0);
+  EXPECT_EQ(rows.Apply({list.get(), true}), 0);
   EXPECT_EQ(list.entries()[1], Entry("QVNone", "given"));
 }
 

@@ -183,5 +183,19 @@ TEST(FreeBidiLibrary, CleansUpWithoutHandle) {
 
 TEST(FreeBidiLibrary, FreesAnEmptyBinding) { z_FreeBidiLibrary(NewBinding()); }
 
+TEST(EntryPointNames, AreThoseThatAreBoundInTheirOrder) {
+  std::int32_t index = 0;
+#define IA_ENTRY_POINT(name, ...) EXPECT_STREQ(Bidi_GetEntryPointName(index++), #name);
+#include "bidi/entry_points.inc"
+#undef IA_ENTRY_POINT
+  EXPECT_EQ(index, 36);
+}
+
+TEST(EntryPointNames, EndOutOfRange) {
+  for (const std::int32_t index : {-1, 36, INT32_MAX, INT32_MIN}) {
+    EXPECT_EQ(Bidi_GetEntryPointName(index), nullptr) << index;
+  }
+}
+
 }  // namespace
 }  // namespace ia_test

@@ -20,12 +20,24 @@ class ToolCommandLine : public SamplePrinter {};
 const std::vector<std::vector<std::string>> kVerbs = {{"calibration", "settings"},
                                                       {"calibration", "defaults"},
                                                       {"calibration", "curves"},
+                                                      {"completion"},
+                                                      {"diff"},
+                                                      {"doctor"},
+                                                      {"explain"},
                                                       {"function-version"},
+                                                      {"models"},
                                                       {"query"},
                                                       {"queues", "cups"},
                                                       {"queues", "daemon"},
                                                       {"queues", "find"},
+                                                      {"snapshot"},
                                                       {"uri"}};
+
+std::string Words(const std::vector<std::string>& verb) {
+  std::string text = "info-analyze";
+  for (const std::string& word : verb) text += " " + word;
+  return text;
+}
 
 TEST_F(ToolCommandLine, VersionIsPrinted) {
   const Finished run = RunTool({IA_TEST_TOOL, "--version"});
@@ -51,6 +63,17 @@ TEST_F(ToolCommandLine, HelpOfAVerbNamesItsOptions) {
     EXPECT_THAT(run.out, HasSubstr(option));
   }
   EXPECT_EQ(run.err, "");
+}
+
+TEST_F(ToolCommandLine, HelpOfEveryVerbHasAnExample) {
+  for (const std::vector<std::string>& verb : kVerbs) {
+    std::vector<std::string> arguments = {IA_TEST_TOOL};
+    arguments.insert(arguments.end(), verb.begin(), verb.end());
+    arguments.push_back("--help");
+    EXPECT_THAT(RunTool(arguments).out, HasSubstr(Words(verb) + " ")) << Words(verb);
+    EXPECT_THAT(RunTool(arguments).out,
+                testing::ContainsRegex("Examples:(\n.*)*  (source <\\()?" + Words(verb)));
+  }
 }
 
 TEST_F(ToolCommandLine, ManualPageHasEveryOptionOfTheHelp) {

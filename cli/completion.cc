@@ -1,0 +1,189 @@
+// The verb "completion": scripts that complete command lines, made from the options that the verbs
+// define.
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "cli/lpadmin.h"
+#include "cli/output.h"
+#include "cli/verbs.h"
+
+namespace ia::cli {
+namespace {
+
+// A place on the command line: the words behind the program's name that are verbs.
+struct Place {
+  std::string path;  // "/calibration/settings"
+  std::vector<std::string> words;
+};
+
+enum class ValueKind { kFolder, kFile, kWords, kOther };
+
+struct OptionValue {
+  std::string path;    // of the verb
+  std::string option;  // "--format"
+  ValueKind kind;
+  std::vector<std::string> words;
+};
+
+struct Tree {
+  std::vector<Place> places;
+  std::vector<OptionValue> values;
+};
+
+// CLI11 names the values that are checked for behind the type: "FORMAT:{text,json}".
+[[nodiscard]] std::vector<std::string> CheckedWords(const std::string& type_name) {
+  const std::size_t open = type_name.find('{');
+  const std::size_t close = type_name.find('}');
+  if (open == std::string::npos || close == std::string::npos) return {};
+  return CLI::detail::split(type_name.substr(open + 1, close - open - 1), ',');
+}
+
+[[nodiscard]] ValueKind KindOf(const std::string& type) {
+  if (!CheckedWords(type).empty()) return ValueKind::kWords;
+  if (type.starts_with("DIR")) return ValueKind::kFolder;
+  return type.starts_with("FILE") ? ValueKind::kFile : ValueKind::kOther;
+}
+
+void AddOptions(const CLI::App& verb, Place& place, Tree& tree) {
+  for (const CLI::Option* const option : verb.get_options()) {
+    if (option->get_positional()) {
+      for (const std::string& word : CheckedWords(option->get_type_name())) {
+        place.words.push_back(word);
+      }
+    }
+    for (const std::string& name : option->get_lnames()) {
+      place.words.push_back("--" + name);
+      if (option->get_items_expected_max() < 1) continue;
+      const std::string type = option->get_type_name();
+      tree.values.push_back({place.path, "--" + name, KindOf(type), CheckedWords(type)});
+    }
+  }
+}
+
+void AddPlaces(const CLI::App& verb, const std::string& path, Tree& tree) {
+  Place place = {path, {}};
+  const auto subverbs = verb.get_subcommands([](const CLI::App*) { return true; });
+  for (const CLI::App* const subverb : subverbs) place.words.push_back(subverb->get_name());
+  AddOptions(verb, place, tree);
+  tree.places.push_back(place);
+  for (const CLI::App* const subverb : subverbs) {
+    AddPlaces(*subverb, path + "/" + subverb->get_name(), tree);
+  }
+}
+
+[[nodiscard]] std::string Join(const std::vector<std::string>& words) {
+  std::string text;
+  for (const std::string& word : words) text += (text.empty() ? "" : " ") + QuoteForShell(word);
+  return text;
+}
+
+// What a shell does for each kind of word.
+struct Shell {
+  const char* name;
+  const char* head;        // up to the walk along the verbs
+  const char* first_word;  // index of the first word behind the program's name
+  const char* word_array;
+  const char* folders;
+  const char* files;
+  const char* words_before;
+  const char* words_behind;
+  const char* tail;
+};
+
+constexpr Shell kBash = {
+    "bash",
+    "# Completion of info-analyze for bash; made by info-analyze completion bash.\n"
+    "_info_analyze() {\n"
+    "  local cur=${COMP_WORDS[COMP_CWORD]} prev=${COMP_WORDS[COMP_CWORD-1]} place= i\n"
+    "  for ((i = 1; i < COMP_CWORD; i++)); do\n",
+    "1",
+    "COMP_WORDS",
+    "mapfile -t COMPREPLY < <(compgen -d -- \"$cur\")",
+    "mapfile -t COMPREPLY < <(compgen -f -- \"$cur\")",
+    "mapfile -t COMPREPLY < <(compgen -W '",
+    "' -- \"$cur\")",
+    "}\ncomplete -o filenames -o default -F _info_analyze info-analyze\n"};
+
+constexpr Shell kZsh = {
+    "zsh",
+    "#compdef info-analyze\n"
+    "# Completion of info-analyze for zsh; made by info-analyze completion zsh.\n"
+    "_info-analyze() {\n"
+    "  local prev=${words[CURRENT-1]} place= i\n"
+    "  for ((i = 2; i < CURRENT; i++)); do\n",
+    "2",
+    "words",
+    "_files -/",
+    "_files",
+    "compadd -- ",
+    " || _files",
+    "}\n"
+    "if [[ ${funcstack[1]} == _info-analyze ]]; then\n"
+    "  _info-analyze \"$@\"\n"
+    "else\n"
+    "  compdef _info-analyze info-analyze\n"
+    "fi\n"};
+
+[[nodiscard]] std::string CompleteWords(const Shell& shell, const std::vector<std::string>& words) {
+  return shell.words_before + Join(words) + shell.words_behind;
+}
+
+[[nodiscard]] std::string CompleteValue(const Shell& shell, const OptionValue& value) {
+  switch (value.kind) {
+    case ValueKind::kFolder:
+      return shell.folders;
+    case ValueKind::kFile:
+      return shell.files;
+    case ValueKind::kWords:
+      return CompleteWords(shell, value.words);
+    default:
+      return ":";
+  }
+}
+
+// Options' values come first: a value may read like a verb.
+[[nodiscard]] std::string WriteScript(const Shell& shell, const Tree& tree) {
+  std::string text = shell.head;
+  text += std::string("    case \"$place/${") + shell.word_array + "[i]}\" in\n      ";
+  std::string paths;
+  for (const Place& place : tree.places) {
+    if (!place.path.empty()) paths += (paths.empty() ? "" : "|") + place.path;
+  }
+  text += paths + ") place+=/${" + shell.word_array + "[i]} ;;\n    esac\n  done\n";
+  text += "  case \"$place $prev\" in\n";
+  for (const OptionValue& value : tree.values) {
+    text += "    '" + value.path + " " + value.option + "') " + CompleteValue(shell, value) +
+            "; return ;;\n";
+  }
+  text += "  esac\n  case \"$place\" in\n";
+  for (const Place& place : tree.places) {
+    text += "    " + (place.path.empty() ? "''" : place.path) + ") " +
+            CompleteWords(shell, place.words) + " ;;\n";
+  }
+  return text + "  esac\n" + shell.tail;
+}
+
+void WriteCompletion(const CLI::App& tool, const std::string& shell) {
+  Tree tree;
+  AddPlaces(tool, "", tree);
+  WriteAnswer(WriteScript(shell == kZsh.name ? kZsh : kBash, tree));
+}
+
+}  // namespace
+
+void DefineCompletion(CLI::App& verb) {
+  const auto shell = std::make_shared<std::string>();
+  verb.add_option("SHELL", *shell, "Shell that is to complete")
+      ->required()
+      ->check(CLI::IsMember({kBash.name, kZsh.name}));
+  verb.footer(
+      "Examples:\n"
+      "  source <(info-analyze completion bash)\n"
+      "  info-analyze completion zsh > ~/.zfunc/_info-analyze");
+  verb.callback([&verb, shell] { WriteCompletion(*verb.get_parent(), *shell); });
+}
+
+}  // namespace ia::cli

@@ -1,0 +1,125 @@
+/** @file
+ *  Why an option has its value: the update handlers of Analyze_Info_FromPrinter(), the options that
+ *  each sets, what is looked at for each, and the model tables.
+ *
+ *  Everything here is told from the tables by which the library itself decides. The records are
+ *  constant and borrowed; they stay valid while the library is loaded. Later versions may append
+ *  fields, inputs, options and families. */
+#ifndef INFO_ANALYZE_PROVENANCE_H_
+#define INFO_ANALYZE_PROVENANCE_H_
+
+#include <stdint.h>
+
+#include "info_analyze/analyzer.h"
+#include "info_analyze/device_documents.h"
+#include "info_analyze/export.h"
+#include "info_analyze/option_setter.h"
+
+IA_BEGIN_DECLS
+
+enum {
+  IA_INPUT_OF_PPD = -1, /**< in place of a document */
+  IA_NO_INPUT = -1,     /**< in place of an input's number */
+  IA_GUARD_NONE = -1,   /**< the update handler always runs */
+  IA_GUARD_FLAGS = 9,   /**< it runs when the analyser has its media_type_flags */
+  IA_FAMILY_NONE = -1,  /**< the same for all models */
+  IA_OTHER_MODELS = -1  /**< the row of models that have none */
+};
+
+/** Option families: columns of the model tables, each with handlers of its own. */
+enum {
+  IA_FAMILY_FINISHER = 0,           /**< QVFinisher */
+  IA_FAMILY_COPY_TRAY = 1,          /**< QVCopyTray */
+  IA_FAMILY_FIN_TRAY = 2,           /**< QVFinTray */
+  IA_FAMILY_SIDE_PAPER_DECK = 3,    /**< QVSidePaperDeck */
+  IA_FAMILY_SOURCE_OPTION = 4,      /**< QVSrcOption */
+  IA_FAMILY_MEDIA_TYPE = 5,         /**< the keywords that QVAnlz_SlotMediaInfo names */
+  IA_FAMILY_ENVELOPE_FEEDER = 6,    /**< QVEnvelopeFeeder */
+  IA_FAMILY_PUNCHER = 7,            /**< QVPuncher */
+  IA_FAMILY_FINISHING_FUNCTION = 8, /**< QVOptionStaple */
+  IA_FAMILY_EXTRA_OPTIONS = 9,      /**< QVInsertUnit of models that report it as a tray */
+  IA_FAMILY_COUNT = 10
+};
+
+/** Something that is looked at: a value of a device document or a text of the PPD. */
+typedef struct InputKey {
+  int32_t document; /**< IA_DOCUMENT_..., or IA_INPUT_OF_PPD */
+  int32_t in_list;  /**< 1: a key of each item of the document's "list"; 0: an outermost one */
+  int32_t type;     /**< IA_KEY_LONG, IA_KEY_STRING, or of an array IA_KEY_LONG_ELEMENTS or
+                         IA_KEY_STRING_ELEMENTS; IA_KEY_DICTIONARY: the number of such items */
+  const char* key;  /**< key; in the PPD a keyword, or with IA_KEY_STRING_ELEMENTS what the keywords
+                         of several texts begin with */
+} InputKey;
+
+/** An option that an update handler sets. */
+typedef struct OptionSource {
+  const char* keyword;       /**< PPD keyword; NULL: those that the PPD names for media types */
+  OptionGetter getter;       /**< turns what was read into the value; NULL: a model's handler or the
+                                  update handler itself does */
+  const char* default_value; /**< value when nothing gives one */
+  int32_t family;            /**< IA_FAMILY_..., by whose handlers it is decided */
+  int32_t value_input;       /**< input that is the value's raw form, or IA_NO_INPUT */
+  uint64_t inputs;           /**< all inputs, bit n for input n; those of the model's handler come
+                                  beside them */
+} OptionSource;
+
+/** An update handler of the query. */
+typedef struct UpdateSource {
+  const char* name;            /**< its exported name */
+  int32_t guard;               /**< index of the document without which it does not run, which need
+                                    not be one that it reads; IA_GUARD_FLAGS or IA_GUARD_NONE */
+  const OptionSource* options; /**< what it sets */
+  int32_t option_count;        /**< number of options */
+} UpdateSource;
+
+/** One family's part of a row of the model tables. */
+typedef struct ModelRow {
+  const char* code;   /**< beginning of the model codes that the row is for; "": other models */
+  int32_t whole_code; /**< 1: the code in full, not its beginning */
+  const char*
+      handler;     /**< exported name of the function that decides; NULL: none, the option then
+                        keeps its default, or is not set at all where its handler would add it */
+  uint64_t inputs; /**< what the handler looks at, bit n for input n */
+} ModelRow;
+
+/** Tells an input.
+ *  @param input  number from 0
+ *  @return borrowed record; NULL when the number is out of range */
+IA_EXPORT const InputKey* Analyze_Provenance_GetInput(int32_t input) IA_NOEXCEPT;
+
+/** Tells an update handler of the query.
+ *  @param update  number from 0, in the order in which they run
+ *  @return borrowed record; NULL when the number is out of range */
+IA_EXPORT const UpdateSource* Analyze_Provenance_GetUpdate(int32_t update) IA_NOEXCEPT;
+
+/** Runs one update handler of the query as Analyze_Info_FromPrinter() does, if its guard is there.
+ *  Documents are not loaded. Run in order, all with their defaults, they give the query's options.
+ *  @param context        analyser
+ *  @param update         number from 0
+ *  @param with_defaults  0: an option whose value would be the default for want of another is left
+ *                        out; else all options are set
+ *  @param options        list that receives the options; holds at least one node
+ *  @return 0, also when the guard is missing; -1 for a NULL argument or a number out of range; else
+ *          the handler's result */
+IA_EXPORT int32_t Analyze_Provenance_RunUpdate(AnalyzeContext* context, int32_t update,
+                                               uint8_t with_defaults,
+                                               OptionList* options) IA_NOEXCEPT;
+
+/** Finds the row that a model code selects in a family's table.
+ *  @param family      IA_FAMILY_...
+ *  @param model_code  model code; NULL has no row
+ *  @return row from 0; IA_OTHER_MODELS when there is none, or no such family */
+IA_EXPORT int32_t Analyze_Provenance_FindModelRow(int32_t family,
+                                                  const char* model_code) IA_NOEXCEPT;
+
+/** Tells a row of a family's table.
+ *  @param family  IA_FAMILY_...
+ *  @param row     row from 0, or IA_OTHER_MODELS
+ *  @param source  receives the row; its texts are borrowed; untouched when there is none
+ *  @return 1; 0 when the family or the row is out of range or @p source is NULL */
+IA_EXPORT int32_t Analyze_Provenance_GetModelRow(int32_t family, int32_t row,
+                                                 ModelRow* source) IA_NOEXCEPT;
+
+IA_END_DECLS
+
+#endif /* INFO_ANALYZE_PROVENANCE_H_ */

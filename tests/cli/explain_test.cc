@@ -1,0 +1,164 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+#include <string>
+#include <vector>
+
+#include "tests/cli/sample_printer.h"
+
+namespace {
+
+using ia_test::ExpectFailure;
+using ia_test::Finished;
+using ia_test::Lines;
+using ia_test::SamplePrinter;
+using Json = nlohmann::ordered_json;
+using testing::AllOf;
+using testing::Contains;
+using testing::HasSubstr;
+using testing::Not;
+using testing::SizeIs;
+
+std::string DocumentOf(const std::string& values) {
+  return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<document version=\"1\">" + values +
+         "</document>\n";
+}
+
+class ToolExplain : public SamplePrinter {
+ protected:
+  Finished Explain(const std::vector<std::string>& more) const {
+    std::vector<std::string> arguments = QueryArguments();
+    arguments[1] = "explain";
+    arguments.insert(arguments.end(), more.begin(), more.end());
+    return RunTool(arguments);
+  }
+  // What is told of one option.
+  Json Why(const std::string& keyword) const {
+    const Finished run = Explain({keyword, "--format", "json"});
+    EXPECT_EQ(run.status, 0) << run.err;
+    Json explanations = Json::parse(run.out)["explanations"];
+    EXPECT_THAT(explanations, SizeIs(1));
+    return explanations[0];
+  }
+};
+
+TEST_F(ToolExplain, TellsTheOptionsThatAreAskedForInTheOrderOfTheQuery) {
+  const Finished run = Explain({"QVPuncher", "qvharddisk"});
+  EXPECT_EQ(run.status, 0);
+  EXPECT_THAT(run.out, testing::StartsWith("QVHardDisk=True\n"));
+  EXPECT_THAT(Lines(run.out), Contains("QVPuncher=PUNU24"));
+  EXPECT_THAT(run.out, Not(HasSubstr("QVDupUnit")));
+}
+
+TEST_F(ToolExplain, OptionThatThePrinterLacksIsNotFound) {
+  ExpectFailure(Explain({"QVNothing"}), 6,
+                AllOf(HasSubstr("the printer has no option QVNothing"), Not(HasSubstr("sets it"))));
+  ExpectFailure(Explain({"QVEnvelopeFeeder"}), 6,
+                HasSubstr("z_Update_Prn_tray_list sets it for other printers"));
+}
+
+TEST_F(ToolExplain, NumberThatIsReportedAsTheDefaultComesFromTheDevice) {
+  WriteDocument("Accessories.xml", DocumentOf("<long key=\"hd\">0</long>"));
+  EXPECT_EQ(Why("QVHardDisk")["origin"], "device");
+  EXPECT_EQ(Why("QVTotalMemSize")["origin"], "default");
+  EXPECT_EQ(Why("QVTotalMemSize")["inputs"][0]["state"], "missing");
+}
+
+TEST_F(ToolExplain, KeyOfAnotherKindIsTold) {
+  WriteDocument("Accessories.xml", DocumentOf("<string key=\"hd\">1</string>"
+                                              "<array key=\"memory\"><long>1</long></array>"));
+  const Json why = Why("QVHardDisk");
+  EXPECT_EQ(why["value"], "False");
+  EXPECT_EQ(why["origin"], "default");
+  EXPECT_EQ(why["inputs"][0]["state"], "wrong kind");
+  EXPECT_EQ(Why("QVTotalMemSize")["inputs"][0]["state"], "wrong kind");
+}
+
+TEST_F(ToolExplain, SpecificationIdThatNobodyReportsComesFromThePpd) {
+  WriteDocument("Specid.xml", DocumentOf("<string key=\"platform_name\">other</string>"));
+  const Json why = Why("QVSpecID");
+  EXPECT_EQ(why["value"], "0100");
+  EXPECT_EQ(why["origin"], "ppd");
+}
+
+TEST_F(ToolExplain, UserManagementThatFollowsFromOtherKeysComesFromTheDevice) {
+  WriteDocument("Functions.xml", DocumentOf("<long key=\"management\">1</long>"
+                                            "<string key=\"authentication_user\">mode4</string>"));
+  EXPECT_EQ(Why("QVUseUsrManagement")["value"], "True");
+  EXPECT_EQ(Why("QVUseUsrManagement")["origin"], "device");
+  EXPECT_EQ(Why("QVUseCSModeSecured")["origin"], "default");
+}
+
+// "None" that a handler decides is no default.
+TEST_F(ToolExplain, HandlerThatDecidesForTheDefaultValueIsTold) {
+  ReplaceInPpd("RA-H5-MLT-JP", "RA-Z2");
+  const Json why = Why("QVSrcOption");
+  EXPECT_EQ(why["value"], "None");
+  EXPECT_EQ(why["origin"], "device");
+  EXPECT_EQ(why["model"], Json::parse(R"({"code": "RA-Z2", "match": "prefix",
+                            "handler": "analyze_GetQVSrcOptionOAK"})"));
+}
+
+TEST_F(ToolExplain, MediumThatThePpdDoesNotNameIsTheDefault) {
+  ReplaceInPpd("PlainPaper:0,", "");
+  EXPECT_EQ(Why("QVCas1MediaType")["value"], "PlainPaper");
+  EXPECT_EQ(Why("QVCas1MediaType")["origin"], "default");
+  EXPECT_EQ(Why("QVCas2MediaType")["origin"], "device");
+}
+
+TEST_F(ToolExplain, LastUpdateThatSetsAnOptionIsTold) {
+  EXPECT_EQ(Why("QVInsertUnit")["update"], "z_Update_Prn_finisher_list");
+  ReplaceInPpd("RA-H5-MLT-JP", "RA-Z5");
+  const Json why = Why("QVInsertUnit");
+  EXPECT_EQ(why["update"], "z_Update_Prn_extra");
+  EXPECT_EQ(why["model"]["match"], "whole");
+  EXPECT_EQ(why["origin"], "default");
+}
+
+TEST_F(ToolExplain, PrinterWithoutModelCodeFallsBack) {
+  ReplaceInPpd("*QVAnlz_DriverName: \"RA-H5-MLT-JP\"\n", "");
+  EXPECT_EQ(Why("QVFinisher")["model"]["match"], "other models");
+  EXPECT_THAT(Explain({"QVFinisher"}).out,
+              HasSubstr("(no model code), no row of its own, common fallback: "
+                        "analyze_GetQVFinisherCommon"));
+}
+
+TEST_F(ToolExplain, ValueThatThePpdDoesNotOfferIsTold) {
+  ReplaceInPpd("Finisher-W1:BKFINW1", "Finisher-W1:NEWFIN");
+  EXPECT_EQ(Why("QVFinisher")["ppd"]["has_value"], false);
+  EXPECT_EQ(Why("QVFinisher")["ppd"]["default"], "None");
+  EXPECT_THAT(Explain({"QVFinisher"}).out, HasSubstr("; NEWFIN is none of them"));
+}
+
+TEST_F(ToolExplain, OptionThatThePpdLacksIsTold) {
+  EXPECT_TRUE(Why("QVTotalMemSize")["ppd"].is_null());
+  EXPECT_THAT(Explain({"QVTotalMemSize"}).out, HasSubstr("choices  the PPD has no such option"));
+}
+
+TEST_F(ToolExplain, DocumentThatIsMissingIsTold) {
+  RemoveDocument("Devicename.xml");  // the last one decides about the query
+  ExpectFailure(Explain({"QVFAXDialLineA"}), 5, HasSubstr("Devicename.xml"));
+  WriteDocument("Devicename.xml", DocumentOf(""));
+  RemoveDocument("Accessories.xml");
+  const Finished run = Explain({"QVDupUnit"});
+  EXPECT_EQ(run.status, 0);
+  EXPECT_THAT(run.err, HasSubstr("warning: document"));
+}
+
+TEST_F(ToolExplain, HostileTextsOfADeviceNeitherReachTheTerminalNorBreakJson) {
+  WriteDocument("Functions.xml", DocumentOf("<string key=\"authentication_user\">[31m\"'\xc2\x9b"
+                                            "&#10;rm</string>"));
+  const Finished text = Explain({"QVUseCSModeJobAccount"});
+  EXPECT_EQ(text.status, 0) << text.err;
+  EXPECT_THAT(text.out, AllOf(Not(HasSubstr("\xc2\x9b")), Not(HasSubstr("\nrm"))));
+  EXPECT_EQ(Why("QVUseCSModeJobAccount")["inputs"][0]["value"], "[31m\"'\xc2\x9b\nrm");
+}
+
+TEST_F(ToolExplain, VeryLongTextIsToldInFull) {
+  WriteDocument("Devicename.xml", DocumentOf("<string key=\"devicename\">" +
+                                             std::string(100'000, 'n') + "</string>"));
+  EXPECT_EQ(Why("QVFAXDialLineA")["inputs"].back()["value"], std::string(100'000, 'n'));
+}
+
+}  // namespace

@@ -1,0 +1,162 @@
+// What each verb says of each sample printer, compared byte for byte with what is kept under
+// golden/. With IA_RENEW_GOLDEN in the environment the kept files are written anew, to be read.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <string>
+#include <tuple>
+#include <vector>
+
+#include "tests/cli/process.h"
+#include "tests/support/temp_folder.h"
+
+namespace {
+
+using ia_test::Finished;
+using ia_test::ReadFile;
+
+using Words = std::vector<std::string>;
+
+struct VerbCase {
+  std::string name;                                // of the kept file
+  Words (*arguments)(const std::string& printer);  // in the folder of the test
+  std::map<std::string, int> statuses;             // of printers; others end with 0
+};
+
+// These printers do not report every key.
+const std::map<std::string, int> kWarnings = {
+    {"colour-copier", 7}, {"fax-centre", 7}, {"floor-printer", 7}, {"small-office", 7}};
+
+Words OnQueue(Words verb, const std::string& printer) {
+  verb.insert(verb.end(), {"--queue", printer, "--driver-folder", "driver", "--cups-root",
+                           "printers/" + printer});
+  return verb;
+}
+
+Words OnPrinter(const std::string& verb, const std::string& printer) {
+  Words arguments = OnQueue({verb}, printer);
+  arguments.insert(arguments.end(), {"--device-info", "printers/" + printer + "/device-info"});
+  return arguments;
+}
+
+std::string ModelCodeOf(const std::string& printer) {
+  const std::string ppd =
+      ReadFile(IA_TEST_SOURCE "/examples/" + printer + "/ppd/" + printer + ".ppd");
+  const std::string key = "*QVAnlz_DriverName: \"";
+  const std::size_t at = ppd.find(key) + key.size();
+  return ppd.substr(at, ppd.find('"', at) - at);
+}
+
+const VerbCase kVerbs[] = {
+    {"query", [](const std::string& printer) { return OnPrinter("query", printer); }, {}},
+    {"explain", [](const std::string& printer) { return OnPrinter("explain", printer); }, {}},
+    {"doctor", [](const std::string& printer) { return OnPrinter("doctor", printer); }, kWarnings},
+    {"diff",
+     [](const std::string& printer) {
+       return Words{"diff", "first", "second/" + printer, "--driver-folder", "driver"};
+     },
+     {}},
+    {"models",
+     [](const std::string& printer) {
+       return Words{"models", ModelCodeOf(printer)};
+     },
+     {}},
+    {"function-version",
+     [](const std::string& printer) {
+       return OnQueue({"function-version", "0x310"}, printer);
+     },
+     {}},
+    {"calibration-settings",
+     [](const std::string& printer) {
+       return OnQueue({"calibration", "settings"}, printer);
+     },
+     {}},
+    {"calibration-defaults",
+     [](const std::string& printer) {
+       return OnQueue({"calibration", "defaults"}, printer);
+     },
+     {}},
+};
+
+std::vector<std::string> Printers() {
+  std::vector<std::string> names;
+  for (const auto& entry : std::filesystem::directory_iterator(IA_TEST_SOURCE "/examples")) {
+    if (entry.is_directory()) names.push_back(entry.path().filename());
+  }
+  std::ranges::sort(names);
+  return names;
+}
+
+using Parameters = std::tuple<VerbCase, std::string, std::string>;  // printer, format
+
+class Golden : public testing::TestWithParam<Parameters> {
+ protected:
+  Golden() {
+    std::filesystem::create_directory_symlink(IA_TEST_DRIVER_FOLDER, root_ / "driver");
+    std::filesystem::create_directory_symlink(IA_TEST_SOURCE "/examples", root_ / "printers");
+  }
+  // With relative folders, so that none of this machine is told.
+  Finished RunTool(Words arguments) const {
+    arguments.insert(arguments.begin(), IA_TEST_TOOL);
+    return ia_test::RunProgram({.arguments = arguments,
+                                .environment = {{"HOME", root_.path()}},
+                                .folder = root_.path(),
+                                .output = ""});
+  }
+  Finished Run() const {
+    const auto& [verb, printer, format] = GetParam();
+    if (verb.name == "diff") {
+      TakeSnapshot("office-mfp", "first");
+      TakeSnapshot(printer, "second/" + printer);
+    }
+    Words arguments = verb.arguments(printer);
+    arguments.insert(arguments.end(), {"--format", format});
+    return RunTool(arguments);
+  }
+  void TakeSnapshot(const std::string& printer, const std::string& folder) const {
+    const std::string root = "printers/" + printer;
+    EXPECT_EQ(RunTool({"snapshot", folder, "--queue", printer, "--cups-root", root, "--device-info",
+                       root + "/device-info"})
+                  .status,
+              0);
+  }
+  static std::string KeptFile() {
+    const auto& [verb, printer, format] = GetParam();
+    return IA_TEST_SOURCE "/tests/cli/golden/" + printer + "/" + verb.name +
+           (format == "json" ? ".json" : ".txt");
+  }
+  static void Renew(const std::string& text) {
+    std::filesystem::create_directories(std::filesystem::path(KeptFile()).parent_path());
+    std::ofstream(KeptFile(), std::ios::binary) << text;
+  }
+
+  const ia_test::TempFolder root_;
+};
+
+TEST_P(Golden, IsWhatTheToolSays) {
+  const Finished run = Run();
+  if (std::getenv("IA_RENEW_GOLDEN") != nullptr) Renew(run.out);
+  const auto& [verb, printer, format] = GetParam();
+  const auto status = verb.statuses.find(printer);
+  EXPECT_EQ(run.status, status != verb.statuses.end() ? status->second : 0);
+  EXPECT_EQ(run.err, "");
+  EXPECT_EQ(run.out, ReadFile(KeptFile()));
+}
+
+std::string NameOf(const testing::TestParamInfo<Parameters>& info) {
+  const auto& [verb, printer, format] = info.param;
+  std::string name = verb.name + "_" + printer + "_" + format;
+  std::ranges::replace(name, '-', '_');
+  return name;
+}
+
+INSTANTIATE_TEST_SUITE_P(Samples, Golden,
+                         testing::Combine(testing::ValuesIn(kVerbs), testing::ValuesIn(Printers()),
+                                          testing::Values("text", "json")),
+                         NameOf);
+
+}  // namespace

@@ -1,0 +1,92 @@
+#!/usr/bin/env python3
+"""What each verb writes in JSON, checked against the published schema.
+
+usage: schema_check.py TOOL DRIVER_FOLDER SOURCE_FOLDER     exit status 77: no jsonschema
+"""
+import json
+import pathlib
+import subprocess
+import sys
+import tempfile
+
+try:
+    import jsonschema
+except ImportError:
+    sys.exit(77)
+
+
+def closed(schema):
+    """The schema without room for members that it does not tell."""
+    if isinstance(schema, list):
+        return [closed(item) for item in schema]
+    if not isinstance(schema, dict):
+        return schema
+    schema = {key: closed(value) for key, value in schema.items()}
+    if schema.get("type") == "object" and "properties" in schema:
+        schema["additionalProperties"] = False
+    return schema
+
+
+class Checker:
+    def __init__(self, schema):
+        jsonschema.Draft202012Validator.check_schema(schema)
+        self.schema = closed(schema)
+        self.count = 0
+        self.wrong = []
+
+    def check(self, what, name, text):
+        if not text.isascii():
+            self.wrong.append(f"{what}: is not ASCII")
+        schema = {"$defs": self.schema["$defs"], "$ref": f"#/$defs/{name}"}
+        errors = list(jsonschema.Draft202012Validator(schema).iter_errors(json.loads(text)))
+        self.wrong += [f"{what}: {error.json_path}: {error.message[:200]}" for error in errors]
+        self.count += 1
+
+
+def main():
+    tool, driver, source = sys.argv[1], sys.argv[2], pathlib.Path(sys.argv[3])
+    schema = json.loads((source / "docs/info-analyze.schema.json").read_text(encoding="utf-8"))
+    checker = Checker(schema)
+    asked = set()
+
+    def ask(name, *arguments, statuses=(0,)):
+        run = subprocess.run([tool, *arguments, "--format", "json"], capture_output=True)
+        if run.returncode not in statuses:
+            checker.wrong.append(f"{arguments}: status {run.returncode}: {run.stderr.decode()}")
+            return
+        asked.add(name)
+        checker.check(" ".join(map(str, arguments)), name, run.stdout.decode())
+
+    with tempfile.TemporaryDirectory() as folder:
+        snapshots = []
+        for printer in sorted(path.parent for path in source.glob("examples/*/device-info")):
+            snapshots.append(f"{folder}/{printer.name}")
+            queue = ["--queue", printer.name, "--cups-root", printer]
+            documents = ["--device-info", printer / "device-info"]
+            subprocess.run([tool, "snapshot", snapshots[-1], *queue, *documents], check=True)
+            on_printer = ["--snapshot", snapshots[-1], "--driver-folder", driver]
+            ask("query", "query", *on_printer)
+            ask("query", "function-version", "0x310", *on_printer)
+            ask("explain", "explain", *on_printer)
+            ask("doctor", "doctor", *on_printer, statuses=(0, 7))
+            ask("calibration_settings", "calibration", "settings", *on_printer)
+            ask("calibration_defaults", "calibration", "defaults", *on_printer)
+            ask("diff", "diff", snapshots[0], snapshots[-1], "--driver-folder", driver)
+        ask("doctor", "doctor", "--queue", "none", "--cups-root", folder, "--driver-folder", folder,
+            "--device-info", folder, statuses=(8,))
+    ask("models", "models")
+    ask("models", "models", "RA-Z5")
+    ask("uri", "uri", "net:192.0.2.10/PDLType=kappa2")
+    ask("queues", "queues", "cups")
+    ask("queues", "queues", "daemon")
+    # Names a queue of this machine's daemon, so there is no answer to ask for here.
+    checker.check("queues find", "queue", '{"schema_version": 1, "queue": "office"}')
+    unasked = {entry["$ref"].split("/")[-1] for entry in schema["oneOf"]} - asked - {"queue"}
+    if unasked:
+        checker.wrong.append(f"not asked: {unasked}")
+    print(f"{checker.count} answers")
+    print("\n".join(checker.wrong))
+    return 1 if checker.wrong else 0
+
+
+sys.exit(main())
