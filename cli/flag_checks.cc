@@ -99,12 +99,12 @@ class FlagText {
     for (const auto& [name, count] : counts_) {
       if (count < 2) continue;
       const FlagPair* const pair = zflaginfo_find(&store_, name.c_str());
-      const std::string counts =
-          pair != nullptr ? ", of which the value " + std::string(pair->value) + " counts" : "";
-      checkup_.Warn("flags",
-                    std::string(key_.key) + ": the item " + name + " is there " +
-                        std::to_string(count) + " times" + counts,
-                    "keep one item of that name");
+      std::string sentence = std::string(key_.key) + ": the item " + name + " is there ";
+      sentence += std::to_string(count) + " times";
+      if (pair != nullptr) {
+        sentence += std::string(", of which the value ") + pair->value + " counts";
+      }
+      checkup_.Warn("flags", sentence, "keep one item of that name");
     }
   }
 
