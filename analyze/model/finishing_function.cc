@@ -31,19 +31,19 @@ constexpr auto kSources = std::to_array<HandlerSource<FunctionStringHandler>>({
 });
 
 // The last row that is reported decides, unlike with punchers.
-CString SearchLast(const FunctionQuery& query) noexcept {
+const char* SearchLast(const FunctionQuery& query) noexcept {
   if (!IsFunctionReported(query)) return nullptr;
-  if (query.search_table == nullptr) return CopyOf(query.default_value);
+  if (query.search_table == nullptr) return query.default_value;
   const char* value = nullptr;
   for (const FunctionPair& pair : SearchTableOf(query)) {
     if (IsDetailReported(query, pair.detail_function)) value = pair.value;
   }
-  return CopyOf(value);
+  return value;
 }
 
-CString TrueForStaple(const FunctionQuery& query) noexcept {
+const char* TrueForStaple(const FunctionQuery& query) noexcept {
   const bool is_staple = query.function != nullptr && std::string_view(query.function) == "staple";
-  return is_staple && IsFunctionReported(query) ? CopyOf("True") : nullptr;
+  return is_staple && IsFunctionReported(query) ? "True" : nullptr;
 }
 
 }  // namespace
@@ -57,15 +57,15 @@ char* analyze_GetFinishingFunctionOptionString(const FunctionQuery* query) noexc
 }
 
 char* analyze_GetFinishingFunctionOptionStringCommon(const FunctionQuery* query) noexcept {
-  return query != nullptr ? ia::SearchLast(*query).release() : nullptr;
+  return ia::Answer(query, ia::SearchLast);
 }
 
 char* analyze_GetFinishingFunctionOptionString_ELM(const FunctionQuery* query) noexcept {
-  return query != nullptr ? ia::TrueForStaple(*query).release() : nullptr;
+  return ia::Answer(query, ia::TrueForStaple);
 }
 
 char* analyze_GetFinishingFunctionOptionStringMagnolia(const FunctionQuery* query) noexcept {
-  return query != nullptr ? ia::TrueForStaple(*query).release() : nullptr;
+  return ia::Answer(query, ia::TrueForStaple);
 }
 
 namespace ia {

@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <string_view>
 
+#include "info_common/owned.h"
+
 static_assert(sizeof(FunctionPair) == 2 * sizeof(void*));
 static_assert(offsetof(FunctionPair, value) == 1 * sizeof(void*));
 static_assert(sizeof(FunctionQuery) == 9 * sizeof(void*));
@@ -36,6 +38,11 @@ bool IsDetailReported(const FunctionQuery& query, const char* detail) noexcept {
 std::span<const FunctionPair> SearchTableOf(const FunctionQuery& query) noexcept {
   if (query.search_table == nullptr || query.search_rows < 1) return {};
   return {query.search_table, static_cast<std::size_t>(query.search_rows)};
+}
+
+char* Answer(const FunctionQuery* query,
+             const char* (*decide)(const FunctionQuery&) noexcept) noexcept {
+  return query != nullptr ? CopyOf(decide(*query)).release() : nullptr;
 }
 
 }  // namespace ia

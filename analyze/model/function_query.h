@@ -5,7 +5,6 @@
 #include <span>
 
 #include "info_analyze/model_options.h"
-#include "info_common/owned.h"
 
 namespace ia {
 
@@ -13,6 +12,10 @@ namespace ia {
 [[nodiscard]] bool IsDetailReported(const FunctionQuery& query, const char* detail) noexcept;
 
 [[nodiscard]] std::span<const FunctionPair> SearchTableOf(const FunctionQuery& query) noexcept;
+
+// A copy of what a handler decides; null for null.
+[[nodiscard]] char* Answer(const FunctionQuery* query,
+                           const char* (*decide)(const FunctionQuery&) noexcept) noexcept;
 
 }  // namespace ia
 

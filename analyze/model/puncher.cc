@@ -5,6 +5,7 @@
 #include "analyze/model/function_query.h"
 #include "analyze/model/model_matrix.h"
 #include "analyze/model_row.h"
+#include "info_common/owned.h"
 
 namespace ia {
 namespace {
@@ -50,20 +51,20 @@ bool Punches(const FunctionQuery& query, const char* holes) noexcept {
 }
 
 // The order of the search table is the priority.
-CString SearchInTableOrder(const FunctionQuery& query) noexcept {
+const char* SearchInTableOrder(const FunctionQuery& query) noexcept {
   if (!IsFunctionReported(query)) return nullptr;
-  if (query.search_table == nullptr) return CopyOf(query.default_value);
+  if (query.search_table == nullptr) return query.default_value;
   const auto table = SearchTableOf(query);
   const auto hit = std::ranges::find_if(table, [&](const FunctionPair& pair) {
     return IsDetailReported(query, pair.detail_function);
   });
-  return hit != table.end() ? CopyOf(hit->value) : nullptr;
+  return hit != table.end() ? hit->value : nullptr;
 }
 
 // The order of the device's own list is the priority.
-CString SearchInDeviceOrder(const FunctionQuery& query) noexcept {
+const char* SearchInDeviceOrder(const FunctionQuery& query) noexcept {
   if (!IsFunctionReported(query)) return nullptr;
-  if (query.search_table == nullptr) return CopyOf(query.default_value);
+  if (query.search_table == nullptr) return query.default_value;
   if (query.detail_functions == nullptr || query.detail_count == nullptr) return nullptr;
   const auto table = SearchTableOf(query);
   for (std::int32_t i = 0; i < *query.detail_count; ++i) {
@@ -73,16 +74,31 @@ CString SearchInDeviceOrder(const FunctionQuery& query) noexcept {
       return pair.detail_function != nullptr &&
              std::string_view(pair.detail_function).starts_with(detail);
     });
-    if (hit != table.end() && hit->value != nullptr) return CopyOf(hit->value);
+    if (hit != table.end() && hit->value != nullptr) return hit->value;
   }
   return nullptr;
 }
 
+// Two holes or nothing.
+const char* TwoHoles(const FunctionQuery& query) noexcept {
+  return Punches(query, kTwoHoles) ? "PUNU2" : nullptr;
+}
+
+const char* TwoOrFourHoles(const FunctionQuery& query) noexcept {
+  if (!Punches(query, kTwoHoles)) return SearchInTableOrder(query);
+  return IsDetailReported(query, kFrenchFourHoles) ? "PUNU24" : "PUNU2";
+}
+
+const char* MultipleHoles(const FunctionQuery& query) noexcept {
+  return Punches(query, kMultipleHoles) ? "PUNM" : SearchInTableOrder(query);
+}
+
+// The table answers, too, when there is no memory for the value that the holes stand for.
 CString OtherModels(const FunctionQuery& query) noexcept {
   if (Punches(query, kTwoHoles) && IsDetailReported(query, kFrenchFourHoles)) {
     if (CString value = CopyOf("PUNF24")) return value;
   }
-  return SearchInTableOrder(query);
+  return CopyOf(SearchInTableOrder(query));
 }
 
 }  // namespace
@@ -96,30 +112,23 @@ char* analyze_GetPuncherOptionString(const FunctionQuery* query) noexcept {
 }
 
 char* analyze_GetPuncherOptionStringSearchTableListOrder(const FunctionQuery* query) noexcept {
-  return query != nullptr ? ia::SearchInTableOrder(*query).release() : nullptr;
+  return ia::Answer(query, ia::SearchInTableOrder);
 }
 
 char* analyze_GetPuncherOptionStringDetailFuncListOrder(const FunctionQuery* query) noexcept {
-  return query != nullptr ? ia::SearchInDeviceOrder(*query).release() : nullptr;
+  return ia::Answer(query, ia::SearchInDeviceOrder);
 }
 
-// Two holes or nothing.
 char* analyze_GetPuncherOptionStringJUNIPER(const FunctionQuery* query) noexcept {
-  if (query == nullptr || !ia::Punches(*query, ia::kTwoHoles)) return nullptr;
-  return ia::CopyOf("PUNU2").release();
+  return ia::Answer(query, ia::TwoHoles);
 }
 
 char* analyze_GetPuncherOptionStringJUNIPER_MLT(const FunctionQuery* query) noexcept {
-  if (query == nullptr) return nullptr;
-  if (!ia::Punches(*query, ia::kTwoHoles)) return ia::SearchInTableOrder(*query).release();
-  return ia::CopyOf(ia::IsDetailReported(*query, ia::kFrenchFourHoles) ? "PUNU24" : "PUNU2")
-      .release();
+  return ia::Answer(query, ia::TwoOrFourHoles);
 }
 
 char* analyze_GetPuncherOptionStringMultipleHoles(const FunctionQuery* query) noexcept {
-  if (query == nullptr) return nullptr;
-  if (!ia::Punches(*query, ia::kMultipleHoles)) return ia::SearchInTableOrder(*query).release();
-  return ia::CopyOf("PUNM").release();
+  return ia::Answer(query, ia::MultipleHoles);
 }
 
 namespace ia {
