@@ -1,10 +1,19 @@
-// What a benchmark found too slow, so that the whole run can tell.
+// What the benchmarks may cost, all in one place.
 #ifndef BENCH_LIMITS_H_
 #define BENCH_LIMITS_H_
 
+#include <span>
+#include <string>
+
 namespace ia_bench {
 
-inline bool g_is_limit_exceeded = false;
+struct Limit {
+  std::string benchmark;
+  std::string counter;
+  double at_most;  // for the median over the repetitions
+};
+
+std::span<const Limit> Limits();
 
 }  // namespace ia_bench
 

@@ -2,137 +2,35 @@
 // is the library's own share.
 #include <benchmark/benchmark.h>
 #include <dlfcn.h>
+#include <fcntl.h>
+#include <unistd.h>
 
-#include <chrono>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
-#include <memory>
+#include <functional>
 #include <span>
 #include <string>
+#include <thread>
 #include <vector>
 
+#include "bench/allocations.h"
 #include "bench/document_calls.h"
 #include "bench/document_replay.h"
-#include "bench/sample_printer.h"
-#include "bench/server_root.h"
-#include "info_analyze/info_analyze.h"
+#include "bench/sample_analyzer.h"
+#include "bench/timings.h"
 
 namespace {
 
+using ia_bench::CountAllocations;
 using ia_bench::DocumentCall;
-using Clock = std::chrono::steady_clock;
-using Seconds = std::chrono::duration<double>;
+using ia_bench::Library;
+using ia_bench::ResultList;
+using ia_bench::SampleAnalyzer;
+using ia_bench::Timings;
 
-constexpr char kQueue[] = "sample";
-constexpr std::uint32_t kFunctionVersion = 0x310;
-
-template <auto kRelease>
-struct Releaser {
-  template <class T>
-  void operator()(T* object) const {
-    kRelease(object);
-  }
-};
-using BidiPtr = std::unique_ptr<BidiContext, Releaser<Bidi_Destroy>>;
-using AnalyzerPtr = std::unique_ptr<AnalyzeContext, Releaser<Analyze_Destroy>>;
-
-// The documents of the sample printer, in the form of one of the communication libraries.
-
-struct XmlValue {
-  std::string attribute;
-
-  std::string operator()(std::int32_t number) const {
-    return "<long" + attribute + ">" + std::to_string(number) + "</long>";
-  }
-  std::string operator()(const char* text) const {
-    return "<string" + attribute + ">" + text + "</string>";
-  }
-  template <class Element>
-  std::string operator()(std::span<Element> elements) const {
-    std::string xml = "<array" + attribute + ">";
-    for (const Element& element : elements) xml += XmlValue{""}(element);
-    return xml + "</array>";
-  }
-};
-
-std::string ToXml(const ia_bench::Fields& fields) {
-  std::string xml;
-  for (const auto& [key, value] : fields) {
-    xml += std::visit(XmlValue{" key=\"" + std::string(key) + "\""}, value) + "\n";
-  }
-  return xml;
-}
-
-std::string ToXml(const ia_bench::SampleDocument& document) {
-  std::string xml = "<document version=\"1\">" + ToXml(document.fields);
-  for (const ia_bench::Fields& item : document.list) {
-    xml += "<dict key=\"list\">" + ToXml(item) + "</dict>\n";
-  }
-  return xml + "</document>\n";
-}
-
-std::string ToDigit(const ia_bench::SampleDocument& document) {
-  return std::to_string(&document - ia_bench::kDocuments.data());
-}
-
-struct Library {
-  const char* driver_folder;
-  const char* document_folder;
-  std::string (*content)(const ia_bench::SampleDocument& document);
-
-  [[nodiscard]] std::string Path() const {
-    return std::string(driver_folder) + "/Bidi/libmqpd_util.so";
-  }
-  [[nodiscard]] std::string WriteDocuments() const {
-    const ia_bench::ServerRoot& root = ia_bench::ServerRoot::Get();
-    for (const ia_bench::SampleDocument& document : ia_bench::kDocuments) {
-      root.WriteFile(document_folder + ("/" + std::string(document.file)), content(document));
-    }
-    return root.folder() / document_folder;
-  }
-};
-
-const Library kReference{IA_REFERENCE_DRIVER, "reference", ToXml};
-const Library kFixedAnswers{IA_FIXED_ANSWERS_DRIVER, "fixed-answers", ToDigit};
-
-class Analyzer {
- public:
-  explicit Analyzer(const Library& library) : Analyzer(library, library.driver_folder) {}
-  Analyzer(const Library& library, const char* driver_folder)
-      : documents_(library.WriteDocuments()), bidi_(Bidi_Create(driver_folder)) {
-    ia_bench::ServerRoot::Get().WritePpd(kQueue, ia_bench::kPpd);
-    analyzer_ = Create();
-  }
-
-  [[nodiscard]] AnalyzerPtr Create() const {
-    return AnalyzerPtr(Analyze_Create(bidi_.get(), kQueue, documents_.c_str()));
-  }
-
-  // Runs action(analyser, list) with a fresh list and returns what it took, without the list.
-  template <class Action>
-  double Time(Action action) {
-    OptionList* list = nullptr;
-    info_common_optlist_additem_front(&list, "", "");
-    const auto start = Clock::now();
-    const std::int32_t status = action(analyzer_.get(), list);
-    const double seconds = Seconds(Clock::now() - start).count();
-    OptionList_Terminate(&list);
-    if (status != 0) std::abort();
-    return seconds;
-  }
-
- private:
-  std::string documents_;
-  BidiPtr bidi_;
-  AnalyzerPtr analyzer_;
-};
-
-double TimeQuery(Analyzer& analyzer, std::uint8_t reload) {
-  return analyzer.Time([&](AnalyzeContext* context, OptionList* list) {
-    return Analyze_Info_FromPrinter(context, list, reload);
-  });
-}
+constexpr std::int64_t kEntries = 300;
+constexpr int kQueriesPerThread = 200;
 
 // Records the calls of a library.
 class Recorder {
@@ -140,7 +38,7 @@ class Recorder {
   explicit Recorder(const Library& library)
       : environment_(setenv(ia_bench::kRecordedLibrary, library.Path().c_str(), 1)),
         handle_(dlopen(IA_RECORDING_DRIVER "/Bidi/libmqpd_util.so", RTLD_NOW)),
-        analyzer_(library, IA_RECORDING_DRIVER) {}
+        analyzer_(library, IA_RECORDING_DRIVER, kEntries) {}
   ~Recorder() { dlclose(handle_); }
   Recorder(const Recorder&) = delete;
   Recorder& operator=(const Recorder&) = delete;
@@ -149,24 +47,28 @@ class Recorder {
     auto* const calls =
         reinterpret_cast<ia_bench::RecordedCallsFunction>(dlsym(handle_, ia_bench::kRecordedCalls));
     calls().clear();
-    TimeQuery(analyzer_, reload);
+    analyzer_.Query(ResultList(), reload);
     return calls();
   }
 
  private:
   int environment_;
   void* handle_;
-  Analyzer analyzer_;
+  SampleAnalyzer analyzer_;
 };
 
 void Replay(ia_bench::DocumentReplay& replay, std::span<const DocumentCall> calls) {
   for (const DocumentCall& call : calls) replay.Make(call);
 }
 
-double TimeReplay(ia_bench::DocumentReplay& replay, std::span<const DocumentCall> calls) {
-  const auto start = Clock::now();
-  Replay(replay, calls);
-  return Seconds(Clock::now() - start).count();
+// With the fewest system calls that get the bytes: what a reload costs beside the calls.
+void ReadDocuments(const std::string& folder) {
+  char buffer[1 << 16];
+  for (const ia_bench::SampleDocument& document : ia_bench::kDocuments) {
+    const int descriptor = open((folder + "/" + document.file).c_str(), O_RDONLY | O_CLOEXEC);
+    if (read(descriptor, buffer, sizeof buffer) <= 0) std::abort();
+    close(descriptor);
+  }
 }
 
 void BM_Query(benchmark::State& state, const Library& library, std::uint8_t reload) {
@@ -179,67 +81,94 @@ void BM_Query(benchmark::State& state, const Library& library, std::uint8_t relo
   }
   ia_bench::DocumentReplay replay(library.Path());
   Replay(replay, load);
-  Analyzer analyzer(library);
-  TimeQuery(analyzer, 0);
-  double query = 0;
-  double alone = 0;
+  SampleAnalyzer analyzer(library, kEntries);
+  analyzer.Query(ResultList(), 0);
+  const std::string folder = library.WriteDocuments();
+  Timings alone;
+  Timings files;
+  Timings query;
   for (auto _ : state) {
-    alone += TimeReplay(replay, calls);
-    const double seconds = TimeQuery(analyzer, reload);
-    query += seconds;
-    state.SetIterationTime(seconds);
+    alone.Add([&] { Replay(replay, calls); });
+    files.Add([&] { ReadDocuments(folder); });
+    const ResultList list;
+    state.SetIterationTime(query.Add([&] { analyzer.Query(list, reload); }));
   }
-  const auto runs = static_cast<double>(state.iterations());
   state.counters["calls"] = static_cast<double>(calls.size());
-  state.counters["calls_us"] = 1e6 * alone / runs;
-  state.counters["own_us"] = 1e6 * (query - alone) / runs;
-  state.counters["times_calls"] = query / alone;
+  state.counters["calls_us"] = 1e6 * alone.Median();
+  state.counters["read_files_us"] = 1e6 * files.Median();
+  state.counters["own_us"] = 1e6 * (query.Median() - alone.Median());
+  state.counters["times_calls"] = query.Median() / alone.Median();
+  const ResultList list;
+  state.counters["allocations"] = CountAllocations([&] { analyzer.Query(list, reload); });
 }
-BENCHMARK_CAPTURE(BM_Query, reload_reference, kReference, 1)
+BENCHMARK_CAPTURE(BM_Query, reload_reference, ia_bench::kReference, 1)
+    ->Name("query/reload_reference")
     ->UseManualTime()
     ->Unit(benchmark::kMicrosecond);
-BENCHMARK_CAPTURE(BM_Query, plain_reference, kReference, 0)
+BENCHMARK_CAPTURE(BM_Query, plain_reference, ia_bench::kReference, 0)
+    ->Name("query/plain_reference")
     ->UseManualTime()
     ->Unit(benchmark::kMicrosecond);
-BENCHMARK_CAPTURE(BM_Query, reload_fixed_answers, kFixedAnswers, 1)
+BENCHMARK_CAPTURE(BM_Query, reload_fixed_answers, ia_bench::kFixedAnswers, 1)
+    ->Name("query/reload_fixed_answers")
     ->UseManualTime()
     ->Unit(benchmark::kMicrosecond);
-BENCHMARK_CAPTURE(BM_Query, plain_fixed_answers, kFixedAnswers, 0)
+BENCHMARK_CAPTURE(BM_Query, plain_fixed_answers, ia_bench::kFixedAnswers, 0)
+    ->Name("query/plain_fixed_answers")
     ->UseManualTime()
     ->Unit(benchmark::kMicrosecond);
 
-void BM_CreateAnalyzer(benchmark::State& state, const Library& library) {
-  const Analyzer analyzer(library);
-  for (auto _ : state) benchmark::DoNotOptimize(analyzer.Create());
+void QueryOften(SampleAnalyzer& analyzer) {
+  for (int i = 0; i < kQueriesPerThread; ++i) analyzer.Query(ResultList(), 1);
 }
-BENCHMARK_CAPTURE(BM_CreateAnalyzer, reference, kReference)->Unit(benchmark::kMicrosecond);
 
-// One pass over the option table: what looking at every key takes.
-double TimePass(const AnalyzeContext& context) {
-  const auto start = Clock::now();
-  for (const OptTable* node = context.ppd_options; node != nullptr; node = node->next) {
-    benchmark::DoNotOptimize(std::strstr(node->key, "QVAnlz_FuncVer_UI"));
+// Two threads with an analyser each, beside one thread: as long when nothing is shared and there
+// are cores for both.
+void BM_TwoThreads(benchmark::State& state) {
+  SampleAnalyzer first(ia_bench::kReference, kEntries);
+  SampleAnalyzer second(ia_bench::kReference, kEntries);
+  Timings one;
+  Timings two;
+  for (auto _ : state) {
+    one.Add([&] { const std::jthread only(QueryOften, std::ref(first)); });
+    state.SetIterationTime(two.Add([&] {
+      const std::jthread one_of_two(QueryOften, std::ref(first));
+      const std::jthread other(QueryOften, std::ref(second));
+    }));
   }
-  return Seconds(Clock::now() - start).count();
+  state.counters["cores"] = std::thread::hardware_concurrency();
+  state.counters["times_one"] = two.Median() / one.Median();
+}
+BENCHMARK(BM_TwoThreads)->Name("two_threads")->UseManualTime()->Unit(benchmark::kMicrosecond);
+
+// One pass over the option table: looking for one key in each, by the rule of the search.
+void Pass(const AnalyzeContext& context) {
+  for (const OptTable* node = context.ppd_options; node != nullptr; node = node->next) {
+    benchmark::DoNotOptimize(strcasestr(node->key, "QVAnlz_FuncVer_UI"));
+  }
 }
 
 void BM_FunctionVersion(benchmark::State& state) {
-  Analyzer analyzer(kReference);
-  double pass = 0;
-  double total = 0;
+  SampleAnalyzer analyzer(ia_bench::kReference, state.range(0));
+  Timings pass;
+  Timings version;
   for (auto _ : state) {
-    const double seconds = analyzer.Time([&](AnalyzeContext* context, OptionList* list) {
-      return Analyze_Info_FromFunctionVersion(context, kFunctionVersion, list);
-    });
-    total += seconds;
-    state.SetIterationTime(seconds);
-    analyzer.Time([&](AnalyzeContext* context, OptionList*) {
-      pass += TimePass(*context);
-      return 0;
-    });
+    pass.Add([&] { Pass(analyzer.context()); });
+    const ResultList list;
+    state.SetIterationTime(version.Add([&] { analyzer.FunctionVersion(list); }));
   }
-  state.counters["times_pass"] = total / pass;
+  state.counters["pass_us"] = 1e6 * pass.Median();
+  state.counters["times_pass"] = version.Median() / pass.Median();
+  const ResultList list;
+  state.counters["allocations"] = CountAllocations([&] { analyzer.FunctionVersion(list); });
 }
-BENCHMARK(BM_FunctionVersion)->UseManualTime()->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_FunctionVersion)
+    ->Name("function_version")
+    ->Arg(0)
+    ->Arg(300)
+    ->Arg(3000)
+    ->Arg(30000)
+    ->UseManualTime()
+    ->Unit(benchmark::kMicrosecond);
 
 }  // namespace

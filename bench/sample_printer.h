@@ -1,5 +1,6 @@
-// A printer with 8 trays, 4 finishers, 6 bins and 4 fax lines: its PPD lines and what its documents
-// say, once as data that a communication library can answer from at once.
+// A printer with 8 trays, 4 finishers, 6 bins and 4 fax lines: the lines of its PPD that an
+// analyser reads, and what its documents say, as data that a communication library can answer from
+// at once.
 #ifndef BENCH_SAMPLE_PRINTER_H_
 #define BENCH_SAMPLE_PRINTER_H_
 
@@ -26,8 +27,7 @@ struct SampleDocument {
   std::span<const Fields> list;
 };
 
-inline constexpr char kPpd[] =
-    "*PPD-Adobe: \"4.3\"\n"
+inline constexpr char kAnalyzerLines[] =
     "*QVAnlz_DriverName: \"RA-H5-MLT-JP\"\n"
     "*QV_Prot_MediaType: \"PlainPaper:0,Heavy1:2,Heavy2:3,Recycled:4,Labels:7\"\n"
     "*QVAnlz_SlotMediaInfo: \"Manual:QVManualMediaType,Cas1:QVCas1MediaType,Cas2:QVCas2MediaType,"

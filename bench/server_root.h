@@ -1,4 +1,5 @@
-// A folder that libcups takes for a server's, so that queues of a benchmark need no server.
+// A folder of the program's own that libcups takes for a server's, so that queues of a benchmark
+// need no server.
 #ifndef BENCH_SERVER_ROOT_H_
 #define BENCH_SERVER_ROOT_H_
 
@@ -33,9 +34,10 @@ class ServerRoot {
   }
 
  private:
-  ServerRoot() : folder_(std::filesystem::temp_directory_path() / "info_analyze_bench") {
-    std::filesystem::remove_all(folder_);
-    std::filesystem::create_directories(folder_);
+  ServerRoot() {
+    std::string folder = std::filesystem::temp_directory_path() / "info_analyze_XXXXXX";
+    if (mkdtemp(folder.data()) == nullptr) std::abort();
+    folder_ = folder;
     setenv("CUPS_SERVERROOT", folder_.c_str(), 1);
     setenv("CUPS_SERVER", "localhost", 1);
   }

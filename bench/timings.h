@@ -1,0 +1,37 @@
+// Times of one kind of work, of which the median counts: others use the machine as well. Works that
+// are compared run in turn, so that all see the machine in one state.
+#ifndef BENCH_TIMINGS_H_
+#define BENCH_TIMINGS_H_
+
+#include <algorithm>
+#include <chrono>
+#include <vector>
+
+namespace ia_bench {
+
+class Timings {
+ public:
+  // Returns the seconds of one call. Calls too short for the clock are made several times.
+  template <class Work>
+  double Add(Work work, int calls = 1) {
+    using Clock = std::chrono::steady_clock;
+    const auto start = Clock::now();
+    for (int i = 0; i < calls; ++i) work();
+    seconds_.push_back(std::chrono::duration<double>(Clock::now() - start).count() / calls);
+    return seconds_.back();
+  }
+
+  [[nodiscard]] double Median() const {
+    std::vector<double> seconds = seconds_;
+    const auto middle = seconds.begin() + static_cast<std::ptrdiff_t>(seconds.size() / 2);
+    std::ranges::nth_element(seconds, middle);
+    return *middle;
+  }
+
+ private:
+  std::vector<double> seconds_;
+};
+
+}  // namespace ia_bench
+
+#endif  // BENCH_TIMINGS_H_
