@@ -7,7 +7,9 @@ Callgrind counts the same work alike on a busy machine and an idle one. Counted 
 itself does, with what libc does for it; what libcups and the communication library do is theirs.
 
 The counts depend on the compiler and on libc: the baseline is that of Debian 12, on x86-64. They
-do not depend on the processor, because libc is kept from choosing its functions by it.
+do not depend on the processor, because libc is kept from choosing its functions by it. Where a text
+stands in the heap changes what strlen() takes for it, so a change to the making of the option table
+also moves the counts of walks over it, by some percent.
 """
 
 import concurrent.futures
