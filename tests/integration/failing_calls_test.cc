@@ -105,6 +105,17 @@ Scenario ReadsPpdAllTheSame() {
   return {"ReadsPpdAllTheSame", run};
 }
 
+Scenario ClosesPpd() {
+  const auto run = [](Round& round) {
+    char* path = nullptr;
+    cups_file_t* const file = wrapCupsFileOpen2(kQueue, "r", &path);
+    const int32_t status = round.Try([&] { return wrapCupsFileClose2(file, path); });
+    round.Expect(status == 0, status == -1, std::to_string(status));
+    CallFaults::Instance().Release(path);
+  };
+  return {"ClosesPpd", run};
+}
+
 // An empty document counts as absent.
 Scenario LoadsEmptyDocument() {
   const auto run = [](Round& round) {
@@ -215,6 +226,8 @@ std::vector<FailingCall> DocumentAndPpdCalls() {
       {"CupsFileOpen", ReadsPpdOrNothing(), Failing(Callee::kCupsFileOpen, EIO)},
       {"CupsFileOpenWithoutErrno", ReadsPpdOrNothing(), Failing(Callee::kCupsFileOpen, kNoErrno)},
       {"CupsFileClose", ReadsPpdAllTheSame(), Failing(Callee::kCupsFileClose, EIO)},
+      {"CupsFileCloseByItself", ClosesPpd(), Failing(Callee::kCupsFileClose, EIO)},
+      {"UnlinkByItself", LeavingFiles(ClosesPpd()), Failing(Callee::kUnlink, EACCES)},
       {"Unlink", LeavingFiles(ReadsPpdAllTheSame()), Failing(Callee::kUnlink, EACCES)},
       // In the wake of another failure.
       {"CloseBehindFstat", LoadsDocument(-1),
