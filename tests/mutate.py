@@ -4,15 +4,18 @@ the tree, builds and runs the tests that see the changed room, and names the cha
 notices. Changes whose object code is that of the original are no changes and are passed over, and
 so is what does not compile.
 
-usage: tests/mutate.py [--sample N] [--seed N] [--folder DIR] [FILE...]
+usage: tests/mutate.py [--sample N] [--seed N] [--jobs N] [--folder DIR] [FILE...]
 
 Without files all sources of the library are changed. With a sample only so many changes are tried,
-drawn at random. With a folder the copy is made there and kept, so that another run has less to
-build."""
+drawn at random. Each job has a copy of its own. With a folder the copies are made there and kept,
+so that another run has less to build."""
 
 import argparse
+import collections
+import concurrent.futures
 import hashlib
 import os
+import queue
 import random
 import re
 import shutil
@@ -94,23 +97,29 @@ class Copy:
     def __init__(self, folder):
         self.folder = folder
         self.build = folder / "build" / "mutants"
+        self.environment = dict(os.environ, GTEST_FAIL_FAST="1", GTEST_BRIEF="1",
+                                RC_PARAMS="max_success=50", CCACHE_BASEDIR=str(folder))
         subprocess.run(["rsync", "-a", "--delete", "--exclude=/build", "--exclude=/.git",
                         f"{ROOT}/", f"{folder}/"], check=True)
         # Light optimisation, so that changes without effect give the same object code.
         self.run("cmake", "--preset", "dev", "-B", str(self.build),
-                 "-DCMAKE_CXX_FLAGS_DEBUG=-O1 -g0", check=True)
+                 "-DCMAKE_CXX_FLAGS_DEBUG=-O1 -g0", "-DCMAKE_EXE_LINKER_FLAGS=-fuse-ld=lld",
+                 check=True)
         rooms = sorted({room for rooms in TESTS.values() for room in rooms})
         self.ninja(*(f"tests/{room}/all" for room in rooms), "tests/analyze/model/all", check=True)
         self.programs = {room: [program for program in
                                 sorted((self.build / "tests" / room).rglob("*_test"))
                                 if program.is_file() and program.name not in PASSED_OVER]
                          for room in rooms}
+        for room in rooms:
+            for program in self.programs[room]:
+                if self.fails(program):
+                    sys.exit(f"{program.name} fails before anything is changed")
+        self.environment["CCACHE_READONLY"] = "1"  # no change is built twice
 
     def run(self, *command, check=False, timeout=None):
-        environment = dict(os.environ, GTEST_FAIL_FAST="1", GTEST_BRIEF="1",
-                           RC_PARAMS="max_success=50")
         return subprocess.run(command, cwd=self.folder, check=check, timeout=timeout,
-                              env=environment, stdout=subprocess.DEVNULL,
+                              env=self.environment, stdout=subprocess.DEVNULL,
                               stderr=subprocess.DEVNULL).returncode
 
     def ninja(self, *targets, check=False):
@@ -126,14 +135,16 @@ class Copy:
     def is_noticed(self, source):
         for room in TESTS[source.parts[0]]:
             for program in self.programs[room]:
-                if self.ninja(str(program.relative_to(self.build))) != 0:
-                    return True
-                try:
-                    if self.run(str(program), timeout=60) != 0:
-                        return True
-                except subprocess.TimeoutExpired:
+                if (self.ninja(str(program.relative_to(self.build))) != 0 or
+                        self.fails(program)):
                     return True
         return False
+
+    def fails(self, program):
+        try:
+            return self.run(str(program), timeout=60) != 0
+        except subprocess.TimeoutExpired:
+            return True
 
     def try_change(self, source, number, changed, original_code):
         """None: no change; else whether it was noticed."""
@@ -144,14 +155,29 @@ class Copy:
         code = self.object_code(source)
         return None if code in (None, original_code) else self.is_noticed(source)
 
-    def restore(self, source):
+    def try_changes(self, source, changes):
+        """Tells those that are not noticed. Returns how many were, and how many were tried."""
+        tried = noticed = 0
+        original_code = self.object_code(source)
+        for number, line, changed in changes:
+            result = self.try_change(source, number, changed, original_code)
+            if result is None:
+                continue
+            tried += 1
+            noticed += result
+            if not result:
+                print(f"not noticed: {source}:{number + 1}: {line.strip()}  ->  {changed.strip()}",
+                      flush=True)
         shutil.copyfile(ROOT / source, self.folder / source)
+        print(f"{source}: noticed {noticed} of {tried}", flush=True)
+        return noticed, tried
 
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__.split("\n")[0])
     parser.add_argument("--sample", type=int)
     parser.add_argument("--seed", type=int, default=1)
+    parser.add_argument("--jobs", type=int, default=os.cpu_count())
     parser.add_argument("--folder", type=Path)
     parser.add_argument("files", nargs="*", type=Path)
     arguments = parser.parse_args()
@@ -161,27 +187,29 @@ def main():
     changes = [change for file in files for change in changes_of_file(file)]
     if arguments.sample is not None and arguments.sample < len(changes):
         changes = sorted(random.Random(arguments.seed).sample(changes, arguments.sample))
+    changes_of_source = collections.defaultdict(list)
+    for source, *change in changes:
+        changes_of_source[source].append(change)
+
     folder = arguments.folder or Path(tempfile.mkdtemp())
-    folder.mkdir(parents=True, exist_ok=True)
-    copy = Copy(folder)
-    tried = noticed = 0
-    codes = {}
-    for source, number, line, changed in changes:
-        if source not in codes:
-            for other in codes:
-                copy.restore(other)
-            codes[source] = copy.object_code(source)
-        result = copy.try_change(source, number, changed, codes[source])
-        if result is None:
-            continue
-        tried += 1
-        noticed += result
-        if not result:
-            print(f"not noticed: {source}:{number + 1}: {line.strip()}  ->  {changed.strip()}",
-                  flush=True)
+    copies = queue.SimpleQueue()
+    for job in range(arguments.jobs):
+        (folder / str(job)).mkdir(parents=True, exist_ok=True)
+        copies.put(Copy(folder / str(job)))
+
+    def try_source(source):
+        copy = copies.get()
+        try:
+            return copy.try_changes(source, changes_of_source[source])
+        finally:
+            copies.put(copy)
+
+    with concurrent.futures.ThreadPoolExecutor(arguments.jobs) as pool:
+        results = list(pool.map(try_source, changes_of_source))
     if arguments.folder is None:
         shutil.rmtree(folder)
-    print(f"noticed {noticed} of {tried} changes")
+    noticed, tried = (sum(counts) for counts in zip(*results))
+    print(f"noticed {noticed} of {tried} changes ({100 * noticed / tried:.1f} %)")
     return 0 if noticed == tried else 1
 
 
