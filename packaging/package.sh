@@ -1,10 +1,12 @@
 #!/usr/bin/env bash
 # Builds the Debian packages twice, holds them to lintian, and installs, uses and removes them in a
-# root of their own. What is made stays in build/package. As root, for debootstrap and chroot.
+# root of their own. For other systems it packs what the release build installs. What is made stays
+# in build/package. As root, for debootstrap and chroot.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
 version=$(sed -nE 's/^project\(info_analyze VERSION ([0-9.]+) .*/\1/p' CMakeLists.txt)
+timestamp=$(dpkg-parsechangelog -l packaging/debian/changelog -S Timestamp)
 work=$PWD/build/package
 root=$work/root
 # What programs that use the packages need, and the packages themselves.
@@ -23,13 +25,28 @@ unpack_sources() {  # folder
   ln -s "$work/info-analyze_$version.orig.tar.gz" "$1"
 }
 
-make_source_tarball() {
-  git ls-files -z --cached --others --exclude-standard | LC_ALL=C sort -z |
-    tar --create --transform "s,^,info-analyze-$version/," \
-      --mtime "@$(dpkg-parsechangelog -l packaging/debian/changelog -S Timestamp)" \
+# Packs the files whose names it reads, each ended by NUL, the same way each time.
+pack() {  # name of the folder in the tarball
+  LC_ALL=C sort -z |
+    tar --create --transform "s,^,$1/,S" --mtime "@$timestamp" \
       --owner=0 --group=0 --numeric-owner --mode=go=rX,u+rw,a-s \
       --no-recursion --null --files-from=- |
-    gzip -n >"$work/info-analyze_$version.orig.tar.gz"
+    gzip -n
+}
+
+make_source_tarball() {
+  git ls-files -z --cached --others --exclude-standard |
+    pack "info-analyze-$version" >"$work/info-analyze_$version.orig.tar.gz"
+}
+
+make_prefix_tarball() {
+  local name prefix
+  name=info-analyze-$version-linux-$(uname -m)
+  prefix=$work/prefix
+  rm -rf "$prefix"
+  cmake --install build/release --strip --prefix "$prefix" >/dev/null
+  (cd "$prefix" && find . -mindepth 1 -printf '%P\0' | pack "$name") >"$work/$name.tar.gz"
+  ls "$work/$name.tar.gz"
 }
 
 build_packages() {  # folder, argument of dpkg-buildpackage...
@@ -109,6 +126,8 @@ lintian --fail-on error,warning --display-info --no-tag-display-limit --allow-ro
 step "The same again, to the byte"
 build_packages_again
 compare_builds
+step "For other systems"
+make_prefix_tarball
 step "In a clean root, as nobody"
 make_root
 install_and_remove
