@@ -37,10 +37,15 @@ enum {
  *  curves 4 to 7 the second. Values are in the byte order of the machine. The tables are constant
  *  and may be read by any thread.
  *  @{ */
+/** Curves of analyze_CreateDefault_Calib3InfoLARCH(). */
 IA_EXPORT extern const uint16_t LARCH_Def_Calib[IA_CALIB_TABLE_VALUES];
+/** Curves of analyze_CreateDefault_Calib3InfoLINDEN(), but for "High2". */
 IA_EXPORT extern const uint16_t Linden_Def_Calib_2bit[IA_CALIB_TABLE_VALUES];
+/** Curves of analyze_CreateDefault_Calib3InfoLINDEN() for "High2". */
 IA_EXPORT extern const uint16_t Linden_Def_Calib_4bit[IA_CALIB_TABLE_VALUES];
+/** Curves of analyze_CreateDefault_Calib3InfoPINE_POPLAR(), but for "High2". */
 IA_EXPORT extern const uint16_t PinePoplar_Def_Calib_2bit[IA_CALIB_TABLE_VALUES];
+/** Curves of analyze_CreateDefault_Calib3InfoPINE_POPLAR() for "High2". */
 IA_EXPORT extern const uint16_t PinePoplar_Def_Calib_4bit[IA_CALIB_TABLE_VALUES];
 /** @} */
 
@@ -127,26 +132,30 @@ typedef int32_t (*Calib4InfoHandler)(const AnalyzeContext* context, const OptTab
  *  @{ */
 
 /** Tells which Calib3 settings to send. A model without a row has none: the result is 0, and
- *  nothing is written. */
+ *  nothing is written.
+ *  @copydetails Calib3SettingsHandler */
 IA_EXPORT int32_t Analyze_Info_GetCalib3Settings(const AnalyzeContext* context,
                                                  const OptTable* options, uint32_t* out1,
                                                  uint32_t* out2, uint32_t* out3) IA_NOEXCEPT;
 
 /** Tells which Calib4 settings to send. A model without a row has none: the result is -1, and
- *  nothing is written. */
+ *  nothing is written.
+ *  @copydetails Calib4SettingsHandler */
 IA_EXPORT int32_t Analyze_Info_GetCalib4Settings(const AnalyzeContext* context,
                                                  const OptTable* options, uint32_t* flag,
                                                  uint32_t* x_dpi, uint32_t* y_dpi,
                                                  uint32_t* words) IA_NOEXCEPT;
 
 /** Fills Calib3 default information. A model without a row gets
- *  analyze_CreateDefault_Calib3InfoCommon(). */
+ *  analyze_CreateDefault_Calib3InfoCommon().
+ *  @copydetails Calib3InfoHandler */
 IA_EXPORT int32_t Analyze_Info_CreateDefault_Calib3Info(const AnalyzeContext* context,
                                                         const OptTable* options,
                                                         Calib3Info* info) IA_NOEXCEPT;
 
 /** Fills Calib4 default information. A model without a row gets
- *  analyze_CreateDefault_Calib4InfoCommon(). */
+ *  analyze_CreateDefault_Calib4InfoCommon().
+ *  @copydetails Calib4InfoHandler */
 IA_EXPORT int32_t Analyze_Info_CreateDefault_Calib4Info(const AnalyzeContext* context,
                                                         const OptTable* options,
                                                         Calib4Info* info) IA_NOEXCEPT;
@@ -156,22 +165,26 @@ IA_EXPORT int32_t Analyze_Info_CreateDefault_Calib4Info(const AnalyzeContext* co
  *  What the questions call; each does the same as its question.
  *  @{ */
 
-/** Selects a Calib3SettingsHandler and returns its result. */
+/** Selects a Calib3SettingsHandler and returns its result.
+ *  @copydetails Calib3SettingsHandler */
 IA_EXPORT int32_t analyze_GetCalib3Settings(const AnalyzeContext* context, const OptTable* options,
                                             uint32_t* out1, uint32_t* out2,
                                             uint32_t* out3) IA_NOEXCEPT;
 
-/** Selects a Calib4SettingsHandler and returns its result. */
+/** Selects a Calib4SettingsHandler and returns its result.
+ *  @copydetails Calib4SettingsHandler */
 IA_EXPORT int32_t analyze_GetCalib4Settings(const AnalyzeContext* context, const OptTable* options,
                                             uint32_t* flag, uint32_t* x_dpi, uint32_t* y_dpi,
                                             uint32_t* words) IA_NOEXCEPT;
 
-/** Selects a Calib3InfoHandler and returns its result. */
+/** Selects a Calib3InfoHandler and returns its result.
+ *  @copydetails Calib3InfoHandler */
 IA_EXPORT int32_t analyze_CreateDefault_Calib3Info(const AnalyzeContext* context,
                                                    const OptTable* options,
                                                    Calib3Info* info) IA_NOEXCEPT;
 
-/** Selects a Calib4InfoHandler and returns its result. */
+/** Selects a Calib4InfoHandler and returns its result.
+ *  @copydetails Calib4InfoHandler */
 IA_EXPORT int32_t analyze_CreateDefault_Calib4Info(const AnalyzeContext* context,
                                                    const OptTable* options,
                                                    Calib4Info* info) IA_NOEXCEPT;
@@ -181,25 +194,29 @@ IA_EXPORT int32_t analyze_CreateDefault_Calib4Info(const AnalyzeContext* context
  *  Handlers of Calib3SettingsHandler.
  *  @{ */
 
-/** 0, 0x10000, 0x80000, whatever the options say. */
+/** Codes 0, 0x10000, 0x80000, whatever the options say.
+ *  @copydetails Calib3SettingsHandler */
 IA_EXPORT int32_t analyze_GetCalibSettingsLARCH(const AnalyzeContext* context,
                                                 const OptTable* options, uint32_t* out1,
                                                 uint32_t* out2, uint32_t* out3) IA_NOEXCEPT;
 
-/** 0, 0, 0 when "QVGradation" begins with "Normal", else 0, 0x80000, 0x10000. */
+/** Codes 0, 0, 0 when "QVGradation" begins with "Normal", else 0, 0x80000, 0x10000.
+ *  @copydetails Calib3SettingsHandler */
 IA_EXPORT int32_t analyze_GetCalibSettingsLINDEN(const AnalyzeContext* context,
                                                  const OptTable* options, uint32_t* out1,
                                                  uint32_t* out2, uint32_t* out3) IA_NOEXCEPT;
 
-/** As analyze_GetCalibSettingsLINDEN(). */
+/** As analyze_GetCalibSettingsLINDEN().
+ *  @copydetails Calib3SettingsHandler */
 IA_EXPORT int32_t analyze_GetCalibSettingsPINE_POPLAR(const AnalyzeContext* context,
                                                       const OptTable* options, uint32_t* out1,
                                                       uint32_t* out2, uint32_t* out3) IA_NOEXCEPT;
 
-/** 0x80000, 0x80000, 0x10000 when the halftone begins with "gradation", else 0x10000, 0x80000,
- *  0x10000. The halftone is "QVHalftone" when "QVColorMode" begins with "mono", "QVColorHalftone"
- *  when it does not; without "QVColorMode" there is none. Letter case matters, unlike in
- *  analyze_common_get_halftone(). */
+/** Codes 0x80000, 0x80000, 0x10000 when the halftone begins with "gradation", else 0x10000,
+ * 0x80000, 0x10000. The halftone is "QVHalftone" when "QVColorMode" begins with "mono",
+ * "QVColorHalftone" when it does not; without "QVColorMode" there is none. Letter case matters,
+ * unlike in analyze_common_get_halftone().
+ *  @copydetails Calib3SettingsHandler */
 IA_EXPORT int32_t analyze_GetCalibSettingsSFP(const AnalyzeContext* context,
                                               const OptTable* options, uint32_t* out1,
                                               uint32_t* out2, uint32_t* out3) IA_NOEXCEPT;
@@ -217,19 +234,22 @@ IA_EXPORT int32_t analyze_CreateDefault_Calib3InfoCommon(const AnalyzeContext* c
                                                          Calib3Info* info) IA_NOEXCEPT;
 
 /** Copies of the two halves of LARCH_Def_Calib. When the first copy finds no memory, the second
- *  pointer keeps what it held. */
+ *  pointer keeps what it held.
+ *  @copydetails Calib3InfoHandler */
 IA_EXPORT int32_t analyze_CreateDefault_Calib3InfoLARCH(const AnalyzeContext* context,
                                                         const OptTable* options,
                                                         Calib3Info* info) IA_NOEXCEPT;
 
 /** Copies of the two halves of Linden_Def_Calib_4bit when "QVGradation" begins with "High2", no
- *  curve sets when it begins with "Normal", else those of Linden_Def_Calib_2bit. */
+ *  curve sets when it begins with "Normal", else those of Linden_Def_Calib_2bit.
+ *  @copydetails Calib3InfoHandler */
 IA_EXPORT int32_t analyze_CreateDefault_Calib3InfoLINDEN(const AnalyzeContext* context,
                                                          const OptTable* options,
                                                          Calib3Info* info) IA_NOEXCEPT;
 
 /** As analyze_CreateDefault_Calib3InfoLINDEN(), with PinePoplar_Def_Calib_4bit and
- *  PinePoplar_Def_Calib_2bit. */
+ *  PinePoplar_Def_Calib_2bit.
+ *  @copydetails Calib3InfoHandler */
 IA_EXPORT int32_t analyze_CreateDefault_Calib3InfoPINE_POPLAR(const AnalyzeContext* context,
                                                               const OptTable* options,
                                                               Calib3Info* info) IA_NOEXCEPT;
@@ -241,26 +261,30 @@ IA_EXPORT int32_t analyze_CreateDefault_Calib3InfoPINE_POPLAR(const AnalyzeConte
  *  analyze_common_convertHalftoneTypePPDtoBidi() and its second word 3.
  *  @{ */
 
-/** Flag 1; the third word is 3 for type 2 or 3, 1 for type 4, else 2. */
+/** Flag 1; the third word is 3 for type 2 or 3, 1 for type 4, else 2.
+ *  @copydetails Calib4SettingsHandler */
 IA_EXPORT int32_t analyze_GetCalibSettingsBAOBAB(const AnalyzeContext* context,
                                                  const OptTable* options, uint32_t* flag,
                                                  uint32_t* x_dpi, uint32_t* y_dpi,
                                                  uint32_t* words) IA_NOEXCEPT;
 
-/** Flag 0; the third word is 2. */
+/** Flag 0; the third word is 2.
+ *  @copydetails Calib4SettingsHandler */
 IA_EXPORT int32_t analyze_GetCalibSettingsEBONY(const AnalyzeContext* context,
                                                 const OptTable* options, uint32_t* flag,
                                                 uint32_t* x_dpi, uint32_t* y_dpi,
                                                 uint32_t* words) IA_NOEXCEPT;
 
 /** Flag 0, resolution 0 by 0. The first word is 0x80000 for type 1, 0x10000 for type 2, else 0; the
- *  others are 0. */
+ *  others are 0.
+ *  @copydetails Calib4SettingsHandler */
 IA_EXPORT int32_t analyze_GetCalibSettingsSEQUOIA(const AnalyzeContext* context,
                                                   const OptTable* options, uint32_t* flag,
                                                   uint32_t* x_dpi, uint32_t* y_dpi,
                                                   uint32_t* words) IA_NOEXCEPT;
 
-/** Flag 1; the third word is 1. */
+/** Flag 1; the third word is 1.
+ *  @copydetails Calib4SettingsHandler */
 IA_EXPORT int32_t analyze_GetCalibSettingsTUPELO(const AnalyzeContext* context,
                                                  const OptTable* options, uint32_t* flag,
                                                  uint32_t* x_dpi, uint32_t* y_dpi,
@@ -271,37 +295,44 @@ IA_EXPORT int32_t analyze_GetCalibSettingsTUPELO(const AnalyzeContext* context,
  *  Handlers of Calib4InfoHandler. They differ in the first model value and in the entries' codes.
  *  @{ */
 
-/** 8; code 1 for type 2, 2 for type 4, else 0. */
+/** First model value 8; code 1 for type 2, 2 for type 4, else 0.
+ *  @copydetails Calib4InfoHandler */
 IA_EXPORT int32_t analyze_CreateDefault_Calib4InfoCommon(const AnalyzeContext* context,
                                                          const OptTable* options,
                                                          Calib4Info* info) IA_NOEXCEPT;
 
-/** 12; codes as analyze_CreateDefault_Calib4InfoCommon(). */
+/** First model value 12; codes as analyze_CreateDefault_Calib4InfoCommon().
+ *  @copydetails Calib4InfoHandler */
 IA_EXPORT int32_t analyze_CreateDefault_Calib4InfoACACIA(const AnalyzeContext* context,
                                                          const OptTable* options,
                                                          Calib4Info* info) IA_NOEXCEPT;
 
-/** 8; code 1 for type 2 or 3, 2 for type 4, else 0. */
+/** First model value 8; code 1 for type 2 or 3, 2 for type 4, else 0.
+ *  @copydetails Calib4InfoHandler */
 IA_EXPORT int32_t analyze_CreateDefault_Calib4InfoBAOBAB(const AnalyzeContext* context,
                                                          const OptTable* options,
                                                          Calib4Info* info) IA_NOEXCEPT;
 
-/** 12; codes as analyze_CreateDefault_Calib4InfoBAOBAB(). */
+/** First model value 12; codes as analyze_CreateDefault_Calib4InfoBAOBAB().
+ *  @copydetails Calib4InfoHandler */
 IA_EXPORT int32_t analyze_CreateDefault_Calib4InfoCHESTNUT(const AnalyzeContext* context,
                                                            const OptTable* options,
                                                            Calib4Info* info) IA_NOEXCEPT;
 
-/** 12; code 0, whatever the options say. */
+/** First model value 12; code 0, whatever the options say.
+ *  @copydetails Calib4InfoHandler */
 IA_EXPORT int32_t analyze_CreateDefault_Calib4InfoEBONY(const AnalyzeContext* context,
                                                         const OptTable* options,
                                                         Calib4Info* info) IA_NOEXCEPT;
 
-/** 12; code 2, whatever the options say. */
+/** First model value 12; code 2, whatever the options say.
+ *  @copydetails Calib4InfoHandler */
 IA_EXPORT int32_t analyze_CreateDefault_Calib4InfoREDWOOD(const AnalyzeContext* context,
                                                           const OptTable* options,
                                                           Calib4Info* info) IA_NOEXCEPT;
 
-/** 8; code 2, whatever the options say. */
+/** First model value 8; code 2, whatever the options say.
+ *  @copydetails Calib4InfoHandler */
 IA_EXPORT int32_t analyze_CreateDefault_Calib4InfoTUPELO(const AnalyzeContext* context,
                                                          const OptTable* options,
                                                          Calib4Info* info) IA_NOEXCEPT;

@@ -24,7 +24,7 @@ enum {
   IA_DOCUMENT_RESOLUTIONS = 6,   /**< "/Resolutions.xml" */
   IA_DOCUMENT_FAX_LINE_LIST = 7, /**< "/Fax_line_list.xml", items under "list" */
   IA_DOCUMENT_DEVICENAME = 8,    /**< "/Devicename.xml" */
-  IA_DOCUMENT_COUNT = 9
+  IA_DOCUMENT_COUNT = 9          /**< number of documents */
 };
 
 /** One document slot of an analyser. */
@@ -35,12 +35,12 @@ typedef struct XmlData {
 
 /** What a key descriptor reads. */
 enum {
-  IA_KEY_DICTIONARY = 1,
-  IA_KEY_LONG = 2,
-  IA_KEY_STRING = 4,
-  IA_KEY_ARRAY = 6,
-  IA_KEY_LONG_ELEMENTS = 7,
-  IA_KEY_STRING_ELEMENTS = 9
+  IA_KEY_DICTIONARY = 1,     /**< values of a dictionary */
+  IA_KEY_LONG = 2,           /**< number */
+  IA_KEY_STRING = 4,         /**< text */
+  IA_KEY_ARRAY = 6,          /**< elements of an array */
+  IA_KEY_LONG_ELEMENTS = 7,  /**< numbers, inside IA_KEY_ARRAY */
+  IA_KEY_STRING_ELEMENTS = 9 /**< texts, inside IA_KEY_ARRAY */
 };
 
 /** Describes one value to read, and where to. A value that the document lacks leaves its

@@ -4,7 +4,9 @@
 #define INFO_ANALYZE_EXPORT_H_
 
 #if defined(__GNUC__)
+/** Marks what the library exports. */
 #define IA_EXPORT __attribute__((visibility("default")))
+/** Has the compiler check the arguments of a function by its format, as those of printf(). */
 #define IA_PRINTF(format_index, first_argument) \
   __attribute__((format(printf, format_index, first_argument)))
 #else
@@ -13,8 +15,11 @@
 #endif
 
 #ifdef __cplusplus
+/** Tells C++ that a function throws nothing. */
 #define IA_NOEXCEPT noexcept
+/** Begins declarations with C linkage. */
 #define IA_BEGIN_DECLS extern "C" {
+/** Ends declarations with C linkage. */
 #define IA_END_DECLS }
 #else
 #define IA_NOEXCEPT

@@ -12,15 +12,15 @@ IA_BEGIN_DECLS
 
 /** One flag; both texts are owned by the store. */
 typedef struct FlagPair {
-  char* name;
-  char* value;
+  char* name;  /**< name */
+  char* value; /**< value, perhaps empty */
 } FlagPair;
 
 /** A store of flags with different names, in order of first appearance. */
 typedef struct FlagInfo {
-  FlagPair* entries; /**< @ref capacity pairs, the first @ref count of them in use */
-  int32_t count;
-  int32_t capacity;
+  FlagPair* entries; /**< room for all pairs; those in use come first */
+  int32_t count;     /**< pairs in use */
+  int32_t capacity;  /**< pairs that there is room for */
 } FlagInfo;
 
 /** Makes an empty store.

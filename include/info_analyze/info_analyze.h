@@ -1,4 +1,4 @@
-/** @file
+/** @mainpage
  *  The whole interface of libinfo_analyze, but for the three functions of libc_names.h.
  *
  *  Conventions, unless a function says otherwise:

@@ -13,7 +13,7 @@ IA_BEGIN_DECLS
 
 /** One item of the Finisher_list document, as the finisher getters look at it. */
 typedef struct FinisherUnit {
-  int32_t type;
+  int32_t type;                  /**< type code */
   const char* name;              /**< product name; may be NULL */
   char* const* functions;        /**< function words */
   const int32_t* function_count; /**< their number */
@@ -24,15 +24,15 @@ typedef struct FinisherUnit {
 
 /** One item of the Bin_list document. */
 typedef struct BinUnit {
-  int32_t number;
+  int32_t number;             /**< bin number */
   const int32_t* aliases;     /**< alias codes */
   const int32_t* alias_count; /**< their number */
 } BinUnit;
 
 /** The communication modes of one item of the Fax_line_list document; the first 20 count. */
 typedef struct FaxModes {
-  const int32_t* modes;
-  const int32_t* count;
+  const int32_t* modes; /**< mode codes */
+  const int32_t* count; /**< their number */
 } FaxModes;
 
 /** QVOptionStaple, QVFolder: analyze_GetFinishingFunctionOptionString().

@@ -17,10 +17,10 @@ IA_BEGIN_DECLS
 
 /** One tray that a device reports. */
 typedef struct TrayEntry {
-  int32_t type;
-  int32_t alias; /**< first alias code */
-  int32_t capacity;
-  int32_t medium_type;
+  int32_t type;        /**< type code */
+  int32_t alias;       /**< first alias code */
+  int32_t capacity;    /**< how much it holds */
+  int32_t medium_type; /**< code of the medium in it */
 } TrayEntry;
 
 /** One finisher that a device reports. */
@@ -31,14 +31,14 @@ typedef struct FinisherEntry {
 
 /** An accessory, by the beginning of its product name, and a number of bins. */
 typedef struct AccessoryBinRule {
-  int32_t bin_count;
-  const char* accessory_name;
+  int32_t bin_count;          /**< number of bins */
+  const char* accessory_name; /**< beginning of the product name */
 } AccessoryBinRule;
 
 /** What a detailed function means as an option value. */
 typedef struct FunctionPair {
-  const char* detail_function;
-  const char* value;
+  const char* detail_function; /**< detailed function that a device reports */
+  const char* value;           /**< option value */
 } FunctionPair;
 
 /** Asks for the option value of one finishing function of a finisher. A word counts as reported in
@@ -161,141 +161,167 @@ IA_EXPORT int32_t zStringExistenceCheck(char* const* texts, const char* word,
                                         int32_t count) IA_NOEXCEPT;
 
 /** @}
- *  @name Side paper deck: QVSidePaperDeck, default "None". Handlers of kind InputOptionHandler.
+ *  @name Side paper deck
+ *  QVSidePaperDeck, default "None". Handlers of kind InputOptionHandler.
  *  @{ */
 
-/** "Large" when the first tray of alias 161 is of type 6, else "Small". */
+/** "Large" when the first tray of alias 161 is of type 6, else "Small".
+ *  @copydetails InputOptionHandler */
 IA_EXPORT int32_t analyze_GetQVSidePaperDeckCommon(AnalyzeContext* context, const TrayEntry* trays,
                                                    int32_t tray_count, int32_t extra_tray_count,
                                                    OptionSetter* rows,
                                                    int32_t* row_count) IA_NOEXCEPT;
 
-/** "Large" when the first tray of alias 161 is of type 6, else no value. */
+/** "Large" when the first tray of alias 161 is of type 6, else no value.
+ *  @copydetails InputOptionHandler */
 IA_EXPORT int32_t analyze_GetQVSidePaperDeck_CYPRESS(AnalyzeContext* context,
                                                      const TrayEntry* trays, int32_t tray_count,
                                                      int32_t extra_tray_count, OptionSetter* rows,
                                                      int32_t* row_count) IA_NOEXCEPT;
 
 /** By the first tray of alias 161: type 6 gives "None" beside a tray of alias 162 and "Large"
- * without one, type 3 gives "Small", another type no value. */
+ * without one, type 3 gives "Small", another type no value.
+ *  @copydetails InputOptionHandler */
 IA_EXPORT int32_t analyze_GetQVSidePaperDeckOAK(AnalyzeContext* context, const TrayEntry* trays,
                                                 int32_t tray_count, int32_t extra_tray_count,
                                                 OptionSetter* rows, int32_t* row_count) IA_NOEXCEPT;
 
 /** @}
- *  @name Source option: QVSrcOption, default "None". Handlers of kind InputOptionHandler.
+ *  @name Source option
+ *  QVSrcOption, default "None". Handlers of kind InputOptionHandler.
  *  @{ */
 
 /** The names of all QVAnlz_SrcOption flags whose value is a tray's alias, joined by commas; a name
- * that occurs in the list already is left out, and so is one beyond 255 bytes. */
+ * that occurs in the list already is left out, and so is one beyond 255 bytes.
+ *  @copydetails InputOptionHandler */
 IA_EXPORT int32_t analyze_GetQVSrcOptionCommon(AnalyzeContext* context, const TrayEntry* trays,
                                                int32_t tray_count, int32_t extra_tray_count,
                                                OptionSetter* rows, int32_t* row_count) IA_NOEXCEPT;
 
-/** By the number of trays: below 3 "None", 3 "OptCas1", 4 "OptCas2", 5 "OptCas3", more no value. */
+/** By the number of trays: below 3 "None", 3 "OptCas1", 4 "OptCas2", 5 "OptCas3", more no value.
+ *  @copydetails InputOptionHandler */
 IA_EXPORT int32_t analyze_GetQVSrcOptionCommonByCount(AnalyzeContext* context,
                                                       const TrayEntry* trays, int32_t tray_count,
                                                       int32_t extra_tray_count, OptionSetter* rows,
                                                       int32_t* row_count) IA_NOEXCEPT;
 
-/** As analyze_GetQVSrcOptionCommonByCount(). */
+/** As analyze_GetQVSrcOptionCommonByCount().
+ *  @copydetails InputOptionHandler */
 IA_EXPORT int32_t analyze_GetQVSrcOptionLAUREL(AnalyzeContext* context, const TrayEntry* trays,
                                                int32_t tray_count, int32_t extra_tray_count,
                                                OptionSetter* rows, int32_t* row_count) IA_NOEXCEPT;
 
-/** As analyze_GetQVSrcOptionCommonByCount(). */
+/** As analyze_GetQVSrcOptionCommonByCount().
+ *  @copydetails InputOptionHandler */
 IA_EXPORT int32_t analyze_GetQVSrcOptionMYRTLE(AnalyzeContext* context, const TrayEntry* trays,
                                                int32_t tray_count, int32_t extra_tray_count,
                                                OptionSetter* rows, int32_t* row_count) IA_NOEXCEPT;
 
-/** As analyze_GetQVSrcOptionCommonByCount(). */
+/** As analyze_GetQVSrcOptionCommonByCount().
+ *  @copydetails InputOptionHandler */
 IA_EXPORT int32_t analyze_GetQVSrcOption_ELM(AnalyzeContext* context, const TrayEntry* trays,
                                              int32_t tray_count, int32_t extra_tray_count,
                                              OptionSetter* rows, int32_t* row_count) IA_NOEXCEPT;
 
-/** As analyze_GetQVSrcOptionCommonByCount(). */
+/** As analyze_GetQVSrcOptionCommonByCount().
+ *  @copydetails InputOptionHandler */
 IA_EXPORT int32_t analyze_GetQVSrcOptionOLIVE(AnalyzeContext* context, const TrayEntry* trays,
                                               int32_t tray_count, int32_t extra_tray_count,
                                               OptionSetter* rows, int32_t* row_count) IA_NOEXCEPT;
 
-/** By the number of trays: below 3 "None", 3 "OptCas1", 4 and 5 "OptCas2", more no value. */
+/** By the number of trays: below 3 "None", 3 "OptCas1", 4 and 5 "OptCas2", more no value.
+ *  @copydetails InputOptionHandler */
 IA_EXPORT int32_t analyze_GetQVSrcOptionSPRUCE(AnalyzeContext* context, const TrayEntry* trays,
                                                int32_t tray_count, int32_t extra_tray_count,
                                                OptionSetter* rows, int32_t* row_count) IA_NOEXCEPT;
 
 /** By the number of trays of type 3 or 6: below 5 "None", 5 "OptCas1", 6 to 8 "OptCas2", more no
- *  value. */
+ *  value.
+ *  @copydetails InputOptionHandler */
 IA_EXPORT int32_t analyze_GetQVSrcOption_CYPRESS(AnalyzeContext* context, const TrayEntry* trays,
                                                  int32_t tray_count, int32_t extra_tray_count,
                                                  OptionSetter* rows,
                                                  int32_t* row_count) IA_NOEXCEPT;
 
-/** By the number of trays of type 6: 3 "OptCas3", 1 "OptCas1", else "None". */
+/** By the number of trays of type 6: 3 "OptCas3", 1 "OptCas1", else "None".
+ *  @copydetails InputOptionHandler */
 IA_EXPORT int32_t analyze_GetQVSrcOptionHOLLY(AnalyzeContext* context, const TrayEntry* trays,
                                               int32_t tray_count, int32_t extra_tray_count,
                                               OptionSetter* rows, int32_t* row_count) IA_NOEXCEPT;
 
-/** "OptCas1" when some tray has alias 162, else "None". */
+/** "OptCas1" when some tray has alias 162, else "None".
+ *  @copydetails InputOptionHandler */
 IA_EXPORT int32_t analyze_GetQVSrcOptionOAK(AnalyzeContext* context, const TrayEntry* trays,
                                             int32_t tray_count, int32_t extra_tray_count,
                                             OptionSetter* rows, int32_t* row_count) IA_NOEXCEPT;
 
 /** Alias 167 gives "PODDeck3", else alias 164 "PODDeck2", else the first tray of alias 161
- * "MltDeck1" for a capacity above 1999 and "PODDeck1" otherwise. */
+ * "MltDeck1" for a capacity above 1999 and "PODDeck1" otherwise.
+ *  @copydetails InputOptionHandler */
 IA_EXPORT int32_t analyze_GetQVSrcOptionROWAN(AnalyzeContext* context, const TrayEntry* trays,
                                               int32_t tray_count, int32_t extra_tray_count,
                                               OptionSetter* rows, int32_t* row_count) IA_NOEXCEPT;
 
 /** Alias 124 gives "OptCas4", else 123 "OptCas3", else 122 "OptCas2", else 121 "OptCas1", else
- *  "None". */
+ *  "None".
+ *  @copydetails InputOptionHandler */
 IA_EXPORT int32_t analyze_GetQVSrcOptionREDWOOD(AnalyzeContext* context, const TrayEntry* trays,
                                                 int32_t tray_count, int32_t extra_tray_count,
                                                 OptionSetter* rows, int32_t* row_count) IA_NOEXCEPT;
 
 /** @}
- *  @name Envelope feeder: QVEnvelopeFeeder. Handler of kind InputOptionHandler.
+ *  @name Envelope feeder
+ *  QVEnvelopeFeeder. Handler of kind InputOptionHandler.
  *  @{ */
 
-/** "True" when some tray has alias 6, else "False". */
+/** "True" when some tray has alias 6, else "False".
+ *  @copydetails InputOptionHandler */
 IA_EXPORT int32_t analyze_GetQVEnvelopeFeederCommon(AnalyzeContext* context, const TrayEntry* trays,
                                                     int32_t tray_count, int32_t extra_tray_count,
                                                     OptionSetter* rows,
                                                     int32_t* row_count) IA_NOEXCEPT;
 
 /** @}
- *  @name Media types: the keyword that QVAnlz_SlotMediaInfo names for a tray's slot, default
- *  "PlainPaper". Handlers of kind InputOptionHandler.
+ *  @name Media types
+ *  The keyword that QVAnlz_SlotMediaInfo names for a tray's slot, default "PlainPaper". Handlers of
+ *  kind InputOptionHandler.
  *  @{ */
 
 /** For each tray: the QV_Prot_MediaType flag of its medium type, under the keyword of the slot that
- *  QVAnlz_InputTray names for its alias. */
+ *  QVAnlz_InputTray names for its alias.
+ *  @copydetails InputOptionHandler */
 IA_EXPORT int32_t analyze_GetQVXXXMediaTypeCommon(AnalyzeContext* context, const TrayEntry* trays,
                                                   int32_t tray_count, int32_t extra_tray_count,
                                                   OptionSetter* rows,
                                                   int32_t* row_count) IA_NOEXCEPT;
 
 /** As the common one, but with 4 or fewer trays of type 3 or 6 a tray of alias 161 takes the second
- * slot of that alias, and a slot's name need only begin the name of its keyword's flag. */
+ * slot of that alias, and a slot's name need only begin the name of its keyword's flag.
+ *  @copydetails InputOptionHandler */
 IA_EXPORT int32_t analyze_GetQVXXXMediaType_CYPRESS(AnalyzeContext* context, const TrayEntry* trays,
                                                     int32_t tray_count, int32_t extra_tray_count,
                                                     OptionSetter* rows,
                                                     int32_t* row_count) IA_NOEXCEPT;
 
 /** As the common one with fixed slots for the aliases; a tray of another alias takes the slot of
- * the tray before it. */
+ * the tray before it.
+ *  @copydetails InputOptionHandler */
 IA_EXPORT int32_t analyze_GetQVXXXMediaTypeYEW(AnalyzeContext* context, const TrayEntry* trays,
                                                int32_t tray_count, int32_t extra_tray_count,
                                                OptionSetter* rows, int32_t* row_count) IA_NOEXCEPT;
 
 /** As the common one, but the slot of alias 161 follows from the other trays, and there is no
- *  row while one of the three flag stores is missing, or when memory runs out for its texts. */
+ *  row while one of the three flag stores is missing, or when memory runs out for its texts.
+ *  @copydetails InputOptionHandler */
 IA_EXPORT int32_t analyze_GetQVXXXMediaTypeREDWOOD(AnalyzeContext* context, const TrayEntry* trays,
                                                    int32_t tray_count, int32_t extra_tray_count,
                                                    OptionSetter* rows,
                                                    int32_t* row_count) IA_NOEXCEPT;
 
 /** @}
- *  @name Finisher: QVFinisher. Handlers of kind FinisherOptionHandler.
+ *  @name Finisher
+ *  QVFinisher, default "None". Handlers of kind FinisherOptionHandler. "By bin alias" is
+ *  analyze_GetQVFinisherByBinTrayAlias(), "the value string" analyze_GetQVFinisherValueString().
  *  @{ */
 
 /** Finds the value that QVAnlz_FinisherName gives for the finishers' names; the last finisher with
@@ -325,95 +351,110 @@ IA_EXPORT int32_t analyze_GetQVFinisherByBinTrayAlias(
     const AccessoryBinRule* rules, int32_t rule_count, const int32_t* aliases, int32_t alias_count,
     int32_t low, int32_t high, OptionSetter* row) IA_NOEXCEPT;
 
-/** The value string; clears the row's value when there is none. */
+/** The value string; clears the row's value when there is none.
+ *  @copydetails FinisherOptionHandler */
 IA_EXPORT int32_t analyze_GetQVFinisherCommon(AnalyzeContext* context,
                                               const FinisherEntry* finishers,
                                               int32_t finisher_count, const int32_t* aliases,
                                               int32_t alias_count, OptionSetter* row) IA_NOEXCEPT;
 
 /** "IN2TRAY" when a name begins with "Vorel Inner 2way Tray", ignoring case, and bin alias 119 is
- * there, else the value string. */
+ * there, else the value string.
+ *  @copydetails FinisherOptionHandler */
 IA_EXPORT int32_t analyze_GetQVFinisherSpecialIn2TrayCommon(
     AnalyzeContext* context, const FinisherEntry* finishers, int32_t finisher_count,
     const int32_t* aliases, int32_t alias_count, OptionSetter* row) IA_NOEXCEPT;
 
-/** By bin alias 101 to 105, with "Vorel Inner 2Way Tray-B1" of 2 bins. */
+/** By bin alias 101 to 105, with "Vorel Inner 2Way Tray-B1" of 2 bins.
+ *  @copydetails FinisherOptionHandler */
 IA_EXPORT int32_t analyze_GetQVFinisher_ASPEN(AnalyzeContext* context,
                                               const FinisherEntry* finishers,
                                               int32_t finisher_count, const int32_t* aliases,
                                               int32_t alias_count, OptionSetter* row) IA_NOEXCEPT;
 
-/** By bin alias 101 to 105, with "Vorel Inner 2Way Tray-B1" of 1 bin. */
+/** By bin alias 101 to 105, with "Vorel Inner 2Way Tray-B1" of 1 bin.
+ *  @copydetails FinisherOptionHandler */
 IA_EXPORT int32_t analyze_GetQVFinisher_FIR(AnalyzeContext* context, const FinisherEntry* finishers,
                                             int32_t finisher_count, const int32_t* aliases,
                                             int32_t alias_count, OptionSetter* row) IA_NOEXCEPT;
 
-/** By bin alias 101 to 105, with "Vorel 3 Way Unit-D1" of 1 bin. */
+/** By bin alias 101 to 105, with "Vorel 3 Way Unit-D1" of 1 bin.
+ *  @copydetails FinisherOptionHandler */
 IA_EXPORT int32_t analyze_GetQVFinisher_BEECH(AnalyzeContext* context,
                                               const FinisherEntry* finishers,
                                               int32_t finisher_count, const int32_t* aliases,
                                               int32_t alias_count, OptionSetter* row) IA_NOEXCEPT;
 
 /** "None" when a "Vorel 3 Way Unit-D1" or "-D2" has 1 bin, else by bin alias 101 to 105 with both
- * of 2 bins. */
+ * of 2 bins.
+ *  @copydetails FinisherOptionHandler */
 IA_EXPORT int32_t analyze_GetQVFinisher_BIRCH(AnalyzeContext* context,
                                               const FinisherEntry* finishers,
                                               int32_t finisher_count, const int32_t* aliases,
                                               int32_t alias_count, OptionSetter* row) IA_NOEXCEPT;
 
 /** "None" when a "Vorel Inner 2 Way Tray-S1" has 1 bin, else by bin alias 101 to 105 with it of 2
- * bins. */
+ * bins.
+ *  @copydetails FinisherOptionHandler */
 IA_EXPORT int32_t analyze_GetQVFinisher_CEDAR(AnalyzeContext* context,
                                               const FinisherEntry* finishers,
                                               int32_t finisher_count, const int32_t* aliases,
                                               int32_t alias_count, OptionSetter* row) IA_NOEXCEPT;
 
-/** As analyze_GetQVFinisher_CEDAR(). */
+/** As analyze_GetQVFinisher_CEDAR().
+ *  @copydetails FinisherOptionHandler */
 IA_EXPORT int32_t analyze_GetQVFinisher_HAZEL(AnalyzeContext* context,
                                               const FinisherEntry* finishers,
                                               int32_t finisher_count, const int32_t* aliases,
                                               int32_t alias_count, OptionSetter* row) IA_NOEXCEPT;
 
 /** "None" when a "Vorel Inner 2Way Tray-R1" has 1 bin, else by bin alias 101 to 105 with it of 2
- * bins. */
+ * bins.
+ *  @copydetails FinisherOptionHandler */
 IA_EXPORT int32_t analyze_GetQVFinisherMAPLE(AnalyzeContext* context,
                                              const FinisherEntry* finishers, int32_t finisher_count,
                                              const int32_t* aliases, int32_t alias_count,
                                              OptionSetter* row) IA_NOEXCEPT;
 
-/** "IN2TRAYF1" when bin alias 119 is there, else the value string. */
+/** "IN2TRAYF1" when bin alias 119 is there, else the value string.
+ *  @copydetails FinisherOptionHandler */
 IA_EXPORT int32_t analyze_GetQVFinisherSPRUCE(AnalyzeContext* context,
                                               const FinisherEntry* finishers,
                                               int32_t finisher_count, const int32_t* aliases,
                                               int32_t alias_count, OptionSetter* row) IA_NOEXCEPT;
 
-/** "IN2TRAYF1" when bin alias 119 is one of exactly 2, else the value string. */
+/** "IN2TRAYF1" when bin alias 119 is one of exactly 2, else the value string.
+ *  @copydetails FinisherOptionHandler */
 IA_EXPORT int32_t analyze_GetQVFinisherWILLOW(AnalyzeContext* context,
                                               const FinisherEntry* finishers,
                                               int32_t finisher_count, const int32_t* aliases,
                                               int32_t alias_count, OptionSetter* row) IA_NOEXCEPT;
 
 /** "IN2TRAY" when there is a "Vorel Inner 2way Tray-N1" and bin alias 119, else the value string.
- */
+ *  @copydetails FinisherOptionHandler */
 IA_EXPORT int32_t analyze_GetQVFinisherSUMAC(AnalyzeContext* context,
                                              const FinisherEntry* finishers, int32_t finisher_count,
                                              const int32_t* aliases, int32_t alias_count,
                                              OptionSetter* row) IA_NOEXCEPT;
 
-/** As analyze_GetQVFinisherSUMAC(). */
+/** As analyze_GetQVFinisherSUMAC().
+ *  @copydetails FinisherOptionHandler */
 IA_EXPORT int32_t analyze_GetQVFinisherHICKORY(AnalyzeContext* context,
                                                const FinisherEntry* finishers,
                                                int32_t finisher_count, const int32_t* aliases,
                                                int32_t alias_count, OptionSetter* row) IA_NOEXCEPT;
 
-/** By the bins of the first finisher: 2 "IN2TRAY", 3 "IN2TRAYSFING1", 1 "FINJ1", else "None". */
+/** By the bins of the first finisher: 2 "IN2TRAY", 3 "IN2TRAYSFING1", 1 "FINJ1", else "None".
+ *  @copydetails FinisherOptionHandler */
 IA_EXPORT int32_t analyze_GetQVFinisherWALNUT(AnalyzeContext* context,
                                               const FinisherEntry* finishers,
                                               int32_t finisher_count, const int32_t* aliases,
                                               int32_t alias_count, OptionSetter* row) IA_NOEXCEPT;
 
 /** @}
- *  @name Copy tray: QVCopyTray. Handlers of kind FinisherOptionHandler.
+ *  @name Copy tray
+ *  QVCopyTray, default "None". Handlers of kind FinisherOptionHandler. "By bin alias" is
+ *  analyze_GetQVCopyTrayByBinTrayAlias().
  *  @{ */
 
 /** "CPTU1" when a finisher's name begins with that of a rule and it has more bins than the rule or
@@ -433,57 +474,66 @@ IA_EXPORT int32_t analyze_GetQVCopyTrayByBinTrayAlias(
     const AccessoryBinRule* rules, int32_t rule_count, const int32_t* aliases, int32_t alias_count,
     int32_t low, int32_t high, OptionSetter* row) IA_NOEXCEPT;
 
-/** Never a value. */
+/** Never a value.
+ *  @copydetails FinisherOptionHandler */
 IA_EXPORT int32_t analyze_GetQVCopyTrayCommon(AnalyzeContext* context,
                                               const FinisherEntry* finishers,
                                               int32_t finisher_count, const int32_t* aliases,
                                               int32_t alias_count, OptionSetter* row) IA_NOEXCEPT;
 
 /** By bin alias 101 to 105, with "Vorel Inner 2Way Tray-B1" of 2 bins and "Vorel Finisher-Q1" of 1.
- */
+ *  @copydetails FinisherOptionHandler */
 IA_EXPORT int32_t analyze_GetQVCopyTray_ASPEN(AnalyzeContext* context,
                                               const FinisherEntry* finishers,
                                               int32_t finisher_count, const int32_t* aliases,
                                               int32_t alias_count, OptionSetter* row) IA_NOEXCEPT;
 
-/** By bin alias 101 to 105, with "Vorel Inner 2Way Tray-B1" and "Vorel Finisher-Q1" of 1 bin. */
+/** By bin alias 101 to 105, with "Vorel Inner 2Way Tray-B1" and "Vorel Finisher-Q1" of 1 bin.
+ *  @copydetails FinisherOptionHandler */
 IA_EXPORT int32_t analyze_GetQVCopyTray_FIR(AnalyzeContext* context, const FinisherEntry* finishers,
                                             int32_t finisher_count, const int32_t* aliases,
                                             int32_t alias_count, OptionSetter* row) IA_NOEXCEPT;
 
 /** By bin alias 101 to 105, with "Vorel Inner 2 Way Tray-S1" of 2 bins and "Vorel Finisher-A1"
- * of 1. */
+ * of 1.
+ *  @copydetails FinisherOptionHandler */
 IA_EXPORT int32_t analyze_GetQVCopyTray_CEDAR(AnalyzeContext* context,
                                               const FinisherEntry* finishers,
                                               int32_t finisher_count, const int32_t* aliases,
                                               int32_t alias_count, OptionSetter* row) IA_NOEXCEPT;
 
-/** "CPTU1" when a bin alias lies in 101 to 105. */
+/** "CPTU1" when a bin alias lies in 101 to 105.
+ *  @copydetails FinisherOptionHandler */
 IA_EXPORT int32_t analyze_GetQVCopyTray_BEECH(AnalyzeContext* context,
                                               const FinisherEntry* finishers,
                                               int32_t finisher_count, const int32_t* aliases,
                                               int32_t alias_count, OptionSetter* row) IA_NOEXCEPT;
 
-/** As analyze_GetQVCopyTray_BEECH(). */
+/** As analyze_GetQVCopyTray_BEECH().
+ *  @copydetails FinisherOptionHandler */
 IA_EXPORT int32_t analyze_GetQVCopyTray_BIRCH(AnalyzeContext* context,
                                               const FinisherEntry* finishers,
                                               int32_t finisher_count, const int32_t* aliases,
                                               int32_t alias_count, OptionSetter* row) IA_NOEXCEPT;
 
-/** As analyze_GetQVCopyTray_BEECH(). */
+/** As analyze_GetQVCopyTray_BEECH().
+ *  @copydetails FinisherOptionHandler */
 IA_EXPORT int32_t analyze_GetQVCopyTray_HAZEL(AnalyzeContext* context,
                                               const FinisherEntry* finishers,
                                               int32_t finisher_count, const int32_t* aliases,
                                               int32_t alias_count, OptionSetter* row) IA_NOEXCEPT;
 
-/** "CPTU1" when bin alias 101 is there. */
+/** "CPTU1" when bin alias 101 is there.
+ *  @copydetails FinisherOptionHandler */
 IA_EXPORT int32_t analyze_GetQVCopyTrayMAPLE(AnalyzeContext* context,
                                              const FinisherEntry* finishers, int32_t finisher_count,
                                              const int32_t* aliases, int32_t alias_count,
                                              OptionSetter* row) IA_NOEXCEPT;
 
 /** @}
- *  @name Finisher tray: QVFinTray. Handlers of kind FinisherOptionHandler.
+ *  @name Finisher tray
+ *  QVFinTray, default "None". Handlers of kind FinisherOptionHandler. "By bin count" is
+ *  analyze_GetQVFinTrayByBinTrayCount().
  *  @{ */
 
 /** "FNTU1" when a finisher has more bins than the first rule whose name begins its name.
@@ -501,117 +551,139 @@ IA_EXPORT int32_t analyze_GetQVFinTrayByBinTrayCount(
     const AccessoryBinRule* rules, int32_t rule_count, const int32_t* aliases, int32_t alias_count,
     OptionSetter* row) IA_NOEXCEPT;
 
-/** Never a value. */
+/** Never a value.
+ *  @copydetails FinisherOptionHandler */
 IA_EXPORT int32_t analyze_GetQVFinTrayCommon(AnalyzeContext* context,
                                              const FinisherEntry* finishers, int32_t finisher_count,
                                              const int32_t* aliases, int32_t alias_count,
                                              OptionSetter* row) IA_NOEXCEPT;
 
-/** By bin count: "Vorel Finisher-T1" 2, "Vorel Saddle Finisher-T2" 3. */
+/** By bin count: "Vorel Finisher-T1" 2, "Vorel Saddle Finisher-T2" 3.
+ *  @copydetails FinisherOptionHandler */
 IA_EXPORT int32_t analyze_GetQVFinTray_ALDER(AnalyzeContext* context,
                                              const FinisherEntry* finishers, int32_t finisher_count,
                                              const int32_t* aliases, int32_t alias_count,
                                              OptionSetter* row) IA_NOEXCEPT;
 
 /** By bin count: "Vorel Finisher-U3" 2, "Vorel Saddle Finisher-U4" 3, "Vorel Finisher-C1" 2, "Vorel
- *  Saddle Finisher-C2" 3. */
+ *  Saddle Finisher-C2" 3.
+ *  @copydetails FinisherOptionHandler */
 IA_EXPORT int32_t analyze_GetQVFinTray_ASPEN(AnalyzeContext* context,
                                              const FinisherEntry* finishers, int32_t finisher_count,
                                              const int32_t* aliases, int32_t alias_count,
                                              OptionSetter* row) IA_NOEXCEPT;
 
-/** By bin count: "Vorel Finisher-U1/U3" 2, "Vorel Saddle Finisher-U2/U4" 3. */
+/** By bin count: "Vorel Finisher-U1/U3" 2, "Vorel Saddle Finisher-U2/U4" 3.
+ *  @copydetails FinisherOptionHandler */
 IA_EXPORT int32_t analyze_GetQVFinTray_FIR(AnalyzeContext* context, const FinisherEntry* finishers,
                                            int32_t finisher_count, const int32_t* aliases,
                                            int32_t alias_count, OptionSetter* row) IA_NOEXCEPT;
 
-/** "FNTU1" when bin alias 121 is there. */
+/** "FNTU1" when bin alias 121 is there.
+ *  @copydetails FinisherOptionHandler */
 IA_EXPORT int32_t analyze_GetQVFinTray_BEECH(AnalyzeContext* context,
                                              const FinisherEntry* finishers, int32_t finisher_count,
                                              const int32_t* aliases, int32_t alias_count,
                                              OptionSetter* row) IA_NOEXCEPT;
 
-/** As analyze_GetQVFinTray_BEECH(). */
+/** As analyze_GetQVFinTray_BEECH().
+ *  @copydetails FinisherOptionHandler */
 IA_EXPORT int32_t analyze_GetQVFinTray_BIRCH(AnalyzeContext* context,
                                              const FinisherEntry* finishers, int32_t finisher_count,
                                              const int32_t* aliases, int32_t alias_count,
                                              OptionSetter* row) IA_NOEXCEPT;
 
-/** As analyze_GetQVFinTray_BEECH(). */
+/** As analyze_GetQVFinTray_BEECH().
+ *  @copydetails FinisherOptionHandler */
 IA_EXPORT int32_t analyze_GetQVFinTray_HAZEL(AnalyzeContext* context,
                                              const FinisherEntry* finishers, int32_t finisher_count,
                                              const int32_t* aliases, int32_t alias_count,
                                              OptionSetter* row) IA_NOEXCEPT;
 
-/** As analyze_GetQVFinTray_BEECH(). */
+/** As analyze_GetQVFinTray_BEECH().
+ *  @copydetails FinisherOptionHandler */
 IA_EXPORT int32_t analyze_GetQVFinTrayMAPLE(AnalyzeContext* context, const FinisherEntry* finishers,
                                             int32_t finisher_count, const int32_t* aliases,
                                             int32_t alias_count, OptionSetter* row) IA_NOEXCEPT;
 
-/** As analyze_GetQVFinTray_BEECH(). */
+/** As analyze_GetQVFinTray_BEECH().
+ *  @copydetails FinisherOptionHandler */
 IA_EXPORT int32_t analyze_GetQVFinTrayMYRTLE(AnalyzeContext* context,
                                              const FinisherEntry* finishers, int32_t finisher_count,
                                              const int32_t* aliases, int32_t alias_count,
                                              OptionSetter* row) IA_NOEXCEPT;
 
-/** As analyze_GetQVFinTray_BEECH(). */
+/** As analyze_GetQVFinTray_BEECH().
+ *  @copydetails FinisherOptionHandler */
 IA_EXPORT int32_t analyze_GetQVFinTrayWILLOW(AnalyzeContext* context,
                                              const FinisherEntry* finishers, int32_t finisher_count,
                                              const int32_t* aliases, int32_t alias_count,
                                              OptionSetter* row) IA_NOEXCEPT;
 
-/** "EXTU1" when a name begins with "Vorel Inner Finisher-F1" and bin alias 119 is there. */
+/** "EXTU1" when a name begins with "Vorel Inner Finisher-F1" and bin alias 119 is there.
+ *  @copydetails FinisherOptionHandler */
 IA_EXPORT int32_t analyze_GetQVFinTraySUMAC(AnalyzeContext* context, const FinisherEntry* finishers,
                                             int32_t finisher_count, const int32_t* aliases,
                                             int32_t alias_count, OptionSetter* row) IA_NOEXCEPT;
 
 /** "FNTU1" when a name is "Vorel Inner Finisher-W1" or "Vorel Inner Shift Sorter-D1", in full, and
- * bin alias 119 is there. */
+ * bin alias 119 is there.
+ *  @copydetails FinisherOptionHandler */
 IA_EXPORT int32_t analyze_GetQVFinTrayHORNBEAM(AnalyzeContext* context,
                                                const FinisherEntry* finishers,
                                                int32_t finisher_count, const int32_t* aliases,
                                                int32_t alias_count, OptionSetter* row) IA_NOEXCEPT;
 
 /** @}
- *  @name Puncher: QVPuncher. Handlers of kind FunctionStringHandler; none gives a value when the
- *  function is not reported.
+ *  @name Puncher
+ *  QVPuncher. Handlers of kind FunctionStringHandler; none gives a value when the function is not
+ *  reported.
  *  @{ */
 
 /** The value of the first row of the search table that is reported; without a table the default
- * value. */
+ * value.
+ *  @copydetails FunctionStringHandler */
 IA_EXPORT char* analyze_GetPuncherOptionStringSearchTableListOrder(const FunctionQuery* query)
     IA_NOEXCEPT;
 
 /** The value of the first reported detailed function that begins the name of a row of the search
- * table; without a table the default value. */
+ * table; without a table the default value.
+ *  @copydetails FunctionStringHandler */
 IA_EXPORT char* analyze_GetPuncherOptionStringDetailFuncListOrder(const FunctionQuery* query)
     IA_NOEXCEPT;
 
-/** "PUNU2" when 2 holes are reported, else no value. */
+/** "PUNU2" when 2 holes are reported, else no value.
+ *  @copydetails FunctionStringHandler */
 IA_EXPORT char* analyze_GetPuncherOptionStringJUNIPER(const FunctionQuery* query) IA_NOEXCEPT;
 
 /** "PUNU24" when 2 holes and French 4 holes are reported, "PUNU2" when 2 holes are, else the search
- * in table order. */
+ * in table order.
+ *  @copydetails FunctionStringHandler */
 IA_EXPORT char* analyze_GetPuncherOptionStringJUNIPER_MLT(const FunctionQuery* query) IA_NOEXCEPT;
 
-/** "PUNM" when multiple holes are reported, else the search in table order. */
+/** "PUNM" when multiple holes are reported, else the search in table order.
+ *  @copydetails FunctionStringHandler */
 IA_EXPORT char* analyze_GetPuncherOptionStringMultipleHoles(const FunctionQuery* query) IA_NOEXCEPT;
 
 /** @}
- *  @name Other finishing functions: QVOptionStaple, QVFolder. Handlers of kind
- *  FunctionStringHandler; none gives a value when the function is not reported.
+ *  @name Other finishing functions
+ *  QVOptionStaple, QVFolder. Handlers of kind FunctionStringHandler; none gives a value when the
+ *  function is not reported.
  *  @{ */
 
 /** The value of the last row of the search table that is reported; without a table the default
- * value. */
+ * value.
+ *  @copydetails FunctionStringHandler */
 IA_EXPORT char* analyze_GetFinishingFunctionOptionStringCommon(const FunctionQuery* query)
     IA_NOEXCEPT;
 
-/** "True" for the function "staple", else no value. */
+/** "True" for the function "staple", else no value.
+ *  @copydetails FunctionStringHandler */
 IA_EXPORT char* analyze_GetFinishingFunctionOptionString_ELM(const FunctionQuery* query)
     IA_NOEXCEPT;
 
-/** As analyze_GetFinishingFunctionOptionString_ELM(). */
+/** As analyze_GetFinishingFunctionOptionString_ELM().
+ *  @copydetails FunctionStringHandler */
 IA_EXPORT char* analyze_GetFinishingFunctionOptionStringMagnolia(const FunctionQuery* query)
     IA_NOEXCEPT;
 

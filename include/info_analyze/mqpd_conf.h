@@ -30,8 +30,8 @@ IA_BEGIN_DECLS
 /** The text of one configuration file. It may be walked by one thread at a time only: the walk of
  *  MqpdQueueList_Initialize() writes into it. */
 typedef struct FolderConf {
-  char* text; /**< owned; not NUL-terminated */
-  uint32_t length;
+  char* text;      /**< owned; not NUL-terminated */
+  uint32_t length; /**< bytes of the text */
 } FolderConf;
 
 /** Reads the configuration file of a driver family: "MQPD/mqpd.conf" in the cache folder that

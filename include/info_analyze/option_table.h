@@ -13,15 +13,15 @@ IA_BEGIN_DECLS
 /** One entry of an option table. The table is the pointer to its first node, NULL being the empty
  *  table; whoever holds that pointer owns all nodes and both texts of each. */
 typedef struct OptTable {
-  char* key;
-  char* value;
-  struct OptTable* next;
+  char* key;             /**< PPD keyword or other key; owned */
+  char* value;           /**< value; owned */
+  struct OptTable* next; /**< next entry, or NULL */
 } OptTable;
 
 /** One number of an ascending list; equal numbers are kept. NULL is the empty list. */
 typedef struct LongValList {
-  int32_t value;
-  struct LongValList* next;
+  int32_t value;            /**< number */
+  struct LongValList* next; /**< next number, or NULL */
 } LongValList;
 
 /** The CUPS file handle of cups/file.h, named here so that this header needs no CUPS. */

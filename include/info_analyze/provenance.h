@@ -17,6 +17,7 @@
 
 IA_BEGIN_DECLS
 
+/** Numbers that stand for something else, or for nothing. */
 enum {
   IA_INPUT_OF_PPD = -1, /**< in place of a document */
   IA_NO_INPUT = -1,     /**< in place of an input's number */
@@ -38,7 +39,7 @@ enum {
   IA_FAMILY_PUNCHER = 7,            /**< QVPuncher */
   IA_FAMILY_FINISHING_FUNCTION = 8, /**< QVOptionStaple */
   IA_FAMILY_EXTRA_OPTIONS = 9,      /**< QVInsertUnit of models that report it as a tray */
-  IA_FAMILY_COUNT = 10
+  IA_FAMILY_COUNT = 10              /**< number of families */
 };
 
 /** Something that is looked at: a value of a device document or a text of the PPD. */

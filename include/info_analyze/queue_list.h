@@ -10,14 +10,16 @@
 
 IA_BEGIN_DECLS
 
+/** One print queue. */
 typedef struct QueueRecord {
   char* name;                /**< owned by the list */
   int32_t modification_time; /**< seconds since the epoch; 0 where unknown */
 } QueueRecord;
 
+/** Print queues, of CUPS or of the printer daemon. */
 typedef struct QueueList {
-  int32_t count;
-  QueueRecord* records; /**< the first @ref count of perhaps more; NULL for an empty list */
+  int32_t count;        /**< number of queues */
+  QueueRecord* records; /**< room for these queues or more; NULL for an empty list */
 } QueueList;
 
 /** Lists the queues of the CUPS spooler: the files "<queue>.ppd" of "/etc/cups/ppd", in no
