@@ -51,11 +51,12 @@ enum {
  *  | IA_KEY_DICTIONARY | XmlKeyDescriptor**: the descriptors to read inside | their number |
  *  | IA_KEY_LONG | int32_t* | not used |
  *  | IA_KEY_STRING | char**: receives a text to be released with free() | not used |
- *  | IA_KEY_ARRAY | XmlKeyDescriptor**: the one descriptor of the elements | receives the number
- *    of elements, at most the elements' capacity |
+ *  | IA_KEY_ARRAY | XmlKeyDescriptor**: the elements' one descriptor | receives their number |
  *  | IA_KEY_LONG_ELEMENTS | int32_t[] | NULL, or the capacity of the destination |
  *  | IA_KEY_STRING_ELEMENTS | char*[]: each receives a text to be released with free() | likewise |
- */
+ *
+ *  The number that an array receives is at most the capacity that the descriptor of its elements
+ *  names. */
 typedef struct XmlKeyDescriptor {
   intptr_t document;           /**< IA_DOCUMENT_... */
   const char* key;             /**< name in the current dictionary; not used for elements */

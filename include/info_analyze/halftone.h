@@ -11,14 +11,14 @@
 
 IA_BEGIN_DECLS
 
-/** Halftone types. */
+/** Halftone types, with the option values that name them. */
 enum {
-  IA_HALFTONE_NONE = 0,
-  IA_HALFTONE_GRADATION = 1,
-  IA_HALFTONE_RESOLUTION = 2,
-  IA_HALFTONE_HIGH_RESOLUTION = 3,
-  IA_HALFTONE_COLOR_TONE = 4,
-  IA_HALFTONE_ERROR_DIFFUSION = 5
+  IA_HALFTONE_NONE = 0,            /**< "None" */
+  IA_HALFTONE_GRADATION = 1,       /**< "gradation" */
+  IA_HALFTONE_RESOLUTION = 2,      /**< "resolution" */
+  IA_HALFTONE_HIGH_RESOLUTION = 3, /**< "highresolution" */
+  IA_HALFTONE_COLOR_TONE = 4,      /**< "colortone" */
+  IA_HALFTONE_ERROR_DIFFUSION = 5  /**< "errdiffusion" */
 };
 
 /** Reads the job's three halftone values.
