@@ -5,7 +5,9 @@
  *  the exported symbols.
  *
  *  The exports carry the symbol version INFO_ANALYZE_1, so a library that was linked against
- *  versioned functions of these names keeps its own. A library with its own unversioned strlcpy,
+ *  versioned functions of these names keeps its own. A program's own calls of these names are bound
+ *  to the library that it links first: one that means another library's functions names that one
+ *  before libinfo_analyze, the C library (-lc) too. A library with its own unversioned strlcpy,
  *  strlcat or strnstr gets ours when a program links it behind libinfo_analyze; the remedy is to
  *  hide its copy, to link it with -Bsymbolic-functions, or to dlopen() libinfo_analyze with
  *  RTLD_LOCAL. */

@@ -4,7 +4,8 @@
  *
  *  Everything here is told from the tables by which the library itself decides. The records are
  *  constant and borrowed; they stay valid while the library is loaded. Later versions may append
- *  fields, inputs, options and families. */
+ *  inputs, options and families, and fields to all records but ModelRow, for which callers have the
+ *  room. */
 #ifndef INFO_ANALYZE_PROVENANCE_H_
 #define INFO_ANALYZE_PROVENANCE_H_
 

@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # A C library that has a strlcpy of its own, as glibc has from 2.38 on, keeps its callers: libraries
 # that were linked against it do not get ours although the program links us first, nor does a
-# program that has us loaded without linking us.
+# program that has us loaded without linking us. A program's own calls are bound by the linker to
+# the library that it names first.
 # usage: newer_libc.sh LIBRARY INCLUDE_FOLDER C_COMPILER
 source "$(dirname "$0")/gate.sh"
 library=$1 include=$2 cc=$3
@@ -58,9 +59,13 @@ export LD_LIBRARY_PATH=$scratch:$folder
 "$cc" -shared -fPIC capturing.c -o libcapturing.so
 "$cc" -I"$include" program.c -o program -L. -L"$folder" -linfo_analyze -luser -Wl,-rpath-link,.
 "$cc" plain.c -o plain -L. -lfoo
+"$cc" plain.c -o plain_before -L. -L"$folder" -lfoo -linfo_analyze
+"$cc" plain.c -o plain_behind -L. -L"$folder" -linfo_analyze -lfoo
 "$cc" -I"$include" program.c -o captured -L. -lcapturing -luser -Wl,-rpath-link,.
 
 expect_equal "callers of the other strlcpy" $'user 6\nours 3' "$(./program)"
 expect_equal "a program that has us loaded" "plain 6" "$(LD_PRELOAD=$library ./plain)"
+expect_equal "a program that names the other first" "plain 6" "$(./plain_before)"
+expect_equal "a program that names us first" "plain 3" "$(./plain_behind)"
 # The same set-up with an export that has no version: it is what this gate is here to notice.
 expect_equal "callers beside an export without version" $'user 3\nours 3' "$(./captured)"

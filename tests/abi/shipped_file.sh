@@ -8,7 +8,9 @@ newest_glibc=2.36
 needed=$'libc.so.6\nlibcups.so.2\nlibm.so.6'
 forbidden='getenv|secure_getenv|setlocale|newlocale|uselocale|printf|__printf_chk|fprintf|'
 forbidden+='__fprintf_chk|vprintf|vfprintf|puts|fputs|putchar|perror|syslog|__syslog_chk|'
-forbidden+='system|popen|abort|__assert_fail|exit|_exit'
+forbidden+='system|popen|fork|vfork|posix_spawn|abort|__assert_fail|exit|_exit|'
+forbidden+='pthread_create|thrd_create|signal|sigaction|sigprocmask|pthread_sigmask|alarm|'
+forbidden+='umask|chdir|fchdir|setenv|putenv|unsetenv'
 
 dynamic() { readelf -dW "$library" | sed -nE "/\(($1)\)/s/.*\[(.*)\]/\1/p" | sort; }
 imported_names() { imported "$library" | sed 's/@.*//'; }

@@ -27,6 +27,12 @@ def abi(name, targets=()):
     return Gate("release", ("info_analyze",) + targets, command, proof="100% tests passed")
 
 
+def docs(name):
+    command = ("ctest", "--test-dir", "build/release", "--output-on-failure", "-R",
+               rf"^docs\.{name}$")
+    return Gate("release", ("reference",), command, proof="100% tests passed")
+
+
 def program(preset, target, path, tests="*", before=()):
     command = (*before, f"build/{preset}/{path}", f"--gtest_filter={tests}")
     return Gate(preset, (target, "mqpd_util"), command, proof="[  PASSED  ]")
@@ -50,6 +56,9 @@ GATES = {
     "headers": Gate("", (), ("bash", "tests/abi/headers.sh", "include", "gcc", "g++")),
     "newer_declarations": Gate("", (), ("bash", "tests/abi/newer_declarations.sh", str(COPY), "gcc",
                                         "g++")),
+    "reference": Gate("release", ("reference",), is_build=True),
+    "reference_is_whole": docs("reference_is_whole"),
+    "pages_are_clean": docs("pages_are_clean"),
     "same_names": abi("same_names", targets=("mqpd_util",)),
 } | {name: abi(name) for name in ("exports", "relocations", "newer_libc", "other_libraries",
                                   "null_arguments", "types", "unloading", "shipped_file")}
@@ -245,4 +254,14 @@ FAULTS = (
             "noexcept {"),)),
     Fault("library that stays loaded", "unloading", "the library stayed",
           (linked("-Wl,-z,nodelete"),)),
+
+    # Documents
+    Fault("parameter that the reference lacks", "reference", "parameter 'index'",
+          ((LIST_HEADER, " *  @param list   list; NULL has no queues\n"
+            " *  @param index  index from 0\n *  @return borrowed name",
+            " *  @param list   list; NULL has no queues\n *  @return borrowed name"),)),
+    Fault("constant that the reference lacks", "reference_is_whole", "IA_HALFTONE_NONE",
+          (("include/info_analyze/halftone.h", "/**< \"None\" */", ""),)),
+    Fault("macro that is no macro", "pages_are_clean", "unknown macro",
+          (("docs/man/libinfo_analyze.3", ".Ss Conventions\n", ".Sx Conventions\n.Zz\n"),)),
 )
