@@ -42,7 +42,8 @@ def main(mandoc, folder, xml, version_script):
         wrong = [line for page in [*written, *made] for line in findings_of(mandoc, page)]
         wrong += missing_references([page for page in [*written, *made] if page.suffix == ".3"])
         named = set().union(*map(names_of, made))
-    wrong += [f"{name} has no page" for name in sorted(declared_names(Path(version_script)) - named)]
+    exported = declared_names(Path(version_script))
+    wrong += [f"{name} has no page" for name in sorted(exported - named)]
     print(f"{len(written)} written and {len(made)} made pages")
     return "\n".join(wrong) if wrong else 0
 
