@@ -27,7 +27,6 @@ expect_sample_options() {
 check_files() {
   for file in "$LIBDIR/libinfo_analyze.so" "$LIBDIR/libinfo_analyze.so.1" \
     "$LIBDIR/libinfo_analyze.so.$VERSION" "$BINDIR/info-analyze" "$MANDIR/man1/info-analyze.1" \
-    "$LIBDIR/libinfo_analyze.so.$VERSION" "$BINDIR/info-analyze" "$MANDIR/man1/info-analyze.1" \
     "$MANDIR/man3/libinfo_analyze.3" "$MANDIR/man5/info-analyze-documents.5" \
     "$MANDIR/man7/info-analyze-decisions.7"; do
     test -e "$prefix/$file" || fail "$file is not installed"
