@@ -46,16 +46,16 @@ def documents():
 
 def blocks_of_markdown(document):
     """Yields language, number of the first line and lines of each block."""
-    language, block = None, []
+    indentation, language, block = "", None, []
     for number, line in enumerate(document.read_text().split("\n"), 1):
-        fence = re.fullmatch(r"\s*```(\w*)", line)
+        fence = re.fullmatch(r"( *)```(\w*)", line)
         if fence and language is None:
-            language, block = fence[1], []
+            indentation, language, block = fence[1], fence[2], []
         elif fence:
             yield language, number - len(block), block
             language = None
         elif language is not None:
-            block.append(line)
+            block.append(line.removeprefix(indentation))
         elif re.match(r" {4,}(\$|\./|info-analyze )", line):
             yield "", number, [line]
 
@@ -143,6 +143,14 @@ def check(commands, folder, environment):
     return failures
 
 
+def run_in_tree(commands):
+    failures = 0
+    for command in commands:
+        print(f"running {command}", flush=True)
+        failures += check([command], ROOT, os.environ)
+    return failures
+
+
 def verbs():
     usage = subprocess.run([ROOT / "dev"], capture_output=True, text=True, check=False).stderr
     return set(re.findall(r"^  (\w+)", usage, re.M))
@@ -159,6 +167,20 @@ def check_verbs(documents_):
     return failures
 
 
+def check_counts(commands, build):
+    """The number of tests that is shown is that of the build."""
+    shown = re.findall(r"tests failed out of (\d+)",
+                       "\n".join(line for command in commands for line in command.shown))
+    if not shown:
+        return 0
+    listed = subprocess.run(["ctest", "--test-dir", build, "-N"], check=True, capture_output=True,
+                            text=True).stdout
+    count = re.search(r"^Total Tests: (\d+)$", listed, re.M)[1]
+    for number in set(shown) - {count}:
+        print(f"{commands[0]}\n  {number} tests are shown, there are {count}")
+    return len(set(shown) - {count})
+
+
 def main():
     parser = argparse.ArgumentParser(description=__doc__.split("\n")[0])
     parser.add_argument("--all", action="store_true")
@@ -167,18 +189,18 @@ def main():
     found = documents()
     failures, runs = check_verbs(found), 0
     for document in found:
+        blocks_ = list(blocks(document))
+        if not blocks_:
+            continue
         with tempfile.TemporaryDirectory() as folder:
             environment = scratch_copy(Path(folder), arguments.build.resolve())
-            for commands in blocks(document):
+            for commands in blocks_:
                 here = [command for command in commands if not command.builds()]
                 failures += check(here, folder, environment)
+                failures += check_counts(commands, arguments.build)
                 runs += len(here)
                 if arguments.all:
-                    for command in commands:
-                        if command.builds():
-                            print(f"running {command}", flush=True)
-                            failures += check([command], ROOT, os.environ)
-                            runs += 1
+                    failures += run_in_tree([command for command in commands if command.builds()])
     print(f"{runs} commands run, {failures} failures")
     return 1 if failures else 0
 
