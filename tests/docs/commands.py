@@ -120,7 +120,8 @@ def run_block(commands, folder, environment):
 
 
 def scratch_copy(folder, build):
-    subprocess.run(["rsync", "-a", "--exclude=/build", "--exclude=/.git", f"{ROOT}/", folder],
+    subprocess.run(["rsync", "-a", "--exclude=/build", "--exclude=/.git", "--exclude=/tests",
+                    "--exclude=/fuzz", f"{ROOT}/", folder],
                    check=True)
     for preset in ("dev", "release"):
         (folder / "build").mkdir(exist_ok=True)
