@@ -6,11 +6,13 @@
 #include <cstddef>
 #include <cstdlib>
 #include <cstring>
+#include <iterator>
 #include <memory>
 #include <string>
 #include <type_traits>
 #include <vector>
 
+#include "tests/analyze/intercepted_calls.h"
 #include "tests/support/analyzer_ptr.h"
 #include "tests/support/option_lists.h"
 #include "tests/support/print_queues.h"
@@ -192,6 +194,50 @@ TEST_F(Analyzer, IsMadeEvenForMoreFlagsThanAStoreHolds) {
   const AnalyzerPtr analyzer = Create("full");
   ASSERT_NE(analyzer, nullptr);
   EXPECT_EQ(analyzer->src_option_flags->count, 1024);
+}
+
+// In the order in which their stores are filled.
+constexpr const char* kFlagKeys[] = {"QV_Prot_MediaType", "QVAnlz_SlotMediaInfo",
+                                     "QVAnlz_InputTray", "QVAnlz_FinisherName", "QVAnlz_SrcOption"};
+
+TEST_F(Analyzer, MayLackAFlagStoreAndHasTheOthers) {
+  queues_.Add("stores", kWholePpd);
+  for (std::size_t lacking = 0; lacking < std::size(kFlagKeys); ++lacking) {
+    FlagStores stores;
+    stores.not_made = {kFlagKeys[lacking]};
+    const AnalyzerPtr analyzer = Create("stores");
+    ASSERT_NE(analyzer, nullptr) << kFlagKeys[lacking];
+    const FlagInfo* const made[] = {analyzer->media_type_flags, analyzer->slot_media_info_flags,
+                                    analyzer->input_tray_flags, analyzer->finisher_name_flags,
+                                    analyzer->src_option_flags};
+    for (std::size_t key = 0; key < std::size(kFlagKeys); ++key) {
+      EXPECT_EQ(FlagsOf(made[key]).empty(), key == lacking) << kFlagKeys[key];
+    }
+  }
+}
+
+TEST_F(Analyzer, IsMadeWithoutAnyFlagStore) {
+  queues_.Add("no_stores", kWholePpd);
+  FlagStores stores;
+  stores.not_made = {std::begin(kFlagKeys), std::end(kFlagKeys)};
+  const AnalyzerPtr analyzer = Create("no_stores");
+  ASSERT_NE(analyzer, nullptr);
+  EXPECT_EQ(analyzer->media_type_flags, nullptr);
+  EXPECT_EQ(analyzer->src_option_flags, nullptr);
+  EXPECT_STREQ(analyzer->driver_name, "RA-H2");
+}
+
+TEST_F(Analyzer, LastFlagStoreThatWasMadeDecidesWhetherFillingFailed) {
+  queues_.Add("filled", kWholePpd);
+  for (const char* key : kFlagKeys) {
+    FlagStores stores;
+    stores.results = {{key, -1}};
+    EXPECT_EQ(Create("filled") == nullptr, std::string("QVAnlz_SrcOption") == key) << key;
+  }
+  FlagStores stores;
+  stores.results = {{"QVAnlz_FinisherName", 7}};
+  stores.not_made = {"QVAnlz_SrcOption"};
+  EXPECT_EQ(Create("filled"), nullptr);
 }
 
 TEST_F(Analyzer, NeedsCommunicationLibraryAndQueue) {

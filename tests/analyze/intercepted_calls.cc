@@ -29,6 +29,7 @@ bool IsEmpty(const OptionSetter& row) {
 
 using ia_test::FinisherMapping;
 using ia_test::FlagSetting;
+using ia_test::FlagStores;
 using ia_test::InputMapping;
 using ia_test::ListReads;
 
@@ -111,6 +112,25 @@ std::int32_t WrappedSetItems(const char* text, OptionList* target) {
   FlagSetting* const setting = FlagSetting::active;
   if (setting == nullptr) return RealSetItems(text, target);
   return ia_test::Answer(*setting, {nullptr, std::nullopt, text, target});
+}
+
+FlagInfo* RealMakeStore(const char*, std::int32_t) IA_REAL(zflaginfo_init);
+FlagInfo* WrappedMakeStore(const char*, std::int32_t) IA_WRAPPED(zflaginfo_init);
+
+FlagInfo* WrappedMakeStore(const char* key, std::int32_t capacity) {
+  const FlagStores* const stores = FlagStores::active;
+  if (stores != nullptr && stores->not_made.contains(key)) return nullptr;
+  return RealMakeStore(key, capacity);
+}
+
+std::int32_t RealFillStore(OptTable*, const char*, FlagInfo*) IA_REAL(zflaginfo_getflags);
+std::int32_t WrappedFillStore(OptTable*, const char*, FlagInfo*) IA_WRAPPED(zflaginfo_getflags);
+
+std::int32_t WrappedFillStore(OptTable* table, const char* key, FlagInfo* store) {
+  const std::int32_t result = RealFillStore(table, key, store);
+  const FlagStores* const stores = FlagStores::active;
+  if (stores == nullptr || !stores->results.contains(key)) return result;
+  return stores->results.at(key);
 }
 
 }  // extern "C"

@@ -7,6 +7,7 @@
 #include <functional>
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -76,6 +77,12 @@ struct FlagSetting : Interception<FlagSetting> {
   };
   std::vector<Call> calls;
   std::vector<std::int32_t> results;
+};
+
+// Flag stores of keys that cannot be made, and fillings of keys that answer with a result.
+struct FlagStores : Interception<FlagStores> {
+  std::set<std::string> not_made;
+  std::map<std::string, std::int32_t> results;
 };
 
 }  // namespace ia_test

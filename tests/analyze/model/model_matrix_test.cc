@@ -94,6 +94,7 @@ TEST(ModelMatrix, NoCodeIsThatOfOtherModels) {
   for (std::int32_t family = 0; family < IA_FAMILY_COUNT; ++family) {
     EXPECT_EQ(Analyze_Provenance_FindModelRow(family, nullptr), IA_OTHER_MODELS) << family;
     EXPECT_STREQ(RowOf(family, IA_OTHER_MODELS).code, "") << family;
+    EXPECT_EQ(RowOf(family, IA_OTHER_MODELS).whole_code, 0) << family;
   }
 }
 
@@ -101,6 +102,7 @@ TEST(ModelMatrix, ExtraOptionsAreThoseOfOneWholeCode) {
   EXPECT_EQ(Analyze_Provenance_FindModelRow(IA_FAMILY_EXTRA_OPTIONS, "RA-Z5"), 0);
   EXPECT_EQ(Analyze_Provenance_FindModelRow(IA_FAMILY_EXTRA_OPTIONS, "RA-Z5-1"), IA_OTHER_MODELS);
   EXPECT_EQ(RowOf(IA_FAMILY_EXTRA_OPTIONS, 0).whole_code, 1);
+  EXPECT_EQ(RowOf(IA_FAMILY_EXTRA_OPTIONS, IA_OTHER_MODELS).inputs, 0U);
   EXPECT_EQ(RowOf(IA_FAMILY_FINISHER, 0).whole_code, 0);
 }
 
