@@ -1,7 +1,11 @@
+#include "info_common/ascii.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <string>
+#include <string_view>
+#include <utility>
 
 #include "info_analyze/option_list.h"
 #include "info_analyze/option_table.h"
@@ -16,6 +20,36 @@ namespace {
 using testing::ElementsAre;
 using testing::Pair;
 using testing::StrEq;
+
+TEST(ContainsIgnoringCase, FindsEachLetterInBothCases) {
+  for (char letter = 'a'; letter <= 'z'; ++letter) {
+    const std::string small = {'1', letter, '2'};
+    const std::string capital = {'1', static_cast<char>(letter - 'a' + 'A'), '2'};
+    EXPECT_TRUE(ia::ContainsIgnoringCase(capital, std::string_view(small).substr(1, 1))) << letter;
+    EXPECT_TRUE(ia::ContainsIgnoringCase(small, std::string_view(capital).substr(1, 1))) << letter;
+    EXPECT_TRUE(ia::ContainsIgnoringCase(capital, small)) << letter;
+  }
+}
+
+TEST(ContainsIgnoringCase, BytesThatAreNoLettersHaveNoCase) {
+  for (const auto& [byte, other] : {std::pair{'@', '`'}, {'[', '{'}, {'_', '\x7F'}}) {
+    EXPECT_FALSE(ia::ContainsIgnoringCase(std::string(1, byte), std::string(1, other))) << byte;
+    EXPECT_FALSE(ia::ContainsIgnoringCase(std::string(1, other), std::string(1, byte))) << byte;
+  }
+}
+
+TEST(ContainsIgnoringCase, FindsWhatBeginsInsideAnAttempt) {
+  EXPECT_TRUE(ia::ContainsIgnoringCase("a__x", "_X"));
+  EXPECT_TRUE(ia::ContainsIgnoringCase("___y_", "_Y"));
+  EXPECT_TRUE(ia::ContainsIgnoringCase("q1q1q2", "Q1Q2"));
+}
+
+TEST(ContainsIgnoringCase, LooksNoFurtherThanTheText) {
+  const std::string_view text = "ab_cd";
+  EXPECT_FALSE(ia::ContainsIgnoringCase(text.substr(0, 3), "_cd"));
+  EXPECT_FALSE(ia::ContainsIgnoringCase(text.substr(0, 4), "_cd"));
+  EXPECT_TRUE(ia::ContainsIgnoringCase(text, "_CD"));
+}
 
 class InTurkish : public PpdTest {
  protected:

@@ -120,6 +120,16 @@ TEST(StrlcatNull, GivesZeroAndWritesNothing) {
   EXPECT_EQ(buffer.text(), "abc");
 }
 
+// The texts are in memory that cannot be written to.
+TEST(StrlcatReadOnly, NothingIsWrittenWhereNothingIsAppended) {
+  static const char kText[] = "abc";
+  char* const text = const_cast<char*>(kText);
+  EXPECT_EQ(info_strlcat(text, "", sizeof kText), 3u);
+  EXPECT_EQ(info_strlcat(text, "", 16), 3u);
+  EXPECT_EQ(info_strlcat(text, "def", sizeof kText), 3u);
+  EXPECT_EQ(info_strlcat(text, "def", 3), 3u);
+}
+
 struct SearchRow : NamedRow {
   std::string haystack;
   const char* needle;
