@@ -32,7 +32,7 @@ TESTS = {
     "info_common": ("info_common", "queue", "bidi", "analyze", "integration"),
     "queue": ("queue", "bidi", "integration"),
     "bidi": ("bidi", "analyze", "integration"),
-    "analyze": ("analyze", "integration"),
+    "analyze": ("analyze", "info_common", "integration"),
     "calib": ("calib", "integration"),
 }
 # Programs of the integration tests that see nothing that others do not see, or take long.
