@@ -14,6 +14,7 @@ itself, which takes hours."""
 import argparse
 import os
 import re
+import shutil
 import subprocess
 import sys
 import tempfile
@@ -22,6 +23,7 @@ from pathlib import Path
 ROOT = Path(__file__).resolve().parent.parent.parent
 LANGUAGES = {"c", "cmake", "console", "cpp", "diff", "text", "xml"}
 MARK = "@@status "
+NOT_COPIED = (".git", "build", "fuzz", "tests")
 
 
 class Command:
@@ -39,9 +41,8 @@ class Command:
 
 
 def documents():
-    listed = subprocess.run(["git", "ls-files", "-co", "--exclude-standard", "*.md", "docs/man"],
-                            cwd=ROOT, check=True, capture_output=True, text=True).stdout.split()
-    return [ROOT / name for name in listed if re.search(r"\.(md|[1-8])$", name)]
+    return sorted(path for pattern in ("*.md", "docs/*.md", "examples/*.md", "docs/man/*.[1-9]")
+                  for path in ROOT.glob(pattern))
 
 
 def blocks_of_markdown(document):
@@ -120,9 +121,8 @@ def run_block(commands, folder, environment):
 
 
 def scratch_copy(folder, build):
-    subprocess.run(["rsync", "-a", "--exclude=/build", "--exclude=/.git", "--exclude=/tests",
-                    "--exclude=/fuzz", f"{ROOT}/", folder],
-                   check=True)
+    shutil.copytree(ROOT, folder, dirs_exist_ok=True, ignore=lambda directory, names:
+                    NOT_COPIED if Path(directory) == ROOT else ())
     for preset in ("dev", "release"):
         (folder / "build").mkdir(exist_ok=True)
         (folder / "build" / preset).symlink_to(build)
@@ -203,7 +203,7 @@ def main():
                 if arguments.all:
                     failures += run_in_tree([command for command in commands if command.builds()])
     print(f"{runs} commands run, {failures} failures")
-    return 1 if failures else 0
+    return 0 if runs > 0 and failures == 0 else 1
 
 
 if __name__ == "__main__":

@@ -30,7 +30,8 @@ def abi(name, targets=()):
 def docs(name):
     command = ("ctest", "--test-dir", "build/release", "--output-on-failure", "-R",
                rf"^docs\.{name}$")
-    return Gate("release", ("reference",), command, proof="100% tests passed")
+    return Gate("release", ("reference", "info-analyze", "mqpd_util"), command,
+                proof="100% tests passed")
 
 
 def program(preset, target, path, tests="*", before=()):
@@ -59,6 +60,8 @@ GATES = {
     "reference": Gate("release", ("reference",), is_build=True),
     "reference_is_whole": docs("reference_is_whole"),
     "pages_are_clean": docs("pages_are_clean"),
+    "commands": docs("commands"),
+    "decisions": docs("decisions"),
     "same_names": abi("same_names", targets=("mqpd_util",)),
 } | {name: abi(name) for name in ("exports", "relocations", "newer_libc", "other_libraries",
                                   "null_arguments", "types", "unloading", "shipped_file")}
@@ -235,6 +238,8 @@ FAULTS = (
     Fault("relocations in the code", "shipped_file", "relocations in the code",
           (linked("-Wl,-z,notext"),
            in_getter('__asm__ volatile("jmp 1f; .quad CupsQueueList_Terminate; 1:");'))),
+    Fault("need of a glibc newer than is allowed", "shipped_file", "needs glibc",
+          (("tests/abi/shipped_file.sh", "newest_glibc=2.36", "newest_glibc=2.3"),)),
     Fault("no stack protector", "shipped_file", "no stack protector",
           ((BUILD, "-fstack-protector-strong ", "-fno-stack-protector "),)),
     Fault("no fortified calls", "shipped_file", "no fortified calls",
@@ -264,4 +269,13 @@ FAULTS = (
           (("include/info_analyze/halftone.h", "/**< \"None\" */", ""),)),
     Fault("macro that is no macro", "pages_are_clean", "unknown macro",
           (("docs/man/libinfo_analyze.3", ".Ss Conventions\n", ".Sx Conventions\n.Zz\n"),)),
+    Fault("output that no command prints", "commands", "prints something else",
+          (("docs/man/info-analyze-decisions.7", "QVCopyTray=CPTU1", "QVCopyTray=CPTU2"),)),
+    Fault("command that fails", "commands", "ends with status",
+          (("examples/README.md", "$ info-analyze query ", "$ info-analyze ask "),)),
+    Fault("verb that ./dev has not", "commands", "there is no ./dev mutilate",
+          (("docs/adding-a-model.md", "./dev mutate ", "./dev mutilate "),)),
+    Fault("model code that the page on decisions lacks", "decisions", "QVFinTrayHORNBEAM",
+          (("docs/man/info-analyze-decisions.7", "QVFinTrayHORNBEAM Pq RA-H5",
+            "QVFinTrayHORNBEAM Pq RA-H6"),)),
 )
