@@ -113,6 +113,8 @@ install_and_remove() {
   echo "nothing is left of them"
 }
 
+[[ $(dpkg-parsechangelog -l packaging/debian/changelog -S Version) == "$version"-* ]] ||
+  { echo "packaging/debian/changelog is not of version $version" >&2; exit 1; }
 mkdir -p "$work"
 step "Source"
 make_source_tarball
@@ -122,7 +124,7 @@ build_packages "$work/first"
 ls -l "$work"/first/*.deb | awk '{print $5, $9}'
 grep -E '^[0-9]+% tests passed' "$work/first.log"
 step "Lintian"
-lintian --fail-on error,warning --display-info --no-tag-display-limit --allow-root "$work"/first/*.changes
+lintian --fail-on error,warning --display-info --tag-display-limit 0 --allow-root "$work"/first/*.changes
 step "The same again, to the byte"
 build_packages_again
 compare_builds

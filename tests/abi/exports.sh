@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
-# The public headers, the version script and the library name the same functions and tables, every
-# one under the version INFO_ANALYZE_1.
-# usage: exports.sh LIBRARY VERSION_SCRIPT INCLUDE_FOLDER
+# The public headers, the version script, the library and Debian's list of symbols name the same
+# functions and tables, every one under the version INFO_ANALYZE_1.
+# usage: exports.sh LIBRARY VERSION_SCRIPT INCLUDE_FOLDER SYMBOLS
 source "$(dirname "$0")/gate.sh"
-library=$1 version_script=$2 include=$3
+library=$1 version_script=$2 include=$3 symbols=$4
 version=INFO_ANALYZE_1
 
 names_of_script() {
@@ -38,6 +38,8 @@ expect_equal "the version script and its sorted lines" "$(names_of_script)" \
 expect_equal "headers (<) and version script (>)" "$(names_of_headers)" "$(names_of_script)"
 expect_equal "version script (<) and library (>)" "$(names_of_script)" \
   "$(exported "$library" | awk '{print $1}')"
+expect_equal "version script (<) and Debian's symbols (>)" "$(names_of_script)" \
+  "$(sed -nE "s/^ (.*)@$version .*/\1/p" "$symbols" | grep -vx "$version")"
 
 expect_none "exports without the version $version" \
   "$(nm -D --defined-only "$library" | awk '$2 != "A" {print $NF}' | grep -v "@@$version\$" || true)"

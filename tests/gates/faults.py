@@ -160,6 +160,8 @@ FAULTS = (
           ((MAP, "    Bidi_Create;", "    Bidi_C*;"),)),
     Fault("map that hides nothing", "exports", "hides nothing",
           ((MAP, "  local:\n    *;\n", ""),)),
+    Fault("export that Debian's list lacks", "exports", "Debian's symbols (>) differ",
+          (("packaging/debian/libinfo-analyze1.symbols", " Bidi_Create@INFO_ANALYZE_1 1.0.0\n", ""),)),
     Fault("missing export", "exports", "< Bidi_Create", ((MAP, "    Bidi_Create;\n", ""),)),
     Fault("handlers bound by name: relocations", "relocations",
           "relocations to functions of the library", ((BUILD, " -Wl,-Bsymbolic-functions", ""),)),
