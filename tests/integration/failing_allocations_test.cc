@@ -57,18 +57,35 @@ TEST(WithoutMemoryOnce, PuncherIsLookedUpInTheTable) {
             "PUNU2");
 }
 
-TEST(WithoutMemoryOnce, FinisherWithoutNameEndsTheCombinedPass) {
-  const SampleAnalyser analyser;
-  analyze_common_create_all_xmldata(analyser.context());
-  const CallersList list;
-  // The list of units comes first; the name of the second unit is missing and made up.
-  EXPECT_EQ(WithoutMemoryOnce(2,
-                              [&] {
-                                return z_Update_Prn_Complex_FinisherInformations(analyser.context(),
-                                                                                 list.head());
-                              }),
-            -1);
-  EXPECT_EQ(list.Added(), "");
+// The list of units comes first; the name of the second unit is missing and made up.
+TEST(WithoutMemoryOnce, RoomForFinishersOrANameEndsTheCombinedPass) {
+  for (const int nth : {1, 2}) {
+    const SampleAnalyser analyser;
+    analyze_common_create_all_xmldata(analyser.context());
+    const CallersList list;
+    EXPECT_EQ(WithoutMemoryOnce(nth,
+                                [&] {
+                                  return z_Update_Prn_Complex_FinisherInformations(
+                                      analyser.context(), list.head());
+                                }),
+              -1)
+        << nth;
+    EXPECT_EQ(list.Added(), "") << nth;
+  }
+}
+
+// Trays and rows.
+TEST(WithoutMemoryOnce, RoomForTraysEndsTheTrayList) {
+  for (const int nth : {1, 2}) {
+    const SampleAnalyser analyser;
+    analyze_common_create_all_xmldata(analyser.context());
+    const CallersList list;
+    EXPECT_EQ(WithoutMemoryOnce(
+                  nth, [&] { return z_Update_Prn_tray_list(analyser.context(), list.head()); }),
+              -1)
+        << nth;
+    EXPECT_EQ(list.Added(), "") << nth;
+  }
 }
 
 TEST(WithoutMemoryOnce, StackerWhoseTextFindsNoneIsCountedAllTheSame) {
