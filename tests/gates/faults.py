@@ -30,7 +30,7 @@ def abi(name, targets=()):
 def docs(name):
     command = ("ctest", "--test-dir", "build/release", "--output-on-failure", "-R",
                rf"^docs\.{name}$")
-    return Gate("release", ("reference", "info-analyze", "mqpd_util"), command,
+    return Gate("release", ("reference", "info-analyze", "mqpd_util", "queue_test"), command,
                 proof="100% tests passed")
 
 
