@@ -224,7 +224,7 @@ TEST_F(PlainKeys, StopAtADocumentThatThereIsNot) {
   context_.media_type_flags = &behind_the_slots_;
   for (const std::intptr_t document :
        {std::intptr_t{-1}, std::intptr_t{9}, std::intptr_t{kHighest}, std::intptr_t{kLowest},
-        std::intptr_t{1} << 32, std::numeric_limits<std::intptr_t>::max()}) {
+        std::numeric_limits<std::intptr_t>::min(), std::numeric_limits<std::intptr_t>::max()}) {
     std::int32_t number = kUntouched;
     std::array keys = {LongKey("number", &number)};
     keys[0].document = document;
@@ -257,7 +257,7 @@ TEST_P(OtherTypes, StopTheReadingOfPlainKeys) {
 
 INSTANTIATE_TEST_SUITE_P(KeyTypes, OtherTypes,
                          testing::Values(0, 1, 3, 5, 6, 8, 10, -1, -2, kHighest, kLowest,
-                                         (std::intptr_t{1} << 32) + 2));
+                                         std::numeric_limits<std::intptr_t>::min() + 2));
 
 // One key ----------------------------------------------------------------------------------------
 
