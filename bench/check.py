@@ -23,7 +23,7 @@ import tempfile
 
 BASELINE = pathlib.Path(__file__).with_name("baseline.json")
 TOLERATED_PERCENT = 3
-MADE_WITH = ("g++-12", "libc6", "valgrind")
+MADE_WITH = ("g++-12", "libc6:amd64", "valgrind")
 # Objects whose work, and all that they call for it, is not the library's.
 OTHERS = ("libcups.so", "libmqpd_util.so")
 ENVIRONMENT = {

@@ -1,5 +1,8 @@
 #include "bench/sample_analyzer.h"
 
+#include <unistd.h>
+
+#include <cerrno>
 #include <cstdlib>
 #include <span>
 #include <variant>
@@ -53,6 +56,12 @@ std::string ToDigit(const SampleDocument& document) {
 
 std::string Library::Path() const { return std::string(driver_folder) + "/Bidi/libmqpd_util.so"; }
 
+std::string Library::LinkDriverFolder() const {
+  const std::string link = ServerRoot::Get().folder() / (document_folder + std::string("-driver"));
+  if (symlink(driver_folder, link.c_str()) != 0 && errno != EEXIST) std::abort();
+  return link;
+}
+
 std::string Library::WriteDocuments() const {
   const ServerRoot& root = ServerRoot::Get();
   for (const SampleDocument& document : kDocuments) {
@@ -62,7 +71,7 @@ std::string Library::WriteDocuments() const {
 }
 
 SampleAnalyzer::SampleAnalyzer(const Library& library, std::int64_t entries)
-    : SampleAnalyzer(library, library.driver_folder, entries) {}
+    : SampleAnalyzer(library, library.LinkDriverFolder().c_str(), entries) {}
 
 SampleAnalyzer::SampleAnalyzer(const Library& library, const char* driver_folder,
                                std::int64_t entries)

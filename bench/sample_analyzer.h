@@ -18,6 +18,9 @@ struct Library {
   std::string (*content)(const SampleDocument& document);
 
   [[nodiscard]] std::string Path() const;
+  // A link to the driver folder, by a name of the same length wherever the tree stands: the names
+  // that are kept in the heap move the texts behind them, which moves the count of instructions.
+  [[nodiscard]] std::string LinkDriverFolder() const;
   // Returns the folder.
   [[nodiscard]] std::string WriteDocuments() const;
 };

@@ -53,6 +53,9 @@ GATES = {
                         ("env", "IA_LONG_RUN_ROUNDS=20")),
     "argument_matrix": program("release", "argument_matrix_test",
                                "tests/integration/argument_matrix_test"),
+    "instructions": Gate("release", ("info_analyze_operations",),
+                         ("bench/check.py", "build/release/bench/info_analyze_operations", "--check"),
+                         proof="option_table/300"),
     "includes": Gate("", (), ("bash", "tests/abi/includes.sh", ".")),
     "headers": Gate("", (), ("bash", "tests/abi/headers.sh", "include", "gcc", "g++")),
     "newer_declarations": Gate("", (), ("bash", "tests/abi/newer_declarations.sh", str(COPY), "gcc",
@@ -261,6 +264,13 @@ FAULTS = (
             "noexcept {"),)),
     Fault("library that stays loaded", "unloading", "the library stayed",
           (linked("-Wl,-z,nodelete"),)),
+
+    # Speed
+    Fault("walk over the table for each of its keys", "instructions", "SLOWER",
+          (("info_common/option_table_builder.cc", "  node->next = head_;\n  head_ = node.release();\n",
+            "  for (const OptTable* other = head_; other != nullptr; other = other->next) {\n"
+            "    __asm__ volatile(\"\");\n  }\n"
+            "  node->next = head_;\n  head_ = node.release();\n"),)),
 
     # Documents
     Fault("parameter that the reference lacks", "reference", "parameter 'index'",
