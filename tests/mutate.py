@@ -112,8 +112,7 @@ class Copy:
                         f"{ROOT}/", f"{folder}/"], check=True)
         # Light optimisation, so that changes without effect give the same object code.
         self.run("cmake", "--preset", "dev", "-B", str(self.build),
-                 "-DCMAKE_CXX_FLAGS_DEBUG=-O1 -g0", "-DCMAKE_EXE_LINKER_FLAGS=-fuse-ld=lld",
-                 check=True)
+                 "-DCMAKE_CXX_FLAGS_DEBUG=-O1 -g0", check=True)
         rooms = sorted({room for rooms in TESTS.values() for room in rooms})
         self.ninja(*(f"tests/{room}/all" for room in rooms), "tests/analyze/model/all", check=True)
         self.programs = {room: [program for program in
