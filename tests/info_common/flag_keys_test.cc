@@ -379,6 +379,7 @@ INSTANTIATE_TEST_SUITE_P(
                        {"LeadingColonsStayInTheKey", "::K:a", {{"::K", "a"}}},
                        {"LeadingColonsWithoutAValue", ":K", {{":K", ""}}},
                        {"OnlyColonsAreDropped", ":::", {}},
+                       {"OtherBytesBeforeTheColonAreTheKey", "~:a", {{"~", "a"}}},
                        {"OnlyColonsAmongOthers", "A:1,:,B:2,::", {{"A", "1"}, {"B", "2"}}},
                        {"EmptyItemsVanish", ",_A:1__,B:2,", {{"A", "1"}, {"B", "2"}}},
                        {"EmptyText", "", {}},

@@ -116,7 +116,7 @@ INSTANTIATE_TEST_SUITE_P(
                   {"SignApartFromTheDigitsIsZero", "- 1", {0}},
                   {"TwoSignsAreZero", "--1", {0}},
                   {"LeadingZeros", "00000000000000001", {1}},
-                  {"OtherSeparatorsEndTheNumber", "1;2,3_4", {1, 3}}}),
+                  {"OtherSeparatorsEndTheNumber", "1;2,3_4~5", {1, 3}}}),
     RowName<HexRow>);
 
 INSTANTIATE_TEST_SUITE_P(

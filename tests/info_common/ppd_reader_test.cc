@@ -255,7 +255,10 @@ INSTANTIATE_TEST_SUITE_P(
 INSTANTIATE_TEST_SUITE_P(
     Insertion, PpdReader,
     Rows<PpdRow>(
-        {{"ReverseOrder",
+        {{"EmptyLineIsNotTheLineBeforeIt",
+          "*QVabc: 1\n*QVABC: 2\n\n",
+          {{"QVABC", "2"}, {"QVabc", "1"}}},
+         {"ReverseOrder",
           "*QVA: 1\n*QVB: 2\n*QVC: 3\n",
           {{"QVC", "3"}, {"QVB", "2"}, {"QVA", "1"}}},
          {"LastLineOfAKeyWinsInPlace", "*QVA: 1\n*QVB: 2\n*QVA: 3\n", {{"QVB", "2"}, {"QVA", "3"}}},
