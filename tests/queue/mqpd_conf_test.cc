@@ -1,9 +1,11 @@
 // Configuration files: reading them, and what is asked of them by the family's folder.
 #include "queue/mqpd_conf.h"
 
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/types.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cstdint>
@@ -269,6 +271,22 @@ TEST_F(ConfOfFolder, FindsTheQueueOfAUri) {
   EXPECT_EQ(Find("net:192.0.2.10/PDLType=kappa2"), "office");
   EXPECT_EQ(Find("usb://Vorel/X1/PDLType=kappa2"), "lobby");
   EXPECT_EQ(Find("net:192.0.2.11/PDLType=kappa2"), "-1");
+}
+
+// A daemon may have no standard input; the file then gets its descriptor.
+TEST_F(ConfOfFolder, IsReadThroughDescriptorZero) {
+  folder_.Write(kFile, kText);
+  const int standard_input = dup(STDIN_FILENO);
+  close(STDIN_FILENO);
+  const Conf conf = Read();
+  const bool is_closed = fcntl(STDIN_FILENO, F_GETFD) == -1;
+  if (standard_input >= 0) {
+    dup2(standard_input, STDIN_FILENO);
+    close(standard_input);
+  }
+  ASSERT_THAT(conf, NotNull());
+  EXPECT_EQ(std::string(conf->text, conf->length), kText);
+  EXPECT_TRUE(is_closed);
 }
 
 TEST_F(ConfOfFolder, LeavesNoDescriptorOpen) {
