@@ -133,12 +133,12 @@ class Copy:
     def ninja(self, *targets, check=False):
         return self.run("ninja", "-C", str(self.build), *targets, check=check)
 
-    def object_code(self, source):
-        """Its hash; nothing when the source does not compile."""
-        target = f"CMakeFiles/info_analyze_objects.dir/{source}.o"
-        if self.ninja(target) != 0:
+    def object_code(self):
+        """The library's, hashed; nothing when a source does not compile."""
+        if self.ninja("info_analyze_objects") != 0:
             return None
-        return hashlib.sha256((self.build / target).read_bytes()).hexdigest()
+        objects = sorted((self.build / "CMakeFiles/info_analyze_objects.dir").rglob("*.o"))
+        return [hashlib.sha256(file.read_bytes()).digest() for file in objects]
 
     def is_noticed(self, source):
         return any(self.ninja(str(program.relative_to(self.build))) != 0 or self.fails(program, tests)
@@ -159,13 +159,13 @@ class Copy:
         lines = (ROOT / source).read_text().split("\n")
         lines[number] = changed
         path.write_text("\n".join(lines))
-        code = self.object_code(source)
+        code = self.object_code()
         return None if code in (None, original_code) else self.is_noticed(source)
 
     def try_changes(self, source, changes):
         """Tells those that are not noticed. Returns how many were, and how many were tried."""
         tried = noticed = 0
-        original_code = self.object_code(source)
+        original_code = self.object_code()
         for number, line, changed in changes:
             result = self.try_change(source, number, changed, original_code)
             if result is None:
@@ -189,8 +189,8 @@ def main():
     parser.add_argument("files", nargs="*", type=Path)
     arguments = parser.parse_args()
     files = [file.resolve() for file in arguments.files] or [
-        file for room in ROOMS for file in sorted((ROOT / room).rglob("*.cc"))
-        if "curves" not in file.parts]
+        file for room in ROOMS for file in sorted((ROOT / room).rglob("*.*"))
+        if file.suffix in (".cc", ".h", ".inc") and "curves" not in file.parts]
     changes = [change for file in files for change in changes_of_file(file)]
     if arguments.sample is not None and arguments.sample < len(changes):
         changes = sorted(random.Random(arguments.seed).sample(changes, arguments.sample))
