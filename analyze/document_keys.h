@@ -4,8 +4,10 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
 #include <initializer_list>
 #include <span>
+#include <utility>
 
 #include "analyze/inputs.h"
 #include "info_analyze/analyzer.h"
@@ -60,7 +62,11 @@ class TextArray : public DocumentArray<char*, kCapacity, IA_KEY_STRING_ELEMENTS>
  public:
   using DocumentArray<char*, kCapacity, IA_KEY_STRING_ELEMENTS>::DocumentArray;
   ~TextArray() { Clear(); }
-  void Clear() noexcept { zFuncStrFree(this->Data(), this->Count()); }
+  void Clear() noexcept {
+    for (std::int32_t i = 0; i < this->Count(); ++i) {
+      std::free(std::exchange(this->Data()[i], nullptr));
+    }
+  }
 };
 
 // Reads keys of one item of a document's list.

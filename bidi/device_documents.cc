@@ -13,7 +13,7 @@
 #include "info_analyze/analyzer.h"
 #include "info_analyze/bidi.h"
 #include "info_common/owned.h"
-#include "queue/paths.h"
+#include "info_common/paths.h"
 
 namespace ia {
 namespace {

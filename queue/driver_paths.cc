@@ -2,8 +2,8 @@
 #include <cstring>
 
 #include "info_analyze/device_uri.h"
+#include "info_common/paths.h"
 #include "queue/driver_family.h"
-#include "queue/paths.h"
 
 namespace ia {
 namespace {

@@ -11,9 +11,9 @@
 #include <optional>
 
 #include "info_analyze/device_uri.h"
+#include "info_common/paths.h"
 #include "queue/conf_text.h"
 #include "queue/driver_family.h"
-#include "queue/paths.h"
 
 static_assert(offsetof(FolderConf, text) == 0 && offsetof(FolderConf, length) == sizeof(char*));
 

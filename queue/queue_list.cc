@@ -13,7 +13,7 @@
 #include <string_view>
 
 #include "info_common/owned.h"
-#include "queue/paths.h"
+#include "info_common/paths.h"
 
 static_assert(offsetof(QueueRecord, name) == 0 &&
               offsetof(QueueRecord, modification_time) == sizeof(char*));

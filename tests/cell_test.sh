@@ -109,7 +109,7 @@ cd "$copy"
 build=$copy/build/cells
 cmake --preset dev -B "$build" -DCMAKE_CXX_FLAGS_DEBUG="-O1 -g0" \
   -DCMAKE_GTEST_DISCOVER_TESTS_DISCOVERY_MODE=PRE_TEST >/dev/null
-ninja -C "$build" tests/analyze/all tests/analyze/model/all >/dev/null
+ninja -C "$build" tests/analyze/{,model/,query/}all >/dev/null
 mapfile -t programs < <(cd "$build" && find tests/analyze -name '*_test' -type f -executable)
 export RC_PARAMS="max_success=20" GTEST_FAIL_FAST=1 GTEST_BRIEF=1
 

@@ -114,7 +114,8 @@ class Copy:
         self.run("cmake", "--preset", "dev", "-B", str(self.build),
                  "-DCMAKE_CXX_FLAGS_DEBUG=-O1 -g0", check=True)
         rooms = sorted({room for rooms in TESTS.values() for room in rooms})
-        self.ninja(*(f"tests/{room}/all" for room in rooms), "tests/analyze/model/all", check=True)
+        self.ninja(*(f"tests/{room}/all" for room in rooms), "tests/analyze/model/all",
+                   "tests/analyze/query/all", check=True)
         self.programs = {room: [program for program in
                                 sorted((self.build / "tests" / room).rglob("*_test"))
                                 if program.is_file() and program.name not in PASSED_OVER]

@@ -8,7 +8,7 @@
 #include <cstring>
 #include <string>
 
-#include "tests/analyze/list_updates.h"
+#include "tests/analyze/query/list_updates.h"
 
 namespace ia_test {
 namespace {

@@ -56,7 +56,7 @@ GATES = {
     "instructions": Gate("release", ("info_analyze_operations",),
                          ("bench/check.py", "build/release/bench/info_analyze_operations", "--check"),
                          proof="option_table/300"),
-    "includes": Gate("", (), ("bash", "tests/abi/includes.sh", ".")),
+    "includes": Gate("", (), ("tests/abi/includes.py", ".")),
     "headers": Gate("", (), ("bash", "tests/abi/headers.sh", "include", "gcc", "g++")),
     "newer_declarations": Gate("", (), ("bash", "tests/abi/newer_declarations.sh", str(COPY), "gcc",
                                         "g++")),
@@ -204,8 +204,8 @@ FAULTS = (
     Fault("header that is not collected", "headers", "headers that info_analyze.h takes",
           (("include/info_analyze/info_analyze.h", '#include "info_analyze/queue_list.h"\n', ""),)),
     Fault("include from a room above", "includes", "includes that point the wrong way",
-          (("queue/paths.cc", '#include "queue/paths.h"\n',
-            '#include "queue/paths.h"\n#include "bidi/library_binding.h"\n'),)),
+          (("queue/driver_paths.cc", '#include "queue/driver_family.h"\n',
+            '#include "queue/driver_family.h"\n#include "bidi/library_binding.h"\n'),)),
 
     # The shipped file
     Fault("writable global of 4 bytes", "shipped_file", "writable variables",

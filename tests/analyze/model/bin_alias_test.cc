@@ -11,7 +11,7 @@
 
 #include "info_analyze/model_options.h"
 #include "tests/analyze/intercepted_calls.h"
-#include "tests/analyze/list_updates.h"
+#include "tests/analyze/query/list_updates.h"
 #include "tests/info_common/named_row.h"
 
 namespace ia_test {

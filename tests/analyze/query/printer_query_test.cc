@@ -13,7 +13,7 @@
 
 #include "info_analyze/analyzer.h"
 #include "tests/analyze/intercepted_calls.h"
-#include "tests/analyze/list_updates.h"
+#include "tests/analyze/query/list_updates.h"
 #include "tests/support/analyzer_ptr.h"
 #include "tests/support/build_folders.h"
 #include "tests/support/option_lists.h"

@@ -1,4 +1,4 @@
-#include "analyze/ppd_value_list.h"
+#include "analyze/query/ppd_value_list.h"
 
 #include "info_common/option_table.h"
 

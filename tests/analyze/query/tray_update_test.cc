@@ -10,7 +10,7 @@
 
 #include "info_analyze/printer_updates.h"
 #include "tests/analyze/intercepted_calls.h"
-#include "tests/analyze/list_updates.h"
+#include "tests/analyze/query/list_updates.h"
 
 namespace ia_test {
 namespace {

@@ -4,8 +4,8 @@
 
 #include "analyze/document_keys.h"
 #include "analyze/option_rows.h"
-#include "analyze/ppd_value_list.h"
-#include "analyze/update_handlers.h"
+#include "analyze/query/ppd_value_list.h"
+#include "analyze/query/update_handlers.h"
 #include "info_analyze/option_setter.h"
 #include "info_analyze/printer_updates.h"
 #include "info_common/ascii.h"

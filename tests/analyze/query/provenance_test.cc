@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "info_analyze/list_getters.h"
-#include "tests/analyze/list_updates.h"
+#include "tests/analyze/query/list_updates.h"
 
 namespace ia_test {
 namespace {

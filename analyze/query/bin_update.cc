@@ -5,7 +5,7 @@
 
 #include "analyze/document_keys.h"
 #include "analyze/option_rows.h"
-#include "analyze/update_handlers.h"
+#include "analyze/query/update_handlers.h"
 #include "info_analyze/list_getters.h"
 #include "info_analyze/printer_updates.h"
 #include "info_common/owned.h"

@@ -2,8 +2,7 @@
 #include <array>
 #include <cstdint>
 
-#include "analyze/inputs.h"
-#include "analyze/update_handlers.h"
+#include "analyze/query/update_handlers.h"
 #include "info_analyze/analyzer.h"
 #include "info_analyze/provenance.h"
 
@@ -80,9 +79,4 @@ int32_t Analyze_Provenance_RunUpdate(AnalyzeContext* context, int32_t update, ui
   const ia::UpdateHandler* const handler = ia::FindUpdate(update);
   if (context == nullptr || handler == nullptr || options == nullptr) return -1;
   return ia::RunIfGuarded(*handler, *context, {options, with_defaults != 0});
-}
-
-const InputKey* Analyze_Provenance_GetInput(int32_t input) noexcept {
-  if (input < 0 || input >= static_cast<std::int32_t>(ia::kInputs.size())) return nullptr;
-  return &ia::kInputs[static_cast<std::size_t>(input)];
 }

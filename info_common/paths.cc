@@ -1,4 +1,4 @@
-#include "queue/paths.h"
+#include "info_common/paths.h"
 
 #include <algorithm>
 #include <numeric>

@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "analyze/model/extra_options.h"
-#include "analyze/update_handlers.h"
+#include "analyze/query/update_handlers.h"
 #include "info_analyze/analyzer.h"
 #include "info_analyze/model_options.h"
 #include "info_analyze/option_list.h"

@@ -1,6 +1,6 @@
 // Making paths.
-#ifndef QUEUE_PATHS_H_
-#define QUEUE_PATHS_H_
+#ifndef INFO_COMMON_PATHS_H_
+#define INFO_COMMON_PATHS_H_
 
 #include <cstddef>
 #include <initializer_list>
@@ -20,4 +20,4 @@ inline constexpr std::size_t kPathSize = 2048;
 
 }  // namespace ia
 
-#endif  // QUEUE_PATHS_H_
+#endif  // INFO_COMMON_PATHS_H_

@@ -11,7 +11,7 @@
 #include "info_analyze/list_getters.h"
 #include "info_analyze/printer_updates.h"
 #include "tests/analyze/intercepted_calls.h"
-#include "tests/analyze/list_updates.h"
+#include "tests/analyze/query/list_updates.h"
 
 namespace ia_test {
 namespace {

@@ -6,7 +6,7 @@
 #include "analyze/document_keys.h"
 #include "analyze/model/finisher_report.h"
 #include "analyze/option_rows.h"
-#include "analyze/update_handlers.h"
+#include "analyze/query/update_handlers.h"
 #include "info_analyze/list_getters.h"
 #include "info_analyze/model_options.h"
 #include "info_analyze/printer_updates.h"

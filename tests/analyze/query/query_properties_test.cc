@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/analyze/list_updates.h"
+#include "tests/analyze/query/list_updates.h"
 #include "tests/support/build_folders.h"
 #include "tests/support/recording_library.h"
 

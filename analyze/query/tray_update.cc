@@ -4,7 +4,7 @@
 
 #include "analyze/document_keys.h"
 #include "analyze/model/tray_report.h"
-#include "analyze/update_handlers.h"
+#include "analyze/query/update_handlers.h"
 #include "info_analyze/model_options.h"
 #include "info_analyze/printer_updates.h"
 #include "info_common/owned.h"
