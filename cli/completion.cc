@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "cli/lpadmin.h"
-#include "cli/output.h"
+#include "cli/terminal/output.h"
+#include "cli/terminal/shell_quoting.h"
 #include "cli/verbs.h"
 
 namespace ia::cli {

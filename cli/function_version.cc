@@ -5,9 +5,10 @@
 #include <string_view>
 #include <system_error>
 
-#include "cli/failure.h"
-#include "cli/output.h"
-#include "cli/session.h"
+#include "cli/printer/session.h"
+#include "cli/snapshot/locate.h"
+#include "cli/terminal/failure.h"
+#include "cli/terminal/output.h"
 #include "cli/verbs.h"
 
 namespace ia::cli {

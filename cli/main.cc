@@ -9,8 +9,13 @@
 #include <exception>
 #include <string>
 
-#include "cli/failure.h"
-#include "cli/manners.h"
+#include "cli/calibration/calibration.h"
+#include "cli/diff/diff.h"
+#include "cli/doctor/doctor.h"
+#include "cli/explain/explain.h"
+#include "cli/snapshot/snapshot.h"
+#include "cli/terminal/failure.h"
+#include "cli/terminal/terminal.h"
 #include "cli/verbs.h"
 
 namespace ia::cli {

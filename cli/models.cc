@@ -10,8 +10,8 @@
 #include <string>
 #include <vector>
 
-#include "cli/output.h"
-#include "cli/provenance.h"
+#include "cli/provenance/provenance.h"
+#include "cli/terminal/output.h"
 #include "cli/verbs.h"
 
 namespace ia::cli {

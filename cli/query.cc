@@ -1,9 +1,10 @@
 #include <memory>
 #include <string>
 
-#include "cli/output.h"
-#include "cli/printer_query.h"
-#include "cli/session.h"
+#include "cli/printer/printer_query.h"
+#include "cli/printer/session.h"
+#include "cli/snapshot/locate.h"
+#include "cli/terminal/output.h"
 #include "cli/verbs.h"
 
 namespace ia::cli {

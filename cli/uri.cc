@@ -5,10 +5,10 @@
 #include <nlohmann/json.hpp>
 #include <string>
 
-#include "cli/failure.h"
-#include "cli/handles.h"
-#include "cli/output.h"
-#include "cli/printable.h"
+#include "cli/printer/handles.h"
+#include "cli/terminal/failure.h"
+#include "cli/terminal/output.h"
+#include "cli/terminal/printable.h"
 #include "cli/verbs.h"
 
 namespace ia::cli {

@@ -2,14 +2,17 @@
 """Includes point one way: a module, which is a folder, includes from itself and from the modules
 below it.
 
-A public header belongs to the lowest module that defines a function it declares. A header without
-functions belongs to none, and every module may include it.
+In the library a public header belongs to the modules that define the functions it declares. A
+header without functions belongs to none, and every module may include it. The tool stands on the
+folder of the public headers, not on the library's modules.
 
 usage: includes.py SOURCE_FOLDER"""
 
 import re
 import sys
 from pathlib import Path
+
+PUBLIC = "include/info_analyze"  # the folder of the public headers
 
 # Each module and those right above which it stands; what is below those is below it too.
 MODULES = {
@@ -21,6 +24,16 @@ MODULES = {
     "analyze/query": ("analyze/model",),
     "calib": ("analyze",),
     "calib/curves": ("calib",),
+    PUBLIC: (),
+    "cli/terminal": (PUBLIC,),
+    "cli/printer": ("cli/terminal",),
+    "cli/provenance": ("cli/printer",),
+    "cli/snapshot": ("cli/printer",),
+    "cli/calibration": ("cli/snapshot",),
+    "cli/diff": ("cli/provenance", "cli/snapshot"),
+    "cli/doctor": ("cli/provenance", "cli/snapshot"),
+    "cli/explain": ("cli/provenance", "cli/snapshot"),
+    "cli": ("cli/calibration", "cli/diff", "cli/doctor", "cli/explain"),
 }
 SOURCES = (".cc", ".h", ".inc")
 
@@ -37,14 +50,16 @@ def module_of(name):
 
 
 def homes_of_public_headers(sources, headers):
-    """For each public header the modules that define its functions."""
+    """For each public header its folder and the modules that define its functions; nothing for a
+    header without functions."""
     defined = {}
     for name, text in sources.items():
         for function in re.findall(r"^[A-Za-z_].*?\b(\w+)\(", text, re.MULTILINE):
             defined.setdefault(function, set()).add(module_of(name))
-    return {name: set().union(*(defined.get(function, set()) for function in
-                                re.findall(r"\b(\w+)\((?!\*)", text)))
-            for name, text in headers.items()}
+    homes = {name: set().union(*(defined.get(function, set()) for function in
+                                 re.findall(r"\b(\w+)\((?!\*)", text)))
+             for name, text in headers.items()}
+    return {name: modules and modules | {PUBLIC} for name, modules in homes.items()}
 
 
 def main(root):
@@ -53,7 +68,7 @@ def main(root):
                for top in tops for path in sorted((root / top).rglob("*"))
                if path.suffix in SOURCES}
     headers = {f"info_analyze/{path.name}": path.read_text()
-               for path in sorted((root / "include" / "info_analyze").glob("*.h"))}
+               for path in sorted((root / PUBLIC).glob("*.h"))}
     homes = homes_of_public_headers(
         {name: text for name, text in sources.items() if name.endswith(".cc")}, headers)
     wrong = [f"{folder}: no folder of this name has sources" for folder in MODULES

@@ -203,9 +203,17 @@ FAULTS = (
             "typedef bool Planted;\ntypedef struct QueueList {"),)),
     Fault("header that is not collected", "headers", "headers that info_analyze.h takes",
           (("include/info_analyze/info_analyze.h", '#include "info_analyze/queue_list.h"\n', ""),)),
-    Fault("include from a room above", "includes", "includes that point the wrong way",
+    Fault("include from a module above", "includes", "includes that point the wrong way",
           (("queue/driver_paths.cc", '#include "queue/driver_family.h"\n',
             '#include "queue/driver_family.h"\n#include "bidi/library_binding.h"\n'),)),
+    Fault("include from a module of the tool above", "includes",
+          "cli/printer/session.cc includes cli/snapshot/locate.h of cli/snapshot",
+          (("cli/printer/session.cc", '#include "cli/printer/session.h"\n',
+            '#include "cli/printer/session.h"\n#include "cli/snapshot/locate.h"\n'),)),
+    Fault("include from the library's folders", "includes",
+          "cli/queues.cc includes queue/driver_family.h of queue",
+          (("cli/queues.cc", '#include "cli/verbs.h"\n',
+            '#include "cli/verbs.h"\n#include "queue/driver_family.h"\n'),)),
 
     # The shipped file
     Fault("writable global of 4 bytes", "shipped_file", "writable variables",

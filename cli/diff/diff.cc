@@ -1,0 +1,235 @@
+#include "cli/diff/diff.h"
+
+#include <algorithm>
+#include <map>
+#include <memory>
+#include <nlohmann/json.hpp>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "cli/diff/lpadmin.h"
+#include "cli/diff/printer_state.h"
+#include "cli/provenance/provenance.h"
+#include "cli/terminal/failure.h"
+#include "cli/terminal/output.h"
+#include "cli/terminal/printable.h"
+
+namespace ia::cli {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+constexpr std::string_view kLive = "queue:";
+
+struct DiffQuestion {
+  PrinterLocation location;  // of live queues
+  std::string before;
+  std::string after;
+  std::string format = "text";
+  bool wants_lpadmin = false;
+  bool wants_status_only = false;
+};
+
+struct Change {
+  const StateOption* before;  // null: only the later one has the option
+  const StateOption* after;   // null: only the earlier one has it
+};
+
+struct Difference {
+  PrinterState before;
+  PrinterState after;
+  std::vector<Change> changes;
+
+  [[nodiscard]] bool IsNone() const {
+    return changes.empty() && before.model_code == after.model_code &&
+           before.list_counts == after.list_counts;
+  }
+};
+
+[[nodiscard]] PrinterLocation LocationOf(const std::string& printer, const DiffQuestion& question) {
+  PrinterLocation location = question.location;
+  if (printer.starts_with(kLive)) {
+    location.queue = printer.substr(kLive.size());
+  } else {
+    location.snapshot = printer;
+    location.cups_root.clear();
+  }
+  return location;
+}
+
+[[nodiscard]] const StateOption* FindOption(const PrinterState& state, const std::string& keyword) {
+  const auto hit = std::ranges::find(state.options, keyword, &StateOption::keyword);
+  return hit != state.options.end() ? &*hit : nullptr;
+}
+
+// In the order of the later printer, and behind them what only the earlier one has.
+[[nodiscard]] std::vector<Change> ChangesOf(const PrinterState& before, const PrinterState& after) {
+  std::vector<Change> changes;
+  for (const StateOption& option : after.options) {
+    const StateOption* const earlier = FindOption(before, option.keyword);
+    if (earlier == nullptr || earlier->value != option.value) changes.push_back({earlier, &option});
+  }
+  for (const StateOption& option : before.options) {
+    if (FindOption(after, option.keyword) == nullptr) changes.push_back({&option, nullptr});
+  }
+  return changes;
+}
+
+[[nodiscard]] std::string DefaultOf(const std::string& keyword) {
+  std::string of_media_types;
+  for (const UpdateSource* const update : UpdateHandlers()) {
+    for (std::int32_t i = 0; i < update->option_count; ++i) {
+      const OptionSource& option = update->options[i];
+      if (option.keyword == nullptr) of_media_types = option.default_value;
+      if (option.keyword != nullptr && keyword == option.keyword) return option.default_value;
+    }
+  }
+  return of_media_types;
+}
+
+// In a word: what the default says is not there can be added and go.
+[[nodiscard]] const char* KindOf(const Change& change) {
+  if (change.before == nullptr) return "new option";
+  if (change.after == nullptr) return "option dropped";
+  const std::string default_value = DefaultOf(change.after->keyword);
+  if (default_value != "None" && default_value != "False") return "changed";
+  if (change.before->value == default_value) return "added";
+  return change.after->value == default_value ? "gone" : "changed";
+}
+
+[[nodiscard]] std::string WordsOf(const Change& change) {
+  const StateOption& told = change.after != nullptr ? *change.after : *change.before;
+  const bool is_gone = change.after == nullptr || KindOf(change) == std::string_view("gone");
+  const StateOption& named = is_gone && change.before != nullptr ? *change.before : told;
+  std::string words = std::string("  (") + KindOf(change);
+  if (!told.keyword_text.empty()) words += ": " + told.keyword_text;
+  if (!named.value_text.empty()) words += ", " + named.value_text;
+  return words + ")";
+}
+
+[[nodiscard]] std::string ValueOf(const StateOption* option) {
+  return option != nullptr ? option->value : "-";
+}
+
+[[nodiscard]] std::string DifferenceText(const Difference& difference) {
+  const auto& [before, after, changes] = difference;
+  std::vector<std::string> lines;
+  if (before.model_code != after.model_code) {
+    lines.push_back("model code: " + before.model_code + " -> " + after.model_code);
+  }
+  for (std::size_t i = 0; i < kListNames.size(); ++i) {
+    if (before.list_counts[i] == after.list_counts[i]) continue;
+    lines.push_back(std::string("number of ") + kListNames[i] + ": " + before.list_counts[i] +
+                    " -> " + after.list_counts[i]);
+  }
+  for (const Change& change : changes) {
+    const StateOption& told = change.after != nullptr ? *change.after : *change.before;
+    lines.push_back(told.keyword + ": " + ValueOf(change.before) + " -> " + ValueOf(change.after) +
+                    WordsOf(change));
+  }
+  std::string text;
+  for (const std::string& line : lines) text += Printable(line) + "\n";
+  return text;
+}
+
+[[nodiscard]] Json OrNull(const std::string& text) { return text.empty() ? Json() : Json(text); }
+
+[[nodiscard]] Json JsonOf(const PrinterState& state) {
+  Json json = {{"queue", state.queue}, {"driver_name", OrNull(state.model_code)}};
+  for (std::size_t i = 0; i < kListNames.size(); ++i) {
+    json["items"][kListNames[i]] = std::stoi(state.list_counts[i]);
+  }
+  return json;
+}
+
+[[nodiscard]] Json JsonOf(const Change& change) {
+  const auto side = [](const StateOption* option) {
+    if (option == nullptr) return Json();
+    return Json{{"value", option->value}, {"text", OrNull(option->value_text)}};
+  };
+  const StateOption& told = change.after != nullptr ? *change.after : *change.before;
+  return {{"keyword", told.keyword},
+          {"text", OrNull(told.keyword_text)},
+          {"kind", KindOf(change)},
+          {"before", side(change.before)},
+          {"after", side(change.after)}};
+}
+
+[[nodiscard]] std::string DifferenceJson(const Difference& difference) {
+  Json changes = Json::array();
+  for (const Change& change : difference.changes) changes.push_back(JsonOf(change));
+  return DumpJson({{"same", difference.IsNone()},
+                   {"before", JsonOf(difference.before)},
+                   {"after", JsonOf(difference.after)},
+                   {"changes", changes}});
+}
+
+// Only what the PPD offers can be a default of the queue.
+[[nodiscard]] bool CanBeDefault(const StateOption& option) {
+  return option.is_choice && IsPlainOptionWord(option.keyword) && IsPlainOptionWord(option.value);
+}
+
+[[nodiscard]] std::string LineOfDefaults(const Difference& difference) {
+  std::vector<DefaultChoice> choices;
+  for (const Change& change : difference.changes) {
+    if (change.after == nullptr) continue;
+    const StateOption& option = *change.after;
+    if (CanBeDefault(option)) {
+      choices.push_back({option.keyword, option.value});
+    } else {
+      ReportWarning(option.keyword + "=" + option.value +
+                    " is left out: the PPD has no such choice");
+    }
+  }
+  if (choices.empty()) return "";
+  return LpadminLine(difference.after.queue, choices) + "\n";
+}
+
+void RequireLpadminName(const std::string& queue) {
+  if (IsPlainOptionWord(queue)) return;
+  throw Failure(ExitStatus::kQueue, "not a name that lpadmin takes: \"" + queue + "\"");
+}
+
+void Compare(const DiffQuestion& question) {
+  Difference difference = {AskInOwnProcess(LocationOf(question.before, question)),
+                           AskInOwnProcess(LocationOf(question.after, question)),
+                           {}};
+  difference.changes = ChangesOf(difference.before, difference.after);
+  if (question.wants_status_only) {
+    if (!difference.IsNone()) throw Verdict(ExitStatus::kDifferent);
+  } else if (question.wants_lpadmin) {
+    RequireLpadminName(difference.after.queue);
+    WriteAnswer(LineOfDefaults(difference));
+  } else {
+    WriteAnswer(question.format == "json" ? DifferenceJson(difference)
+                                          : DifferenceText(difference));
+  }
+}
+
+}  // namespace
+
+void DefineDiff(CLI::App& verb) {
+  const auto question = std::make_shared<DiffQuestion>();
+  verb.add_option("A", question->before, "Folder of a snapshot, or queue:NAME")->required();
+  verb.add_option("B", question->after, "Folder of a snapshot, or queue:NAME")->required();
+  AddDriverOption(verb, question->location);
+  AddCupsRootOption(verb, question->location);
+  AddDocumentsOption(verb, question->location);
+  question->location.needs_documents = true;
+  CLI::Option* const lpadmin =
+      verb.add_flag("--lpadmin", question->wants_lpadmin,
+                    "Print the command that makes what has changed the defaults of B's queue");
+  verb.add_flag("--check", question->wants_status_only,
+                "Print nothing; exit with 0 for the same and 10 for different printers")
+      ->excludes(lpadmin);
+  AddFormatOption(verb, question->format);
+  verb.footer(
+      "Examples:\n"
+      "  info-analyze diff monday.snapshot tuesday.snapshot --driver-folder /usr/lib/driver\n"
+      "  info-analyze diff office.snapshot queue:office --lpadmin \\\n"
+      "      --driver-folder /usr/lib/driver --device-info /var/cache/office");
+  verb.callback([question] { Compare(*question); });
+}
+
+}  // namespace ia::cli

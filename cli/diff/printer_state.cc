@@ -1,0 +1,170 @@
+#include "cli/diff/printer_state.h"
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <string_view>
+
+#include "cli/printer/ppd.h"
+#include "cli/printer/printer_query.h"
+#include "cli/snapshot/locate.h"
+#include "cli/terminal/failure.h"
+
+namespace ia::cli {
+namespace {
+
+constexpr std::array<std::int32_t, kListNames.size()> kLists = {
+    IA_DOCUMENT_FINISHER_LIST, IA_DOCUMENT_BIN_LIST, IA_DOCUMENT_TRAY_LIST,
+    IA_DOCUMENT_FAX_LINE_LIST};
+
+[[nodiscard]] StateOption OptionOf(const OptionList& node, const PpdOptions& ppd) {
+  StateOption option = {node.key, node.value, "", "", false};
+  const auto in_ppd = ppd.find(option.keyword);
+  if (in_ppd == ppd.end()) return option;
+  option.keyword_text = in_ppd->second.text;
+  option.is_choice = in_ppd->second.HasChoice(option.value);
+  for (const PpdChoice& choice : in_ppd->second.choices) {
+    if (choice.name == option.value) option.value_text = choice.text;
+  }
+  return option;
+}
+
+[[nodiscard]] PrinterState Ask(const PrinterLocation& told) {
+  const PrinterLocation location = Locate(told);
+  const Session session = OpenSession(location);
+  const OptionListPtr options = AskPrinter(*session.analyzer, location.queue);
+  const PpdOptions ppd = ParsePpdOptions(ReadPpd(location.queue).value_or(""));
+  PrinterState state;
+  state.queue = location.queue;
+  const char* const code = session.analyzer->driver_name;
+  state.model_code = code != nullptr ? code : "";
+  for (std::size_t i = 0; i < kLists.size(); ++i) {
+    state.list_counts[i] = std::to_string(session.analyzer->documents[kLists[i]].count);
+  }
+  for (const OptionList* node = options->next; node != nullptr; node = node->next) {
+    state.options.push_back(OptionOf(*node, ppd));
+  }
+  return state;
+}
+
+// Texts, each with a NUL behind it, which none of them holds.
+class Letter {
+ public:
+  Letter() = default;
+  explicit Letter(std::string bytes) : bytes_(std::move(bytes)) {}
+
+  void Put(const std::string& text) { bytes_.append(text).push_back('\0'); }
+  [[nodiscard]] std::string Take() {
+    const std::size_t end = std::min(bytes_.find('\0', at_), bytes_.size());
+    std::string text = bytes_.substr(at_, end - at_);
+    at_ = std::min(end + 1, bytes_.size());
+    return text;
+  }
+  [[nodiscard]] bool IsAtEnd() const { return at_ == bytes_.size(); }
+  [[nodiscard]] const std::string& bytes() const { return bytes_; }
+
+ private:
+  std::string bytes_;
+  std::size_t at_ = 0;
+};
+
+[[nodiscard]] std::string Write(const PrinterState& state) {
+  Letter letter;
+  letter.Put(state.queue);
+  letter.Put(state.model_code);
+  for (const std::string& count : state.list_counts) letter.Put(count);
+  for (const StateOption& option : state.options) {
+    for (const std::string& text :
+         {option.keyword, option.value, option.keyword_text, option.value_text}) {
+      letter.Put(text);
+    }
+    letter.Put(option.is_choice ? "choice" : "");
+  }
+  return letter.bytes();
+}
+
+[[nodiscard]] PrinterState Read(const std::string& bytes) {
+  Letter letter(bytes);
+  PrinterState state;
+  state.queue = letter.Take();
+  state.model_code = letter.Take();
+  for (std::string& count : state.list_counts) count = letter.Take();
+  while (!letter.IsAtEnd()) {
+    StateOption option;
+    option.keyword = letter.Take();
+    option.value = letter.Take();
+    option.keyword_text = letter.Take();
+    option.value_text = letter.Take();
+    option.is_choice = !letter.Take().empty();
+    state.options.push_back(option);
+  }
+  return state;
+}
+
+void WriteAll(int descriptor, std::string_view bytes) {
+  while (!bytes.empty()) {
+    const ssize_t written = write(descriptor, bytes.data(), bytes.size());
+    if (written < 0 && errno == EINTR) continue;
+    if (written < 0) throw Failure(ExitStatus::kOther, std::strerror(errno));
+    bytes.remove_prefix(static_cast<std::size_t>(written));
+  }
+}
+
+[[nodiscard]] std::string ReadAll(int descriptor) {
+  std::string bytes;
+  std::array<char, 4096> buffer;
+  for (;;) {
+    const ssize_t count = read(descriptor, buffer.data(), buffer.size());
+    if (count < 0 && errno == EINTR) continue;
+    if (count <= 0) return bytes;
+    bytes.append(buffer.data(), static_cast<std::size_t>(count));
+  }
+}
+
+[[nodiscard]] ExitStatus AskAndWrite(const PrinterLocation& told, int descriptor) {
+  try {
+    WriteAll(descriptor, Write(Ask(told)));
+    return ExitStatus::kSuccess;
+  } catch (const CLI::ParseError& error) {
+    ReportError(error.what());
+    return ExitStatus::kUsage;
+  } catch (const Failure& failure) {
+    ReportError(failure.what());
+    return failure.status();
+  } catch (const std::exception& error) {
+    ReportError(error.what());
+    return ExitStatus::kOther;
+  }
+}
+
+[[nodiscard]] ExitStatus StatusOf(pid_t child) {
+  int status = 0;
+  while (waitpid(child, &status, 0) < 0) {
+    if (errno != EINTR) return ExitStatus::kOther;
+  }
+  return WIFEXITED(status) ? static_cast<ExitStatus>(WEXITSTATUS(status)) : ExitStatus::kOther;
+}
+
+}  // namespace
+
+PrinterState AskInOwnProcess(const PrinterLocation& told) {
+  int ends[2];
+  if (pipe(ends) != 0) throw Failure(ExitStatus::kOther, std::strerror(errno));
+  const pid_t child = fork();
+  if (child < 0) throw Failure(ExitStatus::kOther, std::strerror(errno));
+  if (child == 0) {
+    close(ends[0]);
+    _exit(static_cast<int>(AskAndWrite(told, ends[1])));
+  }
+  close(ends[1]);
+  const std::string bytes = ReadAll(ends[0]);
+  close(ends[0]);
+  const ExitStatus status = StatusOf(child);
+  if (status != ExitStatus::kSuccess) throw Verdict(status);
+  return Read(bytes);
+}
+
+}  // namespace ia::cli

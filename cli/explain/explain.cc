@@ -1,0 +1,202 @@
+#include "cli/explain/explain.h"
+
+#include <strings.h>
+
+#include <algorithm>
+#include <memory>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <vector>
+
+#include "cli/explain/explanation.h"
+#include "cli/printer/ppd.h"
+#include "cli/printer/printer_query.h"
+#include "cli/printer/session.h"
+#include "cli/provenance/provenance.h"
+#include "cli/snapshot/locate.h"
+#include "cli/terminal/failure.h"
+#include "cli/terminal/output.h"
+#include "cli/terminal/printable.h"
+
+namespace ia::cli {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+struct ExplainQuestion {
+  PrinterLocation location;
+  std::vector<std::string> keywords;  // none: all
+  std::string format = "text";
+};
+
+// What is told, and of whom.
+struct Report {
+  const char* model_code;  // null when the PPD has none
+  PpdOptions ppd;
+  std::vector<Explanation> explanations;
+};
+
+[[nodiscard]] const char* NameOf(Origin origin) {
+  switch (origin) {
+    case Origin::kDevice:
+      return "device";
+    case Origin::kPpd:
+      return "ppd";
+    case Origin::kDefault:
+      break;
+  }
+  return "default";
+}
+
+[[nodiscard]] const PpdOption* FindPpdOption(const Report& report, const Explanation& why) {
+  const auto hit = report.ppd.find(why.keyword);
+  return hit != report.ppd.end() ? &hit->second : nullptr;
+}
+
+[[nodiscard]] std::string OriginText(const Explanation& why) {
+  switch (why.origin) {
+    case Origin::kDevice:
+      return "from the device";
+    case Origin::kPpd:
+      return "from the PPD's list of values; the device reports none";
+    case Origin::kDefault:
+      break;
+  }
+  return "the default; the device reports nothing that gives another";
+}
+
+[[nodiscard]] std::string ModelText(const Report& report, const ModelRow& row) {
+  const std::string code = report.model_code != nullptr ? report.model_code : "(no model code)";
+  const std::string handler = row.handler != nullptr
+                                  ? row.handler
+                                  : std::string("no handler, the option keeps its default");
+  const bool is_other = *row.code == '\0';
+  return code +
+         (is_other ? ", no row of its own, common fallback: " : ", row " + PatternOf(row) + ": ") +
+         handler;
+}
+
+[[nodiscard]] std::string ChoicesText(const Explanation& why, const PpdOption* option) {
+  if (option == nullptr) return "the PPD has no such option";
+  std::string text;
+  for (const PpdChoice& choice : option->choices) {
+    text += (text.empty() ? "" : ", ") + choice.name;
+    if (!choice.text.empty()) text += " (" + choice.text + ")";
+  }
+  if (!option->HasChoice(why.value)) text += "; " + why.value + " is none of them";
+  return text;
+}
+
+[[nodiscard]] std::string TextOf(const Report& report, const Explanation& why) {
+  std::vector<std::string> lines = {why.keyword + "=" + why.value, "  origin   " + OriginText(why),
+                                    std::string("  update   ") + why.update->name};
+  if (why.row) lines.push_back("  model    " + ModelText(report, *why.row));
+  for (const RawValue& raw : why.raw_values) lines.push_back("  read     " + FormatRawValue(raw));
+  lines.push_back("  choices  " + ChoicesText(why, FindPpdOption(report, why)));
+  std::string text;
+  for (const std::string& line : lines) text += Printable(line) + "\n";
+  return text;
+}
+
+[[nodiscard]] std::string FormatExplanations(const Report& report) {
+  std::string text;
+  for (const Explanation& why : report.explanations) {
+    text += (text.empty() ? "" : "\n") + TextOf(report, why);
+  }
+  return text;
+}
+
+[[nodiscard]] Json ModelJson(const std::optional<ModelRow>& row) {
+  if (!row) return nullptr;
+  const bool is_other = *row->code == '\0';
+  return {{"code", is_other ? Json(nullptr) : Json(row->code)},
+          {"match", is_other ? "other models" : (row->whole_code != 0 ? "whole" : "prefix")},
+          {"handler", row->handler != nullptr ? Json(row->handler) : Json(nullptr)}};
+}
+
+[[nodiscard]] Json ChoicesJson(const Explanation& why, const PpdOption* option) {
+  if (option == nullptr) return nullptr;
+  Json choices = Json::array();
+  for (const PpdChoice& choice : option->choices) {
+    choices.push_back({{"choice", choice.name}, {"text", choice.text}});
+  }
+  return {{"default", option->default_choice ? Json(*option->default_choice) : Json(nullptr)},
+          {"has_value", option->HasChoice(why.value)},
+          {"choices", choices}};
+}
+
+[[nodiscard]] Json JsonOf(const Report& report, const Explanation& why) {
+  Json raw_values = Json::array();
+  for (const RawValue& raw : why.raw_values) raw_values.push_back(ToJson(raw));
+  return {{"keyword", why.keyword},       {"value", why.value},
+          {"origin", NameOf(why.origin)}, {"default_value", why.option->default_value},
+          {"update", why.update->name},   {"model", ModelJson(why.row)},
+          {"inputs", raw_values},         {"ppd", ChoicesJson(why, FindPpdOption(report, why))}};
+}
+
+[[nodiscard]] std::string ExplanationsJson(const Report& report) {
+  Json explanations = Json::array();
+  for (const Explanation& why : report.explanations) explanations.push_back(JsonOf(report, why));
+  return DumpJson(
+      {{"driver_name", report.model_code != nullptr ? Json(report.model_code) : Json(nullptr)},
+       {"explanations", explanations}});
+}
+
+[[nodiscard]] bool IsSame(const std::string& left, const std::string& right) {
+  return strcasecmp(left.c_str(), right.c_str()) == 0;
+}
+
+// Which update handler would set an option that the printer does not have.
+[[nodiscard]] std::string WhoWouldSet(const std::string& keyword) {
+  for (const UpdateSource* const update : UpdateHandlers()) {
+    for (std::int32_t i = 0; i < update->option_count; ++i) {
+      const char* const known = update->options[i].keyword;
+      if (known != nullptr && IsSame(known, keyword)) {
+        return std::string("; ") + update->name + " sets it for other printers";
+      }
+    }
+  }
+  return "";
+}
+
+// Keeps the explanations of the keywords, in the order of the query.
+void Select(const std::vector<std::string>& keywords, std::vector<Explanation>& explanations) {
+  if (keywords.empty()) return;
+  for (const std::string& keyword : keywords) {
+    const auto is_of_keyword = [&](const Explanation& why) { return IsSame(why.keyword, keyword); };
+    if (std::ranges::any_of(explanations, is_of_keyword)) continue;
+    throw Failure(ExitStatus::kNotFound,
+                  "the printer has no option " + keyword + WhoWouldSet(keyword));
+  }
+  std::erase_if(explanations, [&](const Explanation& why) {
+    return std::ranges::none_of(
+        keywords, [&](const std::string& keyword) { return IsSame(why.keyword, keyword); });
+  });
+}
+
+void ExplainOptions(const ExplainQuestion& question) {
+  const PrinterLocation location = Locate(question.location);
+  const Session session = OpenSession(location);
+  const OptionListPtr options = AskPrinter(*session.analyzer, location.queue);
+  Report report = {session.analyzer->driver_name,
+                   ParsePpdOptions(ReadPpd(location.queue).value_or("")),
+                   Explain(*session.analyzer, options->next)};
+  Select(question.keywords, report.explanations);
+  WriteAnswer(question.format == "json" ? ExplanationsJson(report) : FormatExplanations(report));
+}
+
+}  // namespace
+
+void DefineExplain(CLI::App& verb) {
+  const auto question = std::make_shared<ExplainQuestion>();
+  verb.add_option("KEYWORD", question->keywords, "Only these options");
+  AddPrinterOptions(verb, question->location);
+  AddFormatOption(verb, question->format);
+  verb.footer(
+      "Examples:\n"
+      "  info-analyze explain QVFinisher --queue office --driver-folder /usr/lib/driver \\\n"
+      "      --device-info /var/cache/office");
+  verb.callback([question] { ExplainOptions(*question); });
+}
+
+}  // namespace ia::cli

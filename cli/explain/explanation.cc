@@ -1,0 +1,158 @@
+#include "cli/explain/explanation.h"
+
+#include <strings.h>
+
+#include <algorithm>
+#include <iterator>
+#include <memory>
+#include <new>
+#include <string_view>
+
+#include "cli/printer/handles.h"
+#include "cli/provenance/provenance.h"
+#include "info_analyze/flag_info.h"
+
+namespace ia::cli {
+namespace {
+
+[[nodiscard]] bool IsSameKeyword(const char* left, const char* right) {
+  return strcasecmp(left, right) == 0;
+}
+
+using FlagsPtr = std::unique_ptr<FlagInfo, Releaser<zflaginfo_term>>;
+
+// Puts other names in the place of the PPD's media types while it lives, so that a medium that the
+// PPD names can be told from the one that is taken for want of a name.
+class UnknownMediaTypes {
+ public:
+  explicit UnknownMediaTypes(AnalyzeContext& analyzer)
+      : analyzer_(analyzer), names_(analyzer.media_type_flags) {
+    if (names_ == nullptr) return;
+    marked_.reset(zflaginfo_init("", names_->capacity));
+    if (!marked_) throw std::bad_alloc();
+    for (std::int32_t i = 0; i < names_->count; ++i) Mark(names_->entries[i]);
+    analyzer_.media_type_flags = marked_.get();
+  }
+  UnknownMediaTypes(const UnknownMediaTypes&) = delete;
+  UnknownMediaTypes& operator=(const UnknownMediaTypes&) = delete;
+  ~UnknownMediaTypes() { analyzer_.media_type_flags = names_; }
+
+ private:
+  void Mark(const FlagPair& pair) {
+    const std::string text = std::string("known ") + pair.name + ":" + pair.value;
+    if (zflaginfo_get(text.c_str(), marked_.get()) != 0) throw std::bad_alloc();
+  }
+
+  AnalyzeContext& analyzer_;
+  FlagInfo* names_;
+  FlagsPtr marked_;
+};
+
+// What one update handler sets.
+[[nodiscard]] OptionListPtr RunUpdate(AnalyzeContext& analyzer, std::int32_t update,
+                                      bool with_defaults) {
+  OptionListPtr options = StartOptionList();
+  Analyze_Provenance_RunUpdate(&analyzer, update, with_defaults ? 1 : 0, options.get());
+  return options;
+}
+
+[[nodiscard]] const char* FindValue(const OptionList* options, const char* keyword) {
+  for (const OptionList* node = options; node != nullptr; node = node->next) {
+    if (IsSameKeyword(node->key, keyword)) return node->value;
+  }
+  return nullptr;
+}
+
+// The record of a keyword; media types have one together.
+[[nodiscard]] const OptionSource* FindOption(const UpdateSource& update, const char* keyword) {
+  const OptionSource* media_types = nullptr;
+  for (std::int32_t i = 0; i < update.option_count; ++i) {
+    const OptionSource& option = update.options[i];
+    if (option.keyword == nullptr) media_types = &option;
+    if (option.keyword != nullptr && IsSameKeyword(option.keyword, keyword)) return &option;
+  }
+  return media_types;
+}
+
+// What an update handler sets, with and without the values that are taken for want of others.
+struct UpdateRun {
+  const UpdateSource* update;
+  OptionListPtr all;
+  OptionListPtr given;
+};
+
+[[nodiscard]] std::vector<UpdateRun> RunUpdates(AnalyzeContext& analyzer) {
+  std::vector<UpdateRun> runs;
+  for (const UpdateSource* const update : UpdateHandlers()) {
+    const auto number = static_cast<std::int32_t>(runs.size());
+    OptionListPtr all = RunUpdate(analyzer, number, true);
+    const UnknownMediaTypes unknown(analyzer);
+    runs.push_back({update, std::move(all), RunUpdate(analyzer, number, false)});
+  }
+  return runs;
+}
+
+// The last that sets a keyword decides.
+[[nodiscard]] const UpdateRun* FindRun(const std::vector<UpdateRun>& runs, const char* keyword) {
+  const auto hit = std::find_if(runs.rbegin(), runs.rend(), [&](const UpdateRun& run) {
+    return FindValue(run.all->next, keyword) != nullptr;
+  });
+  return hit != runs.rend() ? &*hit : nullptr;
+}
+
+// Whether a document, other than the PPD, has a value that was looked at.
+[[nodiscard]] bool IsReported(const std::vector<RawValue>& raw_values, const InputKey* input) {
+  return std::ranges::any_of(raw_values, [&](const RawValue& raw) {
+    return raw.is_present() && raw.input->document != IA_INPUT_OF_PPD &&
+           (input == nullptr || raw.input == input);
+  });
+}
+
+[[nodiscard]] bool IsGiven(const UpdateRun& run, const OptionSource& option,
+                           const Explanation& explanation) {
+  const char* const given = FindValue(run.given->next, explanation.keyword.c_str());
+  if (option.family != IA_FAMILY_MEDIA_TYPE) return given != nullptr;
+  return given != nullptr && option.default_value != std::string_view(given);
+}
+
+[[nodiscard]] Origin OriginOf(const UpdateRun& run, const Explanation& explanation) {
+  const OptionSource& option = *explanation.option;
+  if (option.value_input == IA_NO_INPUT) {
+    return IsGiven(run, option, explanation) ? Origin::kDevice : Origin::kDefault;
+  }
+  const InputKey* const input = Analyze_Provenance_GetInput(option.value_input);
+  if (IsReported(explanation.raw_values, input)) return Origin::kDevice;
+  if (explanation.value == option.default_value) return Origin::kDefault;
+  return IsReported(explanation.raw_values, nullptr) ? Origin::kDevice : Origin::kPpd;
+}
+
+[[nodiscard]] Explanation ExplainOption(const AnalyzeContext& analyzer, const OptionList& node,
+                                        const UpdateRun& run) {
+  Explanation why = {node.key, node.value, Origin::kDefault, run.update, nullptr, {}, {}};
+  why.option = FindOption(*run.update, node.key);
+  std::uint64_t inputs = why.option->inputs;
+  if (why.option->family != IA_FAMILY_NONE) {
+    why.row = FindModelRow(why.option->family, analyzer.driver_name);
+    inputs |= why.row->inputs;
+  }
+  for (const InputKey* const input : InputsOf(inputs)) {
+    std::ranges::move(ReadRawValues(analyzer, *input), std::back_inserter(why.raw_values));
+  }
+  why.origin = OriginOf(run, why);
+  return why;
+}
+
+}  // namespace
+
+std::vector<Explanation> Explain(AnalyzeContext& analyzer, const OptionList* options) {
+  const std::vector<UpdateRun> runs = RunUpdates(analyzer);
+  std::vector<Explanation> explanations;
+  for (const OptionList* node = options; node != nullptr; node = node->next) {
+    const UpdateRun* const run = FindRun(runs, node->key);
+    if (run == nullptr) continue;  // memory ran out for it
+    explanations.push_back(ExplainOption(analyzer, *node, *run));
+  }
+  return explanations;
+}
+
+}  // namespace ia::cli

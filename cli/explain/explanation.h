@@ -1,0 +1,37 @@
+// Why each option of a query has its value.
+#ifndef INFO_ANALYZE_CLI_EXPLAIN_EXPLANATION_H_
+#define INFO_ANALYZE_CLI_EXPLAIN_EXPLANATION_H_
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "cli/printer/ppd.h"
+#include "cli/provenance/raw_values.h"
+#include "info_analyze/analyzer.h"
+#include "info_analyze/provenance.h"
+
+namespace ia::cli {
+
+enum class Origin {
+  kDevice,   // what the device reports gives the value
+  kPpd,      // the device reports nothing, the PPD's list of values gives it
+  kDefault,  // nothing gives a value
+};
+
+struct Explanation {
+  std::string keyword;
+  std::string value;
+  Origin origin;
+  const UpdateSource* update;
+  const OptionSource* option;
+  std::optional<ModelRow> row;  // of the model tables, where they decide
+  std::vector<RawValue> raw_values;
+};
+
+// Explains the options of a list that the analyser's query has made.
+[[nodiscard]] std::vector<Explanation> Explain(AnalyzeContext& analyzer, const OptionList* options);
+
+}  // namespace ia::cli
+
+#endif  // INFO_ANALYZE_CLI_EXPLAIN_EXPLANATION_H_

@@ -1,0 +1,30 @@
+#include "cli/printer/printer_query.h"
+
+#include <cstdint>
+#include <vector>
+
+#include "cli/printer/documents.h"
+#include "cli/terminal/failure.h"
+
+namespace ia::cli {
+namespace {
+
+[[noreturn]] void FailForDocuments(const std::string& queue, std::int32_t result,
+                                   const std::vector<std::string>& missing) {
+  for (const std::string& sentence : missing) ReportError(sentence);
+  throw Failure(ExitStatus::kDocuments,
+                "queue " + queue + ": the query failed with result " + std::to_string(result));
+}
+
+}  // namespace
+
+OptionListPtr AskPrinter(AnalyzeContext& analyzer, const std::string& queue) {
+  OptionListPtr options = StartOptionList();
+  const std::int32_t result = Analyze_Info_FromPrinter(&analyzer, options.get(), 0);
+  const std::vector<std::string> missing = ExplainMissingDocuments(analyzer);
+  if (result != 0) FailForDocuments(queue, result, missing);
+  for (const std::string& sentence : missing) ReportWarning(sentence);
+  return options;
+}
+
+}  // namespace ia::cli

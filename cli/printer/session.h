@@ -1,0 +1,52 @@
+// The first steps of every verb that asks about one printer: which one, and how to reach it.
+#ifndef INFO_ANALYZE_CLI_PRINTER_SESSION_H_
+#define INFO_ANALYZE_CLI_PRINTER_SESSION_H_
+
+#include <CLI/CLI.hpp>
+#include <string>
+
+#include "cli/printer/handles.h"
+
+namespace ia::cli {
+
+// Where a printer's driver, PPD and documents are, as told on the command line.
+struct PrinterLocation {
+  std::string queue;
+  std::string driver_folder;
+  std::string device_info;  // empty: nothing is asked of the device
+  std::string cups_root;    // empty: the CUPS server of the environment
+  std::string snapshot;     // empty: none; else it has the queue, its PPD and the documents
+  bool needs_documents = false;
+};
+
+// The options that tell where things are, one by one.
+void AddCupsRootOption(CLI::App& verb, PrinterLocation& location);
+void AddDriverOption(CLI::App& verb, PrinterLocation& location);
+CLI::Option* AddDocumentsOption(CLI::App& verb, PrinterLocation& location);
+
+// Those that tell a queue and its PPD; a queue and its driver; and its documents, too. A snapshot
+// may stand for the queue and the documents.
+void AddCupsOptions(CLI::App& verb, PrinterLocation& location);
+void AddQueueOptions(CLI::App& verb, PrinterLocation& location);
+void AddPrinterOptions(CLI::App& verb, PrinterLocation& location);
+
+// Makes the location's CUPS root that of this process, where one is told; throws a Failure when it
+// has no PPD of the queue.
+void UseQueue(const PrinterLocation& location);
+
+// The communication library of a driver folder; throws a Failure when the path is too long.
+[[nodiscard]] std::string LibraryPath(const std::string& driver_folder);
+
+// Members are released from the last to the first: the analyser needs the communication library.
+struct Session {
+  BidiPtr library;
+  AnalyzerPtr analyzer;
+};
+
+// Loads the communication library and creates the analyser; throws a Failure that names what is
+// missing. The location must outlive the session.
+[[nodiscard]] Session OpenSession(const PrinterLocation& location);
+
+}  // namespace ia::cli
+
+#endif  // INFO_ANALYZE_CLI_PRINTER_SESSION_H_

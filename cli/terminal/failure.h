@@ -1,0 +1,53 @@
+// What the tool answers when a step of it fails: an exit status and a sentence on standard error.
+#ifndef INFO_ANALYZE_CLI_TERMINAL_FAILURE_H_
+#define INFO_ANALYZE_CLI_TERMINAL_FAILURE_H_
+
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+namespace ia::cli {
+
+// The exit statuses are an interface: scripts branch on them and the manual page lists them.
+enum class ExitStatus {
+  kSuccess = 0,
+  kOther = 1,
+  kUsage = 2,
+  kQueue = 3,
+  kCommunicationLibrary = 4,
+  kDocuments = 5,
+  kNotFound = 6,
+  kWarnings = 7,
+  kFailures = 8,
+  kSnapshot = 9,
+  kDifferent = 10,
+};
+
+// Thrown by the step that fails; main() reports it and ends the process.
+class Failure : public std::runtime_error {
+ public:
+  Failure(ExitStatus status, const std::string& message)
+      : std::runtime_error(message), status_(status) {}
+  [[nodiscard]] ExitStatus status() const noexcept { return status_; }
+
+ private:
+  ExitStatus status_;
+};
+
+// Thrown by a verb that has answered, and whose answer is told by the exit status too.
+class Verdict : public std::exception {
+ public:
+  explicit Verdict(ExitStatus status) : status_(status) {}
+  [[nodiscard]] ExitStatus status() const noexcept { return status_; }
+
+ private:
+  ExitStatus status_;
+};
+
+// Each writes one line to standard error.
+void ReportError(std::string_view message);
+void ReportWarning(std::string_view message);
+
+}  // namespace ia::cli
+
+#endif  // INFO_ANALYZE_CLI_TERMINAL_FAILURE_H_

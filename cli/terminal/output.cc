@@ -1,0 +1,87 @@
+#include "cli/terminal/output.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <nlohmann/json.hpp>
+
+#include "cli/terminal/failure.h"
+#include "cli/terminal/printable.h"
+
+namespace ia::cli {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+// Raised when a reader of the old output would misread the new one.
+constexpr int kSchemaVersion = 1;
+constexpr int kIndent = 2;
+
+struct Format {
+  const char* name;
+  Formatter formatter;
+};
+
+constexpr auto kFormats = std::to_array<Format>({
+    {"text", FormatText},
+    {"json", FormatJson},
+});
+
+[[nodiscard]] Json ToJson(const OptionList* options) {
+  Json list = Json::array();
+  for (const OptionList* node = options; node != nullptr; node = node->next) {
+    list.push_back({{"keyword", node->key}, {"value", node->value}});
+  }
+  return list;
+}
+
+}  // namespace
+
+std::string FormatText(const Answer& answer) {
+  std::string text;
+  for (const OptionList* node = answer.options; node != nullptr; node = node->next) {
+    text += Printable(node->key) + "=" + Printable(node->value) + "\n";
+  }
+  return text;
+}
+
+std::string FormatJson(const Answer& answer) {
+  return DumpJson({{"driver_name", answer.driver_name ? Json(answer.driver_name) : Json(nullptr)},
+                   {"options", ToJson(answer.options)}});
+}
+
+std::string DumpJson(const Json& members) {
+  Json document;
+  document["schema_version"] = kSchemaVersion;
+  document.update(members);
+  return document.dump(kIndent, ' ', true, Json::error_handler_t::replace) + "\n";
+}
+
+std::vector<std::string> FormatNames() {
+  std::vector<std::string> names;
+  names.reserve(kFormats.size());
+  for (const Format& format : kFormats) names.emplace_back(format.name);
+  return names;
+}
+
+void AddFormatOption(CLI::App& verb, std::string& format) {
+  verb.add_option("--format", format, "Format of the answer")
+      ->check(CLI::IsMember(FormatNames()))
+      ->type_name("FORMAT")
+      ->capture_default_str();
+}
+
+Formatter FindFormatter(const std::string& name) {
+  const auto row = std::ranges::find(kFormats, name, &Format::name);
+  return row != kFormats.end() ? row->formatter : nullptr;
+}
+
+void WriteAnswer(const std::string& text) {
+  const bool written = std::fwrite(text.data(), 1, text.size(), stdout) == text.size();
+  if (written && std::fflush(stdout) == 0) return;
+  throw Failure(ExitStatus::kOther, std::string("standard output: ") + std::strerror(errno));
+}
+
+}  // namespace ia::cli

@@ -1,0 +1,74 @@
+#include "cli/terminal/terminal.h"
+
+#include <unistd.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <iostream>
+
+#include "cli/terminal/printable.h"
+
+namespace ia::cli {
+namespace {
+
+bool g_is_quiet = false;
+
+[[nodiscard]] bool IsSet(const char* variable) {
+  const char* const value = std::getenv(variable);
+  return value != nullptr && *value != '\0';
+}
+
+[[nodiscard]] bool ShowsColours() {
+  const char* const terminal = std::getenv("TERM");
+  const bool is_dumb = terminal == nullptr || std::string_view(terminal) == "dumb";
+  return isatty(STDOUT_FILENO) != 0 && !is_dumb && !IsSet("NO_COLOR");
+}
+
+[[nodiscard]] const char* CodeOf(Colour colour) {
+  switch (colour) {
+    case Colour::kGreen:
+      return "\x1b[32m";
+    case Colour::kYellow:
+      return "\x1b[33m";
+    default:
+      return "\x1b[31m";
+  }
+}
+
+}  // namespace
+
+void SetQuiet(bool is_quiet) { g_is_quiet = is_quiet; }
+
+bool IsQuiet() { return g_is_quiet; }
+
+std::string Coloured(std::string_view text, Colour colour) {
+  if (!ShowsColours()) return std::string(text);
+  return CodeOf(colour) + std::string(text) + "\x1b[0m";
+}
+
+Progress::Progress(const std::string& step) {
+  if (IsQuiet() || isatty(STDERR_FILENO) == 0) return;
+  teller_ = std::thread([this, step] { Tell(step); });
+}
+
+Progress::~Progress() {
+  {
+    const std::lock_guard lock(mutex_);
+    has_ended_ = true;
+  }
+  ended_.notify_one();
+  if (teller_.joinable()) teller_.join();
+}
+
+void Progress::Tell(const std::string& step) {
+  using std::chrono::seconds;
+  std::unique_lock lock(mutex_);
+  int waited = 1;
+  for (seconds pause(1); !ended_.wait_for(lock, pause, [this] { return has_ended_; });
+       pause = seconds(10)) {
+    std::cerr << "info-analyze: waiting for " << Printable(step) << ", " << waited << " s\n";
+    waited += 10;
+  }
+}
+
+}  // namespace ia::cli

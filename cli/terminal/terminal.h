@@ -1,0 +1,43 @@
+// How the tool behaves towards terminals.
+#ifndef INFO_ANALYZE_CLI_TERMINAL_TERMINAL_H_
+#define INFO_ANALYZE_CLI_TERMINAL_TERMINAL_H_
+
+#include <condition_variable>
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <thread>
+
+namespace ia::cli {
+
+// With it, only errors are told on standard error.
+void SetQuiet(bool is_quiet);
+[[nodiscard]] bool IsQuiet();
+
+enum class Colour { kGreen, kYellow, kRed };
+
+// The text in a colour when standard output is a terminal that is to show colours; see NO_COLOR in
+// the manual page.
+[[nodiscard]] std::string Coloured(std::string_view text, Colour colour);
+
+// Tells on standard error, while it lives, that a step takes its time: after a second, and then
+// every ten. Says nothing when quiet, or when standard error is no terminal.
+class Progress {
+ public:
+  explicit Progress(const std::string& step);
+  Progress(const Progress&) = delete;
+  Progress& operator=(const Progress&) = delete;
+  ~Progress();
+
+ private:
+  void Tell(const std::string& step);
+
+  std::mutex mutex_;
+  std::condition_variable ended_;
+  bool has_ended_ = false;
+  std::thread teller_;  // last, because it uses the others
+};
+
+}  // namespace ia::cli
+
+#endif  // INFO_ANALYZE_CLI_TERMINAL_TERMINAL_H_
