@@ -34,6 +34,11 @@ def docs(name):
     return Gate("release", targets, command, proof="100% tests passed")
 
 
+def build_test(name):
+    command = ("ctest", "--test-dir", "build/release", "--output-on-failure", "-R", rf"^{name}\.")
+    return Gate("release", ("info_analyze_curves",), command, proof="100% tests passed")
+
+
 def program(preset, target, path, tests="*", before=()):
     command = (*before, f"build/{preset}/{path}", f"--gtest_filter={tests}")
     return Gate(preset, (target, "info_analyze_commlib"), command, proof="[  PASSED  ]")
@@ -64,6 +69,8 @@ GATES = {
     "reference_is_whole": docs("reference_is_whole"),
     "pages_are_clean": docs("pages_are_clean"),
     "commands": docs("commands"),
+    "embedding": build_test("EmbeddedProject"),
+    "requirements": build_test("Requirements"),
     "decisions": docs("decisions"),
     "same_names": abi("same_names", targets=("info_analyze_commlib",)),
 } | {name: abi(name) for name in ("exports", "relocations", "newer_libc", "other_libraries",
@@ -265,6 +272,20 @@ FAULTS = (
             "noexcept {"),)),
     Fault("library that stays loaded", "unloading", "the library stayed",
           (linked("-Wl,-z,nodelete"),)),
+
+    # In other projects
+    Fault("file found by the parent's folder", "embedding", "abi/info_analyze.map",
+          ((BUILD, "${PROJECT_SOURCE_DIR}/abi/info_analyze.map",
+            "${CMAKE_SOURCE_DIR}/abi/info_analyze.map"),)),
+    Fault("target without a prefix", "embedding", "targets without a prefix: curves",
+          (("calib/curves/CMakeLists.txt", "add_custom_target(info_analyze_curves ",
+            "add_custom_target(curves)\nadd_custom_target(info_analyze_curves "),)),
+    Fault("setting that reaches the parent", "embedding", "changes its parent's folder",
+          ((BUILD, "set(CMAKE_C_STANDARD 99)", 'set(CMAKE_C_STANDARD 99 CACHE STRING "")'),)),
+    Fault("missing package without advice", "requirements", "CLI11 for the tool",
+          (("cli/CMakeLists.txt",
+            'info_analyze_find(CLI11 "" "the tool" libcli11-dev INFO_ANALYZE_TOOL)',
+            "find_package(CLI11 REQUIRED)"),)),
 
     # Speed
     Fault("walk over the table for each of its keys", "instructions", "SLOWER",
