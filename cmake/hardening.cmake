@@ -46,6 +46,7 @@ endfunction()
 
 # Which flags there are depends on the compiler and on the processor.
 function(info_analyze_accepted_flags result)
+  set(CMAKE_REQUIRED_FLAGS -Werror)  # Clang warns of flags for other processors
   set(accepted "")
   foreach(flag IN LISTS ARGN)
     string(MAKE_C_IDENTIFIER "INFO_ANALYZE_ACCEPTS${flag}" known)
