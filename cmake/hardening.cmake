@@ -3,7 +3,6 @@
 #                              hardening is on
 #   info_analyze_is_shipped    optimised and not instrumented: the library has to do without the C++
 #                              run-time library
-include(CheckCompilerFlag)
 include(CheckCXXSourceCompiles)
 
 # All flags that a configuration compiles with, those of parent projects included.
@@ -46,11 +45,12 @@ endfunction()
 
 # Which flags there are depends on the compiler and on the processor.
 function(info_analyze_accepted_flags result)
-  set(CMAKE_REQUIRED_FLAGS -Werror)  # Clang warns of flags for other processors
   set(accepted "")
   foreach(flag IN LISTS ARGN)
     string(MAKE_C_IDENTIFIER "INFO_ANALYZE_ACCEPTS${flag}" known)
-    check_compiler_flag(CXX ${flag} ${known})
+    set(CMAKE_REQUIRED_FLAGS ${flag})
+    # Clang only warns of a flag that it ignores.
+    check_cxx_source_compiles("int main() {}" ${known} FAIL_REGEX "'${flag}'")
     if(${known})
       list(APPEND accepted ${flag})
     endif()
