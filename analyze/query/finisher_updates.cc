@@ -54,6 +54,8 @@ constexpr auto kFinisherOptions = std::to_array<OptionSource>({
     ModelOption("QVCopyTray", nullptr, "None", IA_FAMILY_COPY_TRAY),
     ModelOption("QVFinTray", nullptr, "None", IA_FAMILY_FIN_TRAY),
 });
+// A constant, because GCC with -Os would otherwise copy the rows from writable data.
+constexpr auto kFinisherRows = RowsOf(kFinisherOptions, {nullptr, nullptr, nullptr});
 
 // One item of the list, in the shapes that the getters look at.
 class FinisherItem {
@@ -169,7 +171,7 @@ std::int32_t UpdateFinisherInformations(AnalyzeContext* context,
   if (!finishers.entries) return -1;
   status = ReadFinishers(context, finishers);
   if (status != 0) return status;
-  OptionRows rows(RowsOf(kFinisherOptions, {nullptr, nullptr, nullptr}));
+  OptionRows rows(kFinisherRows);
   analyze_GetFinisherOption(context, finishers.entries.get(), count, aliases, alias_count,
                             rows.Data());
   return rows.Apply(target);

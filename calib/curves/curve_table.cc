@@ -191,15 +191,13 @@ CurveTable Interpolate(const std::vector<KnownLevel>& known) {
   return table;
 }
 
-std::string FormatSource(const CurveTable& table, const std::string& name) {
-  std::string source = "// Made from calib/curves/" + name +
-                       ".csv.\n#include \"info_analyze/calibration.h\"\n\nconst uint16_t " + name +
-                       "[IA_CALIB_TABLE_VALUES] = {\n";
+std::string FormatNumbers(const CurveTable& table) {
+  std::string numbers;
   for (const Curve& curve : table) {
-    for (const std::uint16_t output : curve) source += std::to_string(output) + ",";
-    source += "\n";
+    for (const std::uint16_t output : curve) numbers += std::to_string(output) + ",";
+    numbers += "\n";
   }
-  return source + "};\n";
+  return numbers;
 }
 
 }  // namespace ia

@@ -40,8 +40,8 @@ using CurveTable = std::array<Curve, IA_CALIB_CURVE_COUNT>;
 // Whole curves through all known points, which must be those of a good file.
 [[nodiscard]] CurveTable Interpolate(const std::vector<KnownLevel>& known);
 
-// A C++ source that defines the table under a name that info_analyze/calibration.h declares.
-[[nodiscard]] std::string FormatSource(const CurveTable& table, const std::string& name);
+// The numbers of the table as an initialiser lists them, one curve to a line.
+[[nodiscard]] std::string FormatNumbers(const CurveTable& table);
 
 }  // namespace ia
 

@@ -1,5 +1,6 @@
-// Turns a file of known curve points into a C++ source with the whole curves.
-// usage: make_curve_table FILE.csv SOURCE
+// Turns a file of known curve points into the numbers of the whole curves, which default_curves.cc
+// includes.
+// usage: make_curve_table FILE.csv NUMBERS
 #include <cerrno>
 #include <cstring>
 #include <exception>
@@ -18,14 +19,14 @@ int Fail(const std::string& where, const std::string& message) {
   return 1;
 }
 
-int MakeCurveTable(const std::filesystem::path& file, const std::string& source) {
+int MakeCurveTable(const std::filesystem::path& file, const std::string& numbers) {
   std::ifstream in(file);
   if (!in) return Fail(file.string(), std::strerror(errno));
   try {
     const CurveTable table = Interpolate(ReadKnownLevels(in));
-    std::ofstream out(source);
-    out << FormatSource(table, file.stem().string()) << std::flush;
-    return out ? 0 : Fail(source, std::strerror(errno));
+    std::ofstream out(numbers);
+    out << FormatNumbers(table) << std::flush;
+    return out ? 0 : Fail(numbers, std::strerror(errno));
   } catch (const CurveFileError& error) {
     return Fail(file.string() + ":" + std::to_string(error.line()), error.what());
   }
@@ -35,6 +36,6 @@ int MakeCurveTable(const std::filesystem::path& file, const std::string& source)
 }  // namespace ia
 
 int main(int argc, char** argv) {
-  if (argc != 3) return ia::Fail("make_curve_table", "usage: make_curve_table FILE.csv SOURCE");
+  if (argc != 3) return ia::Fail("make_curve_table", "usage: make_curve_table FILE.csv NUMBERS");
   return ia::MakeCurveTable(argv[1], argv[2]);
 }

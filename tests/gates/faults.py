@@ -30,13 +30,18 @@ def abi(name, targets=()):
 def docs(name):
     command = ("ctest", "--test-dir", "build/release", "--output-on-failure", "-R",
                rf"^docs\.{name}$")
-    return Gate("release", ("reference", "info-analyze", "mqpd_util", "queue_test"), command,
-                proof="100% tests passed")
+    targets = ("info_analyze_reference", "info-analyze", "info_analyze_commlib", "queue_test")
+    return Gate("release", targets, command, proof="100% tests passed")
+
+
+def build_test(name):
+    command = ("ctest", "--test-dir", "build/release", "--output-on-failure", "-R", rf"^{name}\.")
+    return Gate("release", ("info_analyze_curves",), command, proof="100% tests passed")
 
 
 def program(preset, target, path, tests="*", before=()):
     command = (*before, f"build/{preset}/{path}", f"--gtest_filter={tests}")
-    return Gate(preset, (target, "mqpd_util"), command, proof="[  PASSED  ]")
+    return Gate(preset, (target, "info_analyze_commlib"), command, proof="[  PASSED  ]")
 
 
 GATES = {
@@ -60,17 +65,20 @@ GATES = {
     "headers": Gate("", (), ("bash", "tests/abi/headers.sh", "include", "gcc", "g++")),
     "newer_declarations": Gate("", (), ("bash", "tests/abi/newer_declarations.sh", str(COPY), "gcc",
                                         "g++")),
-    "reference": Gate("release", ("reference",), is_build=True),
+    "reference": Gate("release", ("info_analyze_reference",), is_build=True),
     "reference_is_whole": docs("reference_is_whole"),
     "pages_are_clean": docs("pages_are_clean"),
     "commands": docs("commands"),
+    "embedding": build_test("EmbeddedProject"),
+    "requirements": build_test("Requirements"),
     "decisions": docs("decisions"),
-    "same_names": abi("same_names", targets=("mqpd_util",)),
+    "same_names": abi("same_names", targets=("info_analyze_commlib",)),
 } | {name: abi(name) for name in ("exports", "relocations", "newer_libc", "other_libraries",
                                   "null_arguments", "types", "unloading", "shipped_file")}
 
 MAP = "abi/info_analyze.map"
 BUILD = "CMakeLists.txt"
+HARDENING = "cmake/hardening.cmake"
 LIST = "queue/queue_list.cc"
 LIST_HEADER = "include/info_analyze/queue_list.h"
 
@@ -196,8 +204,8 @@ FAULTS = (
           (("include/info_analyze/calibration.h", "LARCH_Def_Calib[IA_CALIB_TABLE_VALUES];",
             "LARCH_Def_Calib[IA_CALIB_TABLE_VALUES + 8];"),
            ("calib/calib3_defaults.cc", "static_assert(sizeof LARCH_Def_Calib == 16384);\n", ""),
-           ("calib/curves/curve_table.cc", '"[IA_CALIB_TABLE_VALUES] = {\\n"',
-            '"[sizeof " + name + " / 2] = {\\n"'))),
+           ("calib/curves/default_curves.cc", "LARCH_Def_Calib[IA_CALIB_TABLE_VALUES] = {",
+            "LARCH_Def_Calib[sizeof LARCH_Def_Calib / 2] = {"))),
     Fault("header that C does not take", "headers", "unknown type name",
           ((LIST_HEADER, "typedef struct QueueList {",
             "typedef bool Planted;\ntypedef struct QueueList {"),)),
@@ -254,11 +262,11 @@ FAULTS = (
     Fault("need of a glibc newer than is allowed", "shipped_file", "needs glibc",
           (("tests/abi/shipped_file.sh", "newest_glibc=2.36", "newest_glibc=2.3"),)),
     Fault("no stack protector", "shipped_file", "no stack protector",
-          ((BUILD, "-fstack-protector-strong ", "-fno-stack-protector "),)),
+          ((HARDENING, "-fstack-protector-strong ", "-fno-stack-protector "),)),
     Fault("no fortified calls", "shipped_file", "no fortified calls",
-          ((BUILD, "_FORTIFY_SOURCE=2", "_FORTIFY_SOURCE=0"),)),
+          ((HARDENING, "_FORTIFY_SOURCE=2", "_FORTIFY_SOURCE=0"),)),
     Fault("no control-flow protection", "shipped_file", "no control-flow protection",
-          ((BUILD, "-fcf-protection)", "-fcf-protection=none)"),)),
+          ((HARDENING, "-fcf-protection=full", "-fcf-protection=none"),)),
 
     # Beside others
     Fault("null use in strlcat", "null_arguments", "checks failed",
@@ -272,6 +280,20 @@ FAULTS = (
             "noexcept {"),)),
     Fault("library that stays loaded", "unloading", "the library stayed",
           (linked("-Wl,-z,nodelete"),)),
+
+    # In other projects
+    Fault("file found by the parent's folder", "embedding", "abi/info_analyze.map",
+          ((BUILD, "${PROJECT_SOURCE_DIR}/abi/info_analyze.map",
+            "${CMAKE_SOURCE_DIR}/abi/info_analyze.map"),)),
+    Fault("target without a prefix", "embedding", "targets without a prefix: curves",
+          (("calib/curves/CMakeLists.txt", "add_custom_target(info_analyze_curves ",
+            "add_custom_target(curves)\nadd_custom_target(info_analyze_curves "),)),
+    Fault("setting that reaches the parent", "embedding", "changes its parent's folder",
+          ((BUILD, "set(CMAKE_C_STANDARD 99)", 'set(CMAKE_C_STANDARD 99 CACHE STRING "")'),)),
+    Fault("missing package without advice", "requirements", "CLI11 for the tool",
+          (("cli/CMakeLists.txt",
+            'info_analyze_find(CLI11 "" "the tool" libcli11-dev INFO_ANALYZE_TOOL)',
+            "find_package(CLI11 REQUIRED)"),)),
 
     # Speed
     Fault("walk over the table for each of its keys", "instructions", "SLOWER",

@@ -227,18 +227,19 @@ TEST(Interpolation, TreatsEachCurveByItself) {
   EXPECT_EQ(table[7][513], 1023);
 }
 
-// Source -----------------------------------------------------------------------------------------
+// Numbers ----------------------------------------------------------------------------------------
 
-TEST(CurveSource, DefinesTheTableWithAllValues) {
+TEST(CurveNumbers, AreAllValuesWithACurveToALine) {
   CurveTable table = {};
   table[0][0] = 11;
+  table[1][0] = 33;
   table[7][1023] = 22;
-  const std::string source = ia::FormatSource(table, "LARCH_Def_Calib");
-  EXPECT_THAT(source, HasSubstr("#include \"info_analyze/calibration.h\"\n"));
-  EXPECT_THAT(source,
-              HasSubstr("const uint16_t LARCH_Def_Calib[IA_CALIB_TABLE_VALUES] = {\n11,0,"));
-  EXPECT_THAT(source, testing::EndsWith(",22,\n};\n"));
-  EXPECT_EQ(std::ranges::count(source, ','), 8192);
+  const std::string numbers = ia::FormatNumbers(table);
+  EXPECT_THAT(numbers, testing::StartsWith("11,0,"));
+  EXPECT_THAT(numbers, HasSubstr(",0,\n33,0,"));
+  EXPECT_THAT(numbers, testing::EndsWith(",22,\n"));
+  EXPECT_EQ(std::ranges::count(numbers, ','), 8192);
+  EXPECT_EQ(std::ranges::count(numbers, '\n'), 8);
 }
 
 }  // namespace

@@ -10,6 +10,7 @@
 #include <iterator>
 #include <string>
 
+#include "calib/curves/curve_table.h"
 #include "tests/support/temp_folder.h"
 
 namespace ia_test {
@@ -19,7 +20,7 @@ using testing::HasSubstr;
 
 class MakeCurveTable : public testing::Test {
  protected:
-  // Exit status; what the program says goes to Errors().
+  // Returns the exit status; Errors() is what the program printed on standard error.
   int Run(const std::string& arguments) const {
     const std::string command =
         IA_TEST_MAKE_CURVE_TABLE " " + arguments + " 2> " + (folder_ / "errors");
@@ -36,14 +37,16 @@ class MakeCurveTable : public testing::Test {
   }
 
   const TempFolder folder_;
-  const std::string source_ = folder_ / "table.cc";
+  const std::string numbers_ = folder_ / "table.inc";
 };
 
-TEST_F(MakeCurveTable, NamesTheTableAfterItsFile) {
-  folder_.Write("Linden_Def_Calib_2bit.csv", GoodFile());
-  EXPECT_EQ(Run((folder_ / "Linden_Def_Calib_2bit.csv") + " " + source_), 0);
+TEST_F(MakeCurveTable, WritesTheNumbersOfTheWholeCurves) {
+  std::ifstream file(IA_TEST_SOURCE "/calib/curves/LARCH_Def_Calib.csv");
+  const std::string numbers = ia::FormatNumbers(ia::Interpolate(ia::ReadKnownLevels(file)));
+  folder_.Write("good.csv", GoodFile());
+  EXPECT_EQ(Run((folder_ / "good.csv") + " " + numbers_), 0);
   EXPECT_EQ(Errors(), "");
-  EXPECT_THAT(ReadFile(source_), HasSubstr("const uint16_t Linden_Def_Calib_2bit["));
+  EXPECT_EQ(ReadFile(numbers_), numbers);
 }
 
 TEST_F(MakeCurveTable, RefusesABadFileWithItsNameAndLineAndWritesNothing) {
@@ -53,26 +56,26 @@ TEST_F(MakeCurveTable, RefusesABadFileWithItsNameAndLineAndWritesNothing) {
   text.insert(row, "\n100,1,1,1,1,1,1,1,1");
   folder_.Write("bad.csv", text);
   const auto line = std::count(text.begin(), text.begin() + static_cast<long>(row), '\n') + 2;
-  EXPECT_EQ(Run((folder_ / "bad.csv") + " " + source_), 1);
+  EXPECT_EQ(Run((folder_ / "bad.csv") + " " + numbers_), 1);
   EXPECT_EQ(Errors(), (folder_ / "bad.csv") + ":" + std::to_string(line) +
                           ": error: curve 0 decreases from 12 to 1\n");
-  EXPECT_FALSE(std::filesystem::exists(source_));
+  EXPECT_FALSE(std::filesystem::exists(numbers_));
 }
 
-TEST_F(MakeCurveTable, TellsOfAFileThatIsNotThere) {
-  EXPECT_EQ(Run((folder_ / "none.csv") + " " + source_), 1);
+TEST_F(MakeCurveTable, ReportsAMissingFile) {
+  EXPECT_EQ(Run((folder_ / "none.csv") + " " + numbers_), 1);
   EXPECT_EQ(Errors(), (folder_ / "none.csv") + ": error: No such file or directory\n");
 }
 
-TEST_F(MakeCurveTable, TellsOfASourceThatCannotBeWritten) {
+TEST_F(MakeCurveTable, ReportsAFileThatCannotBeWritten) {
   folder_.Write("good.csv", GoodFile());
-  EXPECT_EQ(Run((folder_ / "good.csv") + " " + (folder_ / "none/table.cc")), 1);
-  EXPECT_EQ(Errors(), (folder_ / "none/table.cc") + ": error: No such file or directory\n");
+  EXPECT_EQ(Run((folder_ / "good.csv") + " " + (folder_ / "none/table.inc")), 1);
+  EXPECT_EQ(Errors(), (folder_ / "none/table.inc") + ": error: No such file or directory\n");
 }
 
-TEST_F(MakeCurveTable, TellsItsUsage) {
+TEST_F(MakeCurveTable, PrintsItsUsage) {
   EXPECT_EQ(Run(""), 1);
-  EXPECT_THAT(Errors(), HasSubstr("usage: make_curve_table FILE.csv SOURCE"));
+  EXPECT_THAT(Errors(), HasSubstr("usage: make_curve_table FILE.csv NUMBERS"));
 }
 
 }  // namespace

@@ -230,11 +230,11 @@ TEST_P(ToolCurves, CsvMakesTheSameTable) {
   const std::string name = GetParam().name;
   root_.Write(name + ".csv", AskForCurves({"--table", name, "--csv"}).out);
   Command command;
-  command.arguments = {IA_TEST_MAKE_CURVE_TABLE, root_ / (name + ".csv"), root_ / "made.cc"};
+  command.arguments = {IA_TEST_MAKE_CURVE_TABLE, root_ / (name + ".csv"), root_ / "made.inc"};
   ASSERT_EQ(ia_test::RunProgram(command).status, 0);
-  const std::string made = ReadFile(root_ / "made.cc");
-  EXPECT_THAT(made, HasSubstr(name));
-  EXPECT_EQ(made, ReadFile(IA_TEST_CURVE_SOURCES "/" + name + ".cc"));
+  const std::string made = ReadFile(root_ / "made.inc");
+  EXPECT_THAT(made, HasSubstr(","));
+  EXPECT_EQ(made, ReadFile(IA_TEST_CURVE_NUMBERS "/" + name + ".inc"));
 }
 
 TEST_P(ToolCurves, SvgHasAPolylineForEachCurve) {
