@@ -10,7 +10,6 @@ std::span<const Limit> Limits() {
       {"option_table/30000", "times_bare", 8},        {"option_table/300", "times_libcups", 0.25},
       {"option_table/3000", "times_libcups", 0.42},   {"option_table/30000", "times_libcups", 0.27},
       {"option_table_growth", "times", 15},           {"create/300", "times_floor", 1.3},
-      {"query/reload_reference", "times_calls", 1.6}, {"query/plain_reference", "times_calls", 3},
       {"function_version/300", "times_pass", 1.5},    {"function_version/3000", "times_pass", 1.5},
       {"function_version/30000", "times_pass", 1.5},  {"lookup_by_uri/10", "times_floor", 1.3},
       {"lookup_by_uri/1000", "times_floor", 1.1},     {"lookup_by_uri/100000", "times_floor", 1.1},

@@ -1,7 +1,5 @@
-// Asking a printer, beside the floor: the same calls of the communication library alone. The rest
-// is the library's own share.
+// Whole queries of a printer, and the flags of a function version.
 #include <benchmark/benchmark.h>
-#include <dlfcn.h>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -9,21 +7,16 @@
 #include <cstdlib>
 #include <cstring>
 #include <functional>
-#include <span>
 #include <string>
 #include <thread>
-#include <vector>
 
 #include "bench/allocations.h"
-#include "bench/document_calls.h"
-#include "bench/document_replay.h"
 #include "bench/sample_analyzer.h"
 #include "bench/timings.h"
 
 namespace {
 
 using ia_bench::CountAllocations;
-using ia_bench::DocumentCall;
 using ia_bench::Library;
 using ia_bench::ResultList;
 using ia_bench::SampleAnalyzer;
@@ -32,36 +25,7 @@ using ia_bench::Timings;
 constexpr std::int64_t kEntries = 300;
 constexpr int kQueriesPerThread = 200;
 
-// Records the calls of a library.
-class Recorder {
- public:
-  explicit Recorder(const Library& library)
-      : environment_(setenv(ia_bench::kRecordedLibrary, library.Path().c_str(), 1)),
-        handle_(dlopen(IA_RECORDING_DRIVER "/Bidi/libmqpd_util.so", RTLD_NOW)),
-        analyzer_(library, IA_RECORDING_DRIVER, kEntries) {}
-  ~Recorder() { dlclose(handle_); }
-  Recorder(const Recorder&) = delete;
-  Recorder& operator=(const Recorder&) = delete;
-
-  std::vector<DocumentCall> Query(std::uint8_t reload) {
-    auto* const calls =
-        reinterpret_cast<ia_bench::RecordedCallsFunction>(dlsym(handle_, ia_bench::kRecordedCalls));
-    calls().clear();
-    analyzer_.Query(ResultList(), reload);
-    return calls();
-  }
-
- private:
-  int environment_;
-  void* handle_;
-  SampleAnalyzer analyzer_;
-};
-
-void Replay(ia_bench::DocumentReplay& replay, std::span<const DocumentCall> calls) {
-  for (const DocumentCall& call : calls) replay.Make(call);
-}
-
-// With the fewest system calls that get the bytes: what a reload costs beside the calls.
+// With the fewest system calls that get the bytes.
 void ReadDocuments(const std::string& folder) {
   char buffer[1 << 16];
   for (const ia_bench::SampleDocument& document : ia_bench::kDocuments) {
@@ -72,32 +36,17 @@ void ReadDocuments(const std::string& folder) {
 }
 
 void BM_Query(benchmark::State& state, const Library& library, std::uint8_t reload) {
-  std::vector<DocumentCall> load;
-  std::vector<DocumentCall> calls;
-  {
-    Recorder recorder(library);
-    load = recorder.Query(0);
-    calls = recorder.Query(reload);
-  }
-  ia_bench::DocumentReplay replay(library.Path());
-  Replay(replay, load);
   SampleAnalyzer analyzer(library, kEntries);
   analyzer.Query(ResultList(), 0);
   const std::string folder = library.WriteDocuments();
-  Timings alone;
   Timings files;
   Timings query;
   for (auto _ : state) {
-    alone.Add([&] { Replay(replay, calls); });
     files.Add([&] { ReadDocuments(folder); });
     const ResultList list;
     state.SetIterationTime(query.Add([&] { analyzer.Query(list, reload); }));
   }
-  state.counters["calls"] = static_cast<double>(calls.size());
-  state.counters["calls_us"] = 1e6 * alone.Median();
   state.counters["read_files_us"] = 1e6 * files.Median();
-  state.counters["own_us"] = 1e6 * (query.Median() - alone.Median());
-  state.counters["times_calls"] = query.Median() / alone.Median();
   const ResultList list;
   state.counters["allocations"] = CountAllocations([&] { analyzer.Query(list, reload); });
 }

@@ -54,8 +54,6 @@ std::string ToDigit(const SampleDocument& document) {
   return std::to_string(&document - kDocuments.data());
 }
 
-std::string Library::Path() const { return std::string(driver_folder) + "/Bidi/libmqpd_util.so"; }
-
 std::string Library::LinkDriverFolder() const {
   const std::string link = ServerRoot::Get().folder() / (document_folder + std::string("-driver"));
   if (symlink(driver_folder, link.c_str()) != 0 && errno != EEXIST) std::abort();
@@ -71,13 +69,9 @@ std::string Library::WriteDocuments() const {
 }
 
 SampleAnalyzer::SampleAnalyzer(const Library& library, std::int64_t entries)
-    : SampleAnalyzer(library, library.LinkDriverFolder().c_str(), entries) {}
-
-SampleAnalyzer::SampleAnalyzer(const Library& library, const char* driver_folder,
-                               std::int64_t entries)
     : documents_(library.WriteDocuments()),
       queue_(SamplePpd(entries).queue()),
-      bidi_(Bidi_Create(driver_folder)),
+      bidi_(Bidi_Create(library.LinkDriverFolder().c_str())),
       analyzer_(Create()) {
   if (!analyzer_) std::abort();
 }

@@ -17,7 +17,6 @@ struct Library {
   const char* document_folder;
   std::string (*content)(const SampleDocument& document);
 
-  [[nodiscard]] std::string Path() const;
   // A link to the driver folder, by a name of the same length wherever the tree stands: the names
   // that are kept in the heap move the texts behind them, which moves the count of instructions.
   [[nodiscard]] std::string LinkDriverFolder() const;
@@ -59,8 +58,6 @@ class SampleAnalyzer {
  public:
   // The entries are those of its PPD beside the sample printer's.
   SampleAnalyzer(const Library& library, std::int64_t entries);
-  // One that has a library in another folder read the documents.
-  SampleAnalyzer(const Library& library, const char* driver_folder, std::int64_t entries);
 
   [[nodiscard]] AnalyzerPtr Create() const;
   [[nodiscard]] const AnalyzeContext& context() const { return *analyzer_; }

@@ -1,14 +1,15 @@
 #!/usr/bin/env python3
 """Do the tests notice a change in the library? Makes one small change after the other in a copy of
-the tree, builds and runs the tests that see the changed room, and names the changes that none
-notices. Changes whose object code is that of the original are no changes and are passed over, and
-so is what does not compile.
+the tree (mutations.py lists them), builds and runs the tests that see the changed module, and names
+the changes that none notices. Passed over are changes that do not compile, unless a static_assert
+notices them, and changes whose object code is that of the original.
 
-usage: tests/mutate.py [--sample N] [--seed N] [--jobs N] [--folder DIR] [FILE...]
+usage: tests/mutate.py [--cells] [--sample N] [--seed N] [--jobs N] [--folder DIR] [FILE...]
 
-Without files all sources of the library are changed. With a sample only so many changes are tried,
-drawn at random. Each job has a copy of its own. With a folder the copies are made there and kept,
-so that another run has less to build."""
+Sources, headers and lists (.inc) of the library can be changed; without files all of them are. With
+--cells only the cells of constant tables, constants and the rules of handlers are changed. With a
+sample only so many changes are tried, drawn at random. Each job has a copy of its own. With a folder
+the copies are made there and kept, so that another run has less to build."""
 
 import argparse
 import collections
@@ -17,12 +18,14 @@ import hashlib
 import os
 import queue
 import random
-import re
 import shutil
 import subprocess
 import sys
 import tempfile
 from pathlib import Path
+
+sys.dont_write_bytecode = True
+from mutations import changes_of_file
 
 ROOT = Path(__file__).resolve().parent.parent
 ROOMS = ("info_common", "queue", "bidi", "analyze", "calib")
@@ -35,7 +38,7 @@ TESTS = {
     "analyze": ("analyze", "info_common", "integration"),
     "calib": ("calib", "integration"),
 }
-# Programs of the integration tests that see nothing that others do not see, or take long.
+# Programs of the integration tests that notice nothing that the rest does not, or take long.
 PASSED_OVER = {"long_run_test", "parallel_users_test", "argument_matrix_test", "daemon_road_test"}
 # Tests by names as GoogleTest filters them: most changes are noticed by the quick ones. Those that
 # make a locale first are passed over, because no change here can matter to them.
@@ -45,60 +48,6 @@ QUICK_RUN = f"-*Turkish*:{SLOW_TESTS}"
 SLOW_RUN = f"{SLOW_TESTS}-*Turkish*"
 # glibc's own look at what was written behind blocks.
 CHECKED_HEAP = {"LD_PRELOAD": "libc_malloc_debug.so.0", "MALLOC_CHECK_": "3"}
-
-SWAPS = {
-    "==": ["!="], "!=": ["=="], "<": ["<="], "<=": ["<"], ">": [">="], ">=": [">"],
-    "&&": ["||"], "||": ["&&"], "+": ["-"], "-": ["+"], "*": ["+"], "+=": ["-="], "-=": ["+="],
-    "++": ["--"], "--": ["++"], "true": ["false"], "false": ["true"],
-    "break": ["continue"], "continue": ["break"],
-}
-TOKENS = re.compile(
-    r'"(?:[^"\\]|\\.)*"|\'(?:[^\'\\]|\\.)*\''  # texts and characters
-    r"|(?<= )(?:==|!=|<=|>=|&&|\|\||\+=|-=|<|>|\+|-|\*)(?= )"  # operators between blanks
-    r"|\+\+|--|\b(?:true|false|break|continue)\b"
-    r"|\b\d+\b")
-STATEMENT = re.compile(r"^(\s+)(?!return|using|const|auto|static|else|case|default|delete|if|for|while)"
-                       r"[A-Za-z_*+\-][^=;{}]*(?:\(.*\)|\+\+|--);$|^(\s+)[\w\->.*\[\]]+ [+\-]?= .*;$")
-CONDITION = re.compile(r"\b(if|while) \((.*)\)( \{| [^{].*;)$")
-SKIPPED = re.compile(r"^\s*(//|#|static_assert|template|namespace|using |\})")
-
-
-def changes_of_token(token):
-    if token.startswith('"'):
-        return [token[:-1] + '~"'] if "%" not in token else []
-    if token.startswith("'"):
-        return ["'~'"]
-    if token.isdigit():
-        return [str(int(token) + 1)] + ([str(int(token) - 1)] if int(token) > 0 else [])
-    return SWAPS[token]
-
-
-def changes_of_line(line):
-    """Yields the line with one change."""
-    if SKIPPED.match(line):
-        return
-    code = line.split("  // ")[0]
-    if "#include" in code or not code.strip():
-        return
-    for match in TOKENS.finditer(code):
-        for text in changes_of_token(match.group()):
-            yield code[:match.start()] + text + code[match.end():]
-    condition = CONDITION.search(code)
-    if condition:
-        word, test, rest = condition.groups()
-        yield f"{code[:condition.start()]}{word} (!({test})){rest}"
-    statement = STATEMENT.match(code)
-    if statement:
-        yield re.match(r"\s*", code).group() + ";"
-    returned = re.match(r"^(\s+)return ([^;{]+);$", code)
-    if returned:
-        yield f"{returned.group(1)}return {{}};"
-
-
-def changes_of_file(path):
-    for number, line in enumerate(path.read_text().split("\n")):
-        for changed in changes_of_line(line):
-            yield path.relative_to(ROOT), number, line, changed
 
 
 class Copy:
@@ -114,8 +63,9 @@ class Copy:
         self.run("cmake", "--preset", "dev", "-B", str(self.build),
                  "-DCMAKE_CXX_FLAGS_DEBUG=-O1 -g0", check=True)
         rooms = sorted({room for rooms in TESTS.values() for room in rooms})
-        self.ninja(*(f"tests/{room}/all" for room in rooms), "tests/analyze/model/all",
-                   "tests/analyze/query/all", check=True)
+        folders = [path.parent for room in rooms
+                   for path in (self.folder / "tests" / room).rglob("CMakeLists.txt")]
+        self.ninja(*(f"{path.relative_to(self.folder)}/all" for path in folders), check=True)
         self.programs = {room: [program for program in
                                 sorted((self.build / "tests" / room).rglob("*_test"))
                                 if program.is_file() and program.name not in PASSED_OVER]
@@ -134,18 +84,25 @@ class Copy:
     def ninja(self, *targets, check=False):
         return self.run("ninja", "-C", str(self.build), *targets, check=check)
 
+    def build_library(self):
+        """Whether the sources compile, and whether a static_assert says why they do not."""
+        done = subprocess.run(["ninja", "-C", str(self.build), "info_analyze_objects"],
+                              env=self.environment, stdout=subprocess.PIPE, text=True, check=False)
+        return done.returncode == 0, "static assertion failed" in done.stdout
+
     def object_code(self):
-        """The library's, hashed; nothing when a source does not compile."""
-        if self.ninja("info_analyze_objects") != 0:
-            return None
+        """The library's, hashed."""
         objects = sorted((self.build / "CMakeFiles/info_analyze_objects.dir").rglob("*.o"))
         return [hashlib.sha256(file.read_bytes()).digest() for file in objects]
 
     def is_noticed(self, source):
+        """Those of the source's own folder are asked first."""
+        own = self.build / "tests" / source.parent
+        programs = sorted((program for room in TESTS[source.parts[0]]
+                           for program in self.programs[room]),
+                          key=lambda program: program.parent != own)
         return any(self.ninja(str(program.relative_to(self.build))) != 0 or self.fails(program, tests)
-                   for tests in (QUICK_RUN, SLOW_RUN)
-                   for room in TESTS[source.parts[0]]
-                   for program in self.programs[room])
+                   for tests in (QUICK_RUN, SLOW_RUN) for program in programs)
 
     def fails(self, program, tests):
         try:
@@ -154,28 +111,31 @@ class Copy:
         except subprocess.TimeoutExpired:
             return True
 
-    def try_change(self, source, number, changed, original_code):
+    def try_change(self, source, change, original_code):
         """None: no change; else whether it was noticed."""
         path = self.folder / source
         lines = (ROOT / source).read_text().split("\n")
-        lines[number] = changed
+        lines[change.number] = change.changed
         path.write_text("\n".join(lines))
-        code = self.object_code()
-        return None if code in (None, original_code) else self.is_noticed(source)
+        compiles, is_asserted = self.build_library()
+        if not compiles:
+            return True if is_asserted else None
+        return None if self.object_code() == original_code else self.is_noticed(source)
 
     def try_changes(self, source, changes):
-        """Tells those that are not noticed. Returns how many were, and how many were tried."""
+        """Prints those that are not noticed. Returns how many were, and how many were tried."""
         tried = noticed = 0
+        self.build_library()
         original_code = self.object_code()
-        for number, line, changed in changes:
-            result = self.try_change(source, number, changed, original_code)
+        for change in changes:
+            result = self.try_change(source, change, original_code)
             if result is None:
                 continue
             tried += 1
             noticed += result
             if not result:
-                print(f"not noticed: {source}:{number + 1}: {line.strip()}  ->  {changed.strip()}",
-                      flush=True)
+                print(f"not noticed: {source}:{change.number + 1}: {change.line.strip()}"
+                      f"  ->  {change.changed.strip()}", flush=True)
         shutil.copyfile(ROOT / source, self.folder / source)
         print(f"{source}: noticed {noticed} of {tried}", flush=True)
         return noticed, tried
@@ -183,6 +143,7 @@ class Copy:
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__.split("\n")[0])
+    parser.add_argument("--cells", action="store_true")
     parser.add_argument("--sample", type=int)
     parser.add_argument("--seed", type=int, default=1)
     parser.add_argument("--jobs", type=int, default=os.cpu_count())
@@ -192,11 +153,12 @@ def main():
     files = [file.resolve() for file in arguments.files] or [
         file for room in ROOMS for file in sorted((ROOT / room).rglob("*.*"))
         if file.suffix in (".cc", ".h", ".inc") and "curves" not in file.parts]
-    changes = [change for file in files for change in changes_of_file(file)]
+    changes = [(file.relative_to(ROOT), change) for file in files for change in changes_of_file(file)
+               if change.is_cell or not arguments.cells]
     if arguments.sample is not None and arguments.sample < len(changes):
         changes = sorted(random.Random(arguments.seed).sample(changes, arguments.sample))
     changes_of_source = collections.defaultdict(list)
-    for source, *change in changes:
+    for source, change in changes:
         changes_of_source[source].append(change)
 
     folder = arguments.folder or Path(tempfile.mkdtemp())
@@ -217,8 +179,8 @@ def main():
     if arguments.folder is None:
         shutil.rmtree(folder)
     noticed, tried = (sum(counts) for counts in zip(*results))
-    print(f"noticed {noticed} of {tried} changes ({100 * noticed / tried:.1f} %)")
-    return 0 if noticed == tried else 1
+    print(f"noticed {noticed} of {tried} changes ({100 * noticed / max(tried, 1):.1f} %)")
+    return 0 if noticed == tried > 0 else 1
 
 
 if __name__ == "__main__":

@@ -1,5 +1,7 @@
-// What each verb says of each sample printer, compared byte for byte with what is kept under
-// golden/. With IA_RENEW_GOLDEN in the environment the kept files are written anew, to be read.
+// The output of each verb for each sample printer, compared byte for byte with the files under
+// golden/: the text of all printers, and of long JSON that of one or two printers. explain_check.py
+// and schema_check.py check the JSON of all printers. With IA_RENEW_GOLDEN in the environment this
+// test writes the files.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -7,6 +9,7 @@
 #include <filesystem>
 #include <fstream>
 #include <map>
+#include <set>
 #include <string>
 #include <tuple>
 #include <vector>
@@ -22,9 +25,10 @@ using ia_test::ReadFile;
 using Words = std::vector<std::string>;
 
 struct VerbCase {
-  std::string name;                                // of the kept file
+  std::string name;                                // of the golden file
   Words (*arguments)(const std::string& printer);  // in the folder of the test
-  std::map<std::string, int> statuses;             // of printers; others end with 0
+  std::map<std::string, int> statuses = {};        // of printers; the others exit with 0
+  Words json_printers = {};                        // with a golden file in JSON; empty: all
 };
 
 // These printers do not report every key.
@@ -52,34 +56,43 @@ std::string ModelCodeOf(const std::string& printer) {
 }
 
 const VerbCase kVerbs[] = {
-    {"query", [](const std::string& printer) { return OnPrinter("query", printer); }, {}},
-    {"explain", [](const std::string& printer) { return OnPrinter("explain", printer); }, {}},
-    {"doctor", [](const std::string& printer) { return OnPrinter("doctor", printer); }, kWarnings},
-    {"diff",
-     [](const std::string& printer) {
-       return Words{"diff", "first", "second/" + printer, "--driver-folder", "driver"};
-     },
-     {}},
-    {"models",
-     [](const std::string& printer) {
-       return Words{"models", ModelCodeOf(printer)};
-     },
-     {}},
-    {"function-version",
-     [](const std::string& printer) {
-       return OnQueue({"function-version", "0x310"}, printer);
-     },
-     {}},
-    {"calibration-settings",
-     [](const std::string& printer) {
-       return OnQueue({"calibration", "settings"}, printer);
-     },
-     {}},
-    {"calibration-defaults",
-     [](const std::string& printer) {
-       return OnQueue({"calibration", "defaults"}, printer);
-     },
-     {}},
+    {.name = "query",
+     .arguments = [](const std::string& printer) { return OnPrinter("query", printer); },
+     .json_printers = {"office-mfp"}},
+    {.name = "explain",
+     .arguments = [](const std::string& printer) { return OnPrinter("explain", printer); },
+     .json_printers = {"office-mfp"}},
+    {.name = "doctor",
+     .arguments = [](const std::string& printer) { return OnPrinter("doctor", printer); },
+     .statuses = kWarnings,
+     .json_printers = {"office-mfp", "fax-centre"}},  // without and with warnings
+    {.name = "diff",
+     .arguments =
+         [](const std::string& printer) {
+           return Words{"diff", "first", "second/" + printer, "--driver-folder", "driver"};
+         },
+     .json_printers = {"office-mfp", "colour-copier"}},  // the same printer and a different one
+    {.name = "models",
+     .arguments =
+         [](const std::string& printer) {
+           return Words{"models", ModelCodeOf(printer)};
+         },
+     .json_printers = {"office-mfp"}},
+    {.name = "function-version",
+     .arguments =
+         [](const std::string& printer) {
+           return OnQueue({"function-version", "0x310"}, printer);
+         }},
+    {.name = "calibration-settings",
+     .arguments =
+         [](const std::string& printer) {
+           return OnQueue({"calibration", "settings"}, printer);
+         }},
+    {.name = "calibration-defaults",
+     .arguments =
+         [](const std::string& printer) {
+           return OnQueue({"calibration", "defaults"}, printer);
+         }},
 };
 
 std::vector<std::string> Printers() {
@@ -93,13 +106,29 @@ std::vector<std::string> Printers() {
 
 using Parameters = std::tuple<VerbCase, std::string, std::string>;  // printer, format
 
+std::vector<Parameters> Outputs() {
+  std::vector<Parameters> outputs;
+  for (const VerbCase& verb : kVerbs) {
+    for (const std::string& printer : Printers()) outputs.emplace_back(verb, printer, "text");
+    const Words in_json = verb.json_printers.empty() ? Printers() : verb.json_printers;
+    for (const std::string& printer : in_json) outputs.emplace_back(verb, printer, "json");
+  }
+  return outputs;
+}
+
+std::string GoldenFile(const Parameters& output) {
+  const auto& [verb, printer, format] = output;
+  return IA_TEST_SOURCE "/tests/cli/golden/" + printer + "/" + verb.name +
+         (format == "json" ? ".json" : ".txt");
+}
+
 class Golden : public testing::TestWithParam<Parameters> {
  protected:
   Golden() {
     std::filesystem::create_directory_symlink(IA_TEST_DRIVER_FOLDER, root_ / "driver");
     std::filesystem::create_directory_symlink(IA_TEST_SOURCE "/examples", root_ / "printers");
   }
-  // With relative folders, so that none of this machine is told.
+  // With relative folders, so that the output names no folder of this machine.
   Finished RunTool(Words arguments) const {
     arguments.insert(arguments.begin(), IA_TEST_TOOL);
     return ia_test::RunProgram({.arguments = arguments,
@@ -124,27 +153,23 @@ class Golden : public testing::TestWithParam<Parameters> {
                   .status,
               0);
   }
-  static std::string KeptFile() {
-    const auto& [verb, printer, format] = GetParam();
-    return IA_TEST_SOURCE "/tests/cli/golden/" + printer + "/" + verb.name +
-           (format == "json" ? ".json" : ".txt");
-  }
   static void Renew(const std::string& text) {
-    std::filesystem::create_directories(std::filesystem::path(KeptFile()).parent_path());
-    std::ofstream(KeptFile(), std::ios::binary) << text;
+    const std::filesystem::path file = GoldenFile(GetParam());
+    std::filesystem::create_directories(file.parent_path());
+    std::ofstream(file, std::ios::binary) << text;
   }
 
   const ia_test::TempFolder root_;
 };
 
-TEST_P(Golden, IsWhatTheToolSays) {
+TEST_P(Golden, IsWhatTheToolPrints) {
   const Finished run = Run();
   if (std::getenv("IA_RENEW_GOLDEN") != nullptr) Renew(run.out);
   const auto& [verb, printer, format] = GetParam();
   const auto status = verb.statuses.find(printer);
   EXPECT_EQ(run.status, status != verb.statuses.end() ? status->second : 0);
   EXPECT_EQ(run.err, "");
-  EXPECT_EQ(run.out, ReadFile(KeptFile()));
+  EXPECT_EQ(run.out, ReadFile(GoldenFile(GetParam())));
 }
 
 std::string NameOf(const testing::TestParamInfo<Parameters>& info) {
@@ -154,9 +179,18 @@ std::string NameOf(const testing::TestParamInfo<Parameters>& info) {
   return name;
 }
 
-INSTANTIATE_TEST_SUITE_P(Samples, Golden,
-                         testing::Combine(testing::ValuesIn(kVerbs), testing::ValuesIn(Printers()),
-                                          testing::Values("text", "json")),
-                         NameOf);
+INSTANTIATE_TEST_SUITE_P(Samples, Golden, testing::ValuesIn(Outputs()), NameOf);
+
+// A file that no test compares would say what was once so.
+TEST(GoldenFiles, AreAllCompared) {
+  std::set<std::string> compared;
+  for (const Parameters& output : Outputs()) compared.insert(GoldenFile(output));
+  std::set<std::string> present;
+  for (const auto& entry :
+       std::filesystem::recursive_directory_iterator(IA_TEST_SOURCE "/tests/cli/golden")) {
+    if (entry.is_regular_file()) present.insert(entry.path());
+  }
+  EXPECT_EQ(present, compared);
+}
 
 }  // namespace

@@ -1,10 +1,12 @@
 #!/usr/bin/env python3
-"""What each verb writes in JSON, checked against the published schema.
+"""Checks what each verb writes in JSON, for all sample printers: against the published schema, and
+where LINES has the verb against what it writes as text.
 
 usage: schema_check.py TOOL DRIVER_FOLDER SOURCE_FOLDER     exit status 77: no jsonschema
 """
 import json
 import pathlib
+import re
 import subprocess
 import sys
 import tempfile
@@ -27,6 +29,47 @@ def closed(schema):
     return schema
 
 
+def lines_of_query(answer):
+    return [f"{option['keyword']}={option['value']}" for option in answer["options"]]
+
+
+def lines_of_doctor(answer):
+    return [f"{finding['level']:<9}{finding['check']:<11}{finding['sentence']}"
+            for finding in answer["findings"]]
+
+
+def lines_of_diff(answer):
+    """The changed values."""
+    values = [tuple(side and side["value"] or "-" for side in (change["before"], change["after"]))
+              for change in answer["changes"]]
+    return [f"{change['keyword']}: {before} -> {after}  ({change['kind']}"
+            for change, (before, after) in zip(answer["changes"], values)]
+
+
+def lines_of_models(answer):
+    codes = {"prefix": "{}*", "whole": "{}", "other models": "(other models)"}
+    return ["\t".join((family["option"], codes[row["match"]].format(row["code"]),
+                       row["handler"] or "-", ", ".join(map(input_name, row["looks_at"])) or "-"))
+            for family in answer["families"] for row in family["rows"]]
+
+
+def input_name(input_):
+    if input_["document"] is None:
+        return f"PPD {input_['key']}"
+    if input_["key"] == "list":
+        return f"{input_['document']} number of items"
+    return f"{input_['document']} {'list[] ' if input_['in_list'] else ''}{input_['key']}"
+
+
+# The lines that the text of a verb must have, made of its JSON, and no others of their pattern.
+LINES = {
+    "query": (lines_of_query, r"(.*)"),
+    "doctor": (lines_of_doctor, r"((?:ok|note|warning|failure) .*)"),
+    "diff": (lines_of_diff, r"(\w+: .* -> .*  \([^:)]*).*"),
+    "models": (lines_of_models, r"(.*)"),
+}
+
+
 class Checker:
     def __init__(self, schema):
         jsonschema.Draft202012Validator.check_schema(schema)
@@ -42,6 +85,19 @@ class Checker:
         self.wrong += [f"{what}: {error.json_path}: {error.message[:200]}" for error in errors]
         self.count += 1
 
+    def compare(self, what, name, text, plain):
+        make_lines, pattern = LINES[name]
+        expected = make_lines(json.loads(text))
+        matches = (re.fullmatch(pattern, line) for line in plain.splitlines())
+        lines = [match[1] for match in matches if match]
+        if lines != expected:
+            self.wrong.append(f"{what}: text {lines}, JSON {expected}")
+
+
+def model_code(printer):
+    ppd = (printer / "ppd" / f"{printer.name}.ppd").read_text(encoding="utf-8")
+    return re.search(r'^\*QVAnlz_DriverName: "(.*)"', ppd, re.M)[1]
+
 
 def main():
     tool, driver, source = sys.argv[1], sys.argv[2], pathlib.Path(sys.argv[3])
@@ -55,7 +111,11 @@ def main():
             checker.wrong.append(f"{arguments}: status {run.returncode}: {run.stderr.decode()}")
             return
         asked.add(name)
-        checker.check(" ".join(map(str, arguments)), name, run.stdout.decode())
+        what = " ".join(map(str, arguments))
+        checker.check(what, name, run.stdout.decode())
+        if name in LINES:
+            plain = subprocess.run([tool, *arguments], capture_output=True)
+            checker.compare(what, name, run.stdout.decode(), plain.stdout.decode())
 
     with tempfile.TemporaryDirectory() as folder:
         snapshots = []
@@ -71,6 +131,7 @@ def main():
             ask("doctor", "doctor", *on_printer, statuses=(0, 7))
             ask("calibration_settings", "calibration", "settings", *on_printer)
             ask("calibration_defaults", "calibration", "defaults", *on_printer)
+            ask("models", "models", model_code(printer))
             ask("diff", "diff", snapshots[0], snapshots[-1], "--driver-folder", driver)
         ask("doctor", "doctor", "--queue", "none", "--cups-root", folder, "--driver-folder", folder,
             "--device-info", folder, statuses=(8,))
