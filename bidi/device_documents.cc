@@ -12,6 +12,7 @@
 
 #include "info_analyze/analyzer.h"
 #include "info_analyze/bidi.h"
+#include "info_analyze/provenance.h"
 #include "info_common/owned.h"
 #include "info_common/paths.h"
 
@@ -19,30 +20,23 @@ namespace ia {
 namespace {
 
 struct Document {
-  const char* file_name;  // appended to the folder as it stands
+  const char* file_name;
   const char* cache_key;
   const char* list_key;  // of the repeated dictionary whose items are counted, or null
 };
 
 constexpr auto kDocuments = std::to_array<Document>({
-    {"/Accessories.xml", "INFO_Acce", nullptr},
-    {"/Functions.xml", "INFO_Func", nullptr},
-    {"/Specid.xml", "INFO_SpID", nullptr},
-    {"/Finisher_list.xml", "INFO_FiLi", "list"},
-    {"/Bin_list.xml", "INFO_BiLi", "list"},
-    {"/Tray_list.xml", "INFO_TrLi", "list"},
-    {"/Resolutions.xml", "INFO_Reso", nullptr},
-    {"/Fax_line_list.xml", "INFO_FaLL", "list"},
-    {"/Devicename.xml", "INFO_DeNa", nullptr},
+    {"Accessories.xml", "INFO_Acce", nullptr},
+    {"Functions.xml", "INFO_Func", nullptr},
+    {"Specid.xml", "INFO_SpID", nullptr},
+    {"Finisher_list.xml", "INFO_FiLi", "list"},
+    {"Bin_list.xml", "INFO_BiLi", "list"},
+    {"Tray_list.xml", "INFO_TrLi", "list"},
+    {"Resolutions.xml", "INFO_Reso", nullptr},
+    {"Fax_line_list.xml", "INFO_FaLL", "list"},
+    {"Devicename.xml", "INFO_DeNa", nullptr},
 });
 static_assert(kDocuments.size() == IA_DOCUMENT_COUNT);
-
-constexpr std::size_t kDocumentPathSize = 1024;
-constexpr off_t kLargestDocument = off_t{16} << 20;
-
-// More than a document of that size can hold. A communication library that claims more would keep
-// the update handlers busy for hours.
-constexpr std::int32_t kMostListItems = 1 << 20;
 
 struct Bytes {
   CString data;
@@ -72,7 +66,7 @@ off_t DocumentLength(int descriptor) noexcept {
   struct stat status;
   if (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode)) return -1;
   const off_t length = lseek(descriptor, 0, SEEK_END);
-  if (length < 0 || length > kLargestDocument || lseek(descriptor, 0, SEEK_SET) != 0) return -1;
+  if (length < 0 || length > IA_DOCUMENT_MAX_SIZE || lseek(descriptor, 0, SEEK_SET) != 0) return -1;
   return length;
 }
 
@@ -101,7 +95,7 @@ std::int32_t ReadDocumentFile(const char* path, Bytes& bytes) noexcept {
 
 std::int32_t ReadDocument(const char* folder, const Document& document, Bytes& bytes) noexcept {
   if (folder == nullptr) return -1;
-  const CString path = MakePath({folder, document.file_name}, kDocumentPathSize);
+  const CString path = MakePath({folder, "/", document.file_name}, IA_DOCUMENT_MAX_PATH_LENGTH + 1);
   return path ? ReadDocumentFile(path.get(), bytes) : -1;
 }
 
@@ -116,6 +110,11 @@ std::int32_t ReadCachedDocument(const char* queue_name, const Document& document
 
 }  // namespace
 }  // namespace ia
+
+const char* Analyze_Provenance_GetDocumentName(int32_t document) noexcept {
+  if (!ia::IsDocumentIndex(document)) return nullptr;
+  return ia::kDocuments[static_cast<std::size_t>(document)].file_name;
+}
 
 int32_t analyze_common_create_xmldata(AnalyzeContext* context, int32_t index) noexcept {
   if (context == nullptr || !ia::IsDocumentIndex(index)) return -1;
@@ -149,7 +148,9 @@ int32_t analyze_common_initialize_xmldata(AnalyzeContext* context, int32_t index
   if (list_key != nullptr) {
     Bidi_qvxmlwrapGet_DictCount(context->bidi, reader, list_key, &count);
   }
-  context->documents[index] = {reader, std::clamp(count, 0, ia::kMostListItems)};
+  // No document of the largest size has more items. A communication library that claims more would
+  // keep the update handlers busy for hours.
+  context->documents[index] = {reader, std::clamp(count, 0, int32_t{IA_DOCUMENT_MAX_ITEMS})};
   return 0;
 }
 

@@ -13,18 +13,18 @@
 namespace ia::cli {
 namespace {
 
-// A place on the command line: the words behind the program's name that are verbs.
+// A place on the command line: the words after the program's name that are verbs.
 struct Place {
   std::string path;  // "/calibration/settings"
   std::vector<std::string> words;
 };
 
-enum class ValueKind { kFolder, kFile, kWords, kOther };
+enum class ValueType { kFolder, kFile, kWords, kOther };
 
 struct OptionValue {
   std::string path;    // of the verb
   std::string option;  // "--format"
-  ValueKind kind;
+  ValueType type;
   std::vector<std::string> words;
 };
 
@@ -33,7 +33,7 @@ struct Tree {
   std::vector<OptionValue> values;
 };
 
-// CLI11 names the values that are checked for behind the type: "FORMAT:{text,json}".
+// CLI11 names the accepted values after the type: "FORMAT:{text,json}".
 [[nodiscard]] std::vector<std::string> CheckedWords(const std::string& type_name) {
   const std::size_t open = type_name.find('{');
   const std::size_t close = type_name.find('}');
@@ -41,10 +41,10 @@ struct Tree {
   return CLI::detail::split(type_name.substr(open + 1, close - open - 1), ',');
 }
 
-[[nodiscard]] ValueKind KindOf(const std::string& type) {
-  if (!CheckedWords(type).empty()) return ValueKind::kWords;
-  if (type.starts_with("DIR")) return ValueKind::kFolder;
-  return type.starts_with("FILE") ? ValueKind::kFile : ValueKind::kOther;
+[[nodiscard]] ValueType TypeOf(const std::string& type) {
+  if (!CheckedWords(type).empty()) return ValueType::kWords;
+  if (type.starts_with("DIR")) return ValueType::kFolder;
+  return type.starts_with("FILE") ? ValueType::kFile : ValueType::kOther;
 }
 
 void AddOptions(const CLI::App& verb, Place& place, Tree& tree) {
@@ -58,7 +58,10 @@ void AddOptions(const CLI::App& verb, Place& place, Tree& tree) {
       place.words.push_back("--" + name);
       if (option->get_items_expected_max() < 1) continue;
       const std::string type = option->get_type_name();
-      tree.values.push_back({place.path, "--" + name, KindOf(type), CheckedWords(type)});
+      tree.values.push_back({.path = place.path,
+                             .option = "--" + name,
+                             .type = TypeOf(type),
+                             .words = CheckedWords(type)});
     }
   }
 }
@@ -80,64 +83,66 @@ void AddPlaces(const CLI::App& verb, const std::string& path, Tree& tree) {
   return text;
 }
 
-// What a shell does for each kind of word.
+// What a shell does for each type of word.
 struct Shell {
   const char* name;
-  const char* head;        // up to the walk along the verbs
-  const char* first_word;  // index of the first word behind the program's name
+  const char* head;  // up to the walk along the verbs
   const char* word_array;
   const char* folders;
   const char* files;
   const char* words_before;
-  const char* words_behind;
+  const char* words_after;
   const char* tail;
 };
 
 constexpr Shell kBash = {
-    "bash",
-    "# Completion of info-analyze for bash; made by info-analyze completion bash.\n"
-    "_info_analyze() {\n"
-    "  local cur=${COMP_WORDS[COMP_CWORD]} prev=${COMP_WORDS[COMP_CWORD-1]} place= i\n"
-    "  for ((i = 1; i < COMP_CWORD; i++)); do\n",
-    "1",
-    "COMP_WORDS",
-    "mapfile -t COMPREPLY < <(compgen -d -- \"$cur\")",
-    "mapfile -t COMPREPLY < <(compgen -f -- \"$cur\")",
-    "mapfile -t COMPREPLY < <(compgen -W '",
-    "' -- \"$cur\")",
-    "}\ncomplete -o filenames -o default -F _info_analyze info-analyze\n"};
+    .name = "bash",
+    .head =
+        "# Completion of info-analyze for bash; made by info-analyze completion bash.\n"
+        "_info_analyze() {\n"
+        "  local cur=${COMP_WORDS[COMP_CWORD]} prev=${COMP_WORDS[COMP_CWORD-1]} place= i\n"
+        "  for ((i = 1; i < COMP_CWORD; i++)); do\n",
+    .word_array = "COMP_WORDS",
+    .folders = "mapfile -t COMPREPLY < <(compgen -d -- \"$cur\")",
+    .files = "mapfile -t COMPREPLY < <(compgen -f -- \"$cur\")",
+    .words_before = "mapfile -t COMPREPLY < <(compgen -W '",
+    .words_after = "' -- \"$cur\")",
+    .tail = "}\ncomplete -o filenames -o default -F _info_analyze info-analyze\n",
+};
 
 constexpr Shell kZsh = {
-    "zsh",
-    "#compdef info-analyze\n"
-    "# Completion of info-analyze for zsh; made by info-analyze completion zsh.\n"
-    "_info-analyze() {\n"
-    "  local prev=${words[CURRENT-1]} place= i\n"
-    "  for ((i = 2; i < CURRENT; i++)); do\n",
-    "2",
-    "words",
-    "_files -/",
-    "_files",
-    "compadd -- ",
-    " || _files",
-    "}\n"
-    "if [[ ${funcstack[1]} == _info-analyze ]]; then\n"
-    "  _info-analyze \"$@\"\n"
-    "else\n"
-    "  compdef _info-analyze info-analyze\n"
-    "fi\n"};
+    .name = "zsh",
+    .head =
+        "#compdef info-analyze\n"
+        "# Completion of info-analyze for zsh; made by info-analyze completion zsh.\n"
+        "_info-analyze() {\n"
+        "  local prev=${words[CURRENT-1]} place= i\n"
+        "  for ((i = 2; i < CURRENT; i++)); do\n",
+    .word_array = "words",
+    .folders = "_files -/",
+    .files = "_files",
+    .words_before = "compadd -- ",
+    .words_after = " || _files",
+    .tail =
+        "}\n"
+        "if [[ ${funcstack[1]} == _info-analyze ]]; then\n"
+        "  _info-analyze \"$@\"\n"
+        "else\n"
+        "  compdef _info-analyze info-analyze\n"
+        "fi\n",
+};
 
 [[nodiscard]] std::string CompleteWords(const Shell& shell, const std::vector<std::string>& words) {
-  return shell.words_before + Join(words) + shell.words_behind;
+  return shell.words_before + Join(words) + shell.words_after;
 }
 
 [[nodiscard]] std::string CompleteValue(const Shell& shell, const OptionValue& value) {
-  switch (value.kind) {
-    case ValueKind::kFolder:
+  switch (value.type) {
+    case ValueType::kFolder:
       return shell.folders;
-    case ValueKind::kFile:
+    case ValueType::kFile:
       return shell.files;
-    case ValueKind::kWords:
+    case ValueType::kWords:
       return CompleteWords(shell, value.words);
     default:
       return ":";

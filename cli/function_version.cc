@@ -20,7 +20,7 @@ struct FunctionVersionOptions {
   std::string version;
 };
 
-// Hexadecimal behind "0x", else decimal.
+// Hexadecimal after "0x", else decimal.
 [[nodiscard]] std::uint32_t ParseVersion(const std::string& text) {
   std::string_view digits = text;
   const bool is_hexadecimal = digits.starts_with("0x") || digits.starts_with("0X");
@@ -32,9 +32,9 @@ struct FunctionVersionOptions {
   throw Failure(ExitStatus::kUsage, "not a function version of 32 bits: \"" + text + "\"");
 }
 
-void TellFlags(const FunctionVersionOptions& asked) {
-  const std::uint32_t version = ParseVersion(asked.version);
-  const PrinterLocation location = Locate(asked.location);
+void ShowFlags(const FunctionVersionOptions& options) {
+  const std::uint32_t version = ParseVersion(options.version);
+  const PrinterLocation location = Locate(options.location);
   const Session session = OpenSession(location);
   const OptionListPtr flags = StartOptionList();
   const int32_t result =
@@ -44,23 +44,23 @@ void TellFlags(const FunctionVersionOptions& asked) {
                                           std::to_string(result));
   }
   const Answer answer = {session.analyzer->driver_name, flags->next};
-  WriteAnswer(FindFormatter(asked.format)(answer));
+  WriteAnswer(FindFormatter(options.format)(answer));
 }
 
 }  // namespace
 
 void DefineFunctionVersion(CLI::App& verb) {
-  const auto asked = std::make_shared<FunctionVersionOptions>();
-  AddQueueOptions(verb, asked->location);
-  AddFormatOption(verb, asked->format);
-  verb.add_option("version", asked->version,
+  const auto options = std::make_shared<FunctionVersionOptions>();
+  AddQueueOptions(verb, options->location);
+  AddFormatOption(verb, options->format);
+  verb.add_option("version", options->version,
                   "Function version, hexadecimal (0x310) or decimal (784)")
       ->type_name("VERSION")
       ->required();
   verb.footer(
       "Examples:\n"
       "  info-analyze function-version 0x310 --queue office --driver-folder /usr/lib/driver");
-  verb.callback([asked] { TellFlags(*asked); });
+  verb.callback([options] { ShowFlags(*options); });
 }
 
 }  // namespace ia::cli

@@ -43,7 +43,7 @@ constexpr auto kVerbs = std::to_array<Verb>({
     {"uri", "Tell what follows from a device URI", DefineUri},
 });
 
-// Verbs that ask, and those of their kind, each take the options that all have.
+// The common options of every verb without verbs of its own.
 void AddCommonOptions(CLI::App& verb) {
   const auto subverbs = verb.get_subcommands([](const CLI::App*) { return true; });
   for (CLI::App* const subverb : subverbs) AddCommonOptions(*subverb);
@@ -87,9 +87,9 @@ void RequireVerb(const CLI::App& app) {
   return Fail(ExitStatus::kUsage, error.what() + HelpHint(app));
 }
 
-// A file that is opened in the place of a closed standard stream would be taken for it, and the
-// library takes no document from the place of standard input. What is written to the output's
-// stand-in fails, as it would without.
+// A file that gets the descriptor of a closed standard stream would be taken for that stream, and
+// the library reads no document from descriptor 0. Writing to the replacement of standard output
+// fails, as it would without it.
 void OpenStandardStreams() {
   int descriptor = open("/dev/null", O_RDONLY);
   while (descriptor >= 0 && descriptor <= STDERR_FILENO) descriptor = open("/dev/null", O_RDONLY);
@@ -117,7 +117,7 @@ void OpenStandardStreams() {
 }  // namespace
 }  // namespace ia::cli
 
-// An error that cannot even be told, for want of memory, may end the tool.
+// An error that cannot be reported because the tool is out of memory may end it.
 int main(int argc, char** argv) {  // NOLINT(bugprone-exception-escape)
   ia::cli::OpenStandardStreams();
   return static_cast<int>(ia::cli::Run(argc, argv));

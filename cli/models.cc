@@ -59,7 +59,7 @@ using Matrix = std::vector<Family>;
   return text.empty() ? "-" : text;
 }
 
-// Option, model, handler and what it looks at, with tabs between them.
+// Option, model, handler and what it reads, with tabs between them.
 [[nodiscard]] std::string MatrixText(const Matrix& matrix) {
   std::string text;
   for (const Family& family : matrix) {
@@ -109,10 +109,10 @@ using Cells = std::vector<std::string>;
   return text == "-" ? text : "`" + text + "`";
 }
 
-// What all handlers' names begin with says nothing in a table of them.
+// The common prefix of all handlers' names is left out of a table of them.
 [[nodiscard]] std::string ShortName(const std::string& handler) {
-  constexpr std::string_view kBeginning = "analyze_Get";
-  return handler.starts_with(kBeginning) ? handler.substr(kBeginning.size()) : handler;
+  constexpr std::string_view kPrefix = "analyze_Get";
+  return handler.starts_with(kPrefix) ? handler.substr(kPrefix.size()) : handler;
 }
 
 [[nodiscard]] std::set<std::string> CodesOf(const Matrix& matrix) {

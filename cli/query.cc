@@ -18,7 +18,7 @@ struct QueryOptions {
 void Query(const QueryOptions& query) {
   const PrinterLocation location = Locate(query.location);
   const Session session = OpenSession(location);
-  const OptionListPtr options = AskPrinter(*session.analyzer, location.queue);
+  const OptionListPtr options = QueryPrinter(*session.analyzer, location.queue);
   const Answer answer = {session.analyzer->driver_name, options->next};
   WriteAnswer(FindFormatter(query.format)(answer));
 }

@@ -22,22 +22,6 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-// Every folder whose driver family keeps a configuration.
-constexpr auto kDriverFolders = std::to_array<const char*>({
-    "/Library/Printers/Vorel/CUPSZETA6",
-    "/Library/Printers/Vorel/CUPSTAU2",
-    "/Library/Printers/Vorel/CUPSKAPPA2",
-    "/Library/Printers/Vorel/CUPSPS",
-    "/Library/Printers/Vorel/CUPSPS2",
-    "/Library/Printers/Vorel/CUPSPSMF",
-    "/Library/Printers/Vorel/CUPSFAX",
-    "/Library/Printers/Vorel/CUPSDELTA",
-    "/Library/Printers/Vorel/CUPSSIGMA",
-    "/Library/Printers/Vorel/CUPSOMEGA",
-    "/Library/Printers/Vorel/CUPS_MF_Printer",
-    "/Library/Printers/Vorel/CUPS_Printer",
-});
-
 struct QueuesOptions {
   std::string driver_folder;  // empty: all of them
   std::string uri;
@@ -99,7 +83,7 @@ bool AddQueuesOf(const std::string& driver_folder, Listing& listing) {
   return true;
 }
 
-// The library tells only that there is no answer, so its file is looked at once more.
+// The library reports only that it has no answer, so its file is checked again.
 [[nodiscard]] std::string ExplainConf(char* cache_folder, const std::string& otherwise) {
   const std::string path = std::string(TextPtr(cache_folder).get()) + "/MQPD/mqpd.conf";
   return path + ": " + (access(path.c_str(), R_OK) != 0 ? std::strerror(errno) : otherwise);
@@ -117,7 +101,9 @@ bool AddQueuesOf(const std::string& driver_folder, Listing& listing) {
 void ListDaemon(const QueuesOptions& options) {
   Listing listing;
   if (options.driver_folder.empty()) {
-    for (const char* folder : kDriverFolders) AddQueuesOf(folder, listing);
+    for (std::int32_t i = 0; const char* const folder = DriverFamily_GetFolderPath(i); ++i) {
+      AddQueuesOf(folder, listing);
+    }
   } else if (!AddQueuesOf(options.driver_folder, listing)) {
     FailForFolder(options.driver_folder);
   }

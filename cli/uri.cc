@@ -21,14 +21,14 @@ struct UriOptions {
   std::string format = "text";
 };
 
-// Each answers null when the URI does not tell.
+// Each returns null for what cannot be derived from the URI.
 using Part = Json (*)(const std::string& uri);
 
 template <auto kDerive>
 Json Derived(const std::string& source) {
   char* text = nullptr;
   const int32_t status = kDerive(source.c_str(), &text);
-  const TextPtr owned(text);  // there may be one after a failure, too
+  const TextPtr owned(text);  // a failed call may return one too
   return status == 0 ? Json(text) : Json(nullptr);
 }
 
@@ -87,7 +87,7 @@ constexpr auto kRows = std::to_array<Row>({
   return text;
 }
 
-void Tell(const UriOptions& options) {
+void ShowParts(const UriOptions& options) {
   const Json parts = PartsOf(options.uri);
   if (std::ranges::all_of(parts, [](const Json& part) { return part.is_null(); })) {
     throw Failure(ExitStatus::kNotFound,
@@ -103,7 +103,7 @@ void DefineUri(CLI::App& verb) {
   verb.add_option("URI", options->uri, "Device URI")->required();
   AddFormatOption(verb, options->format);
   verb.footer("Examples:\n  info-analyze uri net:192.0.2.10/PDLType=kappa2");
-  verb.callback([options] { Tell(*options); });
+  verb.callback([options] { ShowParts(*options); });
 }
 
 }  // namespace ia::cli

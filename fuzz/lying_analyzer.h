@@ -11,8 +11,6 @@
 
 namespace ia_fuzz {
 
-inline constexpr std::int32_t kMostListItems = 1 << 20;
-
 inline ia_test::AnalyzerPtr NewAnalyzer() {
   ia_test::AnalyzerPtr context(
       static_cast<AnalyzeContext*>(std::calloc(1, sizeof(AnalyzeContext))));
@@ -28,7 +26,7 @@ inline void LoadDocuments(AnalyzeContext* context) {
     Require(analyze_common_initialize_xmldata(context, index, "", 0, has_list ? "list" : nullptr) ==
             0);
     const std::int32_t count = context->documents[index].count;
-    Require(count >= 0 && count <= (has_list ? kMostListItems : 0));
+    Require(count >= 0 && count <= (has_list ? std::int32_t{IA_DOCUMENT_MAX_ITEMS} : 0));
   }
 }
 

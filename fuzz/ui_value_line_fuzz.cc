@@ -1,7 +1,6 @@
 // Any bytes as what follows "*%QVUIValue:" in a PPD.
 #include "fuzz/input.h"
 #include "info_analyze/option_table.h"
-#include "info_common/ppd_lines.h"
 #include "tests/info_common/guarded_buffer.h"
 #include "tests/info_common/ppd_model.h"
 
@@ -10,8 +9,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const std::string_view text = bytes.substr(0, bytes.find('\0'));
 
   const auto source = ia_test::ExactText(text);
-  const auto key = ia_test::ExactBytes(std::string(ia::kPpdTextSize, 'k'));
-  const auto value = ia_test::ExactBytes(std::string(ia::kPpdTextSize, 'v'));
+  const auto key = ia_test::ExactBytes(std::string(IA_PPD_TEXT_SIZE, 'k'));
+  const auto value = ia_test::ExactBytes(std::string(IA_PPD_TEXT_SIZE, 'v'));
   const std::int32_t result =
       info_common_optlist_qvuivalue_getoptkeyandvalue(source.get(), key.get(), value.get());
 

@@ -53,7 +53,7 @@ int32_t info_common_optlist_getoptkeyandvalue(const char* source, char* key, cha
 int32_t info_common_optlist_qvuivalue_getoptkeyandvalue(const char* source, char* key,
                                                         char* value) noexcept {
   if (source == nullptr || key == nullptr || value == nullptr) return -1;
-  constexpr std::size_t kLongest = ia::kPpdTextSize - 2;
+  constexpr std::size_t kLongest = IA_PPD_TEXT_SIZE - 2;
   const std::string_view raw_key = ia::TextUpTo(source, "\r\n(");
   const auto dropped = [](char byte) { return byte == ' ' || byte == '\t' || byte == '*'; };
   const auto key_length =

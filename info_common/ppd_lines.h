@@ -2,13 +2,9 @@
 #ifndef INFO_COMMON_PPD_LINES_H_
 #define INFO_COMMON_PPD_LINES_H_
 
-#include <cstddef>
 #include <string_view>
 
 namespace ia {
-
-// Room for a key or a value of a PPD line, its NUL and one byte that stays free.
-inline constexpr std::size_t kPpdTextSize = 256;
 
 // Parts of the line that was split.
 struct KeyAndValue {

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstring>
 
+#include "info_analyze/option_table.h"
 #include "info_common/ascii.h"
 #include "info_common/ppd_lines.h"
 
@@ -61,12 +62,12 @@ void PpdReader::Put(std::string_view key, std::string_view value) noexcept {
 
 void PpdReader::TakeOption(const char* text) noexcept {
   const auto [key, value] = SplitOptionLine(text);
-  if (key.size() < kPpdTextSize - 1 && value.size() < kPpdTextSize - 1) Put(key, value);
+  if (key.size() < IA_PPD_TEXT_SIZE - 1 && value.size() < IA_PPD_TEXT_SIZE - 1) Put(key, value);
 }
 
 void PpdReader::TakeUiValue(const char* text) noexcept {
-  char key[kPpdTextSize];
-  char value[kPpdTextSize];
+  char key[IA_PPD_TEXT_SIZE];
+  char value[IA_PPD_TEXT_SIZE];
   if (info_common_optlist_qvuivalue_getoptkeyandvalue(text, key, value) > 0) Put(key, value);
 }
 

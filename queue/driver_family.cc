@@ -4,6 +4,8 @@
 #include <array>
 #include <span>
 
+#include "info_analyze/device_uri.h"
+
 namespace ia {
 namespace {
 
@@ -70,3 +72,8 @@ const DriverFamily* FindFamilyByFolder(std::string_view folder) noexcept {
 }
 
 }  // namespace ia
+
+const char* DriverFamily_GetFolderPath(int32_t family) noexcept {
+  if (family < 0 || family >= std::ssize(ia::kFamilies)) return nullptr;
+  return ia::kFamilies[static_cast<std::size_t>(family)].folder.data();
+}

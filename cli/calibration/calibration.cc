@@ -23,16 +23,16 @@ struct JobQuestion {
   std::string format = "text";
 };
 
-template <auto kAsk>
+template <auto kGet>
 void Answer(const JobQuestion& question) {
   const PrinterLocation location = Locate(question.location);
   const Session session = OpenSession(location);
   const JobOptions job(question.options, session.analyzer->ppd_options);
-  const auto answer = kAsk(*session.analyzer, job.table());
+  const auto answer = kGet(*session.analyzer, job.table());
   WriteAnswer(question.format == "json" ? FormatJson(answer) : FormatText(answer));
 }
 
-template <auto kAsk>
+template <auto kGet>
 void DefineJobQuestion(CLI::App& verb) {
   const auto question = std::make_shared<JobQuestion>();
   AddQueueOptions(verb, question->location);
@@ -41,7 +41,7 @@ void DefineJobQuestion(CLI::App& verb) {
   verb.footer("Examples:\n  info-analyze calibration " + verb.get_name() +
               " --queue office \\\n"
               "      --driver-folder /usr/lib/driver --option QVGradation=High2");
-  verb.callback([question] { Answer<kAsk>(*question); });
+  verb.callback([question] { Answer<kGet>(*question); });
 }
 
 struct CurvesQuestion {
@@ -96,9 +96,9 @@ void DefineCurves(CLI::App& verb) {
 void DefineCalibration(CLI::App& verb) {
   verb.require_subcommand(1);
   verb.footer("Examples:\n  info-analyze calibration curves --svg curves.svg");
-  DefineJobQuestion<AskForSettings>(
+  DefineJobQuestion<GetSettings>(
       *verb.add_subcommand("settings", "Tell which calibration settings a job needs"));
-  DefineJobQuestion<AskForDefaults>(
+  DefineJobQuestion<GetDefaults>(
       *verb.add_subcommand("defaults", "Tell what calibration starts from"));
   DefineCurves(*verb.add_subcommand("curves", "Show the default curves"));
 }

@@ -33,7 +33,7 @@ constexpr std::uint32_t kUnwritten = 0xFFFFFFFF;
   return nullptr;
 }
 
-[[nodiscard]] const char* AskForCurves(const AnalyzeContext& analyzer, const OptTable* options) {
+[[nodiscard]] const char* GetCurves(const AnalyzeContext& analyzer, const OptTable* options) {
   Calib3Info info = {};
   const int32_t status = Analyze_Info_CreateDefault_Calib3Info(&analyzer, options, &info);
   const CurveSetPtr first(info.first_set);
@@ -93,7 +93,7 @@ constexpr std::uint32_t kUnwritten = 0xFFFFFFFF;
 
 }  // namespace
 
-CalibrationSettings AskForSettings(const AnalyzeContext& analyzer, const OptTable* options) {
+CalibrationSettings GetSettings(const AnalyzeContext& analyzer, const OptTable* options) {
   HalftoneCodes codes = {kUnwritten, kUnwritten, kUnwritten};
   Analyze_Info_GetCalib3Settings(&analyzer, options, &codes[0], &codes[1], &codes[2]);
   Calib4Settings calib4 = {};
@@ -105,14 +105,15 @@ CalibrationSettings AskForSettings(const AnalyzeContext& analyzer, const OptTabl
   return settings;
 }
 
-CalibrationDefaults AskForDefaults(const AnalyzeContext& analyzer, const OptTable* options) {
+CalibrationDefaults GetDefaults(const AnalyzeContext& analyzer, const OptTable* options) {
   std::array<Calib4Entry, IA_CALIB_ENTRY_COUNT> entries = {};
-  Calib4Header header = {0, 0, 0, entries.data()};
-  Calib4Info info = {{}, {}, {}, &header};
+  Calib4Header header = {
+      .entry_count = 0, .first_model_value = 0, .second_model_value = 0, .entries = entries.data()};
+  Calib4Info info = {.words = {}, .values = {}, .bytes = {}, .header = &header};
   Analyze_Info_CreateDefault_Calib4Info(&analyzer, options, &info);
   CalibrationDefaults defaults = {};
   defaults.driver_name = analyzer.driver_name;
-  defaults.curve_table = AskForCurves(analyzer, options);
+  defaults.curve_table = GetCurves(analyzer, options);
   std::ranges::copy(info.values, defaults.values.begin());
   defaults.model_values = {header.first_model_value, header.second_model_value};
   std::ranges::transform(entries, defaults.codes.begin(), &Calib4Entry::code);

@@ -1,4 +1,4 @@
-// What the library tells about calibration, and the formats in which the tool gives it.
+// The library's answers about calibration, and the formats in which the tool prints them.
 #ifndef INFO_ANALYZE_CLI_CALIBRATION_CALIBRATION_ANSWERS_H_
 #define INFO_ANALYZE_CLI_CALIBRATION_CALIBRATION_ANSWERS_H_
 
@@ -35,10 +35,10 @@ struct CalibrationDefaults {
   std::array<std::uint32_t, IA_CALIB_ENTRY_COUNT> codes;
 };
 
-[[nodiscard]] CalibrationSettings AskForSettings(const AnalyzeContext& analyzer,
-                                                 const OptTable* options);
-[[nodiscard]] CalibrationDefaults AskForDefaults(const AnalyzeContext& analyzer,
-                                                 const OptTable* options);
+[[nodiscard]] CalibrationSettings GetSettings(const AnalyzeContext& analyzer,
+                                              const OptTable* options);
+[[nodiscard]] CalibrationDefaults GetDefaults(const AnalyzeContext& analyzer,
+                                              const OptTable* options);
 
 // "KEY=VALUE" lines, and one JSON object with its keys in a fixed order.
 [[nodiscard]] std::string FormatText(const CalibrationSettings& settings);

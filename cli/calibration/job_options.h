@@ -14,7 +14,7 @@ namespace ia::cli {
 // Adds "--option KEY=VALUE", which may be given several times.
 void AddJobOptions(CLI::App& verb, std::vector<std::string>& texts);
 
-// The options of the command line, the later ones first, and behind them those of the queue's PPD:
+// The options of the command line, the later ones first, and then those of the queue's PPD:
 // the library takes the first that has the key.
 class JobOptions {
  public:

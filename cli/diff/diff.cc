@@ -63,7 +63,11 @@ struct Difference {
   return hit != state.options.end() ? &*hit : nullptr;
 }
 
-// In the order of the later printer, and behind them what only the earlier one has.
+[[nodiscard]] const StateOption& LatestOf(const Change& change) {
+  return change.after != nullptr ? *change.after : *change.before;
+}
+
+// In the order of the later printer, and then what only the earlier one has.
 [[nodiscard]] std::vector<Change> ChangesOf(const PrinterState& before, const PrinterState& after) {
   std::vector<Change> changes;
   for (const StateOption& option : after.options) {
@@ -88,7 +92,7 @@ struct Difference {
   return of_media_types;
 }
 
-// In a word: what the default says is not there can be added and go.
+// In a word: a unit whose default says that it is missing can be added and go.
 [[nodiscard]] const char* KindOf(const Change& change) {
   if (change.before == nullptr) return "new option";
   if (change.after == nullptr) return "option dropped";
@@ -99,11 +103,11 @@ struct Difference {
 }
 
 [[nodiscard]] std::string WordsOf(const Change& change) {
-  const StateOption& told = change.after != nullptr ? *change.after : *change.before;
+  const StateOption& latest = LatestOf(change);
   const bool is_gone = change.after == nullptr || KindOf(change) == std::string_view("gone");
-  const StateOption& named = is_gone && change.before != nullptr ? *change.before : told;
+  const StateOption& named = is_gone && change.before != nullptr ? *change.before : latest;
   std::string words = std::string("  (") + KindOf(change);
-  if (!told.keyword_text.empty()) words += ": " + told.keyword_text;
+  if (!latest.keyword_text.empty()) words += ": " + latest.keyword_text;
   if (!named.value_text.empty()) words += ", " + named.value_text;
   return words + ")";
 }
@@ -124,9 +128,8 @@ struct Difference {
                     " -> " + after.list_counts[i]);
   }
   for (const Change& change : changes) {
-    const StateOption& told = change.after != nullptr ? *change.after : *change.before;
-    lines.push_back(told.keyword + ": " + ValueOf(change.before) + " -> " + ValueOf(change.after) +
-                    WordsOf(change));
+    lines.push_back(LatestOf(change).keyword + ": " + ValueOf(change.before) + " -> " +
+                    ValueOf(change.after) + WordsOf(change));
   }
   std::string text;
   for (const std::string& line : lines) text += Printable(line) + "\n";
@@ -148,9 +151,9 @@ struct Difference {
     if (option == nullptr) return Json();
     return Json{{"value", option->value}, {"text", OrNull(option->value_text)}};
   };
-  const StateOption& told = change.after != nullptr ? *change.after : *change.before;
-  return {{"keyword", told.keyword},
-          {"text", OrNull(told.keyword_text)},
+  const StateOption& latest = LatestOf(change);
+  return {{"keyword", latest.keyword},
+          {"text", OrNull(latest.keyword_text)},
           {"kind", KindOf(change)},
           {"before", side(change.before)},
           {"after", side(change.after)}};
@@ -192,8 +195,8 @@ void RequireLpadminName(const std::string& queue) {
 }
 
 void Compare(const DiffQuestion& question) {
-  Difference difference = {AskInOwnProcess(LocationOf(question.before, question)),
-                           AskInOwnProcess(LocationOf(question.after, question)),
+  Difference difference = {QueryInOwnProcess(LocationOf(question.before, question)),
+                           QueryInOwnProcess(LocationOf(question.after, question)),
                            {}};
   difference.changes = ChangesOf(difference.before, difference.after);
   if (question.wants_status_only) {

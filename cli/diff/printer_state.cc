@@ -21,7 +21,11 @@ constexpr std::array<std::int32_t, kListNames.size()> kLists = {
     IA_DOCUMENT_FAX_LINE_LIST};
 
 [[nodiscard]] StateOption OptionOf(const OptionList& node, const PpdOptions& ppd) {
-  StateOption option = {node.key, node.value, "", "", false};
+  StateOption option = {.keyword = node.key,
+                        .value = node.value,
+                        .keyword_text = "",
+                        .value_text = "",
+                        .is_choice = false};
   const auto in_ppd = ppd.find(option.keyword);
   if (in_ppd == ppd.end()) return option;
   option.keyword_text = in_ppd->second.text;
@@ -32,10 +36,10 @@ constexpr std::array<std::int32_t, kListNames.size()> kLists = {
   return option;
 }
 
-[[nodiscard]] PrinterState Ask(const PrinterLocation& told) {
-  const PrinterLocation location = Locate(told);
+[[nodiscard]] PrinterState Query(const PrinterLocation& given) {
+  const PrinterLocation location = Locate(given);
   const Session session = OpenSession(location);
-  const OptionListPtr options = AskPrinter(*session.analyzer, location.queue);
+  const OptionListPtr options = QueryPrinter(*session.analyzer, location.queue);
   const PpdOptions ppd = ParsePpdOptions(ReadPpd(location.queue).value_or(""));
   PrinterState state;
   state.queue = location.queue;
@@ -50,7 +54,7 @@ constexpr std::array<std::int32_t, kListNames.size()> kLists = {
   return state;
 }
 
-// Texts, each with a NUL behind it, which none of them holds.
+// Texts, each followed by a NUL, which none of them contains.
 class Letter {
  public:
   Letter() = default;
@@ -124,9 +128,9 @@ void WriteAll(int descriptor, std::string_view bytes) {
   }
 }
 
-[[nodiscard]] ExitStatus AskAndWrite(const PrinterLocation& told, int descriptor) {
+[[nodiscard]] ExitStatus QueryAndWrite(const PrinterLocation& given, int descriptor) {
   try {
-    WriteAll(descriptor, Write(Ask(told)));
+    WriteAll(descriptor, Write(Query(given)));
     return ExitStatus::kSuccess;
   } catch (const CLI::ParseError& error) {
     ReportError(error.what());
@@ -150,14 +154,14 @@ void WriteAll(int descriptor, std::string_view bytes) {
 
 }  // namespace
 
-PrinterState AskInOwnProcess(const PrinterLocation& told) {
+PrinterState QueryInOwnProcess(const PrinterLocation& given) {
   int ends[2];
   if (pipe(ends) != 0) throw Failure(ExitStatus::kOther, std::strerror(errno));
   const pid_t child = fork();
   if (child < 0) throw Failure(ExitStatus::kOther, std::strerror(errno));
   if (child == 0) {
     close(ends[0]);
-    _exit(static_cast<int>(AskAndWrite(told, ends[1])));
+    _exit(static_cast<int>(QueryAndWrite(given, ends[1])));
   }
   close(ends[1]);
   const std::string bytes = ReadAll(ends[0]);

@@ -1,4 +1,4 @@
-// What one printer tells, for comparison with another.
+// What a printer reports, for comparison with a second one.
 #ifndef INFO_ANALYZE_CLI_DIFF_PRINTER_STATE_H_
 #define INFO_ANALYZE_CLI_DIFF_PRINTER_STATE_H_
 
@@ -29,9 +29,9 @@ struct PrinterState {
   std::vector<StateOption> options;
 };
 
-// Asks in a process of its own, because libcups keeps to the first CUPS root that it is given.
-// Throws a Verdict when that process fails, which has told why.
-[[nodiscard]] PrinterState AskInOwnProcess(const PrinterLocation& told);
+// Queries in a process of its own, because libcups keeps the first CUPS root that it is given.
+// Throws a Verdict when that process fails, after it has reported why.
+[[nodiscard]] PrinterState QueryInOwnProcess(const PrinterLocation& given);
 
 }  // namespace ia::cli
 

@@ -1,4 +1,4 @@
-// What the doctor finds, in the order of the checks.
+// What the doctor finds, in the order of its checks.
 #ifndef INFO_ANALYZE_CLI_DOCTOR_CHECKUP_H_
 #define INFO_ANALYZE_CLI_DOCTOR_CHECKUP_H_
 
@@ -22,30 +22,30 @@ enum class Level { kOk, kNote, kWarning, kFailure };
 struct Finding {
   Level level;
   std::string check;     // which check: "queue", "ppd", "flags", "driver", "documents", ...
-  std::string sentence;  // what is so
-  std::string mend;      // what to do; empty where nothing is to be done
+  std::string sentence;  // what was found
+  std::string fix;       // what to do about it; empty: nothing
 };
 
 class Checkup {
  public:
   void Ok(const std::string& check, const std::string& sentence) {
-    findings_.push_back({Level::kOk, check, sentence, ""});
+    Add(Level::kOk, check, sentence, "");
   }
   void Note(const std::string& check, const std::string& sentence) {
-    findings_.push_back({Level::kNote, check, sentence, ""});
+    Add(Level::kNote, check, sentence, "");
   }
-  void Warn(const std::string& check, const std::string& sentence, const std::string& mend) {
-    findings_.push_back({Level::kWarning, check, sentence, mend});
+  void Warn(const std::string& check, const std::string& sentence, const std::string& fix) {
+    Add(Level::kWarning, check, sentence, fix);
   }
-  void Fail(const std::string& check, const std::string& sentence, const std::string& mend) {
-    findings_.push_back({Level::kFailure, check, sentence, mend});
+  void Fail(const std::string& check, const std::string& sentence, const std::string& fix) {
+    Add(Level::kFailure, check, sentence, fix);
   }
 
   [[nodiscard]] const std::vector<Finding>& findings() const { return findings_; }
   [[nodiscard]] std::size_t Count(Level level) const {
     return static_cast<std::size_t>(std::ranges::count(findings_, level, &Finding::level));
   }
-  // What is to be mended first: the first failure, or else the first warning; null: nothing.
+  // What to fix first: the first failure, or else the first warning; null: nothing.
   [[nodiscard]] const Finding* First() const {
     for (const Level level : {Level::kFailure, Level::kWarning}) {
       const auto hit = std::ranges::find(findings_, level, &Finding::level);
@@ -55,16 +55,21 @@ class Checkup {
   }
 
  private:
+  void Add(Level level, const std::string& check, const std::string& sentence,
+           const std::string& fix) {
+    findings_.push_back({.level = level, .check = check, .sentence = sentence, .fix = fix});
+  }
+
   std::vector<Finding> findings_;
 };
 
-// Who is examined. What a check cannot get stays null, and later checks do without it.
+// The printer that is examined. What a check cannot get stays null, and later checks do without it.
 struct Patient {
   PrinterLocation location;
   std::string ppd;         // text of the queue's PPD
   PpdOptions ppd_options;  // its options and their choices
   BidiContext no_library = {};
-  AnalyzerPtr ppd_reader;  // knows the PPD alone
+  AnalyzerPtr ppd_reader;  // has read the PPD only
   BidiPtr library;
   AnalyzerPtr analyzer;  // with library and documents
 };

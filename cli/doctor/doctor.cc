@@ -52,8 +52,8 @@ struct DoctorQuestion {
   std::string check = finding.check;
   check.resize(11, ' ');
   std::string text = level + check + Printable(finding.sentence) + "\n";
-  if (finding.mend.empty()) return text;
-  return text + std::string(20, ' ') + "mend: " + Printable(finding.mend) + "\n";
+  if (finding.fix.empty()) return text;
+  return text + std::string(20, ' ') + "mend: " + Printable(finding.fix) + "\n";
 }
 
 [[nodiscard]] std::string FormatCheckup(const Checkup& checkup) {
@@ -71,7 +71,7 @@ struct DoctorQuestion {
   return {{"level", NameOf(finding.level)},
           {"check", finding.check},
           {"sentence", finding.sentence},
-          {"mend", finding.mend.empty() ? Json(nullptr) : Json(finding.mend)}};
+          {"mend", finding.fix.empty() ? Json(nullptr) : Json(finding.fix)}};
 }
 
 [[nodiscard]] std::string CheckupJson(const Checkup& checkup) {

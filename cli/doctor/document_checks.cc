@@ -1,5 +1,4 @@
-// The doctor's checks of the device documents, of the keys in them and of what a query makes of
-// them.
+// The doctor's checks of the device documents, of their keys and of the options of a query.
 #include <sys/stat.h>
 
 #include <cerrno>
@@ -14,10 +13,10 @@
 namespace ia::cli {
 namespace {
 
-constexpr const char* kMendDocument =
+constexpr const char* kFixDocument =
     "let the printer daemon fetch the documents again, with the printer switched on";
 
-// False when there is nothing to look for.
+// False when there can be no documents.
 [[nodiscard]] bool CheckFolder(const std::string& folder, Checkup& checkup) {
   struct stat status = {};
   if (stat(folder.c_str(), &status) != 0) {
@@ -32,10 +31,10 @@ constexpr const char* kMendDocument =
 }
 
 void LoadDocument(const Patient& patient, std::int32_t index, Checkup& checkup) {
-  const std::string name = DocumentFileName(index);
+  const std::string name = Analyze_Provenance_GetDocumentName(index);
   const std::string path = patient.location.device_info + "/" + name;
   if (const auto fault = FindFileFault(path)) {
-    return checkup.Fail("documents", "document " + path + ": " + *fault, kMendDocument);
+    return checkup.Fail("documents", "document " + path + ": " + *fault, kFixDocument);
   }
   if (!patient.analyzer) return;
   analyze_common_create_xmldata(patient.analyzer.get(), index);
@@ -47,7 +46,7 @@ void LoadDocument(const Patient& patient, std::int32_t index, Checkup& checkup) 
         "documents",
         "document " + path +
             (is_empty ? ": is empty" : ": not a document that the communication library reads"),
-        kMendDocument);
+        kFixDocument);
   }
   checkup.Ok("documents", "document " + name + " is read");
 }
@@ -56,7 +55,7 @@ void LoadDocument(const Patient& patient, std::int32_t index, Checkup& checkup) 
   return input.type == IA_KEY_LONG_ELEMENTS || input.type == IA_KEY_STRING_ELEMENTS;
 }
 
-[[nodiscard]] const char* NameOfKind(const InputKey& input) {
+[[nodiscard]] const char* NameOfType(const InputKey& input) {
   switch (input.type) {
     case IA_KEY_LONG:
       return "a number";
@@ -70,7 +69,7 @@ void LoadDocument(const Patient& patient, std::int32_t index, Checkup& checkup) 
 }
 
 [[nodiscard]] std::string PlaceOf(const RawValue& raw) {
-  const std::string document = DocumentFileName(raw.input->document);
+  const std::string document = Analyze_Provenance_GetDocumentName(raw.input->document);
   return document + (raw.item >= 0 ? " list[" + std::to_string(raw.item) + "] " : " ") + raw.key;
 }
 
@@ -80,8 +79,8 @@ void CheckElements(const RawValue& raw, Checkup& checkup) {
     if (!raw.value[i].is_null()) continue;
     checkup.Warn("keys",
                  PlaceOf(raw) + ": the element " + std::to_string(i) + " is of the wrong kind; " +
-                     NameOfKind(*raw.input) + " is wanted",
-                 kMendDocument);
+                     NameOfType(*raw.input) + " is wanted",
+                 kFixDocument);
   }
 }
 
@@ -90,27 +89,27 @@ void CheckValue(const RawValue& raw, Checkup& checkup) {
   switch (raw.state) {
     case RawState::kPresent:
       return CheckElements(raw, checkup);
-    case RawState::kWrongKind:
+    case RawState::kWrongType:
       return checkup.Warn(
-          "keys", PlaceOf(raw) + " is of the wrong kind; " + NameOfKind(*raw.input) + " is wanted",
-          kMendDocument);
+          "keys", PlaceOf(raw) + " is of the wrong kind; " + NameOfType(*raw.input) + " is wanted",
+          kFixDocument);
     case RawState::kMissing:
       if (IsOfElements(*raw.input)) return;
       return checkup.Warn(
-          "keys", PlaceOf(raw) + " is missing, or cannot be read as " + NameOfKind(*raw.input),
-          kMendDocument);
+          "keys", PlaceOf(raw) + " is missing, or cannot be read as " + NameOfType(*raw.input),
+          kFixDocument);
     case RawState::kNoDocument:
       return;
   }
 }
 
-// The items of a list are dictionaries; a value of another kind in their place hides them.
+// The items of a list are dictionaries; a value of a different type in their place hides them.
 void CheckList(const AnalyzeContext& analyzer, std::int32_t document, Checkup& checkup) {
-  const InputKey list = {document, 0, IA_KEY_LONG, "list"};
+  const InputKey list = {.document = document, .in_list = 0, .type = IA_KEY_LONG, .key = "list"};
   for (const RawValue& raw : ReadRawValues(analyzer, list)) {
     if (!raw.is_present()) continue;
     checkup.Warn("keys", PlaceOf(raw) + " is of the wrong kind; dictionaries are wanted",
-                 kMendDocument);
+                 kFixDocument);
   }
 }
 

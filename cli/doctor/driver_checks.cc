@@ -18,16 +18,16 @@ struct LibraryCloser {
 };
 using LibraryPtr = std::unique_ptr<void, LibraryCloser>;
 
-constexpr const char* kMendDriver = "install the driver package, or correct --driver-folder";
+constexpr const char* kFixDriver = "install the driver package, or correct --driver-folder";
 
 [[nodiscard]] bool CheckFolder(const std::string& folder, Checkup& checkup) {
   struct stat status = {};
   if (stat(folder.c_str(), &status) != 0) {
-    checkup.Fail("driver", "driver folder " + folder + ": " + std::strerror(errno), kMendDriver);
+    checkup.Fail("driver", "driver folder " + folder + ": " + std::strerror(errno), kFixDriver);
     return false;
   }
   if (!S_ISDIR(status.st_mode)) {
-    checkup.Fail("driver", "driver folder " + folder + ": is no folder", kMendDriver);
+    checkup.Fail("driver", "driver folder " + folder + ": is no folder", kFixDriver);
     return false;
   }
   checkup.Ok("driver", "driver folder " + folder + " is there");

@@ -16,24 +16,41 @@
 namespace ia::cli {
 namespace {
 
-struct FlagKey {
-  const char* key;
+// The flag texts, in the order of the library's inputs.
+enum FlagKey : std::size_t { kMediaTypes, kSlots, kInputTrays, kFinisherNames, kSourceOptions };
+
+struct FlagRow {
+  FlagKey key;
   FlagInfo* AnalyzeContext::*store;
   bool has_numbers;         // the values are numbers
-  const char* consequence;  // of a text that is missing
+  const char* consequence;  // of a missing text
 };
 
-constexpr auto kFlagKeys = std::to_array<FlagKey>({
-    {"QV_Prot_MediaType", &AnalyzeContext::media_type_flags, true,
-     "every tray is told to hold plain paper"},
-    {"QVAnlz_SlotMediaInfo", &AnalyzeContext::slot_media_info_flags, false,
-     "no media type is told"},
-    {"QVAnlz_InputTray", &AnalyzeContext::input_tray_flags, true,
-     "trays have no slots, so no media type is told"},
-    {"QVAnlz_FinisherName", &AnalyzeContext::finisher_name_flags, false,
-     "no finisher is told by its name"},
-    {"QVAnlz_SrcOption", &AnalyzeContext::src_option_flags, true, "no extra paper source is told"},
+constexpr auto kFlagRows = std::to_array<FlagRow>({
+    {.key = kMediaTypes,
+     .store = &AnalyzeContext::media_type_flags,
+     .has_numbers = true,
+     .consequence = "every tray is told to hold plain paper"},
+    {.key = kSlots,
+     .store = &AnalyzeContext::slot_media_info_flags,
+     .has_numbers = false,
+     .consequence = "no media type is told"},
+    {.key = kInputTrays,
+     .store = &AnalyzeContext::input_tray_flags,
+     .has_numbers = true,
+     .consequence = "trays have no slots, so no media type is told"},
+    {.key = kFinisherNames,
+     .store = &AnalyzeContext::finisher_name_flags,
+     .has_numbers = false,
+     .consequence = "no finisher is told by its name"},
+    {.key = kSourceOptions,
+     .store = &AnalyzeContext::src_option_flags,
+     .has_numbers = true,
+     .consequence = "no extra paper source is told"},
 });
+
+// The PPD keyword of a flag text.
+[[nodiscard]] std::string NameOf(FlagKey key) { return FlagInputs().at(key)->key; }
 
 [[nodiscard]] bool IsNumber(std::string_view text) {
   std::int32_t number = 0;
@@ -41,11 +58,11 @@ constexpr auto kFlagKeys = std::to_array<FlagKey>({
   return error == std::errc() && end == text.data() + text.size();
 }
 
-// Looks at the items of one flag text, which may be several lines of the PPD.
+// Checks the items of one flag text, which may be several lines of the PPD.
 class FlagText {
  public:
-  FlagText(const FlagKey& key, const FlagInfo& store, Checkup& checkup)
-      : key_(key), store_(store), checkup_(checkup) {}
+  FlagText(const FlagRow& row, const FlagInfo& store, Checkup& checkup)
+      : name_(NameOf(row.key)), has_numbers_(row.has_numbers), store_(store), checkup_(checkup) {}
 
   [[nodiscard]] bool IsMissing() const { return lines_ == 0; }
 
@@ -59,18 +76,17 @@ class FlagText {
   }
 
   void Conclude() {
-    TellRepetitions();
-    TellLeftOut();
-    checkup_.Ok("flags", std::string(key_.key) + ": " +
-                             CountOf(static_cast<std::size_t>(store_.count), "item"));
+    ReportRepetitions();
+    ReportLeftOut();
+    checkup_.Ok("flags", name_ + ": " + CountOf(static_cast<std::size_t>(store_.count), "item"));
   }
 
  private:
   void CheckItem(std::string_view item) {
     const std::size_t start = std::min(item.find_first_not_of(':'), item.size());
     const std::string_view body = item.substr(start);
-    if (body.empty()) return TellOdd(item, item.empty() ? "is empty" : "is colons only");
-    if (start > 0) TellOdd(item, "begins with a colon");
+    if (body.empty()) return ReportOdd(item, item.empty() ? "is empty" : "is colons only");
+    if (start > 0) ReportOdd(item, "begins with a colon");
     const std::size_t colon = std::min(body.find(':'), body.size());
     const std::string name(body.substr(0, colon));
     const std::string_view value = body.substr(std::min(colon + 1, body.size()));
@@ -80,26 +96,25 @@ class FlagText {
 
   void CheckParts(std::string_view item, std::string_view name, std::string_view value) {
     if (name.find_first_of(" \t") == 0 || name.find_last_of(" \t") == name.size() - 1) {
-      TellOdd(item, "has blanks around its name, which then never fits");
+      ReportOdd(item, "has blanks around its name, which then never fits");
     }
     if (value.empty()) {
-      TellOdd(item, "has no value");
-    } else if (key_.has_numbers && !IsNumber(value)) {
-      TellOdd(item, "has a value that is no number");
+      ReportOdd(item, "has no value");
+    } else if (has_numbers_ && !IsNumber(value)) {
+      ReportOdd(item, "has a value that is no number");
     }
   }
 
-  void TellOdd(std::string_view item, const std::string& what) {
-    checkup_.Warn("flags",
-                  std::string(key_.key) + ": the item \"" + std::string(item) + "\" " + what,
+  void ReportOdd(std::string_view item, const std::string& what) {
+    checkup_.Warn("flags", name_ + ": the item \"" + std::string(item) + "\" " + what,
                   "write it as NAME:VALUE, or take it out");
   }
 
-  void TellRepetitions() {
+  void ReportRepetitions() {
     for (const auto& [name, count] : counts_) {
       if (count < 2) continue;
       const FlagPair* const pair = zflaginfo_find(&store_, name.c_str());
-      std::string sentence = std::string(key_.key) + ": the item " + name + " is there ";
+      std::string sentence = name_ + ": the item " + name + " is there ";
       sentence += std::to_string(count) + " times";
       if (pair != nullptr) {
         sentence += std::string(", of which the value ") + pair->value + " counts";
@@ -108,48 +123,50 @@ class FlagText {
     }
   }
 
-  void TellLeftOut() {
+  void ReportLeftOut() {
     for (const auto& [name, count] : counts_) {
       if (zflaginfo_find(&store_, name.c_str()) != nullptr) continue;
       checkup_.Warn("flags",
-                    std::string(key_.key) + " is over-full: the item " + name +
-                        " is left out, there is room for " + std::to_string(store_.capacity),
+                    name_ + " is over-full: the item " + name + " is left out, there is room for " +
+                        std::to_string(store_.capacity),
                     "take items out that no printer of this PPD has");
     }
   }
 
-  const FlagKey& key_;
+  std::string name_;
+  bool has_numbers_;
   const FlagInfo& store_;
   Checkup& checkup_;
   std::size_t lines_ = 0;
   std::map<std::string, int> counts_;
 };
 
-// Whether any handler of this model looks at the text.
-[[nodiscard]] bool IsLookedAt(const AnalyzeContext& reader, const FlagKey& key) {
-  return std::ranges::any_of(
-      InputsOf(InputsOfModel(reader.driver_name)),
-      [&](const InputKey* input) { return input->key == std::string_view(key.key); });
+// Whether any handler of this model reads the text.
+[[nodiscard]] bool IsRead(const AnalyzeContext& reader, const std::string& name) {
+  return std::ranges::any_of(InputsOf(InputsOfModel(reader.driver_name)),
+                             [&](const InputKey* input) { return input->key == name; });
 }
 
-void TellMissing(const AnalyzeContext& reader, const FlagKey& key, Checkup& checkup) {
-  const std::string missing = std::string("the PPD has no ") + key.key;
-  if (!IsLookedAt(reader, key)) {
+void ReportMissing(const AnalyzeContext& reader, const FlagRow& row, Checkup& checkup) {
+  const std::string name = NameOf(row.key);
+  const std::string missing = "the PPD has no " + name;
+  if (!IsRead(reader, name)) {
     checkup.Note("flags", missing + ", at which no handler of this model looks");
   } else {
-    checkup.Warn("flags", missing + ": " + key.consequence,
-                 std::string("take a PPD that has the line *") + key.key);
+    checkup.Warn("flags", missing + ": " + row.consequence,
+                 "take a PPD that has the line *" + name);
   }
 }
 
-void CheckFlagText(const AnalyzeContext& reader, const FlagKey& key, Checkup& checkup) {
-  const FlagInfo* const store = reader.*key.store;
-  if (store == nullptr) return;  // memory ran out
-  FlagText text(key, *store, checkup);
+void CheckFlagText(const AnalyzeContext& reader, const FlagRow& row, Checkup& checkup) {
+  const FlagInfo* const store = reader.*row.store;
+  if (store == nullptr) return;  // out of memory
+  FlagText text(row, *store, checkup);
+  const std::string name = NameOf(row.key);
   for (const OptTable* node = reader.ppd_options; node != nullptr; node = node->next) {
-    if (std::string_view(node->key).starts_with(key.key)) text.Check(node->value);
+    if (std::string_view(node->key).starts_with(name)) text.Check(node->value);
   }
-  if (text.IsMissing()) return TellMissing(reader, key, checkup);
+  if (text.IsMissing()) return ReportMissing(reader, row, checkup);
   text.Conclude();
 }
 
@@ -158,21 +175,21 @@ void CheckFlagText(const AnalyzeContext& reader, const FlagKey& key, Checkup& ch
   return {store->entries, store->entries + store->count};
 }
 
-// A slot that no tray has leads nowhere, and so does a keyword that is no option of the PPD.
+// Without effect: a slot that no tray has, and a keyword that is no option of the PPD.
 void CheckSlots(const Patient& patient, Checkup& checkup) {
   const AnalyzeContext& reader = *patient.ppd_reader;
   for (const FlagPair& slot : PairsOf(reader.slot_media_info_flags)) {
     if (*slot.value != '\0' && !patient.ppd_options.contains(std::string_view(slot.value))) {
       checkup.Warn("flags",
-                   std::string("QVAnlz_SlotMediaInfo: the slot ") + slot.name +
-                       " has the keyword " + slot.value + ", which is no option of the PPD",
+                   NameOf(kSlots) + ": the slot " + slot.name + " has the keyword " + slot.value +
+                       ", which is no option of the PPD",
                    "add the option to the PPD, or correct the keyword");
     }
   }
   for (const FlagPair& tray : PairsOf(reader.input_tray_flags)) {
     if (zflaginfo_find(reader.slot_media_info_flags, tray.name) != nullptr) continue;
-    checkup.Note("flags", std::string("QVAnlz_InputTray: the slot ") + tray.name +
-                              " has no item of its own in QVAnlz_SlotMediaInfo");
+    checkup.Note("flags", NameOf(kInputTrays) + ": the slot " + tray.name +
+                              " has no item of its own in " + NameOf(kSlots));
   }
 }
 
@@ -182,7 +199,7 @@ void CheckFinisherNames(const Patient& patient, Checkup& checkup) {
   for (const FlagPair& finisher : PairsOf(patient.ppd_reader->finisher_name_flags)) {
     if (*finisher.value == '\0' || option->second.HasChoice(finisher.value)) continue;
     checkup.Warn("flags",
-                 std::string("QVAnlz_FinisherName: ") + finisher.name + " gives " + finisher.value +
+                 NameOf(kFinisherNames) + ": " + finisher.name + " gives " + finisher.value +
                      ", which is no choice of QVFinisher",
                  "add the choice to the PPD, or correct the item");
   }
@@ -211,7 +228,7 @@ void CheckNumberList(const Patient& patient, const char* keyword, Checkup& check
 
 void CheckFlags(const Patient& patient, Checkup& checkup) {
   if (!patient.ppd_reader) return;
-  for (const FlagKey& key : kFlagKeys) CheckFlagText(*patient.ppd_reader, key, checkup);
+  for (const FlagRow& row : kFlagRows) CheckFlagText(*patient.ppd_reader, row, checkup);
   CheckSlots(patient, checkup);
   CheckFinisherNames(patient, checkup);
   for (const char* const keyword : {"QVSpecID", "QVPlatformVersion"}) {

@@ -14,7 +14,6 @@ namespace ia::cli {
 namespace {
 
 constexpr const char* kModelCode = "QVAnlz_DriverName";
-constexpr std::int32_t kRoom = 256;  // for a key or value of 254 bytes
 
 // False when there is no PPD.
 [[nodiscard]] bool FetchPpd(Patient& patient, Checkup& checkup) {
@@ -49,22 +48,24 @@ struct OptionLines {
   std::map<std::string, int> counts;  // by key
 };
 
-// The library's own splitting tells what it reads of a line "*QVKey: value".
+// Has the library split a line "*QVKey: value", to learn what it reads of it.
 void CheckLine(std::string_view line, OptionLines& lines, Checkup& checkup) {
-  std::array<char, kRoom> key = {};
-  std::array<char, kRoom> value = {};
+  std::array<char, IA_PPD_TEXT_SIZE> key = {};
+  std::array<char, IA_PPD_TEXT_SIZE> value = {};
   const std::string text(line.substr(1));
-  if (info_common_optlist_getoptkeyandvalue(text.c_str(), key.data(), value.data(), kRoom) > 0) {
+  if (info_common_optlist_getoptkeyandvalue(text.c_str(), key.data(), value.data(),
+                                            IA_PPD_TEXT_SIZE) > 0) {
     ++lines.counts[key.data()];
     return;
   }
   checkup.Warn("ppd",
                "the line that begins with *" + text.substr(0, 40) +
-                   " is not read: a keyword or a value has at most 254 bytes",
+                   " is not read: a keyword or a value has at most " +
+                   std::to_string(IA_PPD_TEXT_SIZE - 2) + " bytes",
                "split its items into several lines, with _1, _2 behind the keyword");
 }
 
-// Option lines stand between the blocks of options; others are the choices of options.
+// Option lines are outside the blocks of options; lines in a block are choices.
 [[nodiscard]] OptionLines ReadOptionLines(const Patient& patient, Checkup& checkup) {
   OptionLines lines;
   bool is_in_block = false;

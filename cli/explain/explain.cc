@@ -29,7 +29,7 @@ struct ExplainQuestion {
   std::string format = "text";
 };
 
-// What is told, and of whom.
+// The explanations, and the printer that they are about.
 struct Report {
   const char* model_code;  // null when the PPD has none
   PpdOptions ppd;
@@ -177,7 +177,7 @@ void Select(const std::vector<std::string>& keywords, std::vector<Explanation>& 
 void ExplainOptions(const ExplainQuestion& question) {
   const PrinterLocation location = Locate(question.location);
   const Session session = OpenSession(location);
-  const OptionListPtr options = AskPrinter(*session.analyzer, location.queue);
+  const OptionListPtr options = QueryPrinter(*session.analyzer, location.queue);
   Report report = {session.analyzer->driver_name,
                    ParsePpdOptions(ReadPpd(location.queue).value_or("")),
                    Explain(*session.analyzer, options->next)};

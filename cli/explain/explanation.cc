@@ -21,8 +21,8 @@ namespace {
 
 using FlagsPtr = std::unique_ptr<FlagInfo, Releaser<zflaginfo_term>>;
 
-// Puts other names in the place of the PPD's media types while it lives, so that a medium that the
-// PPD names can be told from the one that is taken for want of a name.
+// Renames the PPD's media types while it lives, so that a medium that the PPD names differs from
+// the default.
 class UnknownMediaTypes {
  public:
   explicit UnknownMediaTypes(AnalyzeContext& analyzer)
@@ -74,7 +74,7 @@ class UnknownMediaTypes {
   return media_types;
 }
 
-// What an update handler sets, with and without the values that are taken for want of others.
+// What an update handler sets, with and without default values.
 struct UpdateRun {
   const UpdateSource* update;
   OptionListPtr all;
@@ -100,7 +100,7 @@ struct UpdateRun {
   return hit != runs.rend() ? &*hit : nullptr;
 }
 
-// Whether a document, other than the PPD, has a value that was looked at.
+// Whether a document has a value that was read.
 [[nodiscard]] bool IsReported(const std::vector<RawValue>& raw_values, const InputKey* input) {
   return std::ranges::any_of(raw_values, [&](const RawValue& raw) {
     return raw.is_present() && raw.input->document != IA_INPUT_OF_PPD &&
@@ -128,8 +128,13 @@ struct UpdateRun {
 
 [[nodiscard]] Explanation ExplainOption(const AnalyzeContext& analyzer, const OptionList& node,
                                         const UpdateRun& run) {
-  Explanation why = {node.key, node.value, Origin::kDefault, run.update, nullptr, {}, {}};
-  why.option = FindOption(*run.update, node.key);
+  Explanation why = {.keyword = node.key,
+                     .value = node.value,
+                     .origin = Origin::kDefault,
+                     .update = run.update,
+                     .option = FindOption(*run.update, node.key),
+                     .row = {},
+                     .raw_values = {}};
   std::uint64_t inputs = why.option->inputs;
   if (why.option->family != IA_FAMILY_NONE) {
     why.row = FindModelRow(why.option->family, analyzer.driver_name);
@@ -149,7 +154,7 @@ std::vector<Explanation> Explain(AnalyzeContext& analyzer, const OptionList* opt
   std::vector<Explanation> explanations;
   for (const OptionList* node = options; node != nullptr; node = node->next) {
     const UpdateRun* const run = FindRun(runs, node->key);
-    if (run == nullptr) continue;  // memory ran out for it
+    if (run == nullptr) continue;  // out of memory
     explanations.push_back(ExplainOption(analyzer, *node, *run));
   }
   return explanations;

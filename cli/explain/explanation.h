@@ -14,9 +14,9 @@
 namespace ia::cli {
 
 enum class Origin {
-  kDevice,   // what the device reports gives the value
-  kPpd,      // the device reports nothing, the PPD's list of values gives it
-  kDefault,  // nothing gives a value
+  kDevice,   // the device reports the value, or what it follows from
+  kPpd,      // the device reports nothing; the value is from the PPD's list of values
+  kDefault,  // neither has a value
 };
 
 struct Explanation {

@@ -4,34 +4,16 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <array>
 #include <cerrno>
-#include <cstddef>
+#include <cstdint>
 #include <cstring>
 
 namespace ia::cli {
 namespace {
 
-constexpr auto kFileNames = std::to_array<const char*>({
-    "/Accessories.xml",
-    "/Functions.xml",
-    "/Specid.xml",
-    "/Finisher_list.xml",
-    "/Bin_list.xml",
-    "/Tray_list.xml",
-    "/Resolutions.xml",
-    "/Fax_line_list.xml",
-    "/Devicename.xml",
-});
-static_assert(kFileNames.size() == IA_DOCUMENT_COUNT);
-
-// Limits of the library's loader.
-constexpr off_t kLargestDocument = off_t{16} << 20;
-constexpr std::size_t kLongestPath = 1023;
-
 class OpenFile {
  public:
-  // Non-blocking, so that a FIFO that nobody writes to is seen for what it is.
+  // Non-blocking, so that open() does not wait for a FIFO that nobody writes to.
   explicit OpenFile(const std::string& path)
       : descriptor_(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC)) {}
   OpenFile(const OpenFile&) = delete;
@@ -48,27 +30,26 @@ class OpenFile {
 }  // namespace
 
 std::optional<std::string> FindFileFault(const std::string& path) {
-  if (path.size() > kLongestPath) return std::strerror(ENAMETOOLONG);
+  if (path.size() > IA_DOCUMENT_MAX_PATH_LENGTH) return std::strerror(ENAMETOOLONG);
   const OpenFile file(path);
   struct stat status = {};
   if (file.descriptor() < 0 || fstat(file.descriptor(), &status) != 0) return std::strerror(errno);
   if (!S_ISREG(status.st_mode)) return "not a regular file";
-  if (status.st_size > kLargestDocument) return "larger than 16 MiB";
+  if (status.st_size > IA_DOCUMENT_MAX_SIZE) {
+    return "larger than " + std::to_string(IA_DOCUMENT_MAX_SIZE >> 20) + " MiB";
+  }
   char byte = 0;
   if (pread(file.descriptor(), &byte, 1, 0) < 0) return std::strerror(errno);
   return std::nullopt;
 }
 
-const char* DocumentFileName(std::int32_t document) {
-  return kFileNames[static_cast<std::size_t>(document)] + 1;
-}
-
 std::vector<std::string> ExplainMissingDocuments(const AnalyzeContext& analyzer) {
   std::vector<std::string> sentences;
-  for (std::size_t i = 0; i < kFileNames.size(); ++i) {
+  for (std::int32_t i = 0; i < IA_DOCUMENT_COUNT; ++i) {
     if (analyzer.documents[i].xml != nullptr) continue;
-    const std::string path = std::string(analyzer.xml_folder) + kFileNames[i];
-    // The library tells only that a document is missing, so the file is looked at once more.
+    const std::string path =
+        std::string(analyzer.xml_folder) + "/" + Analyze_Provenance_GetDocumentName(i);
+    // The library reports only that a document is missing, so its file is checked again.
     const std::optional<std::string> fault = FindFileFault(path);
     sentences.push_back("document " + path + ": " +
                         fault.value_or("not a document that the communication library reads"));

@@ -1,7 +1,6 @@
 #ifndef INFO_ANALYZE_CLI_PRINTER_DOCUMENTS_H_
 #define INFO_ANALYZE_CLI_PRINTER_DOCUMENTS_H_
 
-#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
@@ -10,14 +9,11 @@
 
 namespace ia::cli {
 
-// "Accessories.xml", by the document's index.
-[[nodiscard]] const char* DocumentFileName(std::int32_t document);
-
-// What is wrong with a file that the library cannot load as a document, as far as the file alone
-// tells; nothing when it is a readable regular file of a fitting size.
+// Why the library cannot load a file as a document; nothing when it is a readable regular file of
+// an accepted size, whose contents are not checked here.
 [[nodiscard]] std::optional<std::string> FindFileFault(const std::string& path);
 
-// One sentence for each document that a query could not load: its file, and what is wrong there.
+// One sentence for each document that a query could not load: its file and the reason.
 [[nodiscard]] std::vector<std::string> ExplainMissingDocuments(const AnalyzeContext& analyzer);
 
 }  // namespace ia::cli

@@ -1,4 +1,4 @@
-// What the library hands out, each with the function that releases it.
+// Owners of what the library returns, each with the function that releases it.
 #ifndef INFO_ANALYZE_CLI_PRINTER_HANDLES_H_
 #define INFO_ANALYZE_CLI_PRINTER_HANDLES_H_
 
@@ -29,7 +29,7 @@ using ConfPtr = std::unique_ptr<FolderConf, Releaser<FolderPathForConf_Terminate
 using QueueListPtr = std::unique_ptr<QueueList, Releaser<CupsQueueList_Terminate>>;
 using OptionListPtr = std::unique_ptr<OptionList, OptionListReleaser>;
 
-// The library appends to lists that have a node, so a list begins with an empty one.
+// The library appends to lists that have a node, so a list starts with an empty one.
 [[nodiscard]] inline OptionListPtr StartOptionList() {
   OptionList* list = nullptr;
   info_common_optlist_additem_front(&list, "", "");

@@ -34,9 +34,10 @@ struct PpdLine {
   const std::size_t blank = std::min(head.find_first_of(kBlanks), head.size());
   const std::string_view rest = Trim(head.substr(blank));
   const std::size_t slash = std::min(rest.find('/'), rest.size());
-  return {head.substr(0, blank), rest.substr(0, slash),
-          rest.substr(std::min(slash + 1, rest.size())),
-          Trim(line.substr(std::min(colon + 1, line.size())))};
+  return {.keyword = head.substr(0, blank),
+          .choice = rest.substr(0, slash),
+          .text = rest.substr(std::min(slash + 1, rest.size())),
+          .value = Trim(line.substr(std::min(colon + 1, line.size())))};
 }
 
 [[nodiscard]] std::string_view WithoutAsterisk(std::string_view keyword) {

@@ -1,5 +1,5 @@
 // The PPD of a queue as its users see it: the options that it offers and their choices. The library
-// reads other lines of it.
+// reads the rest of it.
 #ifndef INFO_ANALYZE_CLI_PRINTER_PPD_H_
 #define INFO_ANALYZE_CLI_PRINTER_PPD_H_
 

@@ -18,7 +18,7 @@ namespace {
 
 }  // namespace
 
-OptionListPtr AskPrinter(AnalyzeContext& analyzer, const std::string& queue) {
+OptionListPtr QueryPrinter(AnalyzeContext& analyzer, const std::string& queue) {
   OptionListPtr options = StartOptionList();
   const std::int32_t result = Analyze_Info_FromPrinter(&analyzer, options.get(), 0);
   const std::vector<std::string> missing = ExplainMissingDocuments(analyzer);

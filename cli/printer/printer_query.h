@@ -7,9 +7,9 @@
 
 namespace ia::cli {
 
-// The printer's options behind an empty first node. Documents that are missing are told on standard
-// error; throws a Failure when the query fails for want of them.
-[[nodiscard]] OptionListPtr AskPrinter(AnalyzeContext& analyzer, const std::string& queue);
+// The printer's options, after an empty first node. Reports missing documents on standard error,
+// and throws a Failure when the query fails.
+[[nodiscard]] OptionListPtr QueryPrinter(AnalyzeContext& analyzer, const std::string& queue);
 
 }  // namespace ia::cli
 

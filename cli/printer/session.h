@@ -1,4 +1,4 @@
-// The first steps of every verb that asks about one printer: which one, and how to reach it.
+// The first steps of every verb that queries a printer: which one it is, and opening it.
 #ifndef INFO_ANALYZE_CLI_PRINTER_SESSION_H_
 #define INFO_ANALYZE_CLI_PRINTER_SESSION_H_
 
@@ -9,29 +9,29 @@
 
 namespace ia::cli {
 
-// Where a printer's driver, PPD and documents are, as told on the command line.
+// Where a printer's driver, PPD and documents are, as given on the command line.
 struct PrinterLocation {
   std::string queue;
   std::string driver_folder;
-  std::string device_info;  // empty: nothing is asked of the device
+  std::string device_info;  // document directory; empty: no documents are needed
   std::string cups_root;    // empty: the CUPS server of the environment
   std::string snapshot;     // empty: none; else it has the queue, its PPD and the documents
   bool needs_documents = false;
 };
 
-// The options that tell where things are, one by one.
+// Each adds one option of a location.
 void AddCupsRootOption(CLI::App& verb, PrinterLocation& location);
 void AddDriverOption(CLI::App& verb, PrinterLocation& location);
 CLI::Option* AddDocumentsOption(CLI::App& verb, PrinterLocation& location);
 
-// Those that tell a queue and its PPD; a queue and its driver; and its documents, too. A snapshot
-// may stand for the queue and the documents.
+// The options for a queue and its PPD; those and its driver; all that a query needs. With the last
+// two, a snapshot can replace the queue and the documents.
 void AddCupsOptions(CLI::App& verb, PrinterLocation& location);
 void AddQueueOptions(CLI::App& verb, PrinterLocation& location);
 void AddPrinterOptions(CLI::App& verb, PrinterLocation& location);
 
-// Makes the location's CUPS root that of this process, where one is told; throws a Failure when it
-// has no PPD of the queue.
+// Makes the location's CUPS root, if it has one, that of this process; throws a Failure when it has
+// no PPD of the queue.
 void UseQueue(const PrinterLocation& location);
 
 // The communication library of a driver folder; throws a Failure when the path is too long.

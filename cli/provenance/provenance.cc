@@ -2,14 +2,12 @@
 
 #include <nlohmann/json.hpp>
 
-#include "cli/printer/documents.h"
-
 namespace ia::cli {
 namespace {
 
 using Json = nlohmann::ordered_json;
 
-constexpr std::int32_t kMostInputs = 64;  // bits of a set
+constexpr std::int32_t kMaxInputs = 64;  // bits of a set
 
 [[nodiscard]] const OptionSource* FindOptionOfFamily(std::int32_t family) {
   for (const UpdateSource* const update : UpdateHandlers()) {
@@ -33,25 +31,35 @@ std::vector<const UpdateSource*> UpdateHandlers() {
 
 std::vector<const InputKey*> InputsOf(std::uint64_t inputs) {
   std::vector<const InputKey*> keys;
-  for (std::int32_t i = 0; i < kMostInputs; ++i) {
+  for (std::int32_t i = 0; i < kMaxInputs; ++i) {
     if ((inputs >> i & 1) == 0) continue;
     if (const InputKey* const key = Analyze_Provenance_GetInput(i)) keys.push_back(key);
   }
   return keys;
 }
 
+std::vector<const InputKey*> FlagInputs() {
+  std::vector<const InputKey*> inputs = InputsOf(~std::uint64_t{0});
+  std::erase_if(inputs, [](const InputKey* input) {
+    return input->document != IA_INPUT_OF_PPD || input->type != IA_KEY_STRING_ELEMENTS;
+  });
+  return inputs;
+}
+
 std::string Describe(const InputKey& input) {
   if (input.document == IA_INPUT_OF_PPD) return std::string("PPD ") + input.key;
-  const std::string document = DocumentFileName(input.document);
+  const std::string document = Analyze_Provenance_GetDocumentName(input.document);
   if (input.type == IA_KEY_DICTIONARY) return document + " number of items";
   return document + (input.in_list != 0 ? " list[] " : " ") + input.key;
 }
 
+Json DocumentJson(const InputKey& input) {
+  if (input.document == IA_INPUT_OF_PPD) return nullptr;
+  return Analyze_Provenance_GetDocumentName(input.document);
+}
+
 Json ToJson(const InputKey& input) {
-  const bool is_document = input.document != IA_INPUT_OF_PPD;
-  return {{"document", is_document ? Json(DocumentFileName(input.document)) : Json(nullptr)},
-          {"in_list", input.in_list != 0},
-          {"key", input.key}};
+  return {{"document", DocumentJson(input)}, {"in_list", input.in_list != 0}, {"key", input.key}};
 }
 
 std::string OptionOfFamily(std::int32_t family) {
@@ -60,7 +68,7 @@ std::string OptionOfFamily(std::int32_t family) {
 }
 
 ModelRow FindModelRow(std::int32_t family, const char* model_code) {
-  ModelRow row = {"", 0, nullptr, 0};
+  ModelRow row = {.code = "", .whole_code = 0, .handler = nullptr, .inputs = 0};
   Analyze_Provenance_GetModelRow(family, Analyze_Provenance_FindModelRow(family, model_code), &row);
   return row;
 }

@@ -3,8 +3,8 @@
 #include <optional>
 #include <string_view>
 
-#include "cli/printer/documents.h"
 #include "cli/printer/handles.h"
+#include "cli/provenance/provenance.h"
 #include "info_analyze/bidi.h"
 
 namespace ia::cli {
@@ -49,7 +49,7 @@ struct Place {
   return found && text != nullptr ? Json(text) : Json(nullptr);
 }
 
-// Elements of another kind are null.
+// Elements of a different type are null.
 [[nodiscard]] std::optional<Json> ReadArray(Place place, const InputKey& input) {
   std::int32_t count = 0;
   if (Bidi_qvxmlwrapGet_ArrayCount(place.bidi, place.reader, input.key, &count) == 0) {
@@ -94,19 +94,19 @@ struct Place {
          (Bidi_qvxmlwrapGet_DictCount(place.bidi, place.reader, key, &count) != 0 && count > 0);
 }
 
-// Whether the key has a value of any kind.
+// Whether the key has a value of any type.
 [[nodiscard]] bool HasKey(Place place, const char* key) {
   return ReadNumber(place, key) || ReadText(place, key) || HasDouble(place, key) ||
          HasBinary(place, key) || HasContainer(place, key);
 }
 
 [[nodiscard]] RawValue ReadAt(Place place, const InputKey& input, std::int32_t item) {
-  RawValue raw = {&input, item, input.key};
+  RawValue raw = {.input = &input, .item = item, .key = input.key};
   if (const std::optional<Json> value = ReadValue(place, input)) {
     raw.state = RawState::kPresent;
     raw.value = *value;
   } else if (HasKey(place, input.key)) {
-    raw.state = RawState::kWrongKind;
+    raw.state = RawState::kWrongType;
   }
   return raw;
 }
@@ -130,9 +130,10 @@ struct Place {
   for (const OptTable* node = analyzer.ppd_options; node != nullptr; node = node->next) {
     const std::string_view key = node->key;
     if (has_several ? !key.starts_with(input.key) : key != input.key) continue;
-    values.push_back({&input, -1, node->key, RawState::kPresent, node->value});
+    values.push_back(
+        {.input = &input, .key = node->key, .state = RawState::kPresent, .value = node->value});
   }
-  if (values.empty()) values.push_back({&input, -1, input.key});
+  if (values.empty()) values.push_back({.input = &input, .key = input.key});
   return values;
 }
 
@@ -142,7 +143,7 @@ struct Place {
       return " = " + raw.value.dump(-1, ' ', false, Json::error_handler_t::replace);
     case RawState::kMissing:
       return " is not there";
-    case RawState::kWrongKind:
+    case RawState::kWrongType:
       return " is of another kind";
     case RawState::kNoDocument:
       break;
@@ -156,7 +157,7 @@ struct Place {
       return "present";
     case RawState::kMissing:
       return "missing";
-    case RawState::kWrongKind:
+    case RawState::kWrongType:
       return "wrong kind";
     case RawState::kNoDocument:
       break;
@@ -169,11 +170,13 @@ struct Place {
 std::vector<RawValue> ReadRawValues(const AnalyzeContext& analyzer, const InputKey& input) {
   if (input.document == IA_INPUT_OF_PPD) return ReadPpdLines(analyzer, input);
   const XmlData& document = analyzer.documents[input.document];
-  if (document.xml == nullptr) return {{&input, -1, input.key, RawState::kNoDocument}};
+  if (document.xml == nullptr) {
+    return {{.input = &input, .key = input.key, .state = RawState::kNoDocument}};
+  }
   const Place place = {analyzer.bidi, document.xml};
   if (input.type == IA_KEY_DICTIONARY) {
     const RawState state = document.count > 0 ? RawState::kPresent : RawState::kMissing;
-    return {{&input, -1, input.key, state, document.count}};
+    return {{.input = &input, .key = input.key, .state = state, .value = document.count}};
   }
   if (input.in_list != 0) return ReadItems(place, input, document.count);
   return {ReadAt(place, input, -1)};
@@ -181,7 +184,7 @@ std::vector<RawValue> ReadRawValues(const AnalyzeContext& analyzer, const InputK
 
 std::string FormatRawValue(const RawValue& raw) {
   if (raw.input->document == IA_INPUT_OF_PPD) return "PPD " + raw.key + FormatValue(raw);
-  const std::string document = DocumentFileName(raw.input->document);
+  const std::string document = Analyze_Provenance_GetDocumentName(raw.input->document);
   if (raw.input->type == IA_KEY_DICTIONARY && raw.state != RawState::kNoDocument) {
     return document + " number of items = " + raw.value.dump();
   }
@@ -190,8 +193,7 @@ std::string FormatRawValue(const RawValue& raw) {
 }
 
 Json ToJson(const RawValue& raw) {
-  const bool is_document = raw.input->document != IA_INPUT_OF_PPD;
-  return {{"document", is_document ? Json(DocumentFileName(raw.input->document)) : Json(nullptr)},
+  return {{"document", DocumentJson(*raw.input)},
           {"item", raw.item >= 0 ? Json(raw.item) : Json(nullptr)},
           {"key", raw.key},
           {"state", NameOf(raw.state)},

@@ -15,7 +15,7 @@ namespace ia::cli {
 enum class RawState {
   kPresent,
   kMissing,
-  kWrongKind,   // the key has a value of another kind, which the library does not see
+  kWrongType,   // the key has a value of a different type, which the library does not see
   kNoDocument,  // the document is not loaded
 };
 

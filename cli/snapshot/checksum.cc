@@ -25,7 +25,7 @@ constexpr auto kRounds = std::to_array<Word>({
     0x748f82ee, 0x78a5636f, 0x84c87814, 0x8cc70208, 0x90befffa, 0xa4506ceb, 0xbef9a3f7, 0xc67178f2,
 });
 
-// The message with a one bit, zeros and its length in bits behind it, in whole blocks.
+// The message, then a one bit, zeros and its length in bits, in whole blocks.
 [[nodiscard]] std::string Padded(std::string_view bytes) {
   std::string message(bytes);
   message += '\x80';

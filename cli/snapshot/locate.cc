@@ -7,8 +7,9 @@ namespace ia::cli {
 PrinterLocation Locate(const PrinterLocation& given) {
   if (given.snapshot.empty()) {
     if (given.queue.empty()) throw CLI::RequiredError("--queue");
-    if (given.needs_documents && given.device_info.empty())
+    if (given.needs_documents && given.device_info.empty()) {
       throw CLI::RequiredError("--device-info");
+    }
     return given;
   }
   PrinterLocation location = given;

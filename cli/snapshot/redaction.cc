@@ -7,24 +7,26 @@
 #include <vector>
 
 #include "cli/terminal/failure.h"
+#include "info_analyze/device_documents.h"
+#include "info_analyze/provenance.h"
 
 namespace ia::cli {
 namespace {
 
 struct PrivateKey {
-  const char* file_name;
+  std::int32_t document;
   const char* key;
 };
 
 constexpr auto kPrivateKeys = std::to_array<PrivateKey>({
-    {"Devicename.xml", "devicename"},
-    {"Fax_line_list.xml", "id"},
+    {IA_DOCUMENT_DEVICENAME, "devicename"},
+    {IA_DOCUMENT_FAX_LINE_LIST, "id"},
 });
 
 void RemoveKey(pugi::xml_node node, std::string_view key) {
   std::vector<pugi::xml_node> children(node.begin(), node.end());
   for (pugi::xml_node child : children) {
-    // A comment may repeat what is left out.
+    // A comment may repeat a private value.
     const bool is_private = key == child.attribute("key").value();
     if (is_private || child.type() == pugi::node_comment) {
       node.remove_child(child);
@@ -36,22 +38,23 @@ void RemoveKey(pugi::xml_node node, std::string_view key) {
 
 }  // namespace
 
-std::string Redact(const std::string& file_name, const std::string& document) {
+std::string Redact(std::int32_t document, const std::string& contents) {
   for (const PrivateKey& row : kPrivateKeys) {
-    if (file_name != row.file_name) continue;
+    if (document != row.document) continue;
     pugi::xml_document xml;
     const unsigned options = pugi::parse_default | pugi::parse_declaration | pugi::parse_ws_pcdata;
-    if (!xml.load_buffer(document.data(), document.size(), options) ||
+    if (!xml.load_buffer(contents.data(), contents.size(), options) ||
         xml.document_element().name() != std::string_view("document")) {
       throw Failure(ExitStatus::kDocuments,
-                    file_name + ": cannot be redacted, its format is not known");
+                    std::string(Analyze_Provenance_GetDocumentName(document)) +
+                        ": cannot be redacted, its format is not known");
     }
     RemoveKey(xml, row.key);
     std::ostringstream text;
     xml.save(text, "", pugi::format_raw);
     return text.str();
   }
-  return document;
+  return contents;
 }
 
 }  // namespace ia::cli

@@ -28,10 +28,10 @@ struct SnapshotQuestion {
   return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
-// Documents that cannot be read are told and left out, as a query does without them.
+// A document that cannot be read is left out with a warning, because a query can do without it.
 void TakeDocuments(const SnapshotQuestion& question, Snapshot& snapshot) {
   for (std::int32_t i = 0; i < IA_DOCUMENT_COUNT; ++i) {
-    const std::string name = DocumentFileName(i);
+    const std::string name = Analyze_Provenance_GetDocumentName(i);
     const std::string path = question.location.device_info + "/" + name;
     if (const auto fault = FindFileFault(path)) {
       ReportWarning("document " + path + ": " + *fault);
@@ -39,7 +39,7 @@ void TakeDocuments(const SnapshotQuestion& question, Snapshot& snapshot) {
     }
     const std::string document = ReadFile(path);
     snapshot.files[SnapshotDocumentName(name)] =
-        question.is_redacted ? Redact(name, document) : document;
+        question.is_redacted ? Redact(i, document) : document;
   }
 }
 

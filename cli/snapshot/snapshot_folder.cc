@@ -53,7 +53,7 @@ void WriteFile(const std::filesystem::path& path, const std::string& contents) {
   return list.dump(2, ' ', true, Json::error_handler_t::replace) + "\n";
 }
 
-// A folder of its own: files that are there already would be taken for the printer's.
+// The folder must be new: files that exist already would be taken for the printer's.
 void MakeFolder(const std::string& folder) {
   std::error_code error;
   if (std::filesystem::exists(folder, error)) Fail(folder, "is there already");
@@ -95,7 +95,7 @@ void MakeFolder(const std::string& folder) {
 [[nodiscard]] std::set<std::string> FittingNames(const std::string& queue) {
   std::set<std::string> names = {SnapshotPpdName(queue)};
   for (std::int32_t i = 0; i < IA_DOCUMENT_COUNT; ++i) {
-    names.insert(SnapshotDocumentName(DocumentFileName(i)));
+    names.insert(SnapshotDocumentName(Analyze_Provenance_GetDocumentName(i)));
   }
   return names;
 }
@@ -112,7 +112,7 @@ void ReadListed(const std::string& folder, const Json& entry, Snapshot& snapshot
   snapshot.files[name] = contents;
 }
 
-void RequireNoOthers(const std::string& folder, const Snapshot& snapshot) {
+void RequireNoMore(const std::string& folder, const Snapshot& snapshot) {
   for (const std::string& name : FittingNames(snapshot.queue)) {
     if (snapshot.files.contains(name)) continue;
     std::error_code error;
@@ -155,7 +155,7 @@ Snapshot ReadSnapshot(const std::string& folder) {
   if (!files.is_array()) Fail(folder, std::string(kListName) + ": \"files\" is missing");
   for (const Json& entry : files) ReadListed(folder, entry, snapshot);
   if (!snapshot.files.contains(SnapshotPpdName(snapshot.queue))) Fail(folder, "has no PPD");
-  RequireNoOthers(folder, snapshot);
+  RequireNoMore(folder, snapshot);
   return snapshot;
 }
 

@@ -1,4 +1,4 @@
-// A printer in one folder: its PPD and documents as they were, and a list of them with checksums.
+// A printer in one folder: copies of its PPD and documents, and a list of them with checksums.
 #ifndef INFO_ANALYZE_CLI_SNAPSHOT_SNAPSHOT_FOLDER_H_
 #define INFO_ANALYZE_CLI_SNAPSHOT_SNAPSHOT_FOLDER_H_
 

@@ -1,4 +1,4 @@
-// What the tool answers when a step of it fails: an exit status and a sentence on standard error.
+// How the tool reports that a step failed: an exit status and a message on standard error.
 #ifndef INFO_ANALYZE_CLI_TERMINAL_FAILURE_H_
 #define INFO_ANALYZE_CLI_TERMINAL_FAILURE_H_
 
@@ -34,7 +34,7 @@ class Failure : public std::runtime_error {
   ExitStatus status_;
 };
 
-// Thrown by a verb that has answered, and whose answer is told by the exit status too.
+// Thrown by a verb whose answer is written and is not a success.
 class Verdict : public std::exception {
  public:
   explicit Verdict(ExitStatus status) : status_(status) {}

@@ -29,7 +29,7 @@ using Formatter = std::string (*)(const Answer& answer);
 
 [[nodiscard]] std::vector<std::string> FormatNames();
 
-// Adds the option that chooses one of them; the value that is there is the default.
+// Adds the option that chooses one of them; its present value is the default.
 void AddFormatOption(CLI::App& verb, std::string& format);
 
 // The formatter of a name of FormatNames().

@@ -48,7 +48,7 @@ std::string Coloured(std::string_view text, Colour colour) {
 
 Progress::Progress(const std::string& step) {
   if (IsQuiet() || isatty(STDERR_FILENO) == 0) return;
-  teller_ = std::thread([this, step] { Tell(step); });
+  thread_ = std::thread([this, step] { Print(step); });
 }
 
 Progress::~Progress() {
@@ -57,10 +57,10 @@ Progress::~Progress() {
     has_ended_ = true;
   }
   ended_.notify_one();
-  if (teller_.joinable()) teller_.join();
+  if (thread_.joinable()) thread_.join();
 }
 
-void Progress::Tell(const std::string& step) {
+void Progress::Print(const std::string& step) {
   using std::chrono::seconds;
   std::unique_lock lock(mutex_);
   int waited = 1;

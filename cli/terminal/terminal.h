@@ -10,18 +10,18 @@
 
 namespace ia::cli {
 
-// With it, only errors are told on standard error.
+// When quiet, the tool prints only errors on standard error.
 void SetQuiet(bool is_quiet);
 [[nodiscard]] bool IsQuiet();
 
 enum class Colour { kGreen, kYellow, kRed };
 
-// The text in a colour when standard output is a terminal that is to show colours; see NO_COLOR in
-// the manual page.
+// The text, in a colour when standard output is a terminal that shows colours; see NO_COLOR in the
+// manual page.
 [[nodiscard]] std::string Coloured(std::string_view text, Colour colour);
 
-// Tells on standard error, while it lives, that a step takes its time: after a second, and then
-// every ten. Says nothing when quiet, or when standard error is no terminal.
+// Prints on standard error, while it lives, that a step is not finished: after a second, and then
+// every ten. Prints nothing when quiet, or when standard error is no terminal.
 class Progress {
  public:
   explicit Progress(const std::string& step);
@@ -30,12 +30,12 @@ class Progress {
   ~Progress();
 
  private:
-  void Tell(const std::string& step);
+  void Print(const std::string& step);
 
   std::mutex mutex_;
   std::condition_variable ended_;
   bool has_ended_ = false;
-  std::thread teller_;  // last, because it uses the others
+  std::thread thread_;  // last, because it uses the other members
 };
 
 }  // namespace ia::cli

@@ -27,6 +27,13 @@ enum {
   IA_DOCUMENT_COUNT = 9          /**< number of documents */
 };
 
+/** Limits of documents. */
+enum {
+  IA_DOCUMENT_MAX_SIZE = 16777216,    /**< bytes of a file: 16 MiB */
+  IA_DOCUMENT_MAX_PATH_LENGTH = 1023, /**< bytes of a file's path */
+  IA_DOCUMENT_MAX_ITEMS = 1048576     /**< items that are counted of a list */
+};
+
 /** One document slot of an analyser. */
 typedef struct XmlData {
   QvXmlReader* xml; /**< reader of the communication library; NULL: not loaded */

@@ -44,6 +44,11 @@ IA_EXPORT int32_t MqpdUriToPrinterAddress(const char* uri, char** address) IA_NO
  *  @return 0, or -1 for a NULL argument, a URI of no known family or exhausted memory */
 IA_EXPORT int32_t MqpdUriToFullPathOfDriverFolder(const char* uri, char** folder) IA_NOEXCEPT;
 
+/** Returns the installation folder of a driver family.
+ *  @param family  number from 0
+ *  @return borrowed path, such as "/usr/lib/Vorel/CUPS_SFP"; NULL when out of range */
+IA_EXPORT const char* DriverFamily_GetFolderPath(int32_t family) IA_NOEXCEPT;
+
 /** Derives the cache folder of a device URI's driver family, such as "/var/cache/Vorel/CUPSFAX".
  *  @param uri    device URI
  *  @param cache  receives the malloc'd folder

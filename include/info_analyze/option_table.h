@@ -24,6 +24,12 @@ typedef struct LongValList {
   struct LongValList* next; /**< next number, or NULL */
 } LongValList;
 
+/** Limits of PPD lines. */
+enum {
+  IA_PPD_TEXT_SIZE = 256 /**< bytes of a buffer for a key or value: at most 254, a NUL, and one byte
+                              that stays free */
+};
+
 /** The CUPS file handle of cups/file.h, named here so that this header needs no CUPS. */
 struct _cups_file_s;
 

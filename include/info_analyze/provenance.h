@@ -89,6 +89,11 @@ typedef struct ModelRow {
  *  @return borrowed record; NULL when the number is out of range */
 IA_EXPORT const InputKey* Analyze_Provenance_GetInput(int32_t input) IA_NOEXCEPT;
 
+/** Returns the file name of a document.
+ *  @param document  IA_DOCUMENT_...
+ *  @return borrowed name, such as "Accessories.xml"; NULL when the document is out of range */
+IA_EXPORT const char* Analyze_Provenance_GetDocumentName(int32_t document) IA_NOEXCEPT;
+
 /** Tells an update handler of the query.
  *  @param update  number from 0, in the order in which they run
  *  @return borrowed record; NULL when the number is out of range */

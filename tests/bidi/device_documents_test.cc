@@ -18,6 +18,7 @@
 #include <vector>
 
 #include "info_analyze/analyzer.h"
+#include "info_analyze/provenance.h"
 #include "tests/support/recording_library.h"
 #include "tests/support/temp_folder.h"
 
@@ -120,6 +121,16 @@ TEST_P(EachDocument, IsReadFromItsFileOnly) {
     EXPECT_EQ(Create(row.index), row.index == GetParam().index ? 0 : -1) << row.file;
   }
   EXPECT_THAT(LoadedIndexes(), ElementsAre(GetParam().index));
+}
+
+TEST_P(EachDocument, IsNamedAsItsFile) {
+  EXPECT_STREQ(Analyze_Provenance_GetDocumentName(GetParam().index), GetParam().file);
+}
+
+TEST(DocumentName, IsNullOutOfRange) {
+  for (const std::int32_t index : {-1, std::int32_t{IA_DOCUMENT_COUNT}, kHighest, kLowest}) {
+    EXPECT_EQ(Analyze_Provenance_GetDocumentName(index), nullptr) << index;
+  }
 }
 
 TEST_P(EachDocument, CountsItsListAndNoOther) {

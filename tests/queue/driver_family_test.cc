@@ -1,6 +1,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <array>
+#include <cstddef>
+#include <cstdint>
 #include <string>
 
 #include "info_analyze/device_uri.h"
@@ -18,6 +21,34 @@ using testing::StrEq;
 char kOtherText[] = "untouched";
 
 std::string UriOf(const char* key) { return std::string("net:192.0.2.10/PDLType=") + key; }
+
+constexpr auto kFolders = std::to_array<const char*>({
+    PRINTERS "CUPSZETA6",
+    PRINTERS "CUPSTAU2",
+    PRINTERS "CUPSKAPPA2",
+    PRINTERS "CUPSPS",
+    PRINTERS "CUPSPS2",
+    PRINTERS "CUPSPSMF",
+    PRINTERS "CUPSFAX",
+    PRINTERS "CUPSDELTA",
+    PRINTERS "CUPSSIGMA",
+    PRINTERS "CUPSOMEGA",
+    PRINTERS "CUPS_MF_Printer",
+    PRINTERS "CUPS_Printer",
+    "/usr/lib/Vorel/CUPS_SFP",
+});
+
+TEST(DriverFamilies, HaveTheirFoldersInTableOrder) {
+  for (std::size_t i = 0; i < kFolders.size(); ++i) {
+    EXPECT_THAT(DriverFamily_GetFolderPath(static_cast<std::int32_t>(i)), StrEq(kFolders[i])) << i;
+  }
+}
+
+TEST(DriverFamilies, EndOutOfRange) {
+  for (const std::int32_t family : {-1, 13, INT32_MAX, INT32_MIN}) {
+    EXPECT_THAT(DriverFamily_GetFolderPath(family), IsNull()) << family;
+  }
+}
 
 struct FolderRow : NamedRow {
   const char* key;
