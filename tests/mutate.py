@@ -51,7 +51,7 @@ CHECKED_HEAP = {"LD_PRELOAD": "libc_malloc_debug.so.0", "MALLOC_CHECK_": "3"}
 
 
 class Copy:
-    def __init__(self, folder):
+    def __init__(self, folder, rooms):
         self.folder = folder
         self.build = folder / "build" / "mutants"
         self.environment = dict(os.environ, GTEST_FAIL_FAST="1", GTEST_BRIEF="1",
@@ -62,7 +62,6 @@ class Copy:
         # Light optimisation, so that changes without effect give the same object code.
         self.run("cmake", "--preset", "dev", "-B", str(self.build),
                  "-DCMAKE_CXX_FLAGS_DEBUG=-O1 -g0", check=True)
-        rooms = sorted({room for rooms in TESTS.values() for room in rooms})
         folders = [path.parent for room in rooms
                    for path in (self.folder / "tests" / room).rglob("CMakeLists.txt")]
         self.ninja(*(f"{path.relative_to(self.folder)}/all" for path in folders), check=True)
@@ -106,7 +105,8 @@ class Copy:
 
     def fails(self, program, tests):
         try:
-            return self.run(str(program), timeout=60,
+            # A busy machine delays a program, but does not make it work longer.
+            return self.run("prlimit", "--cpu=60", str(program), timeout=600,
                             variables=CHECKED_HEAP | {"GTEST_FILTER": tests}) != 0
         except subprocess.TimeoutExpired:
             return True
@@ -162,10 +162,11 @@ def main():
         changes_of_source[source].append(change)
 
     folder = arguments.folder or Path(tempfile.mkdtemp())
+    rooms = sorted({room for source in changes_of_source for room in TESTS[source.parts[0]]})
     copies = queue.SimpleQueue()
     for job in range(arguments.jobs):
         (folder / str(job)).mkdir(parents=True, exist_ok=True)
-        copies.put(Copy(folder / str(job)))
+        copies.put(Copy(folder / str(job), rooms))
 
     def try_source(source):
         copy = copies.get()
