@@ -3,6 +3,7 @@
 #include "info_analyze/bidi.h"
 #include "info_analyze/device_uri.h"
 #include "info_common/owned.h"
+#include "queue/driver_paths.h"
 
 namespace ia {
 namespace {
@@ -17,10 +18,8 @@ struct BidiDeleter {
 };
 
 BidiLibrary* LoadLibraryOfFolder(const char* driver_folder) noexcept {
-  char* path = nullptr;
-  if (FolderPathToFullPathOfMqpdUtil(driver_folder, &path) != 0) return nullptr;
-  const CString owned_path(path);
-  return z_LoadBidiLibrary(path);
+  const CString path = CommunicationLibraryPath(driver_folder);
+  return z_LoadBidiLibrary(path.get());  // null for a null path
 }
 
 }  // namespace

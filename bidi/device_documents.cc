@@ -1,5 +1,4 @@
-// Loading the nine device documents into an analyser's slots.
-#include "info_analyze/device_documents.h"
+#include "bidi/device_documents.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -10,7 +9,6 @@
 #include <cerrno>
 #include <cstdint>
 
-#include "info_analyze/analyzer.h"
 #include "info_analyze/bidi.h"
 #include "info_analyze/provenance.h"
 #include "info_common/owned.h"
@@ -108,7 +106,42 @@ std::int32_t ReadCachedDocument(const char* queue_name, const Document& document
   return status;
 }
 
+std::int32_t ParseDocument(AnalyzeContext& context, std::int32_t index, const void* bytes,
+                           std::int32_t length, const char* list_key) noexcept {
+  QvXmlReader* const reader = Bidi_qvxmlwrapGet_New(context.bidi, bytes, length);
+  if (reader == nullptr) return 0;  // a document that cannot be read counts as absent
+  std::int32_t count = 0;
+  if (list_key != nullptr) Bidi_qvxmlwrapGet_DictCount(context.bidi, reader, list_key, &count);
+  // No document of the largest size has more items. A communication library that claims more would
+  // keep the update handlers busy for hours.
+  context.documents[index] = {reader, std::clamp(count, 0, std::int32_t{IA_DOCUMENT_MAX_ITEMS})};
+  return 0;
+}
+
 }  // namespace
+
+std::int32_t LoadDocument(AnalyzeContext& context, std::int32_t index) noexcept {
+  const Document& document = kDocuments[static_cast<std::size_t>(index)];
+  Bytes bytes;
+  const std::int32_t status = context.is_ppd_cache != 0
+                                  ? ReadCachedDocument(context.queue_name, document, bytes)
+                                  : ReadDocument(context.xml_folder, document, bytes);
+  if (status != 0) return status;
+  if (!bytes.data || bytes.length < 0) return -1;
+  return ParseDocument(context, index, bytes.data.get(), bytes.length, document.list_key);
+}
+
+void UnloadDocument(AnalyzeContext& context, std::int32_t index) noexcept {
+  XmlData& slot = context.documents[index];
+  if (slot.xml == nullptr) return;
+  Bidi_qvxmlwrapGet_Destroy(context.bidi, slot.xml);
+  slot = {};
+}
+
+void UnloadDocuments(AnalyzeContext& context) noexcept {
+  for (std::int32_t index = 0; index < IA_DOCUMENT_COUNT; ++index) UnloadDocument(context, index);
+}
+
 }  // namespace ia
 
 const char* Analyze_Provenance_GetDocumentName(int32_t document) noexcept {
@@ -118,21 +151,14 @@ const char* Analyze_Provenance_GetDocumentName(int32_t document) noexcept {
 
 int32_t analyze_common_create_xmldata(AnalyzeContext* context, int32_t index) noexcept {
   if (context == nullptr || !ia::IsDocumentIndex(index)) return -1;
-  const ia::Document& document = ia::kDocuments[static_cast<std::size_t>(index)];
-  ia::Bytes bytes;
-  const std::int32_t status = context->is_ppd_cache != 0
-                                  ? ia::ReadCachedDocument(context->queue_name, document, bytes)
-                                  : ia::ReadDocument(context->xml_folder, document, bytes);
-  if (status != 0) return status;
-  return analyze_common_initialize_xmldata(context, index, bytes.data.get(), bytes.length,
-                                           document.list_key);
+  return ia::LoadDocument(*context, index);
 }
 
 int32_t analyze_common_create_all_xmldata(AnalyzeContext* context) noexcept {
   if (context == nullptr) return -1;
   int32_t status = 0;
   for (int32_t index = 0; index < IA_DOCUMENT_COUNT && status == 0; ++index) {
-    status = analyze_common_create_xmldata(context, index);
+    status = ia::LoadDocument(*context, index);
   }
   return status;
 }
@@ -142,30 +168,15 @@ int32_t analyze_common_initialize_xmldata(AnalyzeContext* context, int32_t index
   if (context == nullptr || bytes == nullptr || length < 0 || !ia::IsDocumentIndex(index)) {
     return -1;
   }
-  QvXmlReader* const reader = Bidi_qvxmlwrapGet_New(context->bidi, bytes, length);
-  if (reader == nullptr) return 0;  // a document that cannot be read counts as absent
-  int32_t count = 0;
-  if (list_key != nullptr) {
-    Bidi_qvxmlwrapGet_DictCount(context->bidi, reader, list_key, &count);
-  }
-  // No document of the largest size has more items. A communication library that claims more would
-  // keep the update handlers busy for hours.
-  context->documents[index] = {reader, std::clamp(count, 0, int32_t{IA_DOCUMENT_MAX_ITEMS})};
-  return 0;
+  return ia::ParseDocument(*context, index, bytes, length, list_key);
 }
 
 void analyze_common_destroy_xmldata(AnalyzeContext* context, int32_t index) noexcept {
-  if (context == nullptr || !ia::IsDocumentIndex(index)) return;
-  XmlData& slot = context->documents[index];
-  if (slot.xml == nullptr) return;
-  Bidi_qvxmlwrapGet_Destroy(context->bidi, slot.xml);
-  slot = {};
+  if (context != nullptr && ia::IsDocumentIndex(index)) ia::UnloadDocument(*context, index);
 }
 
 int32_t analyze_common_destroy_all_xmldata(AnalyzeContext* context) noexcept {
   if (context == nullptr) return -1;
-  for (int32_t index = 0; index < IA_DOCUMENT_COUNT; ++index) {
-    analyze_common_destroy_xmldata(context, index);
-  }
+  ia::UnloadDocuments(*context);
   return 0;
 }

@@ -1,8 +1,10 @@
 // Reading values of device documents through key descriptors. That a value is missing is no error:
 // its destination keeps the default that the caller put there.
-#include <algorithm>
+#include "bidi/key_reader.h"
 
-#include "info_analyze/analyzer.h"
+#include <algorithm>
+#include <cstddef>
+
 #include "info_analyze/bidi.h"
 #include "info_analyze/device_documents.h"
 #include "info_common/owned.h"
@@ -149,17 +151,24 @@ QvXmlReader* ReaderOf(const AnalyzeContext& context, const XmlKeyDescriptor& des
 }
 
 }  // namespace
+
+std::int32_t ReadKeys(const AnalyzeContext& context,
+                      std::span<const XmlKeyDescriptor> keys) noexcept {
+  for (const XmlKeyDescriptor& key : keys) {
+    QvXmlReader* const reader = ReaderOf(context, key);
+    if (reader == nullptr) return -1;
+    const std::int32_t status = ReadPlain({context.bidi, reader}, key, 0);
+    if (status != 0) return status;
+  }
+  return 0;
+}
+
 }  // namespace ia
 
 int32_t analyze_common_readxml(AnalyzeContext* context, const XmlKeyDescriptor* descriptors,
                                int32_t count) noexcept {
   if (context == nullptr || descriptors == nullptr) return -1;
-  for (int32_t i = 0; i < count; ++i) {
-    QvXmlReader* const reader = ia::ReaderOf(*context, descriptors[i]);
-    const int32_t status = analyze_common_getxmlkeydata(context, reader, &descriptors[i], 0);
-    if (status != 0) return status;
-  }
-  return 0;
+  return ia::ReadKeys(*context, {descriptors, static_cast<std::size_t>(std::max(count, 0))});
 }
 
 int32_t analyze_common_getxmlkeydata(AnalyzeContext* context, QvXmlReader* reader,
@@ -182,8 +191,8 @@ int32_t analyze_common_readxml_for_list(AnalyzeContext* context,
   if (context == nullptr || descriptors == nullptr) return -1;
   for (int32_t i = 0; i < count; ++i) {
     QvXmlReader* const reader = ia::ReaderOf(*context, descriptors[i]);
-    const int32_t status =
-        analyze_common_getxmloneinfo(context, reader, &descriptors[i], 1, list_index);
+    if (reader == nullptr) return -1;
+    const int32_t status = ia::ReadNested({context->bidi, reader}, &descriptors[i], 1, list_index);
     if (status != 0) return status;
   }
   return 0;

@@ -1,11 +1,11 @@
 // Indexed flag keys: a base key alone, then base_1, base_2, ...
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
 #include <cstring>
 #include <limits>
 
 #include "info_analyze/option_list.h"
-#include "info_analyze/string_helpers.h"
 #include "info_common/ascii.h"
 #include "info_common/option_table.h"
 #include "info_common/owned.h"
@@ -32,6 +32,18 @@ std::int32_t NextFreeIndex(const OptTable* list, std::string_view base,
   return lowest;
 }
 
+// The base with the next free index of both lists.
+CString NewFlagKey(const OptTable* first, const OptTable* second, const char* base) noexcept {
+  const std::int32_t index = NextFreeIndex(second, base, NextFreeIndex(first, base, 0));
+  if (index == 0) return Duplicate(base);
+  const auto digits = static_cast<std::size_t>(std::log10(index)) + 1;
+  const std::size_t length = std::strlen(base) + 1 + digits;
+  CString key = NewText(length);
+  if (!key) return nullptr;
+  std::snprintf(key.get(), length + 1, "%s_%d", base, index);
+  return key;
+}
+
 // Calls take(item) for each item of a copy of the text, until it answers non-zero.
 template <class Take>
 std::int32_t ForEachItem(const char* text, Take take) noexcept {
@@ -56,12 +68,12 @@ int32_t OptionList_Get_FlagValue(OptTable** cursor, const char* base, int32_t hi
   if (cursor == nullptr || base == nullptr || value == nullptr) return 0;
   *value = nullptr;
   const std::size_t base_length = std::strlen(base);
-  char* key = nullptr;
-  char* found = nullptr;
-  while (z_get_key_value_from_option_list(cursor, base, &key, &found) == 1) {
-    const char* const suffix = key + base_length;
+  // A key without a value ends the search.
+  for (const OptTable* node = ia::TakeKeyHolding(*cursor, base);
+       node != nullptr && node->value != nullptr; node = ia::TakeKeyHolding(*cursor, base)) {
+    const char* const suffix = node->key + base_length;
     if (*suffix == '\0' || ia::ParseInt32(suffix + 1, 10) <= highest_index) {
-      *value = found;
+      *value = node->value;
       return 1;
     }
   }
@@ -70,20 +82,14 @@ int32_t OptionList_Get_FlagValue(OptTable** cursor, const char* base, int32_t hi
 
 char* z_create_flag_key_fom_option_list(const OptTable* first, const OptTable* second,
                                         const char* base) noexcept {
-  if (base == nullptr) return nullptr;
-  const std::int32_t index = ia::NextFreeIndex(second, base, ia::NextFreeIndex(first, base, 0));
-  if (index == 0) return ia::Duplicate(base).release();
-  const auto digits = static_cast<std::size_t>(std::log10(index)) + 1;
-  ia::CString key = ia::NewText(std::strlen(base) + 1 + digits);
-  if (!key || util_sprintf(key.get(), "%s_%d", base, index) < 0) return nullptr;
-  return key.release();
+  return base != nullptr ? ia::NewFlagKey(first, second, base).release() : nullptr;
 }
 
 int32_t OptionList_Set_FlagValue(const OptTable* source, const char* base, const char* text,
                                  OptionList* target) noexcept {
   if (source == nullptr || base == nullptr || text == nullptr || target == nullptr) return 0;
   return ia::ForEachItem(text, [&](const char* item) noexcept {
-    const ia::CString key(z_create_flag_key_fom_option_list(source, target, base));
+    const ia::CString key = ia::NewFlagKey(source, target, base);
     return key && ia::AddBack(*target, key.get(), item) ? 0 : -1;
   });
 }

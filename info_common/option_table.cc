@@ -45,6 +45,14 @@ const char* FindValue(const OptTable* head, std::string_view key) noexcept {
   return nullptr;
 }
 
+OptTable* TakeKeyHolding(OptTable*& cursor, std::string_view text) noexcept {
+  while (cursor != nullptr) {
+    OptTable* const node = std::exchange(cursor, cursor->next);
+    if (node->key != nullptr && ContainsIgnoringCase(node->key, text)) return node;
+  }
+  return nullptr;
+}
+
 bool ReplaceValue(OptTable& node, std::string_view value) noexcept {
   CString copy = Duplicate(value);
   if (!copy) return false;
@@ -76,11 +84,17 @@ bool AddBack(OptTable& head, std::string_view key, std::string_view value) noexc
   return last->next != nullptr;
 }
 
+void AddOption(OptTable& list, const char* keyword, const char* value) noexcept {
+  if (value != nullptr) static_cast<void>(AddBack(list, keyword, value));
+}
+
+void FreeTable(OptTable* head) noexcept {
+  while (head != nullptr) NodePtr(std::exchange(head, head->next)).reset();
+}
+
 }  // namespace ia
 
-void info_common_optlist_destroy(OptTable* head) noexcept {
-  while (head != nullptr) ia::NodePtr(std::exchange(head, head->next)).reset();
-}
+void info_common_optlist_destroy(OptTable* head) noexcept { ia::FreeTable(head); }
 
 OptTable* info_common_optlist_find(OptTable* head, const char* key) noexcept {
   return key != nullptr ? ia::FindKeyPrefix(head, key) : nullptr;
@@ -88,8 +102,7 @@ OptTable* info_common_optlist_find(OptTable* head, const char* key) noexcept {
 
 char* info_common_optlist_getvalue(const OptTable* head, const char* key) noexcept {
   if (key == nullptr) return nullptr;
-  const char* const value = ia::FindValue(head, key);
-  return value != nullptr ? ia::Duplicate(value).release() : nullptr;
+  return ia::CopyOf(ia::FindValue(head, key)).release();
 }
 
 void info_common_optlist_changevalue(OptTable* head, const char* key, const char* value) noexcept {
@@ -97,8 +110,7 @@ void info_common_optlist_changevalue(OptTable* head, const char* key, const char
 }
 
 void info_common_optlist_additem_back(OptTable* head, const char* key, const char* value) noexcept {
-  if (head == nullptr || key == nullptr || value == nullptr) return;
-  static_cast<void>(ia::AddBack(*head, key, value));
+  if (head != nullptr && key != nullptr) ia::AddOption(*head, key, value);
 }
 
 void info_common_optlist_additem_front(OptTable** head, const char* key,

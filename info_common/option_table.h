@@ -9,7 +9,7 @@
 
 namespace ia {
 
-// Frees a node with its texts, without the nodes behind it.
+// Frees a node with its texts, without the nodes after it.
 struct NodeDeleter {
   void operator()(OptTable* node) const noexcept {
     std::free(node->key);
@@ -31,6 +31,10 @@ using NodePtr = std::unique_ptr<OptTable, NodeDeleter>;
 // Value of the first node whose key equals the given one, ignoring case; borrowed, or null.
 [[nodiscard]] const char* FindValue(const OptTable* head, std::string_view key) noexcept;
 
+// The first node from the cursor on whose key holds the text, ignoring case; null when there is
+// none. The cursor moves to the node after it.
+[[nodiscard]] OptTable* TakeKeyHolding(OptTable*& cursor, std::string_view text) noexcept;
+
 // False, and the node unchanged, when memory ran out.
 [[nodiscard]] bool ReplaceValue(OptTable& node, std::string_view value) noexcept;
 
@@ -41,6 +45,12 @@ bool ChangeValues(OptTable* head, std::string_view key, std::string_view value) 
 // Appends an entry to a table that has a node, or changes the entries that have its key, as
 // info_common_optlist_additem_back() does; false when memory ran out.
 [[nodiscard]] bool AddBack(OptTable& head, std::string_view key, std::string_view value) noexcept;
+
+// The same for an option of a list. One without a value, or without memory for it, is left out.
+void AddOption(OptTable& list, const char* keyword, const char* value) noexcept;
+
+// Frees a whole table; null is an empty one.
+void FreeTable(OptTable* head) noexcept;
 
 }  // namespace ia
 

@@ -45,7 +45,7 @@ void FreeTwins(void* first) noexcept {
 
 OptionTableBuilder::~OptionTableBuilder() {
   DropIndex();
-  info_common_optlist_destroy(head_);
+  FreeTable(head_);
 }
 
 bool OptionTableBuilder::Put(std::string_view key, std::string_view value) noexcept {

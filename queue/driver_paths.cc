@@ -1,4 +1,6 @@
 // Folders, libraries and ports of driver families.
+#include "queue/driver_paths.h"
+
 #include <cstring>
 
 #include "info_analyze/device_uri.h"
@@ -37,7 +39,7 @@ CString LibraryPath(std::string_view folder, std::string_view library) noexcept 
   return MakePath({folder, "/", kLibraryFolder, "/", library});
 }
 
-std::int32_t HandOver(CString text, char** out) noexcept {
+std::int32_t Return(CString text, char** out) noexcept {
   *out = text.release();
   return *out != nullptr ? 0 : -1;
 }
@@ -48,24 +50,36 @@ CString CacheFolder(const DriverFamily* family) noexcept {
 }
 
 }  // namespace
+
+CString CacheOfFolder(const char* driver_folder) noexcept {
+  return driver_folder != nullptr ? CacheFolder(FindFamilyByFolder(driver_folder)) : nullptr;
+}
+
+CString CacheOfUri(const char* device_uri) noexcept {
+  const char* const pdl_type = device_uri != nullptr ? FindPdlType(device_uri) : nullptr;
+  return pdl_type != nullptr ? CacheFolder(FindFamilyByPdlType(pdl_type)) : nullptr;
+}
+
+CString CommunicationLibraryPath(std::string_view driver_folder) noexcept {
+  return LibraryPath(driver_folder, kCommunicationLibrary);
+}
+
 }  // namespace ia
 
 int32_t MqpdUriToFullPathOfDriverFolder(const char* uri, char** folder) noexcept {
   if (uri == nullptr || folder == nullptr) return -1;
   const char* const found = ia::FindDriverFolder(uri);
-  return ia::HandOver(found != nullptr ? ia::Duplicate(found) : nullptr, folder);
+  return ia::Return(found != nullptr ? ia::Duplicate(found) : nullptr, folder);
 }
 
 int32_t MqpdUriToFullPathOfDriverCache(const char* uri, char** cache) noexcept {
   if (uri == nullptr || cache == nullptr) return -1;
-  const char* const pdl_type = ia::FindPdlType(uri);
-  return ia::HandOver(
-      pdl_type != nullptr ? ia::CacheFolder(ia::FindFamilyByPdlType(pdl_type)) : nullptr, cache);
+  return ia::Return(ia::CacheOfUri(uri), cache);
 }
 
 int32_t FolderPathToDriverCache(const char* folder, char** cache) noexcept {
   if (folder == nullptr || cache == nullptr) return -1;
-  return ia::HandOver(ia::CacheFolder(ia::FindFamilyByFolder(folder)), cache);
+  return ia::Return(ia::CacheOfFolder(folder), cache);
 }
 
 int32_t MqpdUriToFullPathOfIOLib(const char* uri, char** path) noexcept {
@@ -74,12 +88,12 @@ int32_t MqpdUriToFullPathOfIOLib(const char* uri, char** path) noexcept {
   const char* const folder = ia::FindDriverFolder(uri);
   const ia::Endpoint* const endpoint = ia::FindEndpoint(uri);
   if (folder == nullptr || endpoint == nullptr || endpoint->library.empty()) return -1;
-  return ia::HandOver(ia::LibraryPath(folder, endpoint->library), path);
+  return ia::Return(ia::LibraryPath(folder, endpoint->library), path);
 }
 
 int32_t FolderPathToFullPathOfMqpdUtil(const char* folder, char** path) noexcept {
   if (folder == nullptr || path == nullptr) return -1;
-  return ia::HandOver(ia::LibraryPath(folder, ia::kCommunicationLibrary), path);
+  return ia::Return(ia::CommunicationLibraryPath(folder), path);
 }
 
 int32_t FolderPathToPortNumber(const char* folder) noexcept {

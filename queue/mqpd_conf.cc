@@ -14,6 +14,7 @@
 #include "info_common/paths.h"
 #include "queue/conf_text.h"
 #include "queue/driver_family.h"
+#include "queue/driver_paths.h"
 
 static_assert(offsetof(FolderConf, text) == 0 && offsetof(FolderConf, length) == sizeof(char*));
 
@@ -149,10 +150,8 @@ std::int32_t FindQueueOfUri(std::string_view cache_folder, std::string_view uri,
 }  // namespace ia
 
 FolderConf* FolderPathForConf_Initialize(const char* driver_folder) noexcept {
-  char* cache_folder = nullptr;
-  if (FolderPathToDriverCache(driver_folder, &cache_folder) != 0) return nullptr;
-  const ia::CString owned_folder(cache_folder);
-  return ia::NewConf(cache_folder);
+  const ia::CString cache_folder = ia::CacheOfFolder(driver_folder);
+  return cache_folder ? ia::NewConf(cache_folder.get()) : nullptr;
 }
 
 void FolderPathForConf_Terminate(FolderConf* conf) noexcept {
@@ -170,12 +169,9 @@ int32_t FolderPathForConf_GetAddressAndProtocol(const FolderConf* conf, const ch
 
 int32_t MqpdUriToQueueName(const char* device_uri, char** queue_name) noexcept {
   ia::Clear(queue_name);
-  char* cache_folder = nullptr;
-  if (queue_name == nullptr || MqpdUriToFullPathOfDriverCache(device_uri, &cache_folder) != 0) {
-    return -1;
-  }
-  const ia::CString owned_folder(cache_folder);
-  return ia::FindQueueOfUri(cache_folder, device_uri, queue_name);
+  if (queue_name == nullptr) return -1;
+  const ia::CString cache_folder = ia::CacheOfUri(device_uri);
+  return cache_folder ? ia::FindQueueOfUri(cache_folder.get(), device_uri, queue_name) : -1;
 }
 
 int32_t zGetQueueCount(const char* start, const char* end) noexcept {
