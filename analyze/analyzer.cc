@@ -5,6 +5,7 @@
 #include <type_traits>
 
 #include "analyze/inputs.h"
+#include "bidi/device_documents.h"
 #include "info_common/option_table.h"
 #include "info_common/owned.h"
 
@@ -91,13 +92,9 @@ AnalyzeContext* Analyze_Create(BidiContext* bidi, const char* queue_name,
 
 void Analyze_Destroy(AnalyzeContext* context) noexcept {
   if (context == nullptr) return;
-  OptionList_Terminate(&context->ppd_options);
-  analyze_common_destroy_all_xmldata(context);
-  zflaginfo_term(context->media_type_flags);
-  zflaginfo_term(context->input_tray_flags);
-  zflaginfo_term(context->slot_media_info_flags);
-  zflaginfo_term(context->src_option_flags);
-  zflaginfo_term(context->finisher_name_flags);
+  ia::FreeTable(context->ppd_options);
+  ia::UnloadDocuments(*context);
+  for (const ia::FlagKey& flag : ia::kFlagKeys) zflaginfo_term(context->*flag.store);
   std::free(context->driver_name);
   std::free(context->queue_name);
   std::free(context);

@@ -18,11 +18,23 @@ namespace ia {
 inline constexpr const char* kUtf8 = "UTF-8";
 
 [[nodiscard]] inline XmlKeyDescriptor LongKey(Input input, std::int32_t& number) noexcept {
-  return {KeyOf(input).document, KeyOf(input).key, IA_KEY_LONG, &number, nullptr, nullptr, nullptr};
+  return {.document = KeyOf(input).document,
+          .key = KeyOf(input).key,
+          .type = IA_KEY_LONG,
+          .destination = &number,
+          .encoding = nullptr,
+          .auxiliary = nullptr,
+          .count = nullptr};
 }
 
 [[nodiscard]] inline XmlKeyDescriptor TextKey(Input input, char*& text) noexcept {
-  return {KeyOf(input).document, KeyOf(input).key, IA_KEY_STRING, &text, &kUtf8, nullptr, nullptr};
+  return {.document = KeyOf(input).document,
+          .key = KeyOf(input).key,
+          .type = IA_KEY_STRING,
+          .destination = &text,
+          .encoding = &kUtf8,
+          .auxiliary = nullptr,
+          .count = nullptr};
 }
 
 // The first kCapacity elements of an array in a document; further ones are not seen.
@@ -31,12 +43,24 @@ class DocumentArray {
  public:
   explicit DocumentArray(Input input) noexcept
       : key_(KeyOf(input).key),
-        element_{KeyOf(input).document, nullptr, kType, elements_, &kUtf8, nullptr, &capacity_} {}
+        element_{.document = KeyOf(input).document,
+                 .key = nullptr,
+                 .type = kType,
+                 .destination = elements_,
+                 .encoding = &kUtf8,
+                 .auxiliary = nullptr,
+                 .count = &capacity_} {}
   DocumentArray(const DocumentArray&) = delete;
   DocumentArray& operator=(const DocumentArray&) = delete;
 
   [[nodiscard]] XmlKeyDescriptor Key() noexcept {
-    return {element_.document, key_, IA_KEY_ARRAY, &element_address_, nullptr, nullptr, &count_};
+    return {.document = element_.document,
+            .key = key_,
+            .type = IA_KEY_ARRAY,
+            .destination = &element_address_,
+            .encoding = nullptr,
+            .auxiliary = nullptr,
+            .count = &count_};
   }
   [[nodiscard]] Element* Data() noexcept { return elements_; }
   [[nodiscard]] const std::int32_t& Count() const noexcept { return count_; }
@@ -75,8 +99,13 @@ class TextArray : public DocumentArray<char*, kCapacity, IA_KEY_STRING_ELEMENTS>
     std::initializer_list<XmlKeyDescriptor> keys) noexcept {
   const XmlKeyDescriptor* first = keys.begin();
   auto count = static_cast<std::int32_t>(keys.size());
-  const XmlKeyDescriptor list{document, "list", IA_KEY_DICTIONARY, &first, nullptr,
-                              nullptr,  &count};
+  const XmlKeyDescriptor list{.document = document,
+                              .key = "list",
+                              .type = IA_KEY_DICTIONARY,
+                              .destination = &first,
+                              .encoding = nullptr,
+                              .auxiliary = nullptr,
+                              .count = &count};
   return analyze_common_readxml_for_list(context, &list, 1, item);
 }
 

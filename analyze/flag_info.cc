@@ -46,6 +46,17 @@ bool StoreFlag(FlagInfo& store, std::string_view name, std::string_view value) n
   return true;
 }
 
+// Stores the items of a text; -1 when memory ran out.
+std::int32_t StoreFlags(std::string_view text, FlagInfo& store) noexcept {
+  while (!text.empty()) {
+    std::string_view value = TakeUpTo(text, ',');
+    value.remove_prefix(std::min(value.find_first_not_of(':'), value.size()));
+    const std::string_view name = TakeUpTo(value, ':');
+    if (!name.empty() && !StoreFlag(store, name, value)) return -1;
+  }
+  return 0;
+}
+
 }  // namespace
 }  // namespace ia
 
@@ -75,14 +86,7 @@ FlagPair* zflaginfo_find(const FlagInfo* store, const char* name) noexcept {
 }
 
 int32_t zflaginfo_get(const char* text, FlagInfo* store) noexcept {
-  if (text == nullptr || store == nullptr) return -1;
-  for (std::string_view rest = text; !rest.empty();) {
-    std::string_view value = ia::TakeUpTo(rest, ',');
-    value.remove_prefix(std::min(value.find_first_not_of(':'), value.size()));
-    const std::string_view name = ia::TakeUpTo(value, ':');
-    if (!name.empty() && !ia::StoreFlag(*store, name, value)) return -1;
-  }
-  return 0;
+  return text != nullptr && store != nullptr ? ia::StoreFlags(text, *store) : -1;
 }
 
 int32_t zflaginfo_getflags(OptTable* table, const char* key, FlagInfo* store) noexcept {
@@ -90,7 +94,7 @@ int32_t zflaginfo_getflags(OptTable* table, const char* key, FlagInfo* store) no
   int32_t status = 0;  // of the last text alone: an earlier failure is masked
   for (OptTable* entry = ia::FindKeyPrefix(table, key); entry != nullptr;
        entry = ia::FindKeyPrefix(entry->next, key)) {
-    if (entry->value != nullptr) status = zflaginfo_get(entry->value, store);
+    if (entry->value != nullptr) status = ia::StoreFlags(entry->value, *store);
   }
   return status;
 }

@@ -1,6 +1,9 @@
 #include "analyze/inputs.h"
 
-const InputKey* Analyze_Provenance_GetInput(int32_t input) noexcept {
-  if (input < 0 || input >= static_cast<std::int32_t>(ia::kInputs.size())) return nullptr;
-  return &ia::kInputs[static_cast<std::size_t>(input)];
+#include "analyze/record_copy.h"
+
+int32_t Analyze_Provenance_GetInput(int32_t input, InputKey* key, size_t size) noexcept {
+  if (input < 0 || input >= static_cast<int32_t>(ia::kInputs.size())) return 0;
+  const InputKey& found = ia::kInputs[static_cast<std::size_t>(input)];
+  return ia::CopyRecord(found, found.key, key, size);
 }

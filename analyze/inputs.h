@@ -1,10 +1,14 @@
-// What handlers look at, by name; the keys that they read come from here.
+// The inputs of options and handlers, by name; the keys that are read come from here.
 #ifndef ANALYZE_INPUTS_H_
 #define ANALYZE_INPUTS_H_
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
+#include <functional>
+#include <initializer_list>
 
 #include "info_analyze/provenance.h"
 
@@ -17,49 +21,39 @@ enum class Input : std::int32_t {
 };
 
 inline constexpr auto kInputs = std::to_array<InputKey>({
-#define IA_INPUT(name, document, in_list, type, key) {document, in_list, type, key},
+#define IA_INPUT(name, document_of, is_in_list, type_of, key_of) \
+  {.document = document_of, .in_list = is_in_list, .type = type_of, .key = key_of},
 #include "analyze/inputs.inc"
 #undef IA_INPUT
 });
-static_assert(kInputs.size() <= 64, "the inputs of an option are bits of one number");
 
 [[nodiscard]] constexpr const InputKey& KeyOf(Input input) noexcept {
   return kInputs[static_cast<std::size_t>(input)];
 }
 
-// The name of an exported function, which must be there.
-#define IA_NAME_OF(function) (static_cast<void>(&(function)), #function)
+// The inputs that an option or a handler depends on, in the order of inputs.inc.
+class InputList {
+ public:
+  // Another order, or too many inputs, is a compile error: abort() is no constant expression.
+  constexpr InputList(std::initializer_list<Input> inputs) noexcept
+      : count_(static_cast<std::int32_t>(inputs.size())) {
+    if (inputs.size() > inputs_.size()) std::abort();
+    if (!std::ranges::is_sorted(inputs, std::ranges::less_equal())) std::abort();
+    std::ranges::copy(inputs, inputs_.begin());
+  }
 
-template <class... Inputs>
-[[nodiscard]] constexpr std::uint64_t SetOf(Inputs... inputs) noexcept {
-  return ((std::uint64_t{1} << static_cast<unsigned>(inputs)) | ... | std::uint64_t{0});
-}
+  [[nodiscard]] constexpr std::int32_t Count() const noexcept { return count_; }
 
-// An option whose value is the text of one input.
-[[nodiscard]] constexpr OptionSource ValueOption(const char* keyword, OptionGetter getter,
-                                                 const char* default_value, Input input,
-                                                 std::uint64_t others = 0) noexcept {
-  return {keyword,
-          getter,
-          default_value,
-          IA_FAMILY_NONE,
-          static_cast<std::int32_t>(input),
-          SetOf(input) | others};
-}
+  // The number of the input at an index, or IA_NO_INPUT.
+  [[nodiscard]] constexpr std::int32_t At(std::int32_t index) const noexcept {
+    if (index < 0 || index >= count_) return IA_NO_INPUT;
+    return static_cast<std::int32_t>(inputs_[static_cast<std::size_t>(index)]);
+  }
 
-// An option that follows from several inputs.
-[[nodiscard]] constexpr OptionSource DecidedOption(const char* keyword, OptionGetter getter,
-                                                   const char* default_value,
-                                                   std::uint64_t inputs) noexcept {
-  return {keyword, getter, default_value, IA_FAMILY_NONE, IA_NO_INPUT, inputs};
-}
-
-// An option that the handlers of a family decide.
-[[nodiscard]] constexpr OptionSource ModelOption(const char* keyword, OptionGetter getter,
-                                                 const char* default_value,
-                                                 std::int32_t family) noexcept {
-  return {keyword, getter, default_value, family, IA_NO_INPUT, SetOf(Input::kModelCode)};
-}
+ private:
+  std::array<Input, 6> inputs_{};
+  std::int32_t count_;
+};
 
 }  // namespace ia
 

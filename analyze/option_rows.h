@@ -5,9 +5,11 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
+#include <span>
 
+#include "analyze/update_option.h"
 #include "info_analyze/option_setter.h"
-#include "info_analyze/provenance.h"
 #include "info_common/owned.h"
 
 namespace ia {
@@ -18,20 +20,27 @@ struct OptionTarget {
   bool with_defaults;  // false: rows without a value are left out
 };
 
+// As zGetOptionString(): values of rows whose getter gives one are replaced.
+void RunGetters(std::span<OptionSetter> rows) noexcept;
+
 // As zSetOptionList().
 std::int32_t SetOptions(OptionSetter* rows, std::int32_t count,
                         const OptionTarget& target) noexcept;
 
-[[nodiscard]] constexpr OptionSetter RowOf(const OptionSource& source, const void* datum) noexcept {
-  return {source.keyword, nullptr, source.getter, datum, source.default_value};
+[[nodiscard]] constexpr OptionSetter RowOf(const UpdateOption& option, const void* datum) noexcept {
+  return {.keyword = option.keyword,
+          .value = nullptr,
+          .getter = option.getter,
+          .getter_arg = datum,
+          .default_value = option.default_value};
 }
 
 template <std::size_t kCount>
 [[nodiscard]] constexpr std::array<OptionSetter, kCount> RowsOf(
-    const std::array<OptionSource, kCount>& sources,
+    const std::array<UpdateOption, kCount>& options,
     const std::array<const void*, kCount>& data) noexcept {
   std::array<OptionSetter, kCount> rows{};
-  for (std::size_t i = 0; i < kCount; ++i) rows[i] = RowOf(sources[i], data[i]);
+  for (std::size_t i = 0; i < kCount; ++i) rows[i] = RowOf(options[i], data[i]);
   return rows;
 }
 
@@ -46,7 +55,7 @@ class OptionRows {
     for (OptionSetter& row : rows_) std::free(row.value);
   }
 
-  void RunGetters() noexcept { zGetOptionString(rows_.data(), kCount); }
+  void RunGetters() noexcept { ia::RunGetters(rows_); }
 
   [[nodiscard]] std::int32_t Apply(const OptionTarget& target) noexcept {
     const std::int32_t status = SetOptions(rows_.data(), kCount, target);

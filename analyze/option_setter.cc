@@ -3,6 +3,7 @@
 #include <cstddef>
 
 #include "analyze/option_rows.h"
+#include "info_common/option_table.h"
 #include "info_common/owned.h"
 
 static_assert(sizeof(OptionSetter) == 5 * sizeof(void*));
@@ -12,28 +13,29 @@ static_assert(offsetof(OptionSetter, getter) == 2 * sizeof(void*));
 static_assert(offsetof(OptionSetter, getter_arg) == 3 * sizeof(void*));
 static_assert(offsetof(OptionSetter, default_value) == 4 * sizeof(void*));
 
+void ia::RunGetters(std::span<OptionSetter> rows) noexcept {
+  for (OptionSetter& row : rows) {
+    char* const text = row.getter != nullptr ? row.getter(row.getter_arg) : nullptr;
+    if (text == nullptr) continue;
+    std::free(row.value);
+    row.value = text;
+  }
+}
+
 std::int32_t ia::SetOptions(OptionSetter* rows, std::int32_t count,
                             const OptionTarget& target) noexcept {
   if (rows == nullptr || target.list == nullptr) return -1;
   for (std::int32_t i = 0; i < count; ++i) {
     const OptionSetter& row = rows[i];
     if (row.keyword == nullptr || (row.value == nullptr && !target.with_defaults)) continue;
-    OptionList_Add(target.list, row.keyword, row.value != nullptr ? row.value : row.default_value);
+    AddOption(*target.list, row.keyword, row.value != nullptr ? row.value : row.default_value);
     std::free(row.value);
   }
   return 0;
 }
 
 int32_t zGetOptionString(OptionSetter* rows, int32_t count) noexcept {
-  if (rows == nullptr) return 0;
-  for (int32_t i = 0; i < count; ++i) {
-    OptionSetter& row = rows[i];
-    char* const text = row.getter != nullptr ? row.getter(row.getter_arg) : nullptr;
-    if (text != nullptr) {
-      std::free(row.value);
-      row.value = text;
-    }
-  }
+  if (rows != nullptr && count > 0) ia::RunGetters({rows, static_cast<std::size_t>(count)});
   return 0;
 }
 
@@ -48,5 +50,5 @@ int32_t zReadXMLandSetOptionList(AnalyzeContext* context, const XmlKeyDescriptor
   const int32_t status = analyze_common_readxml(context, descriptors, key_count);
   if (status != 0) return status;
   zGetOptionString(rows, row_count);
-  return zSetOptionList(rows, row_count, options);
+  return ia::SetOptions(rows, row_count, {options, true});
 }

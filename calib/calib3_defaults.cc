@@ -1,5 +1,6 @@
 // The Calib3 information that a calibration tool starts from.
 #include <algorithm>
+#include <array>
 #include <cstddef>
 
 #include "calib/arguments.h"
@@ -25,7 +26,6 @@ constexpr auto kModels = std::to_array<CalibModelEntry<Calib3InfoHandler>>({
     {"RB-P9", analyze_CreateDefault_Calib3InfoLINDEN},
     {"RB-J9", analyze_CreateDefault_Calib3InfoPINE_POPLAR},
 });
-static_assert(kModels.size() == 5);
 static_assert(CountUnreachableRows<CalibModelEntry<Calib3InfoHandler>>(kModels) == 0);
 
 std::uint16_t* NewCurveSet(const std::uint16_t* values) noexcept {
@@ -56,6 +56,9 @@ std::int32_t CopyGradationSets(const GradationTables& tables, const OptTable& op
 }
 
 }  // namespace
+
+constinit const CalibModelTable<Calib3InfoHandler> kCalib3InfoModels = kModels;
+
 }  // namespace ia
 
 int32_t analyze_CreateDefault_Calib3InfoCommon(const AnalyzeContext* context,
@@ -90,7 +93,7 @@ int32_t analyze_CreateDefault_Calib3Info(const AnalyzeContext* context, const Op
                                          Calib3Info* info) noexcept {
   if (ia::HasNull(context, options, info)) return -1;
   const Calib3InfoHandler handler =
-      ia::FindHandler<Calib3InfoHandler>(ia::kModels, *context, nullptr);
+      ia::FindHandler<Calib3InfoHandler>(ia::kCalib3InfoModels, *context, nullptr);
   return handler != nullptr ? handler(context, options, info)
                             : analyze_CreateDefault_Calib3InfoCommon(context, info);
 }

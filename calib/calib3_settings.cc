@@ -16,7 +16,6 @@ constexpr auto kModels = std::to_array<CalibModelEntry<Calib3SettingsHandler>>({
     {"RB-P9", analyze_GetCalibSettingsLINDEN},
     {"RB-J9", analyze_GetCalibSettingsPINE_POPLAR},
 });
-static_assert(kModels.size() == 6);
 static_assert(CountUnreachableRows<CalibModelEntry<Calib3SettingsHandler>>(kModels) == 0);
 
 HalftoneTriple LarchSettings(const OptTable& /*options*/) noexcept {
@@ -62,6 +61,9 @@ std::int32_t Answer(const Request& request, HalftoneTriple (*settings)(const Opt
 }
 
 }  // namespace
+
+constinit const CalibModelTable<Calib3SettingsHandler> kCalib3SettingsModels = kModels;
+
 }  // namespace ia
 
 int32_t analyze_GetCalibSettingsLARCH(const AnalyzeContext* context, const OptTable* options,
@@ -89,7 +91,7 @@ int32_t analyze_GetCalib3Settings(const AnalyzeContext* context, const OptTable*
                                   uint32_t* out1, uint32_t* out2, uint32_t* out3) noexcept {
   if (ia::HasNull(context, options, out1, out2, out3)) return -1;
   const Calib3SettingsHandler handler =
-      ia::FindHandler<Calib3SettingsHandler>(ia::kModels, *context, nullptr);
+      ia::FindHandler<Calib3SettingsHandler>(ia::kCalib3SettingsModels, *context, nullptr);
   // A model without settings is no failure here, unlike with Calib4: callers find their own values
   // in the outputs.
   return handler != nullptr ? handler(context, options, out1, out2, out3) : 0;

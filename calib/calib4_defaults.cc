@@ -1,5 +1,6 @@
 // The Calib4 information that a calibration tool starts from.
 #include <algorithm>
+#include <array>
 #include <cstddef>
 
 #include "calib/arguments.h"
@@ -46,7 +47,6 @@ constexpr auto kModels = std::to_array<CalibModelEntry<Calib4InfoHandler>>({
     {"RA-X6", analyze_CreateDefault_Calib4InfoREDWOOD},
     {"RC-X8", analyze_CreateDefault_Calib4InfoREDWOOD},
 });
-static_assert(kModels.size() == 17);
 // RB-X6-2 stands behind RB-X6, with the same handler.
 static_assert(CountUnreachableRows<CalibModelEntry<Calib4InfoHandler>>(kModels) == 1);
 
@@ -101,6 +101,9 @@ std::int32_t Fill(const AnalyzeContext* context, const OptTable* options, Calib4
 }
 
 }  // namespace
+
+constinit const CalibModelTable<Calib4InfoHandler> kCalib4InfoModels = kModels;
+
 }  // namespace ia
 
 int32_t analyze_CreateDefault_Calib4InfoCommon(const AnalyzeContext* context,
@@ -144,7 +147,7 @@ int32_t analyze_CreateDefault_Calib4Info(const AnalyzeContext* context, const Op
                                          Calib4Info* info) noexcept {
   if (ia::HasNull(context, options, info)) return -1;
   const Calib4InfoHandler handler = ia::FindHandler<Calib4InfoHandler>(
-      ia::kModels, *context, analyze_CreateDefault_Calib4InfoCommon);
+      ia::kCalib4InfoModels, *context, analyze_CreateDefault_Calib4InfoCommon);
   return handler(context, options, info);
 }
 

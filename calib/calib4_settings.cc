@@ -1,5 +1,6 @@
 // Which Calib4 settings a calibration tool sends to a printer.
 #include <algorithm>
+#include <array>
 
 #include "calib/arguments.h"
 #include "calib/calib4_code.h"
@@ -22,7 +23,6 @@ constexpr auto kModels = std::to_array<CalibModelEntry<Calib4SettingsHandler>>({
     {"RA-G5", analyze_GetCalibSettingsTUPELO},
     {"RA-X6", analyze_GetCalibSettingsTUPELO},
 });
-static_assert(kModels.size() == 10);
 static_assert(CountUnreachableRows<CalibModelEntry<Calib4SettingsHandler>>(kModels) == 0);
 
 using Group = std::array<std::uint32_t, 3>;
@@ -80,6 +80,9 @@ std::int32_t Answer(const Request& request, const Family& family) noexcept {
 }
 
 }  // namespace
+
+constinit const CalibModelTable<Calib4SettingsHandler> kCalib4SettingsModels = kModels;
+
 }  // namespace ia
 
 int32_t analyze_GetCalibSettingsBAOBAB(const AnalyzeContext* context, const OptTable* options,
@@ -111,7 +114,7 @@ int32_t analyze_GetCalib4Settings(const AnalyzeContext* context, const OptTable*
                                   uint32_t* words) noexcept {
   if (ia::HasNull(context, options, flag, x_dpi, y_dpi, words)) return -1;
   const Calib4SettingsHandler handler =
-      ia::FindHandler<Calib4SettingsHandler>(ia::kModels, *context, nullptr);
+      ia::FindHandler<Calib4SettingsHandler>(ia::kCalib4SettingsModels, *context, nullptr);
   return handler != nullptr ? handler(context, options, flag, x_dpi, y_dpi, words) : -1;
 }
 

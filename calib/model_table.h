@@ -1,13 +1,13 @@
-// The four tables that tell which handler answers for a driver model.
+// The four tables that name the handler of a driver model.
 #ifndef CALIB_MODEL_TABLE_H_
 #define CALIB_MODEL_TABLE_H_
 
-#include <array>
-#include <cstddef>
+#include <span>
 #include <string_view>
 
 #include "analyze/model_row.h"
 #include "info_analyze/analyzer.h"
+#include "info_analyze/calibration.h"
 
 namespace ia {
 
@@ -16,12 +16,20 @@ struct CalibModelEntry {
   std::string_view model;
   Handler handler;  // never null
 };
+template <class Handler>
+using CalibModelTable = std::span<const CalibModelEntry<Handler>>;
+
+// Each table is in the file of its handlers.
+extern const CalibModelTable<Calib3InfoHandler> kCalib3InfoModels;
+extern const CalibModelTable<Calib3SettingsHandler> kCalib3SettingsModels;
+extern const CalibModelTable<Calib4InfoHandler> kCalib4InfoModels;
+extern const CalibModelTable<Calib4SettingsHandler> kCalib4SettingsModels;
 
 // The handler of the analyser's model, or the other one when the model has no row.
-template <class Handler, std::size_t N>
-[[nodiscard]] Handler FindHandler(const std::array<CalibModelEntry<Handler>, N>& table,
-                                  const AnalyzeContext& context, Handler other) noexcept {
-  const auto* const row = FindModel<CalibModelEntry<Handler>>(table, context.driver_name);
+template <class Handler>
+[[nodiscard]] Handler FindHandler(CalibModelTable<Handler> table, const AnalyzeContext& context,
+                                  Handler other) noexcept {
+  const auto* const row = FindModel(table, context.driver_name);
   return row != nullptr ? row->handler : other;
 }
 

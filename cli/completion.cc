@@ -2,6 +2,7 @@
 // define.
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <iterator>
 #include <memory>
 #include <string>
 #include <vector>
@@ -49,15 +50,12 @@ struct Tree {
 
 void AddOptions(const CLI::App& verb, Place& place, Tree& tree) {
   for (const CLI::Option* const option : verb.get_options()) {
-    if (option->get_positional()) {
-      for (const std::string& word : CheckedWords(option->get_type_name())) {
-        place.words.push_back(word);
-      }
-    }
+    const std::string type = option->get_type_name();
+    if (option->get_positional())
+      std::ranges::copy(CheckedWords(type), std::back_inserter(place.words));
     for (const std::string& name : option->get_lnames()) {
       place.words.push_back("--" + name);
       if (option->get_items_expected_max() < 1) continue;
-      const std::string type = option->get_type_name();
       tree.values.push_back({.path = place.path,
                              .option = "--" + name,
                              .type = TypeOf(type),

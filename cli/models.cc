@@ -21,39 +21,29 @@ using Json = nlohmann::ordered_json;
 
 struct Family {
   std::string option;
-  std::vector<ModelRow> rows;  // in table order; that of other models is the last
+  std::vector<Row> rows;  // in table order; that of other models is the last
 };
 
 using Matrix = std::vector<Family>;
-
-[[nodiscard]] std::vector<ModelRow> AllRows(std::int32_t family) {
-  std::vector<ModelRow> rows;
-  ModelRow row = {};
-  for (std::int32_t i = 0; Analyze_Provenance_GetModelRow(family, i, &row) != 0; ++i) {
-    rows.push_back(row);
-  }
-  if (Analyze_Provenance_GetModelRow(family, IA_OTHER_MODELS, &row) != 0) rows.push_back(row);
-  return rows;
-}
 
 // All rows, or those that one model code selects.
 [[nodiscard]] Matrix ReadMatrix(const std::string& model_code) {
   Matrix matrix;
   for (std::int32_t family = 0; family < IA_FAMILY_COUNT; ++family) {
-    matrix.push_back({OptionOfFamily(family),
-                      model_code.empty() ? AllRows(family)
-                                         : std::vector{FindModelRow(family, model_code.c_str())}});
+    matrix.push_back(
+        {OptionOfFamily(family),
+         model_code.empty() ? RowsOf(family) : std::vector{FindRow(family, model_code.c_str())}});
   }
   return matrix;
 }
 
-[[nodiscard]] std::string HandlerOf(const ModelRow& row) {
+[[nodiscard]] std::string HandlerOf(const Row& row) {
   return row.handler != nullptr ? row.handler : "-";
 }
 
-[[nodiscard]] std::string InputsText(const ModelRow& row) {
+[[nodiscard]] std::string InputsText(const Row& row) {
   std::string text;
-  for (const InputKey* const input : InputsOf(row.inputs)) {
+  for (const InputKey* const input : row.inputs) {
     text += (text.empty() ? "" : ", ") + Describe(*input);
   }
   return text.empty() ? "-" : text;
@@ -63,7 +53,7 @@ using Matrix = std::vector<Family>;
 [[nodiscard]] std::string MatrixText(const Matrix& matrix) {
   std::string text;
   for (const Family& family : matrix) {
-    for (const ModelRow& row : family.rows) {
+    for (const Row& row : family.rows) {
       text += family.option + "\t" + PatternOf(row) + "\t" + HandlerOf(row) + "\t" +
               InputsText(row) + "\n";
     }
@@ -71,10 +61,10 @@ using Matrix = std::vector<Family>;
   return text;
 }
 
-[[nodiscard]] Json RowJson(const ModelRow& row) {
+[[nodiscard]] Json RowJson(const Row& row) {
   const bool is_other = *row.code == '\0';
   Json looks_at = Json::array();
-  for (const InputKey* const input : InputsOf(row.inputs)) looks_at.push_back(ToJson(*input));
+  for (const InputKey* const input : row.inputs) looks_at.push_back(ToJson(*input));
   return {{"code", is_other ? Json(nullptr) : Json(row.code)},
           {"match", is_other ? "other models" : (row.whole_code != 0 ? "whole" : "prefix")},
           {"handler", row.handler != nullptr ? Json(row.handler) : Json(nullptr)},
@@ -85,7 +75,7 @@ using Matrix = std::vector<Family>;
   Json families = Json::array();
   for (const Family& family : matrix) {
     Json rows = Json::array();
-    for (const ModelRow& row : family.rows) rows.push_back(RowJson(row));
+    for (const Row& row : family.rows) rows.push_back(RowJson(row));
     families.push_back({{"option", family.option}, {"rows", rows}});
   }
   return DumpJson({{"families", families}});
@@ -118,7 +108,7 @@ using Cells = std::vector<std::string>;
 [[nodiscard]] std::set<std::string> CodesOf(const Matrix& matrix) {
   std::set<std::string> codes;
   for (const Family& family : matrix) {
-    for (const ModelRow& row : family.rows) {
+    for (const Row& row : family.rows) {
       if (*row.code != '\0') codes.insert(row.code);
     }
   }
@@ -128,7 +118,7 @@ using Cells = std::vector<std::string>;
 [[nodiscard]] std::string ModelLine(const std::string& title, const char* code) {
   Cells cells = {title};
   for (std::int32_t family = 0; family < IA_FAMILY_COUNT; ++family) {
-    cells.push_back(Code(ShortName(HandlerOf(FindModelRow(family, code)))));
+    cells.push_back(Code(ShortName(HandlerOf(FindRow(family, code)))));
   }
   return MarkdownRow(cells);
 }
@@ -144,7 +134,7 @@ using Cells = std::vector<std::string>;
 [[nodiscard]] std::string FamilyMarkdown(const Family& family) {
   std::string text = "\n## " + family.option + "\n\n" +
                      MarkdownHead({"Model codes", "Handler", "What it looks at"});
-  for (const ModelRow& row : family.rows) {
+  for (const Row& row : family.rows) {
     const std::string pattern = PatternOf(row);
     text += MarkdownRow({*row.code == '\0' ? "other models" : Code(pattern), Code(HandlerOf(row)),
                          InputsText(row)});

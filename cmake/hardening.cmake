@@ -106,9 +106,6 @@ function(info_analyze_harden objects library)
   # Debug information is for the gate on types and is not installed. It does not name the folder, so
   # that a dump is the same wherever it is made.
   target_compile_options(${objects} PRIVATE -g "-fdebug-prefix-map=${PROJECT_SOURCE_DIR}=.")
-  # Two handlers that are alike stay two: each is described by its own name.
-  info_analyze_accepted_flags(accepted -fno-ipa-icf)
-  target_compile_options(${objects} PRIVATE ${accepted})
   # Linked by the C driver, a need of the C++ run-time library is a link error.
   target_link_options(${library} PRIVATE -Wl,-z,defs)
   set_target_properties(${library} PROPERTIES LINKER_LANGUAGE C)

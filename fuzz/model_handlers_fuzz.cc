@@ -6,18 +6,23 @@
 //   q function         w reported-function   d reported-detail
 //   p detail=value     v default-value       c count of each list that is not shorter
 // A name or a text that is not there is a null pointer.
+#include <dlfcn.h>
+
 #include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <cstring>
+#include <initializer_list>
 #include <limits>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
 #include "fuzz/input.h"
 #include "info_analyze/model_options.h"
+#include "info_analyze/provenance.h"
 #include "tests/info_common/guarded_buffer.h"
 #include "tests/support/analyzer_ptr.h"
 
@@ -34,21 +39,31 @@ using Value = std::optional<std::string>;
 
 Value ValueOf(const char* text) { return text != nullptr ? Value(text) : std::nullopt; }
 
-constexpr InputOptionHandler kInputHandlers[] = {
-#define IA_INPUT(name) name,
-#define IA_FINISHER(name)
-#include "tests/analyze/model/handlers.inc"
-#undef IA_INPUT
-#undef IA_FINISHER
-};
+// The exported functions of all handlers that the tables of these families name.
+template <class Function>
+std::vector<Function> HandlersOf(std::initializer_list<std::int32_t> families) {
+  std::set<std::string> names;
+  for (const std::int32_t family : families) {
+    ModelRow row = {};
+    for (std::int32_t i = IA_OTHER_MODELS;
+         Analyze_Provenance_GetModelRow(family, i, &row, sizeof row) != 0; ++i) {
+      if (row.handler != nullptr) names.insert(row.handler);
+    }
+  }
+  std::vector<Function> handlers;
+  for (const std::string& name : names) {
+    handlers.push_back(reinterpret_cast<Function>(dlsym(RTLD_DEFAULT, name.c_str())));
+    Require(handlers.back() != nullptr);
+  }
+  return handlers;
+}
 
-constexpr FinisherOptionHandler kFinisherHandlers[] = {
-#define IA_INPUT(name)
-#define IA_FINISHER(name) name,
-#include "tests/analyze/model/handlers.inc"
-#undef IA_INPUT
-#undef IA_FINISHER
-};
+const auto kInputHandlers =
+    HandlersOf<InputOptionHandler>({IA_FAMILY_SIDE_PAPER_DECK, IA_FAMILY_SOURCE_OPTION,
+                                    IA_FAMILY_MEDIA_TYPE, IA_FAMILY_ENVELOPE_FEEDER});
+
+const auto kFinisherHandlers = HandlersOf<FinisherOptionHandler>(
+    {IA_FAMILY_FINISHER, IA_FAMILY_COPY_TRAY, IA_FAMILY_FIN_TRAY});
 
 constexpr FunctionStringHandler kFunctionHandlers[] = {
     analyze_GetFinishingFunctionOptionString,

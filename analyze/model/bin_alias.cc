@@ -11,11 +11,11 @@ constexpr std::int32_t kDocument = IA_DOCUMENT_BIN_LIST;
 // Adds the alias codes of one bin; zeros are none.
 std::int32_t CollectAliases(AnalyzeContext* context, std::int32_t item, std::int32_t* aliases,
                             std::int32_t& count) noexcept {
-  LongArray<kMostAliases> codes(Input::kBinAlias);
+  LongArray<kMaxAliases> codes(Input::kBinAlias);
   const std::int32_t status = ReadListItem(context, kDocument, item, {codes.Key()});
   if (status != 0) return status;
   for (const std::int32_t code : codes.Elements()) {
-    if (code != 0 && count < kMostAliases) aliases[count++] = code;
+    if (code != 0 && count < kMaxAliases) aliases[count++] = code;
   }
   return 0;
 }

@@ -2,8 +2,8 @@
 #include <algorithm>
 #include <array>
 
+#include "analyze/model/finisher_handlers.h"
 #include "analyze/model/finisher_report.h"
-#include "analyze/model/model_matrix.h"
 
 namespace ia {
 namespace {
@@ -15,7 +15,7 @@ const char* ByBinAlias(const FinisherReport& report, AccessoryRules rules,
   const bool has_alias = report.HasAlias(range);
   const bool has_tray = std::ranges::any_of(report.finishers, [&](const FinisherEntry& unit) {
     return std::ranges::any_of(rules, [&](const AccessoryBinRule& rule) {
-      return rule.accessory_name != nullptr && BeginsWith(unit, rule.accessory_name) &&
+      return rule.accessory_name != nullptr && HasNamePrefix(unit, rule.accessory_name) &&
              (unit.binnum > rule.bin_count || has_alias);
     });
   });
@@ -48,6 +48,55 @@ constexpr auto kCedar = std::to_array<AccessoryBinRule>({
 });
 
 }  // namespace
+
+constinit const FinisherHandler kCopyTrayCommon{
+    IA_EXPORTED(analyze_GetQVCopyTrayCommon),
+    .inputs = {},
+    .rule = SetValue<Never>,
+};
+
+constinit const FinisherHandler kCopyTrayAspen{
+    IA_EXPORTED(analyze_GetQVCopyTray_ASPEN),
+    .inputs = {Input::kFinisherName, Input::kFinisherBins, Input::kBinAlias},
+    .rule = SetValue<ByInnerBins<kAspen>>,
+};
+
+constinit const FinisherHandler kCopyTrayFir{
+    IA_EXPORTED(analyze_GetQVCopyTray_FIR),
+    .inputs = {Input::kFinisherName, Input::kFinisherBins, Input::kBinAlias},
+    .rule = SetValue<ByInnerBins<kFir>>,
+};
+
+constinit const FinisherHandler kCopyTrayCedar{
+    IA_EXPORTED(analyze_GetQVCopyTray_CEDAR),
+    .inputs = {Input::kFinisherName, Input::kFinisherBins, Input::kBinAlias},
+    .rule = SetValue<ByInnerBins<kCedar>>,
+};
+
+constinit const FinisherHandler kCopyTrayBeech{
+    IA_EXPORTED(analyze_GetQVCopyTray_BEECH),
+    .inputs = {Input::kBinAlias},
+    .rule = SetValue<OfAlias<kInnerBins>>,
+};
+
+constinit const FinisherHandler kCopyTrayBirch{
+    IA_EXPORTED(analyze_GetQVCopyTray_BIRCH),
+    .inputs = {Input::kBinAlias},
+    .rule = SetValue<OfAlias<kInnerBins>>,
+};
+
+constinit const FinisherHandler kCopyTrayHazel{
+    IA_EXPORTED(analyze_GetQVCopyTray_HAZEL),
+    .inputs = {Input::kBinAlias},
+    .rule = SetValue<OfAlias<kInnerBins>>,
+};
+
+constinit const FinisherHandler kCopyTrayMaple{
+    IA_EXPORTED(analyze_GetQVCopyTrayMAPLE),
+    .inputs = {Input::kBinAlias},
+    .rule = SetValue<OfAlias<kFirstInnerBin>>,
+};
+
 }  // namespace ia
 
 int32_t analyze_GetQVCopyTrayByBinTrayAlias(AnalyzeContext* context, const FinisherEntry* finishers,
@@ -62,36 +111,58 @@ int32_t analyze_GetQVCopyTrayByBinTrayAlias(AnalyzeContext* context, const Finis
       });
 }
 
-IA_FINISHER_HANDLER(analyze_GetQVCopyTrayCommon, ia::Never);
-IA_FINISHER_HANDLER(analyze_GetQVCopyTray_ASPEN, ia::ByInnerBins<ia::kAspen>);
-IA_FINISHER_HANDLER(analyze_GetQVCopyTray_FIR, ia::ByInnerBins<ia::kFir>);
-IA_FINISHER_HANDLER(analyze_GetQVCopyTray_CEDAR, ia::ByInnerBins<ia::kCedar>);
-IA_FINISHER_HANDLER(analyze_GetQVCopyTray_BEECH, ia::OfAlias<ia::kInnerBins>);
-IA_FINISHER_HANDLER(analyze_GetQVCopyTray_BIRCH, ia::OfAlias<ia::kInnerBins>);
-IA_FINISHER_HANDLER(analyze_GetQVCopyTray_HAZEL, ia::OfAlias<ia::kInnerBins>);
-IA_FINISHER_HANDLER(analyze_GetQVCopyTrayMAPLE, ia::OfAlias<ia::kFirstInnerBin>);
+int32_t analyze_GetQVCopyTrayCommon(AnalyzeContext* context, const FinisherEntry* finishers,
+                                    int32_t finisher_count, const int32_t* aliases,
+                                    int32_t alias_count, OptionSetter* row) noexcept {
+  return ia::Apply(ia::kCopyTrayCommon,
+                   {context, finishers, finisher_count, aliases, alias_count, row});
+}
 
-// What each handler looks at.
-namespace ia {
-namespace {
+int32_t analyze_GetQVCopyTray_ASPEN(AnalyzeContext* context, const FinisherEntry* finishers,
+                                    int32_t finisher_count, const int32_t* aliases,
+                                    int32_t alias_count, OptionSetter* row) noexcept {
+  return ia::Apply(ia::kCopyTrayAspen,
+                   {context, finishers, finisher_count, aliases, alias_count, row});
+}
 
-constexpr std::uint64_t kNames = SetOf(Input::kFinisherName);
-constexpr std::uint64_t kBins = SetOf(Input::kFinisherBins);
-constexpr std::uint64_t kAliases = SetOf(Input::kBinAlias);
+int32_t analyze_GetQVCopyTray_FIR(AnalyzeContext* context, const FinisherEntry* finishers,
+                                  int32_t finisher_count, const int32_t* aliases,
+                                  int32_t alias_count, OptionSetter* row) noexcept {
+  return ia::Apply(ia::kCopyTrayFir,
+                   {context, finishers, finisher_count, aliases, alias_count, row});
+}
 
-constexpr auto kSources = std::to_array<HandlerSource<FinisherOptionHandler>>({
-    IA_HANDLER_SOURCE(analyze_GetQVCopyTrayCommon, 0),
-    IA_HANDLER_SOURCE(analyze_GetQVCopyTray_ASPEN, kNames | kBins | kAliases),
-    IA_HANDLER_SOURCE(analyze_GetQVCopyTray_FIR, kNames | kBins | kAliases),
-    IA_HANDLER_SOURCE(analyze_GetQVCopyTray_CEDAR, kNames | kBins | kAliases),
-    IA_HANDLER_SOURCE(analyze_GetQVCopyTray_BEECH, kAliases),
-    IA_HANDLER_SOURCE(analyze_GetQVCopyTray_BIRCH, kAliases),
-    IA_HANDLER_SOURCE(analyze_GetQVCopyTray_HAZEL, kAliases),
-    IA_HANDLER_SOURCE(analyze_GetQVCopyTrayMAPLE, kAliases),
-});
+int32_t analyze_GetQVCopyTray_CEDAR(AnalyzeContext* context, const FinisherEntry* finishers,
+                                    int32_t finisher_count, const int32_t* aliases,
+                                    int32_t alias_count, OptionSetter* row) noexcept {
+  return ia::Apply(ia::kCopyTrayCedar,
+                   {context, finishers, finisher_count, aliases, alias_count, row});
+}
 
-}  // namespace
+int32_t analyze_GetQVCopyTray_BEECH(AnalyzeContext* context, const FinisherEntry* finishers,
+                                    int32_t finisher_count, const int32_t* aliases,
+                                    int32_t alias_count, OptionSetter* row) noexcept {
+  return ia::Apply(ia::kCopyTrayBeech,
+                   {context, finishers, finisher_count, aliases, alias_count, row});
+}
 
-constinit const FinisherHandlerSources kCopyTrayHandlers = kSources;
+int32_t analyze_GetQVCopyTray_BIRCH(AnalyzeContext* context, const FinisherEntry* finishers,
+                                    int32_t finisher_count, const int32_t* aliases,
+                                    int32_t alias_count, OptionSetter* row) noexcept {
+  return ia::Apply(ia::kCopyTrayBirch,
+                   {context, finishers, finisher_count, aliases, alias_count, row});
+}
 
-}  // namespace ia
+int32_t analyze_GetQVCopyTray_HAZEL(AnalyzeContext* context, const FinisherEntry* finishers,
+                                    int32_t finisher_count, const int32_t* aliases,
+                                    int32_t alias_count, OptionSetter* row) noexcept {
+  return ia::Apply(ia::kCopyTrayHazel,
+                   {context, finishers, finisher_count, aliases, alias_count, row});
+}
+
+int32_t analyze_GetQVCopyTrayMAPLE(AnalyzeContext* context, const FinisherEntry* finishers,
+                                   int32_t finisher_count, const int32_t* aliases,
+                                   int32_t alias_count, OptionSetter* row) noexcept {
+  return ia::Apply(ia::kCopyTrayMaple,
+                   {context, finishers, finisher_count, aliases, alias_count, row});
+}

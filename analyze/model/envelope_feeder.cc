@@ -1,7 +1,7 @@
 // QVEnvelopeFeeder: whether an envelope feeder is fitted.
 #include <array>
 
-#include "analyze/model/model_matrix.h"
+#include "analyze/model/input_handlers.h"
 #include "analyze/model/tray_report.h"
 
 namespace ia {
@@ -14,21 +14,18 @@ const char* HasFeeder(const TrayReport& report) noexcept {
 }
 
 }  // namespace
-}  // namespace ia
 
-IA_INPUT_HANDLER(analyze_GetQVEnvelopeFeederCommon, ia::AppendInputOption, ia::kEnvelopeFeeder,
-                 ia::HasFeeder);
-
-// What each handler looks at.
-namespace ia {
-namespace {
-
-constexpr auto kSources = std::to_array<HandlerSource<InputOptionHandler>>({
-    IA_HANDLER_SOURCE(analyze_GetQVEnvelopeFeederCommon, SetOf(Input::kTrayAlias)),
-});
-
-}  // namespace
-
-constinit const InputHandlerSources kEnvelopeFeederHandlers = kSources;
+constinit const InputHandler kEnvelopeFeederCommon{
+    IA_EXPORTED(analyze_GetQVEnvelopeFeederCommon),
+    .inputs = {Input::kTrayAlias},
+    .rule = AppendInputOption<kEnvelopeFeeder, HasFeeder>,
+};
 
 }  // namespace ia
+
+int32_t analyze_GetQVEnvelopeFeederCommon(AnalyzeContext* context, const TrayEntry* trays,
+                                          int32_t tray_count, int32_t extra_tray_count,
+                                          OptionSetter* rows, int32_t* row_count) noexcept {
+  return ia::kEnvelopeFeederCommon.rule(
+      {context, trays, tray_count, extra_tray_count, rows, row_count});
+}

@@ -1,16 +1,23 @@
 // QVInsertUnit of the one driver model whose insert unit is reported as a tray.
+#include "analyze/model/extra_options.h"
+
 #include <array>
+#include <optional>
 #include <string_view>
 
 #include "analyze/document_keys.h"
-#include "analyze/model/extra_options.h"
+#include "analyze/model/handler.h"
 #include "analyze/model/model_matrix.h"
 #include "info_analyze/model_options.h"
+#include "info_analyze/printer_updates.h"
+#include "info_common/option_table.h"
 
 namespace ia {
 namespace {
 
 constexpr std::string_view kModelWithExtraOptions = "RA-Z5";
+constexpr UpdateOption kInsertUnitOption =
+    ModelOption("QVInsertUnit", nullptr, "None", IA_FAMILY_EXTRA_OPTIONS);
 
 struct InsertUnit {
   std::int32_t alias;
@@ -28,27 +35,8 @@ const char* ValueOfTray(std::int32_t alias) noexcept {
   return nullptr;
 }
 
-std::int32_t Find(const char* code) noexcept { return HasExtraOptions(code) ? 0 : IA_OTHER_MODELS; }
-
-bool Describe(std::int32_t index, ModelRow& source) noexcept {
-  if (index != 0 && index != IA_OTHER_MODELS) return false;
-  source = {"", 0, nullptr, 0};
-  if (index == 0) {
-    source = {kModelWithExtraOptions.data(), 1, IA_NAME_OF(analyze_GetExtraOptionStringROWAN),
-              SetOf(Input::kTrayAlias)};
-  }
-  return true;
-}
-
-}  // namespace
-
-constinit const ModelColumn kExtraOptionsColumn{Find, Describe};
-
-bool HasExtraOptions(const char* model_code) noexcept {
-  return model_code != nullptr && kModelWithExtraOptions == model_code;
-}
-
-std::int32_t SetExtraOptions(AnalyzeContext* context, const OptionTarget& target) noexcept {
+// The first tray that is an insert unit decides; later ones are not read.
+std::int32_t SetInsertUnit(AnalyzeContext* context, const OptionTarget& target) noexcept {
   if (context == nullptr || target.list == nullptr) return -1;
   constexpr std::int32_t kDocument = IA_DOCUMENT_TRAY_LIST;
   const char* value = nullptr;
@@ -59,13 +47,64 @@ std::int32_t SetExtraOptions(AnalyzeContext* context, const OptionTarget& target
     status = ReadListItem(context, kDocument, item, {alias.Key()});
     if (status == 0 && alias.Count() > 0) value = ValueOfTray(alias.Data()[0]);
   }
-  if (value == nullptr && target.with_defaults) value = kExtraOption.default_value;
-  if (value != nullptr) OptionList_Add(target.list, kExtraOption.keyword, value);
+  if (value == nullptr && target.with_defaults) value = kInsertUnitOption.default_value;
+  if (value != nullptr) AddOption(*target.list, kInsertUnitOption.keyword, value);
   return status;
 }
+
+constexpr Handler<std::int32_t (*)(AnalyzeContext*, OptionList*),
+                  std::int32_t (*)(AnalyzeContext*, const OptionTarget&) noexcept>
+    kRowan{
+        IA_EXPORTED(analyze_GetExtraOptionStringROWAN),
+        .inputs = {Input::kTrayAlias},
+        .rule = SetInsertUnit,
+    };
+
+// The code in full, not its prefix.
+bool HasExtraOptions(const char* model_code) noexcept {
+  return model_code != nullptr && kModelWithExtraOptions == model_code;
+}
+
+std::int32_t UpdateExtraOptions(AnalyzeContext* context, const OptionTarget& target) noexcept {
+  if (context == nullptr || target.list == nullptr) return -1;
+  return HasExtraOptions(context->driver_name) ? kRowan.rule(context, target) : 0;
+}
+
+constexpr auto kExtraOptions = std::to_array<UpdateOption>({kInsertUnitOption});
+
+std::int32_t Find(const char* code) noexcept { return HasExtraOptions(code) ? 0 : IA_OTHER_MODELS; }
+
+std::optional<ModelCell> Cell(std::int32_t row) noexcept {
+  switch (row) {
+    case 0:
+      return ModelCell{.code = kModelWithExtraOptions.data(),
+                       .handler = kRowan.name,
+                       .inputs = &kRowan.inputs,
+                       .is_whole_code = true};
+    case IA_OTHER_MODELS:
+      return ModelCell{.code = "", .handler = nullptr, .inputs = nullptr, .is_whole_code = false};
+    default:
+      return {};
+  }
+}
+
+}  // namespace
+
+constinit const ModelColumn kExtraOptionsColumn{Find, Cell};
+
+constinit const UpdateHandler kExtraUpdate{
+    IA_EXPORTED(z_Update_Prn_extra),
+    .guard = IA_GUARD_FLAGS,
+    .options = kExtraOptions,
+    .run = UpdateExtraOptions,
+};
 
 }  // namespace ia
 
 int32_t analyze_GetExtraOptionStringROWAN(AnalyzeContext* context, OptionList* options) noexcept {
-  return ia::SetExtraOptions(context, {options, true});
+  return ia::kRowan.rule(context, {options, true});
+}
+
+int32_t z_Update_Prn_extra(AnalyzeContext* context, OptionList* options) noexcept {
+  return ia::kExtraUpdate.run(context, {options, true});
 }

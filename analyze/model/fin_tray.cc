@@ -2,8 +2,8 @@
 #include <algorithm>
 #include <array>
 
+#include "analyze/model/finisher_handlers.h"
 #include "analyze/model/finisher_report.h"
-#include "analyze/model/model_matrix.h"
 
 namespace ia {
 namespace {
@@ -29,7 +29,7 @@ const char* OfFinisherBin(const FinisherReport& report) noexcept {
 }
 
 const char* ExitTrayOfInnerFinisher(const FinisherReport& report) noexcept {
-  return report.HasNameBeginningWith("Vorel Inner Finisher-F1") && report.HasAlias(kTwoWayBin)
+  return report.HasNameWithPrefix("Vorel Inner Finisher-F1") && report.HasAlias(kTwoWayBin)
              ? kExitTray
              : nullptr;
 }
@@ -66,6 +66,79 @@ constexpr auto kFir = std::to_array<AccessoryBinRule>({
 });
 
 }  // namespace
+
+constinit const FinisherHandler kFinTrayCommon{
+    IA_EXPORTED(analyze_GetQVFinTrayCommon),
+    .inputs = {},
+    .rule = SetValue<Never>,
+};
+
+constinit const FinisherHandler kFinTrayAlder{
+    IA_EXPORTED(analyze_GetQVFinTray_ALDER),
+    .inputs = {Input::kFinisherName, Input::kFinisherBins},
+    .rule = SetValue<ByBinCountOf<kAlder>>,
+};
+
+constinit const FinisherHandler kFinTrayAspen{
+    IA_EXPORTED(analyze_GetQVFinTray_ASPEN),
+    .inputs = {Input::kFinisherName, Input::kFinisherBins},
+    .rule = SetValue<ByBinCountOf<kAspen>>,
+};
+
+constinit const FinisherHandler kFinTrayFir{
+    IA_EXPORTED(analyze_GetQVFinTray_FIR),
+    .inputs = {Input::kFinisherName, Input::kFinisherBins},
+    .rule = SetValue<ByBinCountOf<kFir>>,
+};
+
+constinit const FinisherHandler kFinTrayBeech{
+    IA_EXPORTED(analyze_GetQVFinTray_BEECH),
+    .inputs = {Input::kBinAlias},
+    .rule = SetValue<OfFinisherBin>,
+};
+
+constinit const FinisherHandler kFinTrayBirch{
+    IA_EXPORTED(analyze_GetQVFinTray_BIRCH),
+    .inputs = {Input::kBinAlias},
+    .rule = SetValue<OfFinisherBin>,
+};
+
+constinit const FinisherHandler kFinTrayHazel{
+    IA_EXPORTED(analyze_GetQVFinTray_HAZEL),
+    .inputs = {Input::kBinAlias},
+    .rule = SetValue<OfFinisherBin>,
+};
+
+constinit const FinisherHandler kFinTrayMaple{
+    IA_EXPORTED(analyze_GetQVFinTrayMAPLE),
+    .inputs = {Input::kBinAlias},
+    .rule = SetValue<OfFinisherBin>,
+};
+
+constinit const FinisherHandler kFinTrayMyrtle{
+    IA_EXPORTED(analyze_GetQVFinTrayMYRTLE),
+    .inputs = {Input::kBinAlias},
+    .rule = SetValue<OfFinisherBin>,
+};
+
+constinit const FinisherHandler kFinTrayWillow{
+    IA_EXPORTED(analyze_GetQVFinTrayWILLOW),
+    .inputs = {Input::kBinAlias},
+    .rule = SetValue<OfFinisherBin>,
+};
+
+constinit const FinisherHandler kFinTraySumac{
+    IA_EXPORTED(analyze_GetQVFinTraySUMAC),
+    .inputs = {Input::kFinisherName, Input::kBinAlias},
+    .rule = SetValue<ExitTrayOfInnerFinisher>,
+};
+
+constinit const FinisherHandler kFinTrayHornbeam{
+    IA_EXPORTED(analyze_GetQVFinTrayHORNBEAM),
+    .inputs = {Input::kFinisherName, Input::kBinAlias},
+    .rule = SetValue<OfHornbeamUnit>,
+};
+
 }  // namespace ia
 
 int32_t analyze_GetQVFinTrayByBinTrayCount(AnalyzeContext* context, const FinisherEntry* finishers,
@@ -78,44 +151,86 @@ int32_t analyze_GetQVFinTrayByBinTrayCount(AnalyzeContext* context, const Finish
                               });
 }
 
-IA_FINISHER_HANDLER(analyze_GetQVFinTrayCommon, ia::Never);
-IA_FINISHER_HANDLER(analyze_GetQVFinTray_ALDER, ia::ByBinCountOf<ia::kAlder>);
-IA_FINISHER_HANDLER(analyze_GetQVFinTray_ASPEN, ia::ByBinCountOf<ia::kAspen>);
-IA_FINISHER_HANDLER(analyze_GetQVFinTray_FIR, ia::ByBinCountOf<ia::kFir>);
-IA_FINISHER_HANDLER(analyze_GetQVFinTray_BEECH, ia::OfFinisherBin);
-IA_FINISHER_HANDLER(analyze_GetQVFinTray_BIRCH, ia::OfFinisherBin);
-IA_FINISHER_HANDLER(analyze_GetQVFinTray_HAZEL, ia::OfFinisherBin);
-IA_FINISHER_HANDLER(analyze_GetQVFinTrayMAPLE, ia::OfFinisherBin);
-IA_FINISHER_HANDLER(analyze_GetQVFinTrayMYRTLE, ia::OfFinisherBin);
-IA_FINISHER_HANDLER(analyze_GetQVFinTrayWILLOW, ia::OfFinisherBin);
-IA_FINISHER_HANDLER(analyze_GetQVFinTraySUMAC, ia::ExitTrayOfInnerFinisher);
-IA_FINISHER_HANDLER(analyze_GetQVFinTrayHORNBEAM, ia::OfHornbeamUnit);
+int32_t analyze_GetQVFinTrayCommon(AnalyzeContext* context, const FinisherEntry* finishers,
+                                   int32_t finisher_count, const int32_t* aliases,
+                                   int32_t alias_count, OptionSetter* row) noexcept {
+  return ia::Apply(ia::kFinTrayCommon,
+                   {context, finishers, finisher_count, aliases, alias_count, row});
+}
 
-// What each handler looks at.
-namespace ia {
-namespace {
+int32_t analyze_GetQVFinTray_ALDER(AnalyzeContext* context, const FinisherEntry* finishers,
+                                   int32_t finisher_count, const int32_t* aliases,
+                                   int32_t alias_count, OptionSetter* row) noexcept {
+  return ia::Apply(ia::kFinTrayAlder,
+                   {context, finishers, finisher_count, aliases, alias_count, row});
+}
 
-constexpr std::uint64_t kNames = SetOf(Input::kFinisherName);
-constexpr std::uint64_t kBins = SetOf(Input::kFinisherBins);
-constexpr std::uint64_t kAliases = SetOf(Input::kBinAlias);
+int32_t analyze_GetQVFinTray_ASPEN(AnalyzeContext* context, const FinisherEntry* finishers,
+                                   int32_t finisher_count, const int32_t* aliases,
+                                   int32_t alias_count, OptionSetter* row) noexcept {
+  return ia::Apply(ia::kFinTrayAspen,
+                   {context, finishers, finisher_count, aliases, alias_count, row});
+}
 
-constexpr auto kSources = std::to_array<HandlerSource<FinisherOptionHandler>>({
-    IA_HANDLER_SOURCE(analyze_GetQVFinTrayCommon, 0),
-    IA_HANDLER_SOURCE(analyze_GetQVFinTray_ALDER, kNames | kBins),
-    IA_HANDLER_SOURCE(analyze_GetQVFinTray_ASPEN, kNames | kBins),
-    IA_HANDLER_SOURCE(analyze_GetQVFinTray_FIR, kNames | kBins),
-    IA_HANDLER_SOURCE(analyze_GetQVFinTray_BEECH, kAliases),
-    IA_HANDLER_SOURCE(analyze_GetQVFinTray_BIRCH, kAliases),
-    IA_HANDLER_SOURCE(analyze_GetQVFinTray_HAZEL, kAliases),
-    IA_HANDLER_SOURCE(analyze_GetQVFinTrayMAPLE, kAliases),
-    IA_HANDLER_SOURCE(analyze_GetQVFinTrayMYRTLE, kAliases),
-    IA_HANDLER_SOURCE(analyze_GetQVFinTrayWILLOW, kAliases),
-    IA_HANDLER_SOURCE(analyze_GetQVFinTraySUMAC, kNames | kAliases),
-    IA_HANDLER_SOURCE(analyze_GetQVFinTrayHORNBEAM, kNames | kAliases),
-});
+int32_t analyze_GetQVFinTray_FIR(AnalyzeContext* context, const FinisherEntry* finishers,
+                                 int32_t finisher_count, const int32_t* aliases,
+                                 int32_t alias_count, OptionSetter* row) noexcept {
+  return ia::Apply(ia::kFinTrayFir,
+                   {context, finishers, finisher_count, aliases, alias_count, row});
+}
 
-}  // namespace
+int32_t analyze_GetQVFinTray_BEECH(AnalyzeContext* context, const FinisherEntry* finishers,
+                                   int32_t finisher_count, const int32_t* aliases,
+                                   int32_t alias_count, OptionSetter* row) noexcept {
+  return ia::Apply(ia::kFinTrayBeech,
+                   {context, finishers, finisher_count, aliases, alias_count, row});
+}
 
-constinit const FinisherHandlerSources kFinTrayHandlers = kSources;
+int32_t analyze_GetQVFinTray_BIRCH(AnalyzeContext* context, const FinisherEntry* finishers,
+                                   int32_t finisher_count, const int32_t* aliases,
+                                   int32_t alias_count, OptionSetter* row) noexcept {
+  return ia::Apply(ia::kFinTrayBirch,
+                   {context, finishers, finisher_count, aliases, alias_count, row});
+}
 
-}  // namespace ia
+int32_t analyze_GetQVFinTray_HAZEL(AnalyzeContext* context, const FinisherEntry* finishers,
+                                   int32_t finisher_count, const int32_t* aliases,
+                                   int32_t alias_count, OptionSetter* row) noexcept {
+  return ia::Apply(ia::kFinTrayHazel,
+                   {context, finishers, finisher_count, aliases, alias_count, row});
+}
+
+int32_t analyze_GetQVFinTrayMAPLE(AnalyzeContext* context, const FinisherEntry* finishers,
+                                  int32_t finisher_count, const int32_t* aliases,
+                                  int32_t alias_count, OptionSetter* row) noexcept {
+  return ia::Apply(ia::kFinTrayMaple,
+                   {context, finishers, finisher_count, aliases, alias_count, row});
+}
+
+int32_t analyze_GetQVFinTrayMYRTLE(AnalyzeContext* context, const FinisherEntry* finishers,
+                                   int32_t finisher_count, const int32_t* aliases,
+                                   int32_t alias_count, OptionSetter* row) noexcept {
+  return ia::Apply(ia::kFinTrayMyrtle,
+                   {context, finishers, finisher_count, aliases, alias_count, row});
+}
+
+int32_t analyze_GetQVFinTrayWILLOW(AnalyzeContext* context, const FinisherEntry* finishers,
+                                   int32_t finisher_count, const int32_t* aliases,
+                                   int32_t alias_count, OptionSetter* row) noexcept {
+  return ia::Apply(ia::kFinTrayWillow,
+                   {context, finishers, finisher_count, aliases, alias_count, row});
+}
+
+int32_t analyze_GetQVFinTraySUMAC(AnalyzeContext* context, const FinisherEntry* finishers,
+                                  int32_t finisher_count, const int32_t* aliases,
+                                  int32_t alias_count, OptionSetter* row) noexcept {
+  return ia::Apply(ia::kFinTraySumac,
+                   {context, finishers, finisher_count, aliases, alias_count, row});
+}
+
+int32_t analyze_GetQVFinTrayHORNBEAM(AnalyzeContext* context, const FinisherEntry* finishers,
+                                     int32_t finisher_count, const int32_t* aliases,
+                                     int32_t alias_count, OptionSetter* row) noexcept {
+  return ia::Apply(ia::kFinTrayHornbeam,
+                   {context, finishers, finisher_count, aliases, alias_count, row});
+}

@@ -2,8 +2,8 @@
 #include <algorithm>
 #include <array>
 
+#include "analyze/model/finisher_handlers.h"
 #include "analyze/model/finisher_report.h"
-#include "analyze/model/model_matrix.h"
 #include "info_common/ascii.h"
 #include "info_common/owned.h"
 
@@ -17,8 +17,16 @@ const char* ValueString(const FinisherReport& report) noexcept {
   return FinisherValue(report.context.finisher_name_flags, report.finishers);
 }
 
-// A unit of a rule that has no more bins than the rule, while an alias of the range is there,
-// serves as a tray. The value string, once any unit does not, is that of all units.
+// Alone among the handlers it clears the row's value when there is none to give.
+std::int32_t ReplaceValue(const FinisherCall& call) noexcept {
+  return WithReport(call, [&](const FinisherReport& report) {
+    std::free(call.row->value);
+    call.row->value = CopyOf(ValueString(report)).release();
+  });
+}
+
+// A unit that matches a rule counts as a tray if it has at most the rule's bin count and an alias
+// is in range. Once any unit is not a tray, the value string is that of all units.
 const char* ByBinAlias(const FinisherReport& report, AccessoryRules rules,
                        AliasRange range) noexcept {
   const bool has_alias = report.HasAlias(range);
@@ -35,7 +43,8 @@ const char* ByInnerBins(const FinisherReport& report) noexcept {
   return ByBinAlias(report, kRules, kInnerBins);
 }
 
-// As ByInnerBins(), but one of the rules' units with a single bin means that there is no finisher.
+// As ByInnerBins(), but a unit with a single bin that matches a rule means that there is no
+// finisher.
 template <const auto& kRules>
 const char* NoneOrByInnerBins(const FinisherReport& report) noexcept {
   const bool is_single_bin = std::ranges::any_of(report.finishers, [](const FinisherEntry& unit) {
@@ -53,7 +62,7 @@ const char* In2TrayF1OfTwoBins(const FinisherReport& report) noexcept {
 }
 
 const char* In2TrayN1(const FinisherReport& report) noexcept {
-  return report.HasNameBeginningWith(kTwoWayTrayN1) && report.HasAlias(kTwoWayBin)
+  return report.HasNameWithPrefix(kTwoWayTrayN1) && report.HasAlias(kTwoWayBin)
              ? "IN2TRAY"
              : ValueString(report);
 }
@@ -92,6 +101,98 @@ constexpr auto kCedarHazel = std::to_array<AccessoryBinRule>({{2, "Vorel Inner 2
 constexpr auto kMaple = std::to_array<AccessoryBinRule>({{2, "Vorel Inner 2Way Tray-R1"}});
 
 }  // namespace
+
+constinit const FinisherHandler kFinisherCommon{
+    IA_EXPORTED(analyze_GetQVFinisherCommon),
+    .inputs = {Input::kFinisherName, Input::kFinisherNameFlags},
+    .rule = ReplaceValue,
+};
+
+constinit const FinisherHandler kFinisherSpecialIn2TrayCommon{
+    IA_EXPORTED(analyze_GetQVFinisherSpecialIn2TrayCommon),
+    .inputs = {Input::kFinisherName, Input::kBinAlias, Input::kFinisherNameFlags},
+    .rule = SetValue<In2Tray>,
+};
+
+constinit const FinisherHandler kFinisherAspen{
+    IA_EXPORTED(analyze_GetQVFinisher_ASPEN),
+    .inputs = {Input::kFinisherName, Input::kFinisherBins, Input::kBinAlias,
+               Input::kFinisherNameFlags},
+    .rule = SetValue<ByInnerBins<kAspen>>,
+};
+
+constinit const FinisherHandler kFinisherFir{
+    IA_EXPORTED(analyze_GetQVFinisher_FIR),
+    .inputs = {Input::kFinisherName, Input::kFinisherBins, Input::kBinAlias,
+               Input::kFinisherNameFlags},
+    .rule = SetValue<ByInnerBins<kFir>>,
+};
+
+constinit const FinisherHandler kFinisherBeech{
+    IA_EXPORTED(analyze_GetQVFinisher_BEECH),
+    .inputs = {Input::kFinisherName, Input::kFinisherBins, Input::kBinAlias,
+               Input::kFinisherNameFlags},
+    .rule = SetValue<ByInnerBins<kBeech>>,
+};
+
+constinit const FinisherHandler kFinisherBirch{
+    IA_EXPORTED(analyze_GetQVFinisher_BIRCH),
+    .inputs = {Input::kFinisherName, Input::kFinisherBins, Input::kBinAlias,
+               Input::kFinisherNameFlags},
+    .rule = SetValue<NoneOrByInnerBins<kBirch>>,
+};
+
+constinit const FinisherHandler kFinisherCedar{
+    IA_EXPORTED(analyze_GetQVFinisher_CEDAR),
+    .inputs = {Input::kFinisherName, Input::kFinisherBins, Input::kBinAlias,
+               Input::kFinisherNameFlags},
+    .rule = SetValue<NoneOrByInnerBins<kCedarHazel>>,
+};
+
+constinit const FinisherHandler kFinisherHazel{
+    IA_EXPORTED(analyze_GetQVFinisher_HAZEL),
+    .inputs = {Input::kFinisherName, Input::kFinisherBins, Input::kBinAlias,
+               Input::kFinisherNameFlags},
+    .rule = SetValue<NoneOrByInnerBins<kCedarHazel>>,
+};
+
+constinit const FinisherHandler kFinisherMaple{
+    IA_EXPORTED(analyze_GetQVFinisherMAPLE),
+    .inputs = {Input::kFinisherName, Input::kFinisherBins, Input::kBinAlias,
+               Input::kFinisherNameFlags},
+    .rule = SetValue<NoneOrByInnerBins<kMaple>>,
+};
+
+constinit const FinisherHandler kFinisherSpruce{
+    IA_EXPORTED(analyze_GetQVFinisherSPRUCE),
+    .inputs = {Input::kFinisherName, Input::kBinAlias, Input::kFinisherNameFlags},
+    .rule = SetValue<In2TrayF1>,
+};
+
+constinit const FinisherHandler kFinisherWillow{
+    IA_EXPORTED(analyze_GetQVFinisherWILLOW),
+    .inputs = {Input::kFinisherName, Input::kBinAlias, Input::kFinisherNameFlags},
+    .rule = SetValue<In2TrayF1OfTwoBins>,
+};
+
+constinit const FinisherHandler kFinisherSumac{
+    IA_EXPORTED(analyze_GetQVFinisherSUMAC),
+    .inputs = {Input::kFinisherName, Input::kBinAlias, Input::kFinisherNameFlags},
+    .rule = SetValue<In2TrayN1>,
+};
+
+constinit const FinisherHandler kFinisherHickory{
+    IA_EXPORTED(analyze_GetQVFinisherHICKORY),
+    .inputs = {Input::kFinisherName, Input::kBinAlias, Input::kFinisherNameFlags},
+    .rule = SetValue<In2TrayN1>,
+};
+
+constinit const FinisherHandler kFinisherWalnut{
+    IA_EXPORTED(analyze_GetQVFinisherWALNUT),
+    .inputs = {Input::kFinisherBins},
+    .rule = SetValue<ByBinsOfFirst>,
+};
+
 }  // namespace ia
 
 char* analyze_GetQVFinisherValueString(const AnalyzeContext* context,
@@ -114,58 +215,101 @@ int32_t analyze_GetQVFinisherByBinTrayAlias(AnalyzeContext* context, const Finis
       });
 }
 
-// Alone among the handlers it clears the row's value when there is none to give.
 int32_t analyze_GetQVFinisherCommon(AnalyzeContext* context, const FinisherEntry* finishers,
-                                    int32_t finisher_count, const int32_t*, int32_t,
-                                    OptionSetter* row) noexcept {
-  if (context == nullptr || finishers == nullptr || row == nullptr) return -1;
-  if (finisher_count < 1) return 0;
-  std::free(row->value);
-  row->value = analyze_GetQVFinisherValueString(context, finishers, finisher_count);
-  return 0;
+                                    int32_t finisher_count, const int32_t* aliases,
+                                    int32_t alias_count, OptionSetter* row) noexcept {
+  return ia::Apply(ia::kFinisherCommon,
+                   {context, finishers, finisher_count, aliases, alias_count, row});
 }
 
-IA_FINISHER_HANDLER(analyze_GetQVFinisherSpecialIn2TrayCommon, ia::In2Tray);
-IA_FINISHER_HANDLER(analyze_GetQVFinisher_ASPEN, ia::ByInnerBins<ia::kAspen>);
-IA_FINISHER_HANDLER(analyze_GetQVFinisher_FIR, ia::ByInnerBins<ia::kFir>);
-IA_FINISHER_HANDLER(analyze_GetQVFinisher_BEECH, ia::ByInnerBins<ia::kBeech>);
-IA_FINISHER_HANDLER(analyze_GetQVFinisher_BIRCH, ia::NoneOrByInnerBins<ia::kBirch>);
-IA_FINISHER_HANDLER(analyze_GetQVFinisher_CEDAR, ia::NoneOrByInnerBins<ia::kCedarHazel>);
-IA_FINISHER_HANDLER(analyze_GetQVFinisher_HAZEL, ia::NoneOrByInnerBins<ia::kCedarHazel>);
-IA_FINISHER_HANDLER(analyze_GetQVFinisherMAPLE, ia::NoneOrByInnerBins<ia::kMaple>);
-IA_FINISHER_HANDLER(analyze_GetQVFinisherSPRUCE, ia::In2TrayF1);
-IA_FINISHER_HANDLER(analyze_GetQVFinisherWILLOW, ia::In2TrayF1OfTwoBins);
-IA_FINISHER_HANDLER(analyze_GetQVFinisherSUMAC, ia::In2TrayN1);
-IA_FINISHER_HANDLER(analyze_GetQVFinisherHICKORY, ia::In2TrayN1);
-IA_FINISHER_HANDLER(analyze_GetQVFinisherWALNUT, ia::ByBinsOfFirst);
+int32_t analyze_GetQVFinisherSpecialIn2TrayCommon(AnalyzeContext* context,
+                                                  const FinisherEntry* finishers,
+                                                  int32_t finisher_count, const int32_t* aliases,
+                                                  int32_t alias_count, OptionSetter* row) noexcept {
+  return ia::kFinisherSpecialIn2TrayCommon.rule(
+      {context, finishers, finisher_count, aliases, alias_count, row});
+}
 
-// What each handler looks at.
-namespace ia {
-namespace {
+int32_t analyze_GetQVFinisher_ASPEN(AnalyzeContext* context, const FinisherEntry* finishers,
+                                    int32_t finisher_count, const int32_t* aliases,
+                                    int32_t alias_count, OptionSetter* row) noexcept {
+  return ia::Apply(ia::kFinisherAspen,
+                   {context, finishers, finisher_count, aliases, alias_count, row});
+}
 
-constexpr std::uint64_t kNames = SetOf(Input::kFinisherName, Input::kFinisherNameFlags);
-constexpr std::uint64_t kBins = SetOf(Input::kFinisherBins);
-constexpr std::uint64_t kAliases = SetOf(Input::kBinAlias);
+int32_t analyze_GetQVFinisher_FIR(AnalyzeContext* context, const FinisherEntry* finishers,
+                                  int32_t finisher_count, const int32_t* aliases,
+                                  int32_t alias_count, OptionSetter* row) noexcept {
+  return ia::Apply(ia::kFinisherFir,
+                   {context, finishers, finisher_count, aliases, alias_count, row});
+}
 
-constexpr auto kSources = std::to_array<HandlerSource<FinisherOptionHandler>>({
-    IA_HANDLER_SOURCE(analyze_GetQVFinisherCommon, kNames),
-    IA_HANDLER_SOURCE(analyze_GetQVFinisherSpecialIn2TrayCommon, kNames | kAliases),
-    IA_HANDLER_SOURCE(analyze_GetQVFinisher_ASPEN, kNames | kBins | kAliases),
-    IA_HANDLER_SOURCE(analyze_GetQVFinisher_FIR, kNames | kBins | kAliases),
-    IA_HANDLER_SOURCE(analyze_GetQVFinisher_BEECH, kNames | kBins | kAliases),
-    IA_HANDLER_SOURCE(analyze_GetQVFinisher_BIRCH, kNames | kBins | kAliases),
-    IA_HANDLER_SOURCE(analyze_GetQVFinisher_CEDAR, kNames | kBins | kAliases),
-    IA_HANDLER_SOURCE(analyze_GetQVFinisher_HAZEL, kNames | kBins | kAliases),
-    IA_HANDLER_SOURCE(analyze_GetQVFinisherMAPLE, kNames | kBins | kAliases),
-    IA_HANDLER_SOURCE(analyze_GetQVFinisherSPRUCE, kNames | kAliases),
-    IA_HANDLER_SOURCE(analyze_GetQVFinisherWILLOW, kNames | kAliases),
-    IA_HANDLER_SOURCE(analyze_GetQVFinisherSUMAC, kNames | kAliases),
-    IA_HANDLER_SOURCE(analyze_GetQVFinisherHICKORY, kNames | kAliases),
-    IA_HANDLER_SOURCE(analyze_GetQVFinisherWALNUT, kBins),
-});
+int32_t analyze_GetQVFinisher_BEECH(AnalyzeContext* context, const FinisherEntry* finishers,
+                                    int32_t finisher_count, const int32_t* aliases,
+                                    int32_t alias_count, OptionSetter* row) noexcept {
+  return ia::Apply(ia::kFinisherBeech,
+                   {context, finishers, finisher_count, aliases, alias_count, row});
+}
 
-}  // namespace
+int32_t analyze_GetQVFinisher_BIRCH(AnalyzeContext* context, const FinisherEntry* finishers,
+                                    int32_t finisher_count, const int32_t* aliases,
+                                    int32_t alias_count, OptionSetter* row) noexcept {
+  return ia::Apply(ia::kFinisherBirch,
+                   {context, finishers, finisher_count, aliases, alias_count, row});
+}
 
-constinit const FinisherHandlerSources kFinisherHandlers = kSources;
+int32_t analyze_GetQVFinisher_CEDAR(AnalyzeContext* context, const FinisherEntry* finishers,
+                                    int32_t finisher_count, const int32_t* aliases,
+                                    int32_t alias_count, OptionSetter* row) noexcept {
+  return ia::Apply(ia::kFinisherCedar,
+                   {context, finishers, finisher_count, aliases, alias_count, row});
+}
 
-}  // namespace ia
+int32_t analyze_GetQVFinisher_HAZEL(AnalyzeContext* context, const FinisherEntry* finishers,
+                                    int32_t finisher_count, const int32_t* aliases,
+                                    int32_t alias_count, OptionSetter* row) noexcept {
+  return ia::Apply(ia::kFinisherHazel,
+                   {context, finishers, finisher_count, aliases, alias_count, row});
+}
+
+int32_t analyze_GetQVFinisherMAPLE(AnalyzeContext* context, const FinisherEntry* finishers,
+                                   int32_t finisher_count, const int32_t* aliases,
+                                   int32_t alias_count, OptionSetter* row) noexcept {
+  return ia::Apply(ia::kFinisherMaple,
+                   {context, finishers, finisher_count, aliases, alias_count, row});
+}
+
+int32_t analyze_GetQVFinisherSPRUCE(AnalyzeContext* context, const FinisherEntry* finishers,
+                                    int32_t finisher_count, const int32_t* aliases,
+                                    int32_t alias_count, OptionSetter* row) noexcept {
+  return ia::Apply(ia::kFinisherSpruce,
+                   {context, finishers, finisher_count, aliases, alias_count, row});
+}
+
+int32_t analyze_GetQVFinisherWILLOW(AnalyzeContext* context, const FinisherEntry* finishers,
+                                    int32_t finisher_count, const int32_t* aliases,
+                                    int32_t alias_count, OptionSetter* row) noexcept {
+  return ia::Apply(ia::kFinisherWillow,
+                   {context, finishers, finisher_count, aliases, alias_count, row});
+}
+
+int32_t analyze_GetQVFinisherSUMAC(AnalyzeContext* context, const FinisherEntry* finishers,
+                                   int32_t finisher_count, const int32_t* aliases,
+                                   int32_t alias_count, OptionSetter* row) noexcept {
+  return ia::Apply(ia::kFinisherSumac,
+                   {context, finishers, finisher_count, aliases, alias_count, row});
+}
+
+int32_t analyze_GetQVFinisherHICKORY(AnalyzeContext* context, const FinisherEntry* finishers,
+                                     int32_t finisher_count, const int32_t* aliases,
+                                     int32_t alias_count, OptionSetter* row) noexcept {
+  return ia::Apply(ia::kFinisherHickory,
+                   {context, finishers, finisher_count, aliases, alias_count, row});
+}
+
+int32_t analyze_GetQVFinisherWALNUT(AnalyzeContext* context, const FinisherEntry* finishers,
+                                    int32_t finisher_count, const int32_t* aliases,
+                                    int32_t alias_count, OptionSetter* row) noexcept {
+  return ia::Apply(ia::kFinisherWalnut,
+                   {context, finishers, finisher_count, aliases, alias_count, row});
+}

@@ -1,6 +1,7 @@
 // Which handlers decide the finisher options of each driver model.
 #include <array>
 
+#include "analyze/model/finisher_handlers.h"
 #include "analyze/model/model_matrix.h"
 #include "analyze/model_row.h"
 #include "info_analyze/model_options.h"
@@ -10,44 +11,59 @@ namespace {
 
 struct FinisherOptionRow {
   std::string_view model;
-  FinisherOptionHandler finisher;
-  FinisherOptionHandler copy_tray;
-  FinisherOptionHandler fin_tray;
+  const FinisherHandler* finisher;
+  const FinisherHandler* copy_tray;
+  const FinisherHandler* fin_tray;
 };
 
-// "RA-P9-1" must stay ahead of "RA-P9", which is its beginning.
+// "RA-P9-1" must stay ahead of "RA-P9", which is its prefix.
 // clang-format off
 constexpr auto kFinisherOptionTable = std::to_array<FinisherOptionRow>({
-    {"RA-P9-1", analyze_GetQVFinisher_FIR, analyze_GetQVCopyTray_FIR, analyze_GetQVFinTray_FIR},
-    {"RA-P9", analyze_GetQVFinisher_ASPEN, analyze_GetQVCopyTray_ASPEN, analyze_GetQVFinTray_ASPEN},
-    {"RA-J0", analyze_GetQVFinisherCommon, analyze_GetQVCopyTrayCommon, analyze_GetQVFinTray_ALDER},
-    {"RA-G1", analyze_GetQVFinisher_CEDAR, analyze_GetQVCopyTray_CEDAR, analyze_GetQVFinTrayCommon},
-    {"RA-T7", analyze_GetQVFinisher_BEECH, analyze_GetQVCopyTray_BEECH, analyze_GetQVFinTray_BEECH},
-    {"RA-X1", analyze_GetQVFinisher_BIRCH, analyze_GetQVCopyTray_BIRCH, analyze_GetQVFinTray_BIRCH},
-    {"RA-T9", analyze_GetQVFinisher_HAZEL, analyze_GetQVCopyTray_HAZEL, analyze_GetQVFinTray_HAZEL},
-    {"RA-G8", analyze_GetQVFinisherMAPLE, analyze_GetQVCopyTrayMAPLE, analyze_GetQVFinTrayMAPLE},
-    {"RB-X1-1", analyze_GetQVFinisherCommon, analyze_GetQVCopyTrayCommon, analyze_GetQVFinTrayMYRTLE},
-    {"RB-X1-2", analyze_GetQVFinisherCommon, analyze_GetQVCopyTrayCommon, analyze_GetQVFinTrayMYRTLE},
-    {"RA-G7", analyze_GetQVFinisherSPRUCE, analyze_GetQVCopyTrayMAPLE, analyze_GetQVFinTrayMAPLE},
-    {"RA-G4", analyze_GetQVFinisherSPRUCE, analyze_GetQVCopyTrayMAPLE, analyze_GetQVFinTrayMAPLE},
-    {"RB-T9-1", analyze_GetQVFinisherCommon, analyze_GetQVCopyTrayCommon, analyze_GetQVFinTrayMYRTLE},
-    {"RB-T9-2", analyze_GetQVFinisherCommon, analyze_GetQVCopyTrayCommon, analyze_GetQVFinTrayMYRTLE},
-    {"RA-K8", analyze_GetQVFinisherWALNUT, analyze_GetQVCopyTrayCommon, analyze_GetQVFinTrayCommon},
-    {"RA-H8", analyze_GetQVFinisherWILLOW, analyze_GetQVCopyTrayCommon, analyze_GetQVFinTrayWILLOW},
-    {"RA-Z3", analyze_GetQVFinisherSUMAC, analyze_GetQVCopyTrayMAPLE, analyze_GetQVFinTraySUMAC},
-    {"RA-T6", analyze_GetQVFinisherHICKORY, analyze_GetQVCopyTrayMAPLE, analyze_GetQVFinTrayCommon},
-    {"RA-X6", analyze_GetQVFinisherSpecialIn2TrayCommon, analyze_GetQVCopyTrayCommon, analyze_GetQVFinTrayCommon},
-    {"RA-H5", analyze_GetQVFinisherSUMAC, analyze_GetQVCopyTrayMAPLE, analyze_GetQVFinTrayHORNBEAM},
+    {.model = "RA-P9-1", .finisher = &kFinisherFir, .copy_tray = &kCopyTrayFir, .fin_tray = &kFinTrayFir},
+    {.model = "RA-P9", .finisher = &kFinisherAspen, .copy_tray = &kCopyTrayAspen, .fin_tray = &kFinTrayAspen},
+    {.model = "RA-J0", .finisher = &kFinisherCommon, .copy_tray = &kCopyTrayCommon, .fin_tray = &kFinTrayAlder},
+    {.model = "RA-G1", .finisher = &kFinisherCedar, .copy_tray = &kCopyTrayCedar, .fin_tray = &kFinTrayCommon},
+    {.model = "RA-T7", .finisher = &kFinisherBeech, .copy_tray = &kCopyTrayBeech, .fin_tray = &kFinTrayBeech},
+    {.model = "RA-X1", .finisher = &kFinisherBirch, .copy_tray = &kCopyTrayBirch, .fin_tray = &kFinTrayBirch},
+    {.model = "RA-T9", .finisher = &kFinisherHazel, .copy_tray = &kCopyTrayHazel, .fin_tray = &kFinTrayHazel},
+    {.model = "RA-G8", .finisher = &kFinisherMaple, .copy_tray = &kCopyTrayMaple, .fin_tray = &kFinTrayMaple},
+    {.model = "RB-X1-1", .finisher = &kFinisherCommon, .copy_tray = &kCopyTrayCommon, .fin_tray = &kFinTrayMyrtle},
+    {.model = "RB-X1-2", .finisher = &kFinisherCommon, .copy_tray = &kCopyTrayCommon, .fin_tray = &kFinTrayMyrtle},
+    {.model = "RA-G7", .finisher = &kFinisherSpruce, .copy_tray = &kCopyTrayMaple, .fin_tray = &kFinTrayMaple},
+    {.model = "RA-G4", .finisher = &kFinisherSpruce, .copy_tray = &kCopyTrayMaple, .fin_tray = &kFinTrayMaple},
+    {.model = "RB-T9-1", .finisher = &kFinisherCommon, .copy_tray = &kCopyTrayCommon, .fin_tray = &kFinTrayMyrtle},
+    {.model = "RB-T9-2", .finisher = &kFinisherCommon, .copy_tray = &kCopyTrayCommon, .fin_tray = &kFinTrayMyrtle},
+    {.model = "RA-K8", .finisher = &kFinisherWalnut, .copy_tray = &kCopyTrayCommon, .fin_tray = &kFinTrayCommon},
+    {.model = "RA-H8", .finisher = &kFinisherWillow, .copy_tray = &kCopyTrayCommon, .fin_tray = &kFinTrayWillow},
+    {.model = "RA-Z3", .finisher = &kFinisherSumac, .copy_tray = &kCopyTrayMaple, .fin_tray = &kFinTraySumac},
+    {.model = "RA-T6", .finisher = &kFinisherHickory, .copy_tray = &kCopyTrayMaple, .fin_tray = &kFinTrayCommon},
+    {.model = "RA-X6", .finisher = &kFinisherSpecialIn2TrayCommon, .copy_tray = &kCopyTrayCommon, .fin_tray = &kFinTrayCommon},
+    {.model = "RA-H5", .finisher = &kFinisherSumac, .copy_tray = &kCopyTrayMaple, .fin_tray = &kFinTrayHornbeam},
 });
 // clang-format on
-static_assert(kFinisherOptionTable.size() == 20);
 static_assert(CountUnreachableRows<FinisherOptionRow>(kFinisherOptionTable) == 0);
 
 // Models without a row get a finisher only.
-constexpr FinisherOptionRow kOtherModels{"", analyze_GetQVFinisherCommon, nullptr, nullptr};
+constexpr FinisherOptionRow kOtherModels{
+    .model = "", .finisher = &kFinisherCommon, .copy_tray = nullptr, .fin_tray = nullptr};
 
 }  // namespace
 }  // namespace ia
+
+std::int32_t ia::Apply(const FinisherHandler& handler, const FinisherCall& call) noexcept {
+  return handler.rule(call);
+}
+
+void ia::RunHandlers(std::initializer_list<const FinisherHandler*> handlers,
+                     FinisherCall call) noexcept {
+  for (const FinisherHandler* const handler : handlers) {
+    if (handler != nullptr && handler->function(call.context, call.finishers, call.finisher_count,
+                                                call.aliases, call.alias_count, call.row) != 0) {
+      return;
+    }
+    ++call.row;
+  }
+}
 
 void analyze_GetFinisherOption(AnalyzeContext* context, const FinisherEntry* finishers,
                                int32_t finisher_count, const int32_t* aliases, int32_t alias_count,
@@ -56,25 +72,20 @@ void analyze_GetFinisherOption(AnalyzeContext* context, const FinisherEntry* fin
   const auto* const found =
       ia::FindModel<ia::FinisherOptionRow>(ia::kFinisherOptionTable, context->driver_name);
   const ia::FinisherOptionRow& row = found != nullptr ? *found : ia::kOtherModels;
-  for (const FinisherOptionHandler handler : {row.finisher, row.copy_tray, row.fin_tray}) {
-    if (handler != nullptr &&
-        handler(context, finishers, finisher_count, aliases, alias_count, rows) != 0) {
-      return;
-    }
-    ++rows;
-  }
+  ia::RunHandlers({row.finisher, row.copy_tray, row.fin_tray},
+                  {context, finishers, finisher_count, aliases, alias_count, rows});
 }
 
 namespace ia {
 
 constinit const ModelColumn kFinisherColumn =
-    ColumnOf<FinisherOptionRow, kFinisherOptionTable, kOtherModels, &FinisherOptionRow::finisher,
-             kFinisherHandlers>::kColumn;
+    ColumnOf<FinisherOptionRow, kFinisherOptionTable, kOtherModels,
+             &FinisherOptionRow::finisher>::kColumn;
 constinit const ModelColumn kCopyTrayColumn =
-    ColumnOf<FinisherOptionRow, kFinisherOptionTable, kOtherModels, &FinisherOptionRow::copy_tray,
-             kCopyTrayHandlers>::kColumn;
+    ColumnOf<FinisherOptionRow, kFinisherOptionTable, kOtherModels,
+             &FinisherOptionRow::copy_tray>::kColumn;
 constinit const ModelColumn kFinTrayColumn =
-    ColumnOf<FinisherOptionRow, kFinisherOptionTable, kOtherModels, &FinisherOptionRow::fin_tray,
-             kFinTrayHandlers>::kColumn;
+    ColumnOf<FinisherOptionRow, kFinisherOptionTable, kOtherModels,
+             &FinisherOptionRow::fin_tray>::kColumn;
 
 }  // namespace ia

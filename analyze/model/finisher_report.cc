@@ -12,23 +12,31 @@ static_assert(offsetof(AccessoryBinRule, accessory_name) == 1 * sizeof(void*));
 
 namespace ia {
 
-bool FinisherReport::HasAlias(AliasRange range) const noexcept {
-  return analyze_CheckBinAlias(aliases.data(), static_cast<std::int32_t>(aliases.size()), range.low,
-                               range.high) != 0;
-}
+namespace {
 
-bool FinisherReport::HasNameBeginningWith(std::string_view beginning) const noexcept {
+bool HasAlias(std::span<const std::int32_t> aliases, AliasRange range) noexcept {
   return std::ranges::any_of(
-      finishers, [&](const FinisherEntry& finisher) { return BeginsWith(finisher, beginning); });
+      aliases, [&](std::int32_t alias) { return alias >= range.low && alias <= range.high; });
 }
 
-bool BeginsWith(const FinisherEntry& finisher, std::string_view beginning) noexcept {
-  return finisher.name != nullptr && std::string_view(finisher.name).starts_with(beginning);
+}  // namespace
+
+bool FinisherReport::HasAlias(AliasRange range) const noexcept {
+  return ia::HasAlias(aliases, range);
+}
+
+bool FinisherReport::HasNameWithPrefix(std::string_view prefix) const noexcept {
+  return std::ranges::any_of(
+      finishers, [&](const FinisherEntry& finisher) { return HasNamePrefix(finisher, prefix); });
+}
+
+bool HasNamePrefix(const FinisherEntry& finisher, std::string_view prefix) noexcept {
+  return finisher.name != nullptr && std::string_view(finisher.name).starts_with(prefix);
 }
 
 const AccessoryBinRule* FindRule(AccessoryRules rules, const FinisherEntry& finisher) noexcept {
   const auto hit = std::ranges::find_if(rules, [&](const AccessoryBinRule& rule) {
-    return rule.accessory_name != nullptr && BeginsWith(finisher, rule.accessory_name);
+    return rule.accessory_name != nullptr && HasNamePrefix(finisher, rule.accessory_name);
   });
   return hit != rules.end() ? &*hit : nullptr;
 }
@@ -45,11 +53,16 @@ const char* FinisherValue(const FlagInfo* names,
   const char* value = nullptr;
   for (const FinisherEntry& finisher : finishers) {
     const auto flag = std::ranges::find_if(flags, [&](const FlagPair& pair) {
-      return pair.name != nullptr && BeginsWith(finisher, pair.name);
+      return pair.name != nullptr && HasNamePrefix(finisher, pair.name);
     });
     if (flag != flags.end()) value = flag->value;
   }
   return value;
+}
+
+std::int32_t SetDecided(const FinisherCall& call,
+                        const char* (*decide)(const FinisherReport&) noexcept) noexcept {
+  return SetFinisherValue(call, decide);
 }
 
 void SetRow(const char* value, OptionSetter* row) noexcept {
@@ -64,6 +77,6 @@ void SetRow(const char* value, OptionSetter* row) noexcept {
 int32_t analyze_CheckBinAlias(const int32_t* aliases, int32_t alias_count, int32_t low,
                               int32_t high) noexcept {
   if (aliases == nullptr) return 0;
-  const auto in_range = [&](int32_t alias) { return alias >= low && alias <= high; };
-  return std::any_of(aliases, aliases + std::max(alias_count, 0), in_range) ? 1 : 0;
+  const std::span codes(aliases, static_cast<std::size_t>(std::max(alias_count, 0)));
+  return ia::HasAlias(codes, {low, high}) ? 1 : 0;
 }

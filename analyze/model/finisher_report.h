@@ -1,4 +1,4 @@
-// What the handlers of finisher options look at, and how they answer.
+// What the handlers of finisher options read, and how they answer.
 #ifndef ANALYZE_MODEL_FINISHER_REPORT_H_
 #define ANALYZE_MODEL_FINISHER_REPORT_H_
 
@@ -23,8 +23,17 @@ inline constexpr AliasRange kFirstInnerBin{101, 101};
 inline constexpr AliasRange kTwoWayBin{119, 119};
 inline constexpr AliasRange kFinisherBin{121, 121};
 
-// The arguments of a FinisherOptionHandler.
-struct FinisherArguments {
+// A call of a FinisherOptionHandler, argument by argument.
+struct FinisherCall {
+  FinisherCall(AnalyzeContext* analyzer, const FinisherEntry* units, std::int32_t unit_count,
+               const std::int32_t* codes, std::int32_t code_count, OptionSetter* option) noexcept
+      : context(analyzer),
+        finishers(units),
+        finisher_count(unit_count),
+        aliases(codes),
+        alias_count(code_count),
+        row(option) {}
+
   AnalyzeContext* context;
   const FinisherEntry* finishers;
   std::int32_t finisher_count;
@@ -40,10 +49,10 @@ struct FinisherReport {
   std::span<const std::int32_t> aliases;
 
   [[nodiscard]] bool HasAlias(AliasRange range) const noexcept;
-  [[nodiscard]] bool HasNameBeginningWith(std::string_view beginning) const noexcept;
+  [[nodiscard]] bool HasNameWithPrefix(std::string_view prefix) const noexcept;
 };
 
-[[nodiscard]] bool BeginsWith(const FinisherEntry& finisher, std::string_view beginning) noexcept;
+[[nodiscard]] bool HasNamePrefix(const FinisherEntry& finisher, std::string_view prefix) noexcept;
 
 // The first rule whose accessory the finisher is, or null.
 [[nodiscard]] const AccessoryBinRule* FindRule(AccessoryRules rules,
@@ -55,33 +64,37 @@ struct FinisherReport {
 [[nodiscard]] const char* FinisherValue(const FlagInfo* names,
                                         std::span<const FinisherEntry> finishers) noexcept;
 
-inline constexpr std::int32_t kMostAliases = 10;  // the room that callers give for all bins' codes
+inline constexpr std::int32_t kMaxAliases = 10;  // callers' arrays hold the codes of all bins
 
-// Puts a copy of the value into the row, which stays as it is without value or without memory.
+// Puts a copy of the value into the row, which keeps its own when there is no value or no memory.
 void SetRow(const char* value, OptionSetter* row) noexcept;
 
-// Puts a copy of decide(report), unless that is null, into the row.
-template <class Decide>
-std::int32_t SetFinisherValue(const FinisherArguments& arguments, Decide decide) noexcept {
-  const auto& [context, finishers, finisher_count, aliases, alias_count, row] = arguments;
-  if (context == nullptr || finishers == nullptr || row == nullptr) return -1;
-  if (finisher_count < 1) return 0;
-  const bool has_aliases = aliases != nullptr && alias_count > 0;
-  const FinisherReport report{*context,
-                              {finishers, static_cast<std::size_t>(finisher_count)},
-                              {aliases, has_aliases ? static_cast<std::size_t>(alias_count) : 0}};
-  SetRow(decide(report), row);
+// Calls use(report) when there are finishers.
+template <class Use>
+std::int32_t WithReport(const FinisherCall& call, Use use) noexcept {
+  if (call.context == nullptr || call.finishers == nullptr || call.row == nullptr) return -1;
+  if (call.finisher_count < 1) return 0;
+  const bool has_aliases = call.aliases != nullptr && call.alias_count > 0;
+  use(FinisherReport{*call.context,
+                     {call.finishers, static_cast<std::size_t>(call.finisher_count)},
+                     {call.aliases, has_aliases ? static_cast<std::size_t>(call.alias_count) : 0}});
   return 0;
 }
 
-// Defines an exported FinisherOptionHandler that answers with decide(report).
-#define IA_FINISHER_HANDLER(name, decide)                                                        \
-  int32_t name(AnalyzeContext* context, const FinisherEntry* finishers, int32_t finisher_count,  \
-               const int32_t* aliases, int32_t alias_count, OptionSetter* row) noexcept {        \
-    return ia::SetFinisherValue({context, finishers, finisher_count, aliases, alias_count, row}, \
-                                decide);                                                         \
-  }                                                                                              \
-  static_assert(true)
+// Puts a copy of decide(report), unless that is null, into the row.
+template <class Decide>
+std::int32_t SetFinisherValue(const FinisherCall& call, Decide decide) noexcept {
+  return WithReport(call, [&](const FinisherReport& report) { SetRow(decide(report), call.row); });
+}
+
+std::int32_t SetDecided(const FinisherCall& call,
+                        const char* (*decide)(const FinisherReport&) noexcept) noexcept;
+
+// The rule of a handler that needs nothing but the report.
+template <const char* (*kDecide)(const FinisherReport&) noexcept>
+std::int32_t SetValue(const FinisherCall& call) noexcept {
+  return SetDecided(call, kDecide);
+}
 
 }  // namespace ia
 

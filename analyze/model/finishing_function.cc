@@ -9,27 +9,6 @@
 namespace ia {
 namespace {
 
-struct FinishingFunctionRow {
-  std::string_view model;
-  FunctionStringHandler function;
-};
-
-constexpr auto kFinishingFunctionTable = std::to_array<FinishingFunctionRow>({
-    {"RC-T7", analyze_GetFinishingFunctionOptionString_ELM},
-    {"RD-T7", analyze_GetFinishingFunctionOptionStringMagnolia},
-});
-static_assert(kFinishingFunctionTable.size() == 2);
-static_assert(CountUnreachableRows<FinishingFunctionRow>(kFinishingFunctionTable) == 0);
-
-constexpr FinishingFunctionRow kOtherModels{"", analyze_GetFinishingFunctionOptionStringCommon};
-
-// The query has no detailed functions for the stapler.
-constexpr auto kSources = std::to_array<HandlerSource<FunctionStringHandler>>({
-    IA_HANDLER_SOURCE(analyze_GetFinishingFunctionOptionStringCommon, SetOf(Input::kFunctions)),
-    IA_HANDLER_SOURCE(analyze_GetFinishingFunctionOptionString_ELM, SetOf(Input::kFunctions)),
-    IA_HANDLER_SOURCE(analyze_GetFinishingFunctionOptionStringMagnolia, SetOf(Input::kFunctions)),
-});
-
 // The last row that is reported decides, unlike with punchers.
 const char* SearchLast(const FunctionQuery& query) noexcept {
   if (!IsFunctionReported(query)) return nullptr;
@@ -46,6 +25,39 @@ const char* TrueForStaple(const FunctionQuery& query) noexcept {
   return is_staple && IsFunctionReported(query) ? "True" : nullptr;
 }
 
+// The query has no detailed functions for the stapler, so handlers depend on the functions alone.
+
+constexpr FunctionHandler kCommon{
+    IA_EXPORTED(analyze_GetFinishingFunctionOptionStringCommon),
+    .inputs = {Input::kFunctions},
+    .rule = CopyValue<SearchLast>,
+};
+
+constexpr FunctionHandler kElm{
+    IA_EXPORTED(analyze_GetFinishingFunctionOptionString_ELM),
+    .inputs = {Input::kFunctions},
+    .rule = CopyValue<TrueForStaple>,
+};
+
+constexpr FunctionHandler kMagnolia{
+    IA_EXPORTED(analyze_GetFinishingFunctionOptionStringMagnolia),
+    .inputs = {Input::kFunctions},
+    .rule = CopyValue<TrueForStaple>,
+};
+
+struct FinishingFunctionRow {
+  std::string_view model;
+  const FunctionHandler* function;
+};
+
+constexpr auto kFinishingFunctionTable = std::to_array<FinishingFunctionRow>({
+    {"RC-T7", &kElm},
+    {"RD-T7", &kMagnolia},
+});
+static_assert(CountUnreachableRows<FinishingFunctionRow>(kFinishingFunctionTable) == 0);
+
+constexpr FinishingFunctionRow kOtherModels{"", &kCommon};
+
 }  // namespace
 }  // namespace ia
 
@@ -53,25 +65,25 @@ char* analyze_GetFinishingFunctionOptionString(const FunctionQuery* query) noexc
   if (query == nullptr) return nullptr;
   const auto* const row =
       ia::FindModel<ia::FinishingFunctionRow>(ia::kFinishingFunctionTable, query->driver_name);
-  return (row != nullptr ? *row : ia::kOtherModels).function(query);
+  return ia::Answer(query, *(row != nullptr ? *row : ia::kOtherModels).function);
 }
 
 char* analyze_GetFinishingFunctionOptionStringCommon(const FunctionQuery* query) noexcept {
-  return ia::Answer(query, ia::SearchLast);
+  return ia::Answer(query, ia::kCommon);
 }
 
 char* analyze_GetFinishingFunctionOptionString_ELM(const FunctionQuery* query) noexcept {
-  return ia::Answer(query, ia::TrueForStaple);
+  return ia::Answer(query, ia::kElm);
 }
 
 char* analyze_GetFinishingFunctionOptionStringMagnolia(const FunctionQuery* query) noexcept {
-  return ia::Answer(query, ia::TrueForStaple);
+  return ia::Answer(query, ia::kMagnolia);
 }
 
 namespace ia {
 
 constinit const ModelColumn kFinishingFunctionColumn =
     ColumnOf<FinishingFunctionRow, kFinishingFunctionTable, kOtherModels,
-             &FinishingFunctionRow::function, kSources>::kColumn;
+             &FinishingFunctionRow::function>::kColumn;
 
 }  // namespace ia

@@ -1,6 +1,7 @@
 // Which handlers decide the paper-source options of each driver model.
 #include <array>
 
+#include "analyze/model/input_handlers.h"
 #include "analyze/model/model_matrix.h"
 #include "analyze/model_row.h"
 #include "info_analyze/model_options.h"
@@ -10,47 +11,63 @@ namespace {
 
 struct InputOptionRow {
   std::string_view model;
-  InputOptionHandler side_paper_deck;  // an empty slot: the model has no such option
-  InputOptionHandler source_option;
-  InputOptionHandler media_type;
-  InputOptionHandler envelope_feeder;
+  const InputHandler* side_paper_deck;  // an empty slot: the model has no such option
+  const InputHandler* source_option;
+  const InputHandler* media_type;
+  const InputHandler* envelope_feeder;
 };
 
 // clang-format off
 constexpr auto kInputOptionTable = std::to_array<InputOptionRow>({
-    {"RA-Z2", analyze_GetQVSidePaperDeckOAK, analyze_GetQVSrcOptionOAK, analyze_GetQVXXXMediaType_CYPRESS, nullptr},
-    {"RC-Z9", analyze_GetQVSidePaperDeckCommon, analyze_GetQVSrcOptionOLIVE, analyze_GetQVXXXMediaTypeCommon, nullptr},
-    {"RA-Z4", analyze_GetQVSidePaperDeck_CYPRESS, analyze_GetQVSrcOption_CYPRESS, analyze_GetQVXXXMediaType_CYPRESS, nullptr},
-    {"RC-T7", analyze_GetQVSidePaperDeckCommon, analyze_GetQVSrcOption_ELM, analyze_GetQVXXXMediaTypeCommon, nullptr},
-    {"RC-X1", analyze_GetQVSidePaperDeckCommon, analyze_GetQVSrcOptionLAUREL, analyze_GetQVXXXMediaTypeCommon, nullptr},
-    {"RB-X1-1", analyze_GetQVSidePaperDeckCommon, analyze_GetQVSrcOptionMYRTLE, analyze_GetQVXXXMediaTypeCommon, nullptr},
-    {"RA-Z5", analyze_GetQVSidePaperDeckCommon, analyze_GetQVSrcOptionROWAN, analyze_GetQVXXXMediaTypeCommon, nullptr},
-    {"RC-J4", analyze_GetQVSidePaperDeckCommon, analyze_GetQVSrcOptionCommonByCount, analyze_GetQVXXXMediaTypeCommon, nullptr},
-    {"RA-G7", analyze_GetQVSidePaperDeckCommon, analyze_GetQVSrcOptionSPRUCE, analyze_GetQVXXXMediaTypeCommon, nullptr},
-    {"RA-G4", analyze_GetQVSidePaperDeckCommon, analyze_GetQVSrcOptionSPRUCE, analyze_GetQVXXXMediaTypeCommon, nullptr},
-    {"RB-T9-1", analyze_GetQVSidePaperDeckCommon, analyze_GetQVSrcOptionCommonByCount, analyze_GetQVXXXMediaTypeYEW, nullptr},
-    {"RC-X5", analyze_GetQVSidePaperDeckCommon, analyze_GetQVSrcOptionCommonByCount, analyze_GetQVXXXMediaTypeCommon, nullptr},
-    {"RC-W5", analyze_GetQVSidePaperDeckCommon, analyze_GetQVSrcOptionCommonByCount, analyze_GetQVXXXMediaTypeCommon, nullptr},
-    {"RC-STD", analyze_GetQVSidePaperDeckCommon, analyze_GetQVSrcOptionCommonByCount, analyze_GetQVXXXMediaTypeCommon, nullptr},
-    {"RA-H1", analyze_GetQVSidePaperDeckCommon, analyze_GetQVSrcOptionCommonByCount, analyze_GetQVXXXMediaTypeCommon, nullptr},
-    {"RA-W8", nullptr, analyze_GetQVSrcOptionHOLLY, analyze_GetQVXXXMediaTypeCommon, nullptr},
-    {"RB-X7", analyze_GetQVSidePaperDeckCommon, analyze_GetQVSrcOptionCommonByCount, analyze_GetQVXXXMediaTypeCommon, nullptr},
-    {"RC-W0", analyze_GetQVSidePaperDeckCommon, analyze_GetQVSrcOptionREDWOOD, analyze_GetQVXXXMediaTypeREDWOOD, analyze_GetQVEnvelopeFeederCommon},
-    {"RA-T0", nullptr, analyze_GetQVSrcOptionHOLLY, analyze_GetQVXXXMediaTypeCommon, nullptr},
-    {"RA-T6", analyze_GetQVSidePaperDeckCommon, analyze_GetQVSrcOptionREDWOOD, analyze_GetQVXXXMediaTypeCommon, nullptr},
-    {"RA-X6", analyze_GetQVSidePaperDeckCommon, analyze_GetQVSrcOptionREDWOOD, analyze_GetQVXXXMediaTypeCommon, nullptr},
-    {"RC-X8", analyze_GetQVSidePaperDeckCommon, analyze_GetQVSrcOptionOLIVE, analyze_GetQVXXXMediaTypeCommon, nullptr},
+    {.model = "RA-Z2", .side_paper_deck = &kSidePaperDeckOak, .source_option = &kSrcOptionOak, .media_type = &kMediaTypeCypress, .envelope_feeder = nullptr},
+    {.model = "RC-Z9", .side_paper_deck = &kSidePaperDeckCommon, .source_option = &kSrcOptionOlive, .media_type = &kMediaTypeCommon, .envelope_feeder = nullptr},
+    {.model = "RA-Z4", .side_paper_deck = &kSidePaperDeckCypress, .source_option = &kSrcOptionCypress, .media_type = &kMediaTypeCypress, .envelope_feeder = nullptr},
+    {.model = "RC-T7", .side_paper_deck = &kSidePaperDeckCommon, .source_option = &kSrcOptionElm, .media_type = &kMediaTypeCommon, .envelope_feeder = nullptr},
+    {.model = "RC-X1", .side_paper_deck = &kSidePaperDeckCommon, .source_option = &kSrcOptionLaurel, .media_type = &kMediaTypeCommon, .envelope_feeder = nullptr},
+    {.model = "RB-X1-1", .side_paper_deck = &kSidePaperDeckCommon, .source_option = &kSrcOptionMyrtle, .media_type = &kMediaTypeCommon, .envelope_feeder = nullptr},
+    {.model = "RA-Z5", .side_paper_deck = &kSidePaperDeckCommon, .source_option = &kSrcOptionRowan, .media_type = &kMediaTypeCommon, .envelope_feeder = nullptr},
+    {.model = "RC-J4", .side_paper_deck = &kSidePaperDeckCommon, .source_option = &kSrcOptionCommonByCount, .media_type = &kMediaTypeCommon, .envelope_feeder = nullptr},
+    {.model = "RA-G7", .side_paper_deck = &kSidePaperDeckCommon, .source_option = &kSrcOptionSpruce, .media_type = &kMediaTypeCommon, .envelope_feeder = nullptr},
+    {.model = "RA-G4", .side_paper_deck = &kSidePaperDeckCommon, .source_option = &kSrcOptionSpruce, .media_type = &kMediaTypeCommon, .envelope_feeder = nullptr},
+    {.model = "RB-T9-1", .side_paper_deck = &kSidePaperDeckCommon, .source_option = &kSrcOptionCommonByCount, .media_type = &kMediaTypeYew, .envelope_feeder = nullptr},
+    {.model = "RC-X5", .side_paper_deck = &kSidePaperDeckCommon, .source_option = &kSrcOptionCommonByCount, .media_type = &kMediaTypeCommon, .envelope_feeder = nullptr},
+    {.model = "RC-W5", .side_paper_deck = &kSidePaperDeckCommon, .source_option = &kSrcOptionCommonByCount, .media_type = &kMediaTypeCommon, .envelope_feeder = nullptr},
+    {.model = "RC-STD", .side_paper_deck = &kSidePaperDeckCommon, .source_option = &kSrcOptionCommonByCount, .media_type = &kMediaTypeCommon, .envelope_feeder = nullptr},
+    {.model = "RA-H1", .side_paper_deck = &kSidePaperDeckCommon, .source_option = &kSrcOptionCommonByCount, .media_type = &kMediaTypeCommon, .envelope_feeder = nullptr},
+    {.model = "RA-W8", .side_paper_deck = nullptr, .source_option = &kSrcOptionHolly, .media_type = &kMediaTypeCommon, .envelope_feeder = nullptr},
+    {.model = "RB-X7", .side_paper_deck = &kSidePaperDeckCommon, .source_option = &kSrcOptionCommonByCount, .media_type = &kMediaTypeCommon, .envelope_feeder = nullptr},
+    {.model = "RC-W0", .side_paper_deck = &kSidePaperDeckCommon, .source_option = &kSrcOptionRedwood, .media_type = &kMediaTypeRedwood, .envelope_feeder = &kEnvelopeFeederCommon},
+    {.model = "RA-T0", .side_paper_deck = nullptr, .source_option = &kSrcOptionHolly, .media_type = &kMediaTypeCommon, .envelope_feeder = nullptr},
+    {.model = "RA-T6", .side_paper_deck = &kSidePaperDeckCommon, .source_option = &kSrcOptionRedwood, .media_type = &kMediaTypeCommon, .envelope_feeder = nullptr},
+    {.model = "RA-X6", .side_paper_deck = &kSidePaperDeckCommon, .source_option = &kSrcOptionRedwood, .media_type = &kMediaTypeCommon, .envelope_feeder = nullptr},
+    {.model = "RC-X8", .side_paper_deck = &kSidePaperDeckCommon, .source_option = &kSrcOptionOlive, .media_type = &kMediaTypeCommon, .envelope_feeder = nullptr},
 });
 // clang-format on
-static_assert(kInputOptionTable.size() == 22);
 static_assert(CountUnreachableRows<InputOptionRow>(kInputOptionTable) == 0);
 
-constexpr InputOptionRow kOtherModels{"", analyze_GetQVSidePaperDeckCommon,
-                                      analyze_GetQVSrcOptionCommon, analyze_GetQVXXXMediaTypeCommon,
-                                      nullptr};
+constexpr InputOptionRow kOtherModels{.model = "",
+                                      .side_paper_deck = &kSidePaperDeckCommon,
+                                      .source_option = &kSrcOptionCommon,
+                                      .media_type = &kMediaTypeCommon,
+                                      .envelope_feeder = nullptr};
 
 }  // namespace
 }  // namespace ia
+
+std::int32_t ia::Apply(const InputHandler& handler, const InputCall& call) noexcept {
+  return handler.rule(call);
+}
+
+void ia::RunHandlers(std::initializer_list<const InputHandler*> handlers,
+                     const InputCall& call) noexcept {
+  for (const InputHandler* const handler : handlers) {
+    if (handler != nullptr &&
+        handler->function(call.context, call.trays, call.tray_count, call.extra_tray_count,
+                          call.rows, call.row_count) != 0) {
+      return;
+    }
+  }
+}
 
 void analyze_GetInputOptions(AnalyzeContext* context, const TrayEntry* trays, int32_t tray_count,
                              int32_t extra_tray_count, OptionSetter* rows,
@@ -59,28 +76,22 @@ void analyze_GetInputOptions(AnalyzeContext* context, const TrayEntry* trays, in
   const auto* const found =
       ia::FindModel<ia::InputOptionRow>(ia::kInputOptionTable, context->driver_name);
   const ia::InputOptionRow& row = found != nullptr ? *found : ia::kOtherModels;
-  for (const InputOptionHandler handler :
-       {row.side_paper_deck, row.source_option, row.media_type, row.envelope_feeder}) {
-    if (handler != nullptr &&
-        handler(context, trays, tray_count, extra_tray_count, rows, row_count) != 0) {
-      return;
-    }
-  }
+  ia::RunHandlers({row.side_paper_deck, row.source_option, row.media_type, row.envelope_feeder},
+                  {context, trays, tray_count, extra_tray_count, rows, row_count});
 }
 
 namespace ia {
 
 constinit const ModelColumn kSidePaperDeckColumn =
-    ColumnOf<InputOptionRow, kInputOptionTable, kOtherModels, &InputOptionRow::side_paper_deck,
-             kSidePaperDeckHandlers>::kColumn;
+    ColumnOf<InputOptionRow, kInputOptionTable, kOtherModels,
+             &InputOptionRow::side_paper_deck>::kColumn;
 constinit const ModelColumn kSourceOptionColumn =
-    ColumnOf<InputOptionRow, kInputOptionTable, kOtherModels, &InputOptionRow::source_option,
-             kSourceOptionHandlers>::kColumn;
+    ColumnOf<InputOptionRow, kInputOptionTable, kOtherModels,
+             &InputOptionRow::source_option>::kColumn;
 constinit const ModelColumn kMediaTypeColumn =
-    ColumnOf<InputOptionRow, kInputOptionTable, kOtherModels, &InputOptionRow::media_type,
-             kMediaTypeHandlers>::kColumn;
+    ColumnOf<InputOptionRow, kInputOptionTable, kOtherModels, &InputOptionRow::media_type>::kColumn;
 constinit const ModelColumn kEnvelopeFeederColumn =
-    ColumnOf<InputOptionRow, kInputOptionTable, kOtherModels, &InputOptionRow::envelope_feeder,
-             kEnvelopeFeederHandlers>::kColumn;
+    ColumnOf<InputOptionRow, kInputOptionTable, kOtherModels,
+             &InputOptionRow::envelope_feeder>::kColumn;
 
 }  // namespace ia

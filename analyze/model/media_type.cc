@@ -4,7 +4,7 @@
 #include <array>
 #include <cstring>
 
-#include "analyze/model/model_matrix.h"
+#include "analyze/model/input_handlers.h"
 #include "analyze/model/tray_report.h"
 
 namespace ia {
@@ -114,54 +114,90 @@ const char* KeywordOfSlot(const TrayReport& report, const char* slot,
   return hit != flags.end() ? hit->value : nullptr;
 }
 
-void DropLastRowUnlessWhole(const InputArguments& arguments) noexcept {
-  OptionSetter& row = arguments.rows[*arguments.row_count - 1];
+void DropLastRowUnlessWhole(const InputCall& call) noexcept {
+  OptionSetter& row = call.rows[*call.row_count - 1];
   if (row.keyword != nullptr && row.value != nullptr) return;
   std::free(const_cast<char*>(row.keyword));
   std::free(row.value);
   row = {};
-  --*arguments.row_count;
+  --*call.row_count;
 }
 
-std::int32_t AppendMediaTypes(const InputArguments& arguments, const MediaTypeRule& rule) noexcept {
-  if (!IsComplete(arguments)) return -1;
-  const TrayReport report = ReportOf(arguments);
+std::int32_t AppendMediaTypes(const InputCall& call, const MediaTypeRule& rule) noexcept {
+  if (!IsComplete(call)) return -1;
+  const TrayReport report = ReportOf(call);
   const char* slot = nullptr;
   for (const TrayEntry& tray : report.trays) {
     slot = rule.slot(report, tray, slot);
     const char* const keyword = slot != nullptr ? KeywordOfSlot(report, slot, rule) : nullptr;
     if (keyword == nullptr) continue;
-    AppendRow(arguments, {keyword, kPlainPaper}, Duplicate(MediaWord(report, tray)));
-    if (rule.whole_rows_only) DropLastRowUnlessWhole(arguments);
+    AppendRow(call, {keyword, kPlainPaper}, Duplicate(MediaWord(report, tray)));
+    if (rule.whole_rows_only) DropLastRowUnlessWhole(call);
   }
   return 0;
 }
 
-}  // namespace
-}  // namespace ia
-
-IA_INPUT_HANDLER(analyze_GetQVXXXMediaTypeCommon, ia::AppendMediaTypes, ia::kCommon);
-IA_INPUT_HANDLER(analyze_GetQVXXXMediaType_CYPRESS, ia::AppendMediaTypes, ia::kCypress);
-IA_INPUT_HANDLER(analyze_GetQVXXXMediaTypeYEW, ia::AppendMediaTypes, ia::kYew);
-IA_INPUT_HANDLER(analyze_GetQVXXXMediaTypeREDWOOD, ia::AppendMediaTypes, ia::kRedwood);
-
-// What each handler looks at.
-namespace ia {
-namespace {
-
-constexpr std::uint64_t kSlots =
-    SetOf(Input::kTrayAlias, Input::kTrayMedium, Input::kSlotMediaFlags, Input::kMediaTypeFlags);
-constexpr std::uint64_t kNamed = SetOf(Input::kInputTrayFlags);
-
-constexpr auto kSources = std::to_array<HandlerSource<InputOptionHandler>>({
-    IA_HANDLER_SOURCE(analyze_GetQVXXXMediaTypeCommon, kSlots | kNamed),
-    IA_HANDLER_SOURCE(analyze_GetQVXXXMediaType_CYPRESS, kSlots | kNamed | SetOf(Input::kTrayType)),
-    IA_HANDLER_SOURCE(analyze_GetQVXXXMediaTypeYEW, kSlots),
-    IA_HANDLER_SOURCE(analyze_GetQVXXXMediaTypeREDWOOD, kSlots | kNamed),
-});
+template <const MediaTypeRule& kRule>
+std::int32_t AppendMediaTypesBy(const InputCall& call) noexcept {
+  return AppendMediaTypes(call, kRule);
+}
 
 }  // namespace
 
-constinit const InputHandlerSources kMediaTypeHandlers = kSources;
+constinit const InputHandler kMediaTypeCommon{
+    IA_EXPORTED(analyze_GetQVXXXMediaTypeCommon),
+    .inputs = {Input::kTrayAlias, Input::kTrayMedium, Input::kMediaTypeFlags,
+               Input::kSlotMediaFlags, Input::kInputTrayFlags},
+    .rule = AppendMediaTypesBy<kCommon>,
+};
+
+constinit const InputHandler kMediaTypeCypress{
+    IA_EXPORTED(analyze_GetQVXXXMediaType_CYPRESS),
+    .inputs = {Input::kTrayType, Input::kTrayAlias, Input::kTrayMedium, Input::kMediaTypeFlags,
+               Input::kSlotMediaFlags, Input::kInputTrayFlags},
+    .rule = AppendMediaTypesBy<kCypress>,
+};
+
+constinit const InputHandler kMediaTypeYew{
+    IA_EXPORTED(analyze_GetQVXXXMediaTypeYEW),
+    .inputs = {Input::kTrayAlias, Input::kTrayMedium, Input::kMediaTypeFlags,
+               Input::kSlotMediaFlags},
+    .rule = AppendMediaTypesBy<kYew>,
+};
+
+constinit const InputHandler kMediaTypeRedwood{
+    IA_EXPORTED(analyze_GetQVXXXMediaTypeREDWOOD),
+    .inputs = {Input::kTrayAlias, Input::kTrayMedium, Input::kMediaTypeFlags,
+               Input::kSlotMediaFlags, Input::kInputTrayFlags},
+    .rule = AppendMediaTypesBy<kRedwood>,
+};
 
 }  // namespace ia
+
+int32_t analyze_GetQVXXXMediaTypeCommon(AnalyzeContext* context, const TrayEntry* trays,
+                                        int32_t tray_count, int32_t extra_tray_count,
+                                        OptionSetter* rows, int32_t* row_count) noexcept {
+  return ia::Apply(ia::kMediaTypeCommon,
+                   {context, trays, tray_count, extra_tray_count, rows, row_count});
+}
+
+int32_t analyze_GetQVXXXMediaType_CYPRESS(AnalyzeContext* context, const TrayEntry* trays,
+                                          int32_t tray_count, int32_t extra_tray_count,
+                                          OptionSetter* rows, int32_t* row_count) noexcept {
+  return ia::kMediaTypeCypress.rule(
+      {context, trays, tray_count, extra_tray_count, rows, row_count});
+}
+
+int32_t analyze_GetQVXXXMediaTypeYEW(AnalyzeContext* context, const TrayEntry* trays,
+                                     int32_t tray_count, int32_t extra_tray_count,
+                                     OptionSetter* rows, int32_t* row_count) noexcept {
+  return ia::Apply(ia::kMediaTypeYew,
+                   {context, trays, tray_count, extra_tray_count, rows, row_count});
+}
+
+int32_t analyze_GetQVXXXMediaTypeREDWOOD(AnalyzeContext* context, const TrayEntry* trays,
+                                         int32_t tray_count, int32_t extra_tray_count,
+                                         OptionSetter* rows, int32_t* row_count) noexcept {
+  return ia::kMediaTypeRedwood.rule(
+      {context, trays, tray_count, extra_tray_count, rows, row_count});
+}

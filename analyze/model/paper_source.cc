@@ -4,7 +4,7 @@
 #include <limits>
 #include <string_view>
 
-#include "analyze/model/model_matrix.h"
+#include "analyze/model/input_handlers.h"
 #include "analyze/model/tray_report.h"
 
 namespace ia {
@@ -112,62 +112,175 @@ class NameList {
   std::size_t length_ = 0;
 };
 
-std::int32_t AppendSourceNames(const InputArguments& arguments, OptionName option) noexcept {
-  if (!IsComplete(arguments)) return -1;
-  const TrayReport report = ReportOf(arguments);
+std::int32_t AppendSourceNames(const InputCall& call) noexcept {
+  if (!IsComplete(call)) return -1;
+  const TrayReport report = ReportOf(call);
   NameList names;
   for (const TrayEntry& tray : report.trays) {
     for (const FlagPair& flag : FlagsOf(report.context.src_option_flags)) {
       if (flag.name != nullptr && HasNumber(flag, tray.alias)) names.Add(flag.name);
     }
   }
-  AppendRow(arguments, option, names.Text().empty() ? nullptr : Duplicate(names.Text()));
+  AppendRow(call, kSourceOption, names.Text().empty() ? nullptr : Duplicate(names.Text()));
   return 0;
 }
 
 }  // namespace
+
+constinit const InputHandler kSrcOptionCommon{
+    IA_EXPORTED(analyze_GetQVSrcOptionCommon),
+    .inputs = {Input::kTrayAlias, Input::kSourceOptionFlags},
+    .rule = AppendSourceNames,
+};
+
+constinit const InputHandler kSrcOptionCommonByCount{
+    IA_EXPORTED(analyze_GetQVSrcOptionCommonByCount),
+    .inputs = {Input::kTrays},
+    .rule = AppendInputOption<kSourceOption, ByTrayCount<kByCount>>,
+};
+
+constinit const InputHandler kSrcOptionLaurel{
+    IA_EXPORTED(analyze_GetQVSrcOptionLAUREL),
+    .inputs = {Input::kTrays},
+    .rule = AppendInputOption<kSourceOption, ByTrayCount<kByCount>>,
+};
+
+constinit const InputHandler kSrcOptionMyrtle{
+    IA_EXPORTED(analyze_GetQVSrcOptionMYRTLE),
+    .inputs = {Input::kTrays},
+    .rule = AppendInputOption<kSourceOption, ByTrayCount<kByCount>>,
+};
+
+constinit const InputHandler kSrcOptionElm{
+    IA_EXPORTED(analyze_GetQVSrcOption_ELM),
+    .inputs = {Input::kTrays},
+    .rule = AppendInputOption<kSourceOption, ByTrayCount<kByCount>>,
+};
+
+constinit const InputHandler kSrcOptionOlive{
+    IA_EXPORTED(analyze_GetQVSrcOptionOLIVE),
+    .inputs = {Input::kTrays},
+    .rule = AppendInputOption<kSourceOption, ByTrayCount<kByCount>>,
+};
+
+constinit const InputHandler kSrcOptionSpruce{
+    IA_EXPORTED(analyze_GetQVSrcOptionSPRUCE),
+    .inputs = {Input::kTrays},
+    .rule = AppendInputOption<kSourceOption, ByTrayCount<kSpruce>>,
+};
+
+constinit const InputHandler kSrcOptionCypress{
+    IA_EXPORTED(analyze_GetQVSrcOption_CYPRESS),
+    .inputs = {Input::kTrayType},
+    .rule = AppendInputOption<kSourceOption, ByExtraTrayCount<kCypress>>,
+};
+
+constinit const InputHandler kSrcOptionHolly{
+    IA_EXPORTED(analyze_GetQVSrcOptionHOLLY),
+    .inputs = {Input::kTrayType},
+    .rule = AppendInputOption<kSourceOption, ByLargeDecks>,
+};
+
+constinit const InputHandler kSrcOptionOak{
+    IA_EXPORTED(analyze_GetQVSrcOptionOAK),
+    .inputs = {Input::kTrayAlias},
+    .rule = AppendInputOption<kSourceOption, ByAlias<kOak>>,
+};
+
+constinit const InputHandler kSrcOptionRowan{
+    IA_EXPORTED(analyze_GetQVSrcOptionROWAN),
+    .inputs = {Input::kTrayAlias, Input::kTrayCapacity},
+    .rule = AppendInputOption<kSourceOption, ByRowanDecks>,
+};
+
+constinit const InputHandler kSrcOptionRedwood{
+    IA_EXPORTED(analyze_GetQVSrcOptionREDWOOD),
+    .inputs = {Input::kTrayAlias},
+    .rule = AppendInputOption<kSourceOption, ByAlias<kRedwood>>,
+};
+
 }  // namespace ia
 
-#define IA_SOURCE_OPTION(name, decide) \
-  IA_INPUT_HANDLER(name, ia::AppendInputOption, ia::kSourceOption, decide)
+int32_t analyze_GetQVSrcOptionCommon(AnalyzeContext* context, const TrayEntry* trays,
+                                     int32_t tray_count, int32_t extra_tray_count,
+                                     OptionSetter* rows, int32_t* row_count) noexcept {
+  return ia::Apply(ia::kSrcOptionCommon,
+                   {context, trays, tray_count, extra_tray_count, rows, row_count});
+}
 
-IA_INPUT_HANDLER(analyze_GetQVSrcOptionCommon, ia::AppendSourceNames, ia::kSourceOption);
-IA_SOURCE_OPTION(analyze_GetQVSrcOptionCommonByCount, ia::ByTrayCount<ia::kByCount>);
-IA_SOURCE_OPTION(analyze_GetQVSrcOptionLAUREL, ia::ByTrayCount<ia::kByCount>);
-IA_SOURCE_OPTION(analyze_GetQVSrcOptionMYRTLE, ia::ByTrayCount<ia::kByCount>);
-IA_SOURCE_OPTION(analyze_GetQVSrcOption_ELM, ia::ByTrayCount<ia::kByCount>);
-IA_SOURCE_OPTION(analyze_GetQVSrcOptionOLIVE, ia::ByTrayCount<ia::kByCount>);
-IA_SOURCE_OPTION(analyze_GetQVSrcOptionSPRUCE, ia::ByTrayCount<ia::kSpruce>);
-IA_SOURCE_OPTION(analyze_GetQVSrcOption_CYPRESS, ia::ByExtraTrayCount<ia::kCypress>);
-IA_SOURCE_OPTION(analyze_GetQVSrcOptionHOLLY, ia::ByLargeDecks);
-IA_SOURCE_OPTION(analyze_GetQVSrcOptionOAK, ia::ByAlias<ia::kOak>);
-IA_SOURCE_OPTION(analyze_GetQVSrcOptionROWAN, ia::ByRowanDecks);
-IA_SOURCE_OPTION(analyze_GetQVSrcOptionREDWOOD, ia::ByAlias<ia::kRedwood>);
+int32_t analyze_GetQVSrcOptionCommonByCount(AnalyzeContext* context, const TrayEntry* trays,
+                                            int32_t tray_count, int32_t extra_tray_count,
+                                            OptionSetter* rows, int32_t* row_count) noexcept {
+  return ia::kSrcOptionCommonByCount.rule(
+      {context, trays, tray_count, extra_tray_count, rows, row_count});
+}
 
-// What each handler looks at.
-namespace ia {
-namespace {
+int32_t analyze_GetQVSrcOptionLAUREL(AnalyzeContext* context, const TrayEntry* trays,
+                                     int32_t tray_count, int32_t extra_tray_count,
+                                     OptionSetter* rows, int32_t* row_count) noexcept {
+  return ia::Apply(ia::kSrcOptionLaurel,
+                   {context, trays, tray_count, extra_tray_count, rows, row_count});
+}
 
-constexpr std::uint64_t kCount = SetOf(Input::kTrays);
+int32_t analyze_GetQVSrcOptionMYRTLE(AnalyzeContext* context, const TrayEntry* trays,
+                                     int32_t tray_count, int32_t extra_tray_count,
+                                     OptionSetter* rows, int32_t* row_count) noexcept {
+  return ia::Apply(ia::kSrcOptionMyrtle,
+                   {context, trays, tray_count, extra_tray_count, rows, row_count});
+}
 
-constexpr auto kSources = std::to_array<HandlerSource<InputOptionHandler>>({
-    IA_HANDLER_SOURCE(analyze_GetQVSrcOptionCommon,
-                      SetOf(Input::kTrayAlias, Input::kSourceOptionFlags)),
-    IA_HANDLER_SOURCE(analyze_GetQVSrcOptionCommonByCount, kCount),
-    IA_HANDLER_SOURCE(analyze_GetQVSrcOptionLAUREL, kCount),
-    IA_HANDLER_SOURCE(analyze_GetQVSrcOptionMYRTLE, kCount),
-    IA_HANDLER_SOURCE(analyze_GetQVSrcOption_ELM, kCount),
-    IA_HANDLER_SOURCE(analyze_GetQVSrcOptionOLIVE, kCount),
-    IA_HANDLER_SOURCE(analyze_GetQVSrcOptionSPRUCE, kCount),
-    IA_HANDLER_SOURCE(analyze_GetQVSrcOption_CYPRESS, SetOf(Input::kTrayType)),
-    IA_HANDLER_SOURCE(analyze_GetQVSrcOptionHOLLY, SetOf(Input::kTrayType)),
-    IA_HANDLER_SOURCE(analyze_GetQVSrcOptionOAK, SetOf(Input::kTrayAlias)),
-    IA_HANDLER_SOURCE(analyze_GetQVSrcOptionROWAN, SetOf(Input::kTrayAlias, Input::kTrayCapacity)),
-    IA_HANDLER_SOURCE(analyze_GetQVSrcOptionREDWOOD, SetOf(Input::kTrayAlias)),
-});
+int32_t analyze_GetQVSrcOption_ELM(AnalyzeContext* context, const TrayEntry* trays,
+                                   int32_t tray_count, int32_t extra_tray_count, OptionSetter* rows,
+                                   int32_t* row_count) noexcept {
+  return ia::Apply(ia::kSrcOptionElm,
+                   {context, trays, tray_count, extra_tray_count, rows, row_count});
+}
 
-}  // namespace
+int32_t analyze_GetQVSrcOptionOLIVE(AnalyzeContext* context, const TrayEntry* trays,
+                                    int32_t tray_count, int32_t extra_tray_count,
+                                    OptionSetter* rows, int32_t* row_count) noexcept {
+  return ia::Apply(ia::kSrcOptionOlive,
+                   {context, trays, tray_count, extra_tray_count, rows, row_count});
+}
 
-constinit const InputHandlerSources kSourceOptionHandlers = kSources;
+int32_t analyze_GetQVSrcOptionSPRUCE(AnalyzeContext* context, const TrayEntry* trays,
+                                     int32_t tray_count, int32_t extra_tray_count,
+                                     OptionSetter* rows, int32_t* row_count) noexcept {
+  return ia::Apply(ia::kSrcOptionSpruce,
+                   {context, trays, tray_count, extra_tray_count, rows, row_count});
+}
 
-}  // namespace ia
+int32_t analyze_GetQVSrcOption_CYPRESS(AnalyzeContext* context, const TrayEntry* trays,
+                                       int32_t tray_count, int32_t extra_tray_count,
+                                       OptionSetter* rows, int32_t* row_count) noexcept {
+  return ia::kSrcOptionCypress.rule(
+      {context, trays, tray_count, extra_tray_count, rows, row_count});
+}
+
+int32_t analyze_GetQVSrcOptionHOLLY(AnalyzeContext* context, const TrayEntry* trays,
+                                    int32_t tray_count, int32_t extra_tray_count,
+                                    OptionSetter* rows, int32_t* row_count) noexcept {
+  return ia::Apply(ia::kSrcOptionHolly,
+                   {context, trays, tray_count, extra_tray_count, rows, row_count});
+}
+
+int32_t analyze_GetQVSrcOptionOAK(AnalyzeContext* context, const TrayEntry* trays,
+                                  int32_t tray_count, int32_t extra_tray_count, OptionSetter* rows,
+                                  int32_t* row_count) noexcept {
+  return ia::Apply(ia::kSrcOptionOak,
+                   {context, trays, tray_count, extra_tray_count, rows, row_count});
+}
+
+int32_t analyze_GetQVSrcOptionROWAN(AnalyzeContext* context, const TrayEntry* trays,
+                                    int32_t tray_count, int32_t extra_tray_count,
+                                    OptionSetter* rows, int32_t* row_count) noexcept {
+  return ia::Apply(ia::kSrcOptionRowan,
+                   {context, trays, tray_count, extra_tray_count, rows, row_count});
+}
+
+int32_t analyze_GetQVSrcOptionREDWOOD(AnalyzeContext* context, const TrayEntry* trays,
+                                      int32_t tray_count, int32_t extra_tray_count,
+                                      OptionSetter* rows, int32_t* row_count) noexcept {
+  return ia::kSrcOptionRedwood.rule(
+      {context, trays, tray_count, extra_tray_count, rows, row_count});
+}

@@ -14,38 +14,6 @@ constexpr const char* kTwoHoles = "punching_2_holes";
 constexpr const char* kFrenchFourHoles = "punching_French_4_holes";
 constexpr const char* kMultipleHoles = "punching_multiple_holes";
 
-struct PuncherRow {
-  std::string_view model;
-  FunctionStringHandler puncher;
-};
-
-constexpr auto kPuncherOptionTable = std::to_array<PuncherRow>({
-    {"RA-H2-JP", analyze_GetPuncherOptionStringJUNIPER},
-    {"RA-H2-MLT-JP", analyze_GetPuncherOptionStringJUNIPER_MLT},
-    {"RA-Z5-MLT-JP", analyze_GetPuncherOptionStringJUNIPER_MLT},
-    {"RA-W8-MLT-JP", analyze_GetPuncherOptionStringJUNIPER_MLT},
-    {"RA-G5-MLT-JP", analyze_GetPuncherOptionStringJUNIPER_MLT},
-    {"RA-T0-MLT-JP", analyze_GetPuncherOptionStringJUNIPER_MLT},
-    {"RA-T6-MLT-JP", analyze_GetPuncherOptionStringJUNIPER_MLT},
-    {"RA-X6-MLT-JP", analyze_GetPuncherOptionStringJUNIPER_MLT},
-    {"RA-Z2-MLT-JP", analyze_GetPuncherOptionStringJUNIPER_MLT},
-    {"RA-H5-MLT-JP", analyze_GetPuncherOptionStringJUNIPER_MLT},
-    {"RA-J3", analyze_GetPuncherOptionStringMultipleHoles},
-});
-static_assert(kPuncherOptionTable.size() == 11);
-static_assert(CountUnreachableRows<PuncherRow>(kPuncherOptionTable) == 0);
-
-// Of models without a row the dispatch itself takes care.
-constexpr PuncherRow kOtherModels{"", analyze_GetPuncherOptionString};
-
-constexpr std::uint64_t kLooksAt = SetOf(Input::kFunctions, Input::kDetailFunctions);
-constexpr auto kSources = std::to_array<HandlerSource<FunctionStringHandler>>({
-    IA_HANDLER_SOURCE(analyze_GetPuncherOptionString, kLooksAt),
-    IA_HANDLER_SOURCE(analyze_GetPuncherOptionStringJUNIPER, kLooksAt),
-    IA_HANDLER_SOURCE(analyze_GetPuncherOptionStringJUNIPER_MLT, kLooksAt),
-    IA_HANDLER_SOURCE(analyze_GetPuncherOptionStringMultipleHoles, kLooksAt),
-});
-
 bool Punches(const FunctionQuery& query, const char* holes) noexcept {
   return IsFunctionReported(query) && IsDetailReported(query, holes);
 }
@@ -93,13 +61,61 @@ const char* MultipleHoles(const FunctionQuery& query) noexcept {
   return Punches(query, kMultipleHoles) ? "PUNM" : SearchInTableOrder(query);
 }
 
-// The table answers, too, when there is no memory for the value that the holes stand for.
-CString OtherModels(const FunctionQuery& query) noexcept {
+// The search decides, too, when there is no memory for the value of four holes.
+CString FourFrenchOrInTableOrder(const FunctionQuery& query) noexcept {
   if (Punches(query, kTwoHoles) && IsDetailReported(query, kFrenchFourHoles)) {
     if (CString value = CopyOf("PUNF24")) return value;
   }
   return CopyOf(SearchInTableOrder(query));
 }
+
+// Handlers ---------------------------------------------------------------------------------------
+
+constexpr FunctionHandler kCommon{
+    IA_EXPORTED(analyze_GetPuncherOptionString),
+    .inputs = {Input::kFunctions, Input::kDetailFunctions},
+    .rule = FourFrenchOrInTableOrder,
+};
+
+constexpr FunctionHandler kJuniper{
+    IA_EXPORTED(analyze_GetPuncherOptionStringJUNIPER),
+    .inputs = {Input::kFunctions, Input::kDetailFunctions},
+    .rule = CopyValue<TwoHoles>,
+};
+
+constexpr FunctionHandler kJuniperMlt{
+    IA_EXPORTED(analyze_GetPuncherOptionStringJUNIPER_MLT),
+    .inputs = {Input::kFunctions, Input::kDetailFunctions},
+    .rule = CopyValue<TwoOrFourHoles>,
+};
+
+constexpr FunctionHandler kMultipleHoleUnit{
+    IA_EXPORTED(analyze_GetPuncherOptionStringMultipleHoles),
+    .inputs = {Input::kFunctions, Input::kDetailFunctions},
+    .rule = CopyValue<MultipleHoles>,
+};
+
+struct PuncherRow {
+  std::string_view model;
+  const FunctionHandler* puncher;
+};
+
+constexpr auto kPuncherOptionTable = std::to_array<PuncherRow>({
+    {"RA-H2-JP", &kJuniper},
+    {"RA-H2-MLT-JP", &kJuniperMlt},
+    {"RA-Z5-MLT-JP", &kJuniperMlt},
+    {"RA-W8-MLT-JP", &kJuniperMlt},
+    {"RA-G5-MLT-JP", &kJuniperMlt},
+    {"RA-T0-MLT-JP", &kJuniperMlt},
+    {"RA-T6-MLT-JP", &kJuniperMlt},
+    {"RA-X6-MLT-JP", &kJuniperMlt},
+    {"RA-Z2-MLT-JP", &kJuniperMlt},
+    {"RA-H5-MLT-JP", &kJuniperMlt},
+    {"RA-J3", &kMultipleHoleUnit},
+});
+static_assert(CountUnreachableRows<PuncherRow>(kPuncherOptionTable) == 0);
+
+constexpr PuncherRow kOtherModels{"", &kCommon};
 
 }  // namespace
 }  // namespace ia
@@ -108,32 +124,32 @@ char* analyze_GetPuncherOptionString(const FunctionQuery* query) noexcept {
   if (query == nullptr) return nullptr;
   const auto* const row =
       ia::FindModel<ia::PuncherRow>(ia::kPuncherOptionTable, query->driver_name);
-  return row != nullptr ? row->puncher(query) : ia::OtherModels(*query).release();
+  return ia::Answer(query, *(row != nullptr ? *row : ia::kOtherModels).puncher);
 }
 
 char* analyze_GetPuncherOptionStringSearchTableListOrder(const FunctionQuery* query) noexcept {
-  return ia::Answer(query, ia::SearchInTableOrder);
+  return query != nullptr ? ia::CopyOf(ia::SearchInTableOrder(*query)).release() : nullptr;
 }
 
 char* analyze_GetPuncherOptionStringDetailFuncListOrder(const FunctionQuery* query) noexcept {
-  return ia::Answer(query, ia::SearchInDeviceOrder);
+  return query != nullptr ? ia::CopyOf(ia::SearchInDeviceOrder(*query)).release() : nullptr;
 }
 
 char* analyze_GetPuncherOptionStringJUNIPER(const FunctionQuery* query) noexcept {
-  return ia::Answer(query, ia::TwoHoles);
+  return ia::Answer(query, ia::kJuniper);
 }
 
 char* analyze_GetPuncherOptionStringJUNIPER_MLT(const FunctionQuery* query) noexcept {
-  return ia::Answer(query, ia::TwoOrFourHoles);
+  return ia::Answer(query, ia::kJuniperMlt);
 }
 
 char* analyze_GetPuncherOptionStringMultipleHoles(const FunctionQuery* query) noexcept {
-  return ia::Answer(query, ia::MultipleHoles);
+  return ia::Answer(query, ia::kMultipleHoleUnit);
 }
 
 namespace ia {
 
-constinit const ModelColumn kPuncherColumn = ColumnOf<PuncherRow, kPuncherOptionTable, kOtherModels,
-                                                      &PuncherRow::puncher, kSources>::kColumn;
+constinit const ModelColumn kPuncherColumn =
+    ColumnOf<PuncherRow, kPuncherOptionTable, kOtherModels, &PuncherRow::puncher>::kColumn;
 
 }  // namespace ia

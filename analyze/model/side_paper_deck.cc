@@ -1,7 +1,7 @@
 // QVSidePaperDeck: the size class of the side paper deck, per driver model.
 #include <array>
 
-#include "analyze/model/model_matrix.h"
+#include "analyze/model/input_handlers.h"
 #include "analyze/model/tray_report.h"
 
 namespace ia {
@@ -29,29 +29,44 @@ const char* LargeUnlessSecondDeck(const TrayReport& report) noexcept {
 }
 
 }  // namespace
-}  // namespace ia
 
-IA_INPUT_HANDLER(analyze_GetQVSidePaperDeckCommon, ia::AppendInputOption, ia::kSidePaperDeck,
-                 ia::LargeOrSmall);
-IA_INPUT_HANDLER(analyze_GetQVSidePaperDeck_CYPRESS, ia::AppendInputOption, ia::kSidePaperDeck,
-                 ia::LargeOnly);
-IA_INPUT_HANDLER(analyze_GetQVSidePaperDeckOAK, ia::AppendInputOption, ia::kSidePaperDeck,
-                 ia::LargeUnlessSecondDeck);
+constinit const InputHandler kSidePaperDeckCommon{
+    IA_EXPORTED(analyze_GetQVSidePaperDeckCommon),
+    .inputs = {Input::kTrayType, Input::kTrayAlias},
+    .rule = AppendInputOption<kSidePaperDeck, LargeOrSmall>,
+};
 
-// What each handler looks at.
-namespace ia {
-namespace {
+constinit const InputHandler kSidePaperDeckCypress{
+    IA_EXPORTED(analyze_GetQVSidePaperDeck_CYPRESS),
+    .inputs = {Input::kTrayType, Input::kTrayAlias},
+    .rule = AppendInputOption<kSidePaperDeck, LargeOnly>,
+};
 
-constexpr std::uint64_t kDecks = SetOf(Input::kTrayAlias, Input::kTrayType);
-
-constexpr auto kSources = std::to_array<HandlerSource<InputOptionHandler>>({
-    IA_HANDLER_SOURCE(analyze_GetQVSidePaperDeckCommon, kDecks),
-    IA_HANDLER_SOURCE(analyze_GetQVSidePaperDeck_CYPRESS, kDecks),
-    IA_HANDLER_SOURCE(analyze_GetQVSidePaperDeckOAK, kDecks),
-});
-
-}  // namespace
-
-constinit const InputHandlerSources kSidePaperDeckHandlers = kSources;
+constinit const InputHandler kSidePaperDeckOak{
+    IA_EXPORTED(analyze_GetQVSidePaperDeckOAK),
+    .inputs = {Input::kTrayType, Input::kTrayAlias},
+    .rule = AppendInputOption<kSidePaperDeck, LargeUnlessSecondDeck>,
+};
 
 }  // namespace ia
+
+int32_t analyze_GetQVSidePaperDeckCommon(AnalyzeContext* context, const TrayEntry* trays,
+                                         int32_t tray_count, int32_t extra_tray_count,
+                                         OptionSetter* rows, int32_t* row_count) noexcept {
+  return ia::kSidePaperDeckCommon.rule(
+      {context, trays, tray_count, extra_tray_count, rows, row_count});
+}
+
+int32_t analyze_GetQVSidePaperDeck_CYPRESS(AnalyzeContext* context, const TrayEntry* trays,
+                                           int32_t tray_count, int32_t extra_tray_count,
+                                           OptionSetter* rows, int32_t* row_count) noexcept {
+  return ia::kSidePaperDeckCypress.rule(
+      {context, trays, tray_count, extra_tray_count, rows, row_count});
+}
+
+int32_t analyze_GetQVSidePaperDeckOAK(AnalyzeContext* context, const TrayEntry* trays,
+                                      int32_t tray_count, int32_t extra_tray_count,
+                                      OptionSetter* rows, int32_t* row_count) noexcept {
+  return ia::kSidePaperDeckOak.rule(
+      {context, trays, tray_count, extra_tray_count, rows, row_count});
+}

@@ -13,26 +13,35 @@ static_assert(offsetof(TrayEntry, medium_type) == 3 * sizeof(int32_t));
 namespace ia {
 
 const TrayEntry* TrayReport::FindAlias(std::int32_t alias) const noexcept {
-  const auto count = static_cast<std::int32_t>(trays.size());
-  const std::int32_t index = zFindTrayByAlias(trays.data(), count, alias);
-  return index >= 0 ? &trays[static_cast<std::size_t>(index)] : nullptr;
+  const auto hit = std::ranges::find(trays, alias, &TrayEntry::alias);
+  return hit != trays.end() ? &*hit : nullptr;
 }
 
-bool IsComplete(const InputArguments& arguments) noexcept {
-  return arguments.context != nullptr && arguments.trays != nullptr && arguments.rows != nullptr &&
-         arguments.row_count != nullptr && *arguments.row_count >= 0;
+bool IsComplete(const InputCall& call) noexcept {
+  return call.context != nullptr && call.trays != nullptr && call.rows != nullptr &&
+         call.row_count != nullptr && *call.row_count >= 0;
 }
 
-TrayReport ReportOf(const InputArguments& arguments) noexcept {
-  const auto count = static_cast<std::size_t>(std::max(arguments.tray_count, 0));
-  return {*arguments.context, {arguments.trays, count}, arguments.extra_tray_count};
+TrayReport ReportOf(const InputCall& call) noexcept {
+  const auto count = static_cast<std::size_t>(std::max(call.tray_count, 0));
+  return {*call.context, {call.trays, count}, call.extra_tray_count};
 }
 
-void AppendRow(const InputArguments& arguments, OptionName option, CString value) noexcept {
+void AppendRow(const InputCall& call, OptionName option, CString value) noexcept {
   CString keyword = Duplicate(option.keyword);
   if (!keyword) value.reset();
-  arguments.rows[(*arguments.row_count)++] = {keyword.release(), value.release(), nullptr, nullptr,
-                                              option.default_value};
+  call.rows[(*call.row_count)++] = {.keyword = keyword.release(),
+                                    .value = value.release(),
+                                    .getter = nullptr,
+                                    .getter_arg = nullptr,
+                                    .default_value = option.default_value};
+}
+
+std::int32_t AppendDecided(const InputCall& call, OptionName option,
+                           const char* (*decide)(const TrayReport&) noexcept) noexcept {
+  if (!IsComplete(call)) return -1;
+  AppendRow(call, option, CopyOf(decide(ReportOf(call))));
+  return 0;
 }
 
 std::span<const FlagPair> FlagsOf(const FlagInfo* store) noexcept {

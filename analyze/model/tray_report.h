@@ -1,4 +1,4 @@
-// What the handlers of paper-source options look at, and how they answer.
+// What the handlers of paper-source options read, and how they answer.
 #ifndef ANALYZE_MODEL_TRAY_REPORT_H_
 #define ANALYZE_MODEL_TRAY_REPORT_H_
 
@@ -15,8 +15,17 @@ inline constexpr std::int32_t kSideDeckAlias = 161;
 inline constexpr std::int32_t kLargeDeckType = 6;
 inline constexpr std::int32_t kSmallDeckType = 3;
 
-// The arguments of an InputOptionHandler.
-struct InputArguments {
+// A call of an InputOptionHandler, argument by argument.
+struct InputCall {
+  InputCall(AnalyzeContext* analyzer, const TrayEntry* entries, std::int32_t entry_count,
+            std::int32_t extra_count, OptionSetter* options, std::int32_t* option_count) noexcept
+      : context(analyzer),
+        trays(entries),
+        tray_count(entry_count),
+        extra_tray_count(extra_count),
+        rows(options),
+        row_count(option_count) {}
+
   AnalyzeContext* context;
   const TrayEntry* trays;
   std::int32_t tray_count;
@@ -47,19 +56,21 @@ inline constexpr OptionName kEnvelopeFeeder{"QVEnvelopeFeeder", "False"};
 inline constexpr const char* kPlainPaper = "PlainPaper";  // default of the media types
 
 // False when an argument is missing or the rows in use are fewer than none.
-[[nodiscard]] bool IsComplete(const InputArguments& arguments) noexcept;
-[[nodiscard]] TrayReport ReportOf(const InputArguments& arguments) noexcept;
+[[nodiscard]] bool IsComplete(const InputCall& call) noexcept;
+[[nodiscard]] TrayReport ReportOf(const InputCall& call) noexcept;
 
-// Appends a row. When memory runs out the row has neither keyword nor value and is passed over.
-void AppendRow(const InputArguments& arguments, OptionName option, CString value) noexcept;
+// Appends a row. Without memory for its keyword the row has neither keyword nor value, and is not
+// applied.
+void AppendRow(const InputCall& call, OptionName option, CString value) noexcept;
 
-// Appends one row with decide(report), a constant text or null.
-template <class Decide>
-std::int32_t AppendInputOption(const InputArguments& arguments, OptionName option,
-                               Decide decide) noexcept {
-  if (!IsComplete(arguments)) return -1;
-  AppendRow(arguments, option, CopyOf(decide(ReportOf(arguments))));
-  return 0;
+// Appends one row whose value is a copy of decide(report), or null.
+std::int32_t AppendDecided(const InputCall& call, OptionName option,
+                           const char* (*decide)(const TrayReport&) noexcept) noexcept;
+
+// The rule of a handler that appends one row.
+template <const OptionName& kOption, const char* (*kDecide)(const TrayReport&) noexcept>
+std::int32_t AppendInputOption(const InputCall& call) noexcept {
+  return AppendDecided(call, kOption, kDecide);
 }
 
 // The pairs of a store, none for a missing one.
@@ -67,14 +78,6 @@ std::int32_t AppendInputOption(const InputArguments& arguments, OptionName optio
 
 // Whether the value of a flag is this number.
 [[nodiscard]] bool HasNumber(const FlagPair& flag, std::int32_t number) noexcept;
-
-// Defines an exported InputOptionHandler that answers with answer(arguments, ...).
-#define IA_INPUT_HANDLER(name, answer, ...)                                                      \
-  int32_t name(AnalyzeContext* context, const TrayEntry* trays, int32_t tray_count,              \
-               int32_t extra_tray_count, OptionSetter* rows, int32_t* row_count) noexcept {      \
-    return answer({context, trays, tray_count, extra_tray_count, rows, row_count}, __VA_ARGS__); \
-  }                                                                                              \
-  static_assert(true)
 
 }  // namespace ia
 

@@ -18,13 +18,13 @@ namespace ia {
 namespace {
 
 constexpr std::int32_t kDocument = IA_DOCUMENT_BIN_LIST;
-constexpr std::int32_t kMostAliases = 10;
+constexpr std::int32_t kMaxAliases = 10;
 constexpr std::int32_t kCenterTrayBin = 3;
 constexpr std::int32_t kCenterTrayAlias = 101;
 
-constexpr auto kOptions = std::to_array<OptionSource>({
+constexpr auto kOptions = std::to_array<UpdateOption>({
     DecidedOption("QVTrayCSetting", zGetTrayCSettingOptionString, "FinTopTray",
-                  SetOf(Input::kBinNumber, Input::kBinAlias)),
+                  {Input::kBinNumber, Input::kBinAlias}),
 });
 
 std::int32_t UpdateBins(AnalyzeContext* context, const OptionTarget& target) noexcept {
@@ -32,7 +32,7 @@ std::int32_t UpdateBins(AnalyzeContext* context, const OptionTarget& target) noe
   BinUnit bin{};
   OptionRows rows(RowsOf(kOptions, {&bin}));
   for (std::int32_t item = 0; item < context->documents[kDocument].count; ++item) {
-    LongArray<kMostAliases> aliases(Input::kBinAlias);
+    LongArray<kMaxAliases> aliases(Input::kBinAlias);
     const std::int32_t status = ReadListItem(
         context, kDocument, item, {LongKey(Input::kBinNumber, bin.number), aliases.Key()});
     if (status != 0) return status;
@@ -45,8 +45,12 @@ std::int32_t UpdateBins(AnalyzeContext* context, const OptionTarget& target) noe
 
 }  // namespace
 
-IA_DEFINE_UPDATE(kBinListUpdate, z_Update_Prn_bin_list, IA_DOCUMENT_TRAY_LIST, UpdateBins,
-                 kOptions);
+constinit const UpdateHandler kBinListUpdate{
+    IA_EXPORTED(z_Update_Prn_bin_list),
+    .guard = IA_DOCUMENT_TRAY_LIST,
+    .options = kOptions,
+    .run = UpdateBins,
+};
 
 }  // namespace ia
 
@@ -62,5 +66,5 @@ char* zGetTrayCSettingOptionString(const void* datum) noexcept {
 }
 
 int32_t z_Update_Prn_bin_list(AnalyzeContext* context, OptionList* options) noexcept {
-  return ia::UpdateBins(context, {options, true});
+  return ia::kBinListUpdate.run(context, {options, true});
 }

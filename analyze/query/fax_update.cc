@@ -8,6 +8,7 @@
 #include "analyze/document_keys.h"
 #include "analyze/option_rows.h"
 #include "analyze/query/update_handlers.h"
+#include "bidi/key_reader.h"
 #include "info_analyze/list_getters.h"
 #include "info_analyze/printer_updates.h"
 #include "info_common/owned.h"
@@ -19,7 +20,7 @@ namespace ia {
 namespace {
 
 constexpr std::int32_t kDocument = IA_DOCUMENT_FAX_LINE_LIST;
-constexpr std::int32_t kMostModes = 20;
+constexpr std::int32_t kMaxModes = 20;
 constexpr std::int32_t kIsdnType = 2;
 constexpr std::int32_t kUncountedType = 3;
 constexpr std::int32_t kModeTwin = 128;  // each mode also counts with this added
@@ -40,7 +41,7 @@ char* TrueIfMode(const void* datum, std::int32_t mode) noexcept {
   if (datum == nullptr) return nullptr;
   const auto& modes = *static_cast<const FaxModes*>(datum);
   if (modes.modes == nullptr || modes.count == nullptr) return nullptr;
-  const std::int32_t count = std::clamp(*modes.count, 0, kMostModes);
+  const std::int32_t count = std::clamp(*modes.count, 0, kMaxModes);
   return TrueIf(std::any_of(modes.modes, modes.modes + count, [&](std::int32_t reported) {
     return reported == mode || reported == mode + kModeTwin;
   }));
@@ -53,26 +54,28 @@ struct FaxLine {
   std::int32_t id_support = 0;
 };
 
-constexpr std::uint64_t kLine = SetOf(Input::kFaxIdSupport, Input::kDeviceName);
-constexpr std::uint64_t kModes = SetOf(Input::kFaxModes);
-constexpr auto kOptions = std::to_array<OptionSource>({
-    ValueOption("QVFAXNumOfLine", zGetBinaryString, "0", Input::kFaxLines, SetOf(Input::kFaxType)),
-    DecidedOption("QVFAXLineType", zGetFaxOptionString, "None", SetOf(Input::kFaxType)),
-    DecidedOption("QVFAXDialLineA", zGetLine1IDSupport, "False", kLine),
-    DecidedOption("QVFAXDialLineB", zGetLine2IDSupport, "False", kLine),
-    DecidedOption("QVFAXDialLineC", zGetLine3IDSupport, "False", kLine),
-    DecidedOption("QVFAXDialLineD", zGetLine4IDSupport, "False", SetOf(Input::kFaxIdSupport)),
-    DecidedOption("QVFAXIPFAXINTRA", zGetIntranetSupport, "False", kModes),
-    DecidedOption("QVFAXIPFAXVoIP", zGetVoIPSupport, "False", kModes),
-    DecidedOption("QVFAXIPFAXNGN", zGetNGNSupport, "False", kModes),
-    DecidedOption("QVFAXIPFAXMyNumberNGN", zGetNGNMyNumberSupport, "False", kModes),
+constexpr auto kOptions = std::to_array<UpdateOption>({
+    ValueOption("QVFAXNumOfLine", zGetBinaryString, "0", Input::kFaxLines,
+                {Input::kFaxLines, Input::kFaxType}),
+    DecidedOption("QVFAXLineType", zGetFaxOptionString, "None", {Input::kFaxType}),
+    DecidedOption("QVFAXDialLineA", zGetLine1IDSupport, "False",
+                  {Input::kFaxIdSupport, Input::kDeviceName}),
+    DecidedOption("QVFAXDialLineB", zGetLine2IDSupport, "False",
+                  {Input::kFaxIdSupport, Input::kDeviceName}),
+    DecidedOption("QVFAXDialLineC", zGetLine3IDSupport, "False",
+                  {Input::kFaxIdSupport, Input::kDeviceName}),
+    DecidedOption("QVFAXDialLineD", zGetLine4IDSupport, "False", {Input::kFaxIdSupport}),
+    DecidedOption("QVFAXIPFAXINTRA", zGetIntranetSupport, "False", {Input::kFaxModes}),
+    DecidedOption("QVFAXIPFAXVoIP", zGetVoIPSupport, "False", {Input::kFaxModes}),
+    DecidedOption("QVFAXIPFAXNGN", zGetNGNSupport, "False", {Input::kFaxModes}),
+    DecidedOption("QVFAXIPFAXMyNumberNGN", zGetNGNMyNumberSupport, "False", {Input::kFaxModes}),
 });
 using FaxRows = OptionRows<kOptions.size()>;
 
 bool HasIdSupport(AnalyzeContext* context) noexcept {
   char* name = nullptr;
   const XmlKeyDescriptor key = TextKey(Input::kDeviceName, name);
-  const bool is_read = analyze_common_readxml(context, &key, 1) == 0;
+  const bool is_read = ReadKeys(*context, {&key, 1}) == 0;
   const CString owned_name(name);
   return is_read && name != nullptr &&
          std::ranges::find(kDevicesWithIdSupport, std::string_view(name)) !=
@@ -89,7 +92,7 @@ std::int32_t UpdateFaxLines(AnalyzeContext* context, const OptionTarget& target)
   if (context == nullptr || target.list == nullptr) return -1;
   std::int32_t lines = std::max(context->documents[kDocument].count, 0);
   FaxLine line;
-  LongArray<kMostModes> codes(Input::kFaxModes);
+  LongArray<kMaxModes> codes(Input::kFaxModes);
   const FaxModes modes{codes.Data(), &codes.Count()};
   FaxRows rows(
       RowsOf(kOptions, {&lines, &line.type, &line.id_support, &line.id_support, &line.id_support,
@@ -107,7 +110,7 @@ std::int32_t UpdateFaxLines(AnalyzeContext* context, const OptionTarget& target)
   }
   if (has_uncounted) {
     --lines;
-    zGetOptionString(rows.Data(), 1);
+    RunGetters({rows.Data(), 1});
   }
   if (status != 0) return status;
   if (HasIdSupport(context)) SetIdSupport(rows);
@@ -116,8 +119,12 @@ std::int32_t UpdateFaxLines(AnalyzeContext* context, const OptionTarget& target)
 
 }  // namespace
 
-IA_DEFINE_UPDATE(kFaxLineListUpdate, z_Update_Prn_fax_line_list, IA_DOCUMENT_DEVICENAME,
-                 UpdateFaxLines, kOptions);
+constinit const UpdateHandler kFaxLineListUpdate{
+    IA_EXPORTED(z_Update_Prn_fax_line_list),
+    .guard = IA_DOCUMENT_DEVICENAME,
+    .options = kOptions,
+    .run = UpdateFaxLines,
+};
 
 }  // namespace ia
 
@@ -137,5 +144,5 @@ char* zGetNGNSupport(const void* datum) noexcept { return ia::TrueIfMode(datum, 
 char* zGetNGNMyNumberSupport(const void* datum) noexcept { return ia::TrueIfMode(datum, 69); }
 
 int32_t z_Update_Prn_fax_line_list(AnalyzeContext* context, OptionList* options) noexcept {
-  return ia::UpdateFaxLines(context, {options, true});
+  return ia::kFaxLineListUpdate.run(context, {options, true});
 }

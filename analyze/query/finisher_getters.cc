@@ -6,6 +6,7 @@
 #include <span>
 #include <string_view>
 
+#include "analyze/model/function_query.h"
 #include "info_analyze/list_getters.h"
 #include "info_analyze/model_options.h"
 #include "info_common/owned.h"
@@ -43,7 +44,6 @@ constexpr auto kTrimmerNames = std::to_array<std::string_view>({
     "Vorel Saddle Finisher-WE2",
     "Vorel Booklet Finisher-K1 PRO",
 });
-static_assert(kTrimmerNames.size() == 14);
 
 constexpr auto kInnerTrimmerNames = std::to_array<std::string_view>({
     "Vorel Saddle Finisher-UH2",
@@ -51,7 +51,6 @@ constexpr auto kInnerTrimmerNames = std::to_array<std::string_view>({
     "Vorel Booklet Finisher-Z1",
     "Vorel Booklet Finisher-P1",
 });
-static_assert(kInnerTrimmerNames.size() == 4);
 
 constexpr auto kProPuncherNames = std::to_array<std::string_view>({
     "Vorel Professional Puncher-E1",
@@ -74,7 +73,6 @@ constexpr auto kProPuncherNames = std::to_array<std::string_view>({
     "Vorel Booklet Finisher-P1",
     "Vorel Multi Function Professional Puncher-D1",
 });
-static_assert(kProPuncherNames.size() == 19);
 
 bool IsOneOf(const char* name, std::span<const std::string_view> names) noexcept {
   return name != nullptr && std::ranges::any_of(names, [&](std::string_view beginning) {
@@ -82,14 +80,12 @@ bool IsOneOf(const char* name, std::span<const std::string_view> names) noexcept
          });
 }
 
-bool Does(const FinisherUnit& unit, const char* function) noexcept {
-  return unit.function_count != nullptr &&
-         zStringExistenceCheck(unit.functions, function, *unit.function_count) != 0;
+bool Does(const FinisherUnit& unit, std::string_view function) noexcept {
+  return IsReported(unit.functions, unit.function_count, function);
 }
 
-bool DoesInDetail(const FinisherUnit& unit, const char* function) noexcept {
-  return unit.detail_count != nullptr &&
-         zStringExistenceCheck(unit.detail_functions, function, *unit.detail_count) != 0;
+bool DoesInDetail(const FinisherUnit& unit, std::string_view function) noexcept {
+  return IsReported(unit.detail_functions, unit.detail_count, function);
 }
 
 bool IsTrimmer(const FinisherUnit& unit) noexcept {

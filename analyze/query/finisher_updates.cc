@@ -16,7 +16,7 @@ namespace ia {
 namespace {
 
 constexpr std::int32_t kDocument = IA_DOCUMENT_FINISHER_LIST;
-constexpr std::int32_t kMostWords = 1024;
+constexpr std::int32_t kMaxWords = 1024;
 
 // The order is the priority of the punchers.
 constexpr auto kPunchTable = std::to_array<FunctionPair>({
@@ -27,29 +27,29 @@ constexpr auto kPunchTable = std::to_array<FunctionPair>({
     {"punching_Swedish_4_holes", "PUNS4"},
 });
 
-constexpr std::uint64_t kNamed = SetOf(Input::kFinisherName);
-constexpr std::uint64_t kTyped = SetOf(Input::kFinisherType);
-constexpr std::uint64_t kDoing = SetOf(Input::kFunctions);
-constexpr std::uint64_t kDetailed = SetOf(Input::kDetailFunctions);
-
-constexpr auto kUnitOptions = std::to_array<OptionSource>({
+constexpr auto kUnitOptions = std::to_array<UpdateOption>({
     ModelOption("QVOptionStaple", zGetFinishingFunctionOptionString, "False",
                 IA_FAMILY_FINISHING_FUNCTION),
     ModelOption("QVPuncher", zGetPuncherOptionString, "None", IA_FAMILY_PUNCHER),
-    DecidedOption("QVFolder", zGetFinishingFunctionOptionString, "None", kDoing),
-    DecidedOption("QVTrimmer", zGetTrimmerFunctionOptionString, "None", kNamed | kDoing),
-    DecidedOption("QVInnerTrimmer", zGetInnerTrimmerFunctionOptionString, "None", kNamed | kDoing),
-    DecidedOption("QVInsertUnit", zGetFinisherInserterOptionString, "None", kTyped | kDoing),
+    DecidedOption("QVFolder", zGetFinishingFunctionOptionString, "None", {Input::kFunctions}),
+    DecidedOption("QVTrimmer", zGetTrimmerFunctionOptionString, "None",
+                  {Input::kFinisherName, Input::kFunctions}),
+    DecidedOption("QVInnerTrimmer", zGetInnerTrimmerFunctionOptionString, "None",
+                  {Input::kFinisherName, Input::kFunctions}),
+    DecidedOption("QVInsertUnit", zGetFinisherInserterOptionString, "None",
+                  {Input::kFinisherType, Input::kFunctions}),
     DecidedOption("QVEnableMultiInserter", zGetMultiInserterOptionString, "False",
-                  kTyped | kDoing | kDetailed),
-    DecidedOption("QVStacker", zGetStackerOptionString, "None", kTyped),
-    DecidedOption("QVBinderOption", zGetFinisherConstitutionOptionString, "None", kTyped),
-    DecidedOption("QVProPuncher", zGetProPuncherOptionString, "None", kNamed | kDetailed),
+                  {Input::kFinisherType, Input::kFunctions, Input::kDetailFunctions}),
+    DecidedOption("QVStacker", zGetStackerOptionString, "None", {Input::kFinisherType}),
+    DecidedOption("QVBinderOption", zGetFinisherConstitutionOptionString, "None",
+                  {Input::kFinisherType}),
+    DecidedOption("QVProPuncher", zGetProPuncherOptionString, "None",
+                  {Input::kFinisherName, Input::kDetailFunctions}),
     DecidedOption("QVTopBottomTrimmer", zGetTopBottomTrimmerOptionString, "None",
-                  kTyped | kDetailed),
+                  {Input::kFinisherType, Input::kDetailFunctions}),
 });
 
-constexpr auto kFinisherOptions = std::to_array<OptionSource>({
+constexpr auto kFinisherOptions = std::to_array<UpdateOption>({
     ModelOption("QVFinisher", nullptr, "None", IA_FAMILY_FINISHER),
     ModelOption("QVCopyTray", nullptr, "None", IA_FAMILY_COPY_TRAY),
     ModelOption("QVFinTray", nullptr, "None", IA_FAMILY_FIN_TRAY),
@@ -57,7 +57,7 @@ constexpr auto kFinisherOptions = std::to_array<OptionSource>({
 // A constant, because GCC with -Os would otherwise copy the rows from writable data.
 constexpr auto kFinisherRows = RowsOf(kFinisherOptions, {nullptr, nullptr, nullptr});
 
-// One item of the list, in the shapes that the getters look at.
+// One item of the list, in the shapes that the getters read.
 class FinisherItem {
  public:
   explicit FinisherItem(const char* model) noexcept
@@ -92,22 +92,28 @@ class FinisherItem {
 
  private:
   [[nodiscard]] FunctionQuery Query(const char* model, const char* function) noexcept {
-    return {model,   function, functions_.Data(), &functions_.Count(),
-            nullptr, 0,        details_.Data(),   &details_.Count(),
-            nullptr};
+    return {.driver_name = model,
+            .function = function,
+            .functions = functions_.Data(),
+            .function_count = &functions_.Count(),
+            .search_table = nullptr,
+            .search_rows = 0,
+            .detail_functions = details_.Data(),
+            .detail_count = &details_.Count(),
+            .default_value = nullptr};
   }
 
-  TextArray<kMostWords> functions_{Input::kFunctions};
-  TextArray<kMostWords> details_{Input::kDetailFunctions};
+  TextArray<kMaxWords> functions_{Input::kFunctions};
+  TextArray<kMaxWords> details_{Input::kDetailFunctions};
   CString name_;
   std::int32_t stackers_ = 0;
-  FinisherUnit unit_{0,
-                     nullptr,
-                     functions_.Data(),
-                     &functions_.Count(),
-                     details_.Data(),
-                     &details_.Count(),
-                     &stackers_};
+  FinisherUnit unit_{.type = 0,
+                     .name = nullptr,
+                     .functions = functions_.Data(),
+                     .function_count = &functions_.Count(),
+                     .detail_functions = details_.Data(),
+                     .detail_count = &details_.Count(),
+                     .stacker_count = &stackers_};
   FunctionQuery staple_;
   FunctionQuery punch_;
   FunctionQuery folding_;  // without a model, so that folding is the same for all
@@ -162,7 +168,7 @@ std::int32_t UpdateUnits(AnalyzeContext* context, const OptionTarget& target) no
 std::int32_t UpdateFinisherInformations(AnalyzeContext* context,
                                         const OptionTarget& target) noexcept {
   if (context == nullptr || target.list == nullptr) return -1;
-  std::int32_t aliases[kMostAliases] = {};
+  std::int32_t aliases[kMaxAliases] = {};
   std::int32_t alias_count = 0;
   std::int32_t status = analyze_GetBinAlias(context, aliases, &alias_count);
   if (status != 0) return status;
@@ -179,18 +185,26 @@ std::int32_t UpdateFinisherInformations(AnalyzeContext* context,
 
 }  // namespace
 
-IA_DEFINE_UPDATE(kFinisherListUpdate, z_Update_Prn_finisher_list, IA_DOCUMENT_BIN_LIST, UpdateUnits,
-                 kUnitOptions);
-IA_DEFINE_UPDATE(kFinisherInformationsUpdate, z_Update_Prn_Complex_FinisherInformations,
-                 IA_GUARD_NONE, UpdateFinisherInformations, kFinisherOptions);
+constinit const UpdateHandler kFinisherListUpdate{
+    IA_EXPORTED(z_Update_Prn_finisher_list),
+    .guard = IA_DOCUMENT_BIN_LIST,
+    .options = kUnitOptions,
+    .run = UpdateUnits,
+};
+constinit const UpdateHandler kFinisherInformationsUpdate{
+    IA_EXPORTED(z_Update_Prn_Complex_FinisherInformations),
+    .guard = IA_GUARD_NONE,
+    .options = kFinisherOptions,
+    .run = UpdateFinisherInformations,
+};
 
 }  // namespace ia
 
 int32_t z_Update_Prn_finisher_list(AnalyzeContext* context, OptionList* options) noexcept {
-  return ia::UpdateUnits(context, {options, true});
+  return ia::kFinisherListUpdate.run(context, {options, true});
 }
 
 int32_t z_Update_Prn_Complex_FinisherInformations(AnalyzeContext* context,
                                                   OptionList* options) noexcept {
-  return ia::UpdateFinisherInformations(context, {options, true});
+  return ia::kFinisherInformationsUpdate.run(context, {options, true});
 }

@@ -6,10 +6,7 @@
 #include <optional>
 #include <string_view>
 
-#include "analyze/model/extra_options.h"
-#include "analyze/query/update_handlers.h"
 #include "info_analyze/analyzer.h"
-#include "info_analyze/model_options.h"
 #include "info_analyze/option_list.h"
 #include "info_analyze/printer_updates.h"
 #include "info_common/ascii.h"
@@ -49,7 +46,7 @@ std::int32_t NumberInKeys(std::uint32_t version) noexcept {
 }
 
 struct TableDeleter {
-  void operator()(OptTable* head) const noexcept { info_common_optlist_destroy(head); }
+  void operator()(OptTable* head) const noexcept { FreeTable(head); }
 };
 using TablePtr = std::unique_ptr<OptTable, TableDeleter>;
 
@@ -87,17 +84,7 @@ std::int32_t AddFlags(OptTable* table, const FlagKeys& keys, std::int32_t versio
   return status;
 }
 
-constexpr auto kExtraOptions = std::to_array<OptionSource>({kExtraOption});
-
-std::int32_t UpdateExtra(AnalyzeContext* context, const OptionTarget& target) noexcept {
-  if (context == nullptr || target.list == nullptr) return -1;
-  return HasExtraOptions(context->driver_name) ? SetExtraOptions(context, target) : 0;
-}
-
 }  // namespace
-
-IA_DEFINE_UPDATE(kExtraUpdate, z_Update_Prn_extra, IA_GUARD_FLAGS, UpdateExtra, kExtraOptions);
-
 }  // namespace ia
 
 int32_t Analyze_Info_FromFunctionVersion(AnalyzeContext* context, uint32_t function_version,
@@ -117,8 +104,4 @@ int32_t z_Update_FuncVer(AnalyzeContext* context, const char* source_key, int32_
                          const char* target_key, OptionList* options) noexcept {
   if (context == nullptr || source_key == nullptr || options == nullptr) return -1;
   return ia::AddFlags(context->ppd_options, {source_key, target_key}, version, options);
-}
-
-int32_t z_Update_Prn_extra(AnalyzeContext* context, OptionList* options) noexcept {
-  return ia::UpdateExtra(context, {options, true});
 }

@@ -2,7 +2,10 @@
 #include <array>
 #include <cstdint>
 
+#include "analyze/model/extra_options.h"
 #include "analyze/query/update_handlers.h"
+#include "analyze/record_copy.h"
+#include "bidi/device_documents.h"
 #include "info_analyze/analyzer.h"
 #include "info_analyze/provenance.h"
 
@@ -34,7 +37,7 @@ bool IsGuardSet(const AnalyzeContext& context, std::int32_t guard) noexcept {
 
 std::int32_t RunIfGuarded(const UpdateHandler& update, AnalyzeContext& context,
                           const OptionTarget& target) noexcept {
-  return IsGuardSet(context, update.source.guard) ? update.run(&context, target) : 0;
+  return IsGuardSet(context, update.guard) ? update.run(&context, target) : 0;
 }
 
 const UpdateHandler* FindUpdate(std::int32_t index) noexcept {
@@ -42,15 +45,20 @@ const UpdateHandler* FindUpdate(std::int32_t index) noexcept {
   return kUpdateHandlers[static_cast<std::size_t>(index)];
 }
 
+const UpdateOption* FindOption(std::int32_t update, std::int32_t option) noexcept {
+  const UpdateHandler* const handler = FindUpdate(update);
+  if (handler == nullptr || option < 0) return nullptr;
+  const auto index = static_cast<std::size_t>(option);
+  return index < handler->options.size() ? &handler->options[index] : nullptr;
+}
+
 // The result is that of the last document that had to be loaded. That an earlier failure is masked
 // is wanted: a printer without, say, a finisher list still answers the rest of the query.
 std::int32_t LoadDocuments(AnalyzeContext& context, bool reload) noexcept {
   std::int32_t status = 0;
   for (std::int32_t index = 0; index < IA_DOCUMENT_COUNT; ++index) {
-    if (reload) analyze_common_destroy_xmldata(&context, index);
-    if (context.documents[index].xml == nullptr) {
-      status = analyze_common_create_xmldata(&context, index);
-    }
+    if (reload) UnloadDocument(context, index);
+    if (context.documents[index].xml == nullptr) status = LoadDocument(context, index);
   }
   return status;
 }
@@ -69,9 +77,31 @@ int32_t Analyze_Info_FromPrinter(AnalyzeContext* context, OptionList* options,
   return status;
 }
 
-const UpdateSource* Analyze_Provenance_GetUpdate(int32_t update) noexcept {
+int32_t Analyze_Provenance_GetUpdate(int32_t update, UpdateSource* source, size_t size) noexcept {
   const ia::UpdateHandler* const handler = ia::FindUpdate(update);
-  return handler != nullptr ? &handler->source : nullptr;
+  if (handler == nullptr) return 0;
+  const UpdateSource record = {.name = handler->name,
+                               .guard = handler->guard,
+                               .option_count = static_cast<int32_t>(handler->options.size())};
+  return ia::CopyRecord(record, record.option_count, source, size);
+}
+
+int32_t Analyze_Provenance_GetOption(int32_t update, int32_t option, OptionSource* source,
+                                     size_t size) noexcept {
+  const ia::UpdateOption* const found = ia::FindOption(update, option);
+  if (found == nullptr) return 0;
+  const OptionSource record = {.keyword = found->keyword,
+                               .getter = found->getter,
+                               .default_value = found->default_value,
+                               .family = found->family,
+                               .value_input = found->value_input,
+                               .input_count = found->inputs.Count()};
+  return ia::CopyRecord(record, record.input_count, source, size);
+}
+
+int32_t Analyze_Provenance_GetOptionInput(int32_t update, int32_t option, int32_t index) noexcept {
+  const ia::UpdateOption* const found = ia::FindOption(update, option);
+  return found != nullptr ? found->inputs.At(index) : IA_NO_INPUT;
 }
 
 int32_t Analyze_Provenance_RunUpdate(AnalyzeContext* context, int32_t update, uint8_t with_defaults,

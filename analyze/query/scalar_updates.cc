@@ -6,26 +6,28 @@
 #include "analyze/option_rows.h"
 #include "analyze/query/ppd_value_list.h"
 #include "analyze/query/update_handlers.h"
+#include "bidi/key_reader.h"
 #include "info_analyze/option_setter.h"
 #include "info_analyze/printer_updates.h"
 #include "info_common/ascii.h"
+#include "info_common/option_table.h"
 #include "info_common/owned.h"
 
 namespace ia {
 namespace {
 
-constexpr auto kAccessories = std::to_array<OptionSource>({
+constexpr auto kAccessories = std::to_array<UpdateOption>({
     ValueOption("QVHardDisk", zGetBoolString, "False", Input::kHd),
     ValueOption("QVTotalMemSize", zGetBinaryString, "0", Input::kMemory),
 });
 
-constexpr auto kResolutions = std::to_array<OptionSource>({
+constexpr auto kResolutions = std::to_array<UpdateOption>({
     ValueOption("QVEnableQuick", zGetBoolString, "False", Input::kResolution300),
     ValueOption("QVEnableFine", zGetBoolString, "False", Input::kResolution600),
     ValueOption("QVEnableSuperFine", zGetBoolString, "False", Input::kResolution1200),
 });
 
-constexpr auto kFunctions = std::to_array<OptionSource>({
+constexpr auto kFunctions = std::to_array<UpdateOption>({
     ValueOption("QVDupUnit", zGetBoolString, "False", Input::kDuplex),
     ValueOption("QVUseJobAccount", zGetBoolString, "False", Input::kManagement),
     ValueOption("QVEnableTrustPrint", zGetBoolString, "False", Input::kTrustPrint),
@@ -34,32 +36,30 @@ constexpr auto kFunctions = std::to_array<OptionSource>({
     ValueOption("QVUseCSModeSecured", zGetString, "mode1", Input::kPasswordMode),
     ValueOption("QVUseCSModeFCode", zGetString, "mode1", Input::kCodeMode),
     ValueOption("QVUseUsrManagement", zGetBoolString, "False", Input::kMustAuthenticate,
-                SetOf(Input::kManagement, Input::kUserMode)),
+                {Input::kManagement, Input::kUserMode, Input::kMustAuthenticate}),
 });
 
-constexpr auto kSpecId = std::to_array<OptionSource>({
+constexpr auto kSpecId = std::to_array<UpdateOption>({
     ValueOption("QVSpecID", zGetSpecIDString, "0000", Input::kSpecVersion,
-                SetOf(Input::kSpecIdValues)),
+                {Input::kSpecVersion, Input::kSpecIdValues}),
 });
 
-constexpr auto kPlatform = std::to_array<OptionSource>({
+constexpr auto kPlatform = std::to_array<UpdateOption>({
     ValueOption("QVPlatformVersion", zGetHexString, "0000", Input::kPlatformVersion,
-                SetOf(Input::kPlatformName, Input::kPlatformValues)),
+                {Input::kPlatformName, Input::kPlatformVersion, Input::kPlatformValues}),
 });
 
 std::int32_t ReadAndSet(AnalyzeContext* context, std::span<const XmlKeyDescriptor> keys,
                         std::span<OptionSetter> rows, const OptionTarget& target) noexcept {
   if (context == nullptr || target.list == nullptr) return -1;
-  const std::int32_t status =
-      analyze_common_readxml(context, keys.data(), static_cast<std::int32_t>(keys.size()));
+  const std::int32_t status = ReadKeys(*context, keys);
   if (status != 0) return status;
-  const auto count = static_cast<std::int32_t>(rows.size());
-  zGetOptionString(rows.data(), count);
-  return SetOptions(rows.data(), count, target);
+  RunGetters(rows);
+  return SetOptions(rows.data(), static_cast<std::int32_t>(rows.size()), target);
 }
 
 template <std::size_t N>
-std::int32_t SetNumberOptions(AnalyzeContext* context, const std::array<OptionSource, N>& table,
+std::int32_t SetNumberOptions(AnalyzeContext* context, const std::array<UpdateOption, N>& table,
                               const OptionTarget& target) noexcept {
   std::array<std::int32_t, N> numbers{};
   std::array<XmlKeyDescriptor, N> keys;
@@ -124,24 +124,23 @@ const char* DriverMode(bool is_mode2) noexcept { return is_mode2 ? "mode2" : "mo
 
 // The driver knows two modes only, so whatever else a device names (mode 3, say) ends as "mode1".
 // These entries come second and so replace the device's own words.
-void CorrectModes(const Functions& functions, OptionList* options) noexcept {
+void CorrectModes(const Functions& functions, OptionList& options) noexcept {
   const bool user_mode4 = IsMode4(functions.authentication_user);
-  OptionList_Add(options, "QVUseCSModeJobAccount",
-                 DriverMode(user_mode4 || NamesMode2(functions.authentication_user)));
-  OptionList_Add(options, "QVUseCSModeSecured",
-                 DriverMode(NamesMode2(functions.authentication_job_password)));
-  OptionList_Add(options, "QVUseCSModeFCode",
-                 DriverMode(NamesMode2(functions.authentication_f_code)));
+  AddOption(options, "QVUseCSModeJobAccount",
+            DriverMode(user_mode4 || NamesMode2(functions.authentication_user)));
+  AddOption(options, "QVUseCSModeSecured",
+            DriverMode(NamesMode2(functions.authentication_job_password)));
+  AddOption(options, "QVUseCSModeFCode", DriverMode(NamesMode2(functions.authentication_f_code)));
   if (functions.must_authentication == 0 && functions.management == 1 && user_mode4) {
-    OptionList_Add(options, "QVUseUsrManagement", "True");
+    AddOption(options, "QVUseUsrManagement", "True");
   }
 }
 
 std::int32_t SetFittedNumber(AnalyzeContext* context, Input list, std::int32_t number,
-                             const OptionSource& option, const OptionTarget& target) noexcept {
+                             const UpdateOption& option, const OptionTarget& target) noexcept {
   const std::int32_t fitted = FitToPpdValueList(context->ppd_options, KeyOf(list).key, number);
   OptionSetter row = RowOf(option, &fitted);
-  zGetOptionString(&row, 1);
+  RunGetters({&row, 1});
   return SetOptions(&row, 1, target);
 }
 
@@ -152,7 +151,7 @@ std::int32_t UpdateAccessories(AnalyzeContext* context, const OptionTarget& targ
 std::int32_t UpdateFunctions(AnalyzeContext* context, const OptionTarget& target) noexcept {
   Functions functions;
   const std::int32_t status = SetFunctionOptions(context, functions, target);
-  if (status == 0) CorrectModes(functions, target.list);
+  if (status == 0) CorrectModes(functions, *target.list);
   return status;
 }
 
@@ -160,7 +159,7 @@ std::int32_t UpdateSpecId(AnalyzeContext* context, const OptionTarget& target) n
   if (context == nullptr || target.list == nullptr) return -1;
   std::int32_t version = 0;
   const XmlKeyDescriptor key = LongKey(Input::kSpecVersion, version);
-  const std::int32_t status = analyze_common_readxml(context, &key, 1);
+  const std::int32_t status = ReadKeys(*context, {&key, 1});
   if (status != 0) return status;
   return SetFittedNumber(context, Input::kSpecIdValues, version, kSpecId.front(), target);
 }
@@ -173,7 +172,7 @@ std::int32_t UpdatePlatform(AnalyzeContext* context, const OptionTarget& target)
       TextKey(Input::kPlatformName, name),
       LongKey(Input::kPlatformVersion, version),
   });
-  const std::int32_t status = analyze_common_readxml(context, keys.data(), keys.size());
+  const std::int32_t status = ReadKeys(*context, keys);
   const CString owned_name(name);
   if (status != 0) return status;
   if (name == nullptr || !EqualsIgnoringCase(name, "NCPP")) return 0;
@@ -186,34 +185,55 @@ std::int32_t UpdateResolutions(AnalyzeContext* context, const OptionTarget& targ
 
 }  // namespace
 
-IA_DEFINE_UPDATE(kAccessoriesUpdate, z_Update_Prn_accessories, IA_DOCUMENT_ACCESSORIES,
-                 UpdateAccessories, kAccessories);
-IA_DEFINE_UPDATE(kFunctionsUpdate, z_Update_Prn_functions, IA_DOCUMENT_FUNCTIONS, UpdateFunctions,
-                 kFunctions);
-IA_DEFINE_UPDATE(kSpecIdUpdate, z_Update_Prn_specid, IA_DOCUMENT_SPECID, UpdateSpecId, kSpecId);
-IA_DEFINE_UPDATE(kPlatformUpdate, z_Update_Prn_platformVer, IA_DOCUMENT_FINISHER_LIST,
-                 UpdatePlatform, kPlatform);
-IA_DEFINE_UPDATE(kResolutionsUpdate, z_Update_Prn_resolutions, IA_DOCUMENT_FAX_LINE_LIST,
-                 UpdateResolutions, kResolutions);
+constinit const UpdateHandler kAccessoriesUpdate{
+    IA_EXPORTED(z_Update_Prn_accessories),
+    .guard = IA_DOCUMENT_ACCESSORIES,
+    .options = kAccessories,
+    .run = UpdateAccessories,
+};
+constinit const UpdateHandler kFunctionsUpdate{
+    IA_EXPORTED(z_Update_Prn_functions),
+    .guard = IA_DOCUMENT_FUNCTIONS,
+    .options = kFunctions,
+    .run = UpdateFunctions,
+};
+constinit const UpdateHandler kSpecIdUpdate{
+    IA_EXPORTED(z_Update_Prn_specid),
+    .guard = IA_DOCUMENT_SPECID,
+    .options = kSpecId,
+    .run = UpdateSpecId,
+};
+constinit const UpdateHandler kPlatformUpdate{
+    IA_EXPORTED(z_Update_Prn_platformVer),
+    .guard = IA_DOCUMENT_FINISHER_LIST,
+    .options = kPlatform,
+    .run = UpdatePlatform,
+};
+constinit const UpdateHandler kResolutionsUpdate{
+    IA_EXPORTED(z_Update_Prn_resolutions),
+    .guard = IA_DOCUMENT_FAX_LINE_LIST,
+    .options = kResolutions,
+    .run = UpdateResolutions,
+};
 
 }  // namespace ia
 
 int32_t z_Update_Prn_accessories(AnalyzeContext* context, OptionList* options) noexcept {
-  return ia::UpdateAccessories(context, {options, true});
+  return ia::kAccessoriesUpdate.run(context, {options, true});
 }
 
 int32_t z_Update_Prn_functions(AnalyzeContext* context, OptionList* options) noexcept {
-  return ia::UpdateFunctions(context, {options, true});
+  return ia::kFunctionsUpdate.run(context, {options, true});
 }
 
 int32_t z_Update_Prn_specid(AnalyzeContext* context, OptionList* options) noexcept {
-  return ia::UpdateSpecId(context, {options, true});
+  return ia::kSpecIdUpdate.run(context, {options, true});
 }
 
 int32_t z_Update_Prn_platformVer(AnalyzeContext* context, OptionList* options) noexcept {
-  return ia::UpdatePlatform(context, {options, true});
+  return ia::kPlatformUpdate.run(context, {options, true});
 }
 
 int32_t z_Update_Prn_resolutions(AnalyzeContext* context, OptionList* options) noexcept {
-  return ia::UpdateResolutions(context, {options, true});
+  return ia::kResolutionsUpdate.run(context, {options, true});
 }

@@ -13,7 +13,7 @@ namespace ia {
 namespace {
 
 constexpr std::int32_t kDocument = IA_DOCUMENT_TRAY_LIST;
-constexpr auto kOptions = std::to_array<OptionSource>({
+constexpr auto kOptions = std::to_array<UpdateOption>({
     ModelOption(kSidePaperDeck.keyword, nullptr, kSidePaperDeck.default_value,
                 IA_FAMILY_SIDE_PAPER_DECK),
     ModelOption(kSourceOption.keyword, nullptr, kSourceOption.default_value,
@@ -77,11 +77,15 @@ std::int32_t UpdateTrays(AnalyzeContext* context, const OptionTarget& target) no
 
 }  // namespace
 
-IA_DEFINE_UPDATE(kTrayListUpdate, z_Update_Prn_tray_list, IA_DOCUMENT_RESOLUTIONS, UpdateTrays,
-                 kOptions);
+constinit const UpdateHandler kTrayListUpdate{
+    IA_EXPORTED(z_Update_Prn_tray_list),
+    .guard = IA_DOCUMENT_RESOLUTIONS,
+    .options = kOptions,
+    .run = UpdateTrays,
+};
 
 }  // namespace ia
 
 int32_t z_Update_Prn_tray_list(AnalyzeContext* context, OptionList* options) noexcept {
-  return ia::UpdateTrays(context, {options, true});
+  return ia::kTrayListUpdate.run(context, {options, true});
 }

@@ -82,9 +82,8 @@ struct Difference {
 
 [[nodiscard]] std::string DefaultOf(const std::string& keyword) {
   std::string of_media_types;
-  for (const UpdateSource* const update : UpdateHandlers()) {
-    for (std::int32_t i = 0; i < update->option_count; ++i) {
-      const OptionSource& option = update->options[i];
+  for (const Update& update : UpdateHandlers()) {
+    for (const Option& option : update.options) {
       if (option.keyword == nullptr) of_media_types = option.default_value;
       if (option.keyword != nullptr && keyword == option.keyword) return option.default_value;
     }

@@ -148,7 +148,7 @@ void CheckKeys(const Patient& patient, Checkup& checkup) {
                                   IA_DOCUMENT_TRAY_LIST, IA_DOCUMENT_FAX_LINE_LIST}) {
     CheckList(*patient.analyzer, list, checkup);
   }
-  for (const InputKey* const input : InputsOf(InputsOfModel(patient.analyzer->driver_name))) {
+  for (const InputKey* const input : InputsOfModel(patient.analyzer->driver_name)) {
     if (input->document == IA_INPUT_OF_PPD || input->type == IA_KEY_DICTIONARY) continue;
     for (const RawValue& raw : ReadRawValues(*patient.analyzer, *input)) CheckValue(raw, checkup);
   }

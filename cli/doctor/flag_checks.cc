@@ -143,7 +143,7 @@ class FlagText {
 
 // Whether any handler of this model reads the text.
 [[nodiscard]] bool IsRead(const AnalyzeContext& reader, const std::string& name) {
-  return std::ranges::any_of(InputsOf(InputsOfModel(reader.driver_name)),
+  return std::ranges::any_of(InputsOfModel(reader.driver_name),
                              [&](const InputKey* input) { return input->key == name; });
 }
 

@@ -65,7 +65,7 @@ struct Report {
   return "the default; the device reports nothing that gives another";
 }
 
-[[nodiscard]] std::string ModelText(const Report& report, const ModelRow& row) {
+[[nodiscard]] std::string ModelText(const Report& report, const Row& row) {
   const std::string code = report.model_code != nullptr ? report.model_code : "(no model code)";
   const std::string handler = row.handler != nullptr
                                   ? row.handler
@@ -106,7 +106,7 @@ struct Report {
   return text;
 }
 
-[[nodiscard]] Json ModelJson(const std::optional<ModelRow>& row) {
+[[nodiscard]] Json ModelJson(const std::optional<Row>& row) {
   if (!row) return nullptr;
   const bool is_other = *row->code == '\0';
   return {{"code", is_other ? Json(nullptr) : Json(row->code)},
@@ -148,13 +148,11 @@ struct Report {
 
 // Which update handler would set an option that the printer does not have.
 [[nodiscard]] std::string WhoWouldSet(const std::string& keyword) {
-  for (const UpdateSource* const update : UpdateHandlers()) {
-    for (std::int32_t i = 0; i < update->option_count; ++i) {
-      const char* const known = update->options[i].keyword;
-      if (known != nullptr && IsSame(known, keyword)) {
-        return std::string("; ") + update->name + " sets it for other printers";
-      }
-    }
+  for (const Update& update : UpdateHandlers()) {
+    const bool sets_it = std::ranges::any_of(update.options, [&](const Option& option) {
+      return option.keyword != nullptr && IsSame(option.keyword, keyword);
+    });
+    if (sets_it) return std::string("; ") + update.name + " sets it for other printers";
   }
   return "";
 }

@@ -64,10 +64,9 @@ class UnknownMediaTypes {
 }
 
 // The record of a keyword; media types have one together.
-[[nodiscard]] const OptionSource* FindOption(const UpdateSource& update, const char* keyword) {
-  const OptionSource* media_types = nullptr;
-  for (std::int32_t i = 0; i < update.option_count; ++i) {
-    const OptionSource& option = update.options[i];
+[[nodiscard]] const Option* FindOption(const Update& update, const char* keyword) {
+  const Option* media_types = nullptr;
+  for (const Option& option : update.options) {
     if (option.keyword == nullptr) media_types = &option;
     if (option.keyword != nullptr && IsSameKeyword(option.keyword, keyword)) return &option;
   }
@@ -76,18 +75,18 @@ class UnknownMediaTypes {
 
 // What an update handler sets, with and without default values.
 struct UpdateRun {
-  const UpdateSource* update;
+  const Update* update;
   OptionListPtr all;
   OptionListPtr given;
 };
 
 [[nodiscard]] std::vector<UpdateRun> RunUpdates(AnalyzeContext& analyzer) {
   std::vector<UpdateRun> runs;
-  for (const UpdateSource* const update : UpdateHandlers()) {
+  for (const Update& update : UpdateHandlers()) {
     const auto number = static_cast<std::int32_t>(runs.size());
     OptionListPtr all = RunUpdate(analyzer, number, true);
     const UnknownMediaTypes unknown(analyzer);
-    runs.push_back({update, std::move(all), RunUpdate(analyzer, number, false)});
+    runs.push_back({&update, std::move(all), RunUpdate(analyzer, number, false)});
   }
   return runs;
 }
@@ -108,7 +107,7 @@ struct UpdateRun {
   });
 }
 
-[[nodiscard]] bool IsGiven(const UpdateRun& run, const OptionSource& option,
+[[nodiscard]] bool IsGiven(const UpdateRun& run, const Option& option,
                            const Explanation& explanation) {
   const char* const given = FindValue(run.given->next, explanation.keyword.c_str());
   if (option.family != IA_FAMILY_MEDIA_TYPE) return given != nullptr;
@@ -116,11 +115,11 @@ struct UpdateRun {
 }
 
 [[nodiscard]] Origin OriginOf(const UpdateRun& run, const Explanation& explanation) {
-  const OptionSource& option = *explanation.option;
+  const Option& option = *explanation.option;
   if (option.value_input == IA_NO_INPUT) {
     return IsGiven(run, option, explanation) ? Origin::kDevice : Origin::kDefault;
   }
-  const InputKey* const input = Analyze_Provenance_GetInput(option.value_input);
+  const InputKey* const input = FindInput(option.value_input);
   if (IsReported(explanation.raw_values, input)) return Origin::kDevice;
   if (explanation.value == option.default_value) return Origin::kDefault;
   return IsReported(explanation.raw_values, nullptr) ? Origin::kDevice : Origin::kPpd;
@@ -135,12 +134,12 @@ struct UpdateRun {
                      .option = FindOption(*run.update, node.key),
                      .row = {},
                      .raw_values = {}};
-  std::uint64_t inputs = why.option->inputs;
+  InputSet inputs = why.option->inputs;
   if (why.option->family != IA_FAMILY_NONE) {
-    why.row = FindModelRow(why.option->family, analyzer.driver_name);
-    inputs |= why.row->inputs;
+    why.row = FindRow(why.option->family, analyzer.driver_name);
+    inputs.insert(why.row->inputs.begin(), why.row->inputs.end());
   }
-  for (const InputKey* const input : InputsOf(inputs)) {
+  for (const InputKey* const input : inputs) {
     std::ranges::move(ReadRawValues(analyzer, *input), std::back_inserter(why.raw_values));
   }
   why.origin = OriginOf(run, why);

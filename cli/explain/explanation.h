@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "cli/printer/ppd.h"
+#include "cli/provenance/provenance.h"
 #include "cli/provenance/raw_values.h"
 #include "info_analyze/analyzer.h"
 #include "info_analyze/provenance.h"
@@ -23,9 +24,9 @@ struct Explanation {
   std::string keyword;
   std::string value;
   Origin origin;
-  const UpdateSource* update;
-  const OptionSource* option;
-  std::optional<ModelRow> row;  // of the model tables, where they decide
+  const Update* update;
+  const Option* option;
+  std::optional<Row> row;  // of the model tables, where they decide
   std::vector<RawValue> raw_values;
 };
 

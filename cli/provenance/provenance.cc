@@ -1,48 +1,94 @@
 #include "cli/provenance/provenance.h"
 
+#include <algorithm>
 #include <nlohmann/json.hpp>
+#include <optional>
 
 namespace ia::cli {
 namespace {
 
 using Json = nlohmann::ordered_json;
 
-constexpr std::int32_t kMaxInputs = 64;  // bits of a set
+[[nodiscard]] std::vector<InputKey> ReadInputs() {
+  std::vector<InputKey> inputs;
+  InputKey input = {};
+  while (Analyze_Provenance_GetInput(static_cast<std::int32_t>(inputs.size()), &input,
+                                     sizeof input) != 0) {
+    inputs.push_back(input);
+  }
+  return inputs;
+}
 
-[[nodiscard]] const OptionSource* FindOptionOfFamily(std::int32_t family) {
-  for (const UpdateSource* const update : UpdateHandlers()) {
-    for (std::int32_t i = 0; i < update->option_count; ++i) {
-      if (update->options[i].family == family) return &update->options[i];
-    }
+[[nodiscard]] const std::vector<InputKey>& AllInputs() {
+  static const std::vector<InputKey> inputs = ReadInputs();
+  return inputs;
+}
+
+[[nodiscard]] Option WithInputs(const OptionSource& source, std::int32_t update,
+                                std::int32_t number) {
+  Option option = {source, {}};
+  for (std::int32_t i = 0; i < source.input_count; ++i) {
+    option.inputs.insert(FindInput(Analyze_Provenance_GetOptionInput(update, number, i)));
+  }
+  return option;
+}
+
+[[nodiscard]] Update WithOptions(const UpdateSource& source, std::int32_t number) {
+  Update update = {source, {}};
+  OptionSource option = {};
+  for (std::int32_t i = 0; Analyze_Provenance_GetOption(number, i, &option, sizeof option) != 0;
+       ++i) {
+    update.options.push_back(WithInputs(option, number, i));
+  }
+  return update;
+}
+
+[[nodiscard]] std::vector<Update> ReadUpdates() {
+  std::vector<Update> updates;
+  UpdateSource update = {};
+  for (std::int32_t i = 0; Analyze_Provenance_GetUpdate(i, &update, sizeof update) != 0; ++i) {
+    updates.push_back(WithOptions(update, i));
+  }
+  return updates;
+}
+
+[[nodiscard]] std::optional<Row> ReadRow(std::int32_t family, std::int32_t number) {
+  Row row = {};
+  if (Analyze_Provenance_GetModelRow(family, number, &row, sizeof(ModelRow)) == 0) return {};
+  for (std::int32_t i = 0; i < row.input_count; ++i) {
+    row.inputs.insert(FindInput(Analyze_Provenance_GetModelRowInput(family, number, i)));
+  }
+  return row;
+}
+
+[[nodiscard]] const Option* FindOptionOfFamily(std::int32_t family) {
+  for (const Update& update : UpdateHandlers()) {
+    const auto hit = std::ranges::find(update.options, family, &Option::family);
+    if (hit != update.options.end()) return &*hit;
   }
   return nullptr;
 }
 
 }  // namespace
 
-std::vector<const UpdateSource*> UpdateHandlers() {
-  std::vector<const UpdateSource*> updates;
-  for (std::int32_t i = 0; const UpdateSource* const update = Analyze_Provenance_GetUpdate(i);
-       ++i) {
-    updates.push_back(update);
-  }
+const std::vector<Update>& UpdateHandlers() {
+  static const std::vector<Update> updates = ReadUpdates();
   return updates;
 }
 
-std::vector<const InputKey*> InputsOf(std::uint64_t inputs) {
-  std::vector<const InputKey*> keys;
-  for (std::int32_t i = 0; i < kMaxInputs; ++i) {
-    if ((inputs >> i & 1) == 0) continue;
-    if (const InputKey* const key = Analyze_Provenance_GetInput(i)) keys.push_back(key);
-  }
-  return keys;
+const InputKey* FindInput(std::int32_t number) {
+  const std::vector<InputKey>& inputs = AllInputs();
+  if (number < 0 || number >= static_cast<std::int32_t>(inputs.size())) return nullptr;
+  return &inputs[static_cast<std::size_t>(number)];
 }
 
 std::vector<const InputKey*> FlagInputs() {
-  std::vector<const InputKey*> inputs = InputsOf(~std::uint64_t{0});
-  std::erase_if(inputs, [](const InputKey* input) {
-    return input->document != IA_INPUT_OF_PPD || input->type != IA_KEY_STRING_ELEMENTS;
-  });
+  std::vector<const InputKey*> inputs;
+  for (const InputKey& input : AllInputs()) {
+    if (input.document == IA_INPUT_OF_PPD && input.type == IA_KEY_STRING_ELEMENTS) {
+      inputs.push_back(&input);
+    }
+  }
   return inputs;
 }
 
@@ -63,24 +109,31 @@ Json ToJson(const InputKey& input) {
 }
 
 std::string OptionOfFamily(std::int32_t family) {
-  const OptionSource* const option = FindOptionOfFamily(family);
+  const Option* const option = FindOptionOfFamily(family);
   return option != nullptr && option->keyword != nullptr ? option->keyword : "(media types)";
 }
 
-ModelRow FindModelRow(std::int32_t family, const char* model_code) {
-  ModelRow row = {.code = "", .whole_code = 0, .handler = nullptr, .inputs = 0};
-  Analyze_Provenance_GetModelRow(family, Analyze_Provenance_FindModelRow(family, model_code), &row);
-  return row;
+std::vector<Row> RowsOf(std::int32_t family) {
+  std::vector<Row> rows;
+  while (const auto row = ReadRow(family, static_cast<std::int32_t>(rows.size()))) {
+    rows.push_back(*row);
+  }
+  if (const auto others = ReadRow(family, IA_OTHER_MODELS)) rows.push_back(*others);
+  return rows;
 }
 
-std::uint64_t InputsOfModel(const char* model_code) {
-  std::uint64_t inputs = 0;
-  for (const UpdateSource* const update : UpdateHandlers()) {
-    for (std::int32_t i = 0; i < update->option_count; ++i) {
-      const OptionSource& option = update->options[i];
-      inputs |= option.inputs;
+Row FindRow(std::int32_t family, const char* model_code) {
+  return ReadRow(family, Analyze_Provenance_FindModelRow(family, model_code)).value();
+}
+
+InputSet InputsOfModel(const char* model_code) {
+  InputSet inputs;
+  for (const Update& update : UpdateHandlers()) {
+    for (const Option& option : update.options) {
+      inputs.insert(option.inputs.begin(), option.inputs.end());
       if (option.family == IA_FAMILY_NONE) continue;
-      inputs |= FindModelRow(option.family, model_code).inputs;
+      const Row row = FindRow(option.family, model_code);
+      inputs.insert(row.inputs.begin(), row.inputs.end());
     }
   }
   return inputs;

@@ -38,15 +38,15 @@ enum {
  *  and may be read by any thread.
  *  @{ */
 /** Curves of analyze_CreateDefault_Calib3InfoLARCH(). */
-IA_EXPORT extern const uint16_t LARCH_Def_Calib[IA_CALIB_TABLE_VALUES];
+IA_EXPORT_DATA extern const uint16_t LARCH_Def_Calib[IA_CALIB_TABLE_VALUES];
 /** Curves of analyze_CreateDefault_Calib3InfoLINDEN(), but for "High2". */
-IA_EXPORT extern const uint16_t Linden_Def_Calib_2bit[IA_CALIB_TABLE_VALUES];
+IA_EXPORT_DATA extern const uint16_t Linden_Def_Calib_2bit[IA_CALIB_TABLE_VALUES];
 /** Curves of analyze_CreateDefault_Calib3InfoLINDEN() for "High2". */
-IA_EXPORT extern const uint16_t Linden_Def_Calib_4bit[IA_CALIB_TABLE_VALUES];
+IA_EXPORT_DATA extern const uint16_t Linden_Def_Calib_4bit[IA_CALIB_TABLE_VALUES];
 /** Curves of analyze_CreateDefault_Calib3InfoPINE_POPLAR(), but for "High2". */
-IA_EXPORT extern const uint16_t PinePoplar_Def_Calib_2bit[IA_CALIB_TABLE_VALUES];
+IA_EXPORT_DATA extern const uint16_t PinePoplar_Def_Calib_2bit[IA_CALIB_TABLE_VALUES];
 /** Curves of analyze_CreateDefault_Calib3InfoPINE_POPLAR() for "High2". */
-IA_EXPORT extern const uint16_t PinePoplar_Def_Calib_4bit[IA_CALIB_TABLE_VALUES];
+IA_EXPORT_DATA extern const uint16_t PinePoplar_Def_Calib_4bit[IA_CALIB_TABLE_VALUES];
 /** @} */
 
 /** Calib3 default information. The caller provides the record. */

@@ -1,14 +1,29 @@
 /** @file
  *  Why an option has its value: the update handlers of Analyze_Info_FromPrinter(), the options that
- *  each sets, what is looked at for each, and the model tables.
+ *  each sets, the inputs that each option depends on, and the model tables.
  *
- *  Everything here is told from the tables by which the library itself decides. The records are
- *  constant and borrowed; they stay valid while the library is loaded. Later versions may append
- *  inputs, options and families, and fields to all records but ModelRow, for which callers have the
- *  room. */
+ *  Everything here comes from the tables by which the library itself decides. Whatever there is
+ *  several of has numbers from 0; the first number that a getter refuses is their count.
+ *
+ *  A getter copies a record into the caller's. The caller passes the size of its record, because
+ *  later 1.x versions may append fields: a caller that knows fewer fields than the library gets
+ *  those it knows, and a caller that knows more gets zeros in the others.
+ *
+ *  @code{.c}
+ *  OptionSource option;
+ *  for (int32_t i = 0; Analyze_Provenance_GetOption(update, i, &option, sizeof option); ++i) {
+ *    for (int32_t n = 0; n < option.input_count; ++n) {
+ *      use(option.keyword, Analyze_Provenance_GetOptionInput(update, i, n));
+ *    }
+ *  }
+ *  @endcode
+ *
+ *  The texts in a record are constant and borrowed; they stay valid while the library is loaded.
+ *  Later versions may append inputs, options and families. */
 #ifndef INFO_ANALYZE_PROVENANCE_H_
 #define INFO_ANALYZE_PROVENANCE_H_
 
+#include <stddef.h>
 #include <stdint.h>
 
 #include "info_analyze/analyzer.h"
@@ -18,7 +33,7 @@
 
 IA_BEGIN_DECLS
 
-/** Numbers that stand for something else, or for nothing. */
+/** Numbers with a meaning of their own. */
 enum {
   IA_INPUT_OF_PPD = -1, /**< in place of a document */
   IA_NO_INPUT = -1,     /**< in place of an input's number */
@@ -43,14 +58,14 @@ enum {
   IA_FAMILY_COUNT = 10              /**< number of families */
 };
 
-/** Something that is looked at: a value of a device document or a text of the PPD. */
+/** Something that an option depends on: a value of a device document or a text of the PPD. */
 typedef struct InputKey {
   int32_t document; /**< IA_DOCUMENT_..., or IA_INPUT_OF_PPD */
   int32_t in_list;  /**< 1: a key of each item of the document's "list"; 0: an outermost one */
   int32_t type;     /**< IA_KEY_LONG, IA_KEY_STRING, or of an array IA_KEY_LONG_ELEMENTS or
                          IA_KEY_STRING_ELEMENTS; IA_KEY_DICTIONARY: the number of such items */
-  const char* key;  /**< key; in the PPD a keyword, or with IA_KEY_STRING_ELEMENTS what the keywords
-                         of several texts begin with */
+  const char* key;  /**< key; in the PPD a keyword, or with IA_KEY_STRING_ELEMENTS the prefix of the
+                         keywords of several texts */
 } InputKey;
 
 /** An option that an update handler sets. */
@@ -59,52 +74,75 @@ typedef struct OptionSource {
   OptionGetter getter;       /**< turns what was read into the value; NULL: a model's handler or the
                                   update handler itself does */
   const char* default_value; /**< value when nothing gives one */
-  int32_t family;            /**< IA_FAMILY_..., by whose handlers it is decided */
-  int32_t value_input;       /**< input that is the value's raw form, or IA_NO_INPUT */
-  uint64_t inputs;           /**< all inputs, bit n for input n; those of the model's handler come
-                                  beside them */
+  int32_t family;            /**< IA_FAMILY_... whose handlers decide it, or IA_FAMILY_NONE */
+  int32_t value_input; /**< number of the input that is the value's raw form, or IA_NO_INPUT */
+  int32_t input_count; /**< number of its inputs, see Analyze_Provenance_GetOptionInput();
+                            those of the model's handler come on top */
 } OptionSource;
 
 /** An update handler of the query. */
 typedef struct UpdateSource {
-  const char* name;            /**< its exported name */
-  int32_t guard;               /**< index of the document without which it does not run, which need
-                                    not be one that it reads; IA_GUARD_FLAGS or IA_GUARD_NONE */
-  const OptionSource* options; /**< what it sets */
-  int32_t option_count;        /**< number of options */
+  const char* name;     /**< its exported name */
+  int32_t guard;        /**< number of the document without which it does not run, which need not be
+                             one that it reads; IA_GUARD_FLAGS or IA_GUARD_NONE */
+  int32_t option_count; /**< number of options that it sets */
 } UpdateSource;
 
 /** One family's part of a row of the model tables. */
 typedef struct ModelRow {
-  const char* code;   /**< beginning of the model codes that the row is for; "": other models */
-  int32_t whole_code; /**< 1: the code in full, not its beginning */
+  const char* code; /**< prefix of the model codes that the row is for; "": other models */
   const char*
-      handler;     /**< exported name of the function that decides; NULL: none, the option then
-                        keeps its default, or is not set at all where its handler would add it */
-  uint64_t inputs; /**< what the handler looks at, bit n for input n */
+      handler;         /**< exported name of the function that decides; NULL: none, the option then
+                            keeps its default, or is not set at all where its handler would add it */
+  int32_t whole_code;  /**< 1: the code in full, not its prefix */
+  int32_t input_count; /**< number of the inputs that the handler reads, see
+                            Analyze_Provenance_GetModelRowInput() */
 } ModelRow;
 
-/** Tells an input.
- *  @param input  number from 0
- *  @return borrowed record; NULL when the number is out of range */
-IA_EXPORT const InputKey* Analyze_Provenance_GetInput(int32_t input) IA_NOEXCEPT;
+/** Gets an input.
+ *  @param input   number from 0
+ *  @param key     receives the input; untouched when there is none
+ *  @param size    sizeof *key
+ *  @return 1; 0 when the number is out of range or @p key is NULL */
+IA_EXPORT int32_t Analyze_Provenance_GetInput(int32_t input, InputKey* key,
+                                              size_t size) IA_NOEXCEPT;
 
 /** Returns the file name of a document.
  *  @param document  IA_DOCUMENT_...
  *  @return borrowed name, such as "Accessories.xml"; NULL when the document is out of range */
 IA_EXPORT const char* Analyze_Provenance_GetDocumentName(int32_t document) IA_NOEXCEPT;
 
-/** Tells an update handler of the query.
+/** Gets an update handler of the query.
  *  @param update  number from 0, in the order in which they run
- *  @return borrowed record; NULL when the number is out of range */
-IA_EXPORT const UpdateSource* Analyze_Provenance_GetUpdate(int32_t update) IA_NOEXCEPT;
+ *  @param source  receives the update handler; untouched when there is none
+ *  @param size    sizeof *source
+ *  @return 1; 0 when the number is out of range or @p source is NULL */
+IA_EXPORT int32_t Analyze_Provenance_GetUpdate(int32_t update, UpdateSource* source,
+                                               size_t size) IA_NOEXCEPT;
 
-/** Runs one update handler of the query as Analyze_Info_FromPrinter() does, if its guard is there.
+/** Gets an option that an update handler sets.
+ *  @param update  number of the update handler, from 0
+ *  @param option  number of the option among those of the update handler, from 0
+ *  @param source  receives the option; untouched when there is none
+ *  @param size    sizeof *source
+ *  @return 1; 0 when a number is out of range or @p source is NULL */
+IA_EXPORT int32_t Analyze_Provenance_GetOption(int32_t update, int32_t option, OptionSource* source,
+                                               size_t size) IA_NOEXCEPT;
+
+/** Gets one of the inputs that an option depends on.
+ *  @param update  number of the update handler, from 0
+ *  @param option  number of the option among those of the update handler, from 0
+ *  @param index   index from 0, below OptionSource::input_count
+ *  @return number of the input, rising with the index; IA_NO_INPUT when a number is out of range */
+IA_EXPORT int32_t Analyze_Provenance_GetOptionInput(int32_t update, int32_t option,
+                                                    int32_t index) IA_NOEXCEPT;
+
+/** Runs one update handler of the query as Analyze_Info_FromPrinter() does, if its guard is loaded.
  *  Documents are not loaded. Run in order, all with their defaults, they give the query's options.
  *  @param context        analyser
  *  @param update         number from 0
- *  @param with_defaults  0: an option whose value would be the default for want of another is left
- *                        out; else all options are set
+ *  @param with_defaults  0: an option that nothing gives a value is left out; else it is set to its
+ *                        default
  *  @param options        list that receives the options; holds at least one node
  *  @return 0, also when the guard is missing; -1 for a NULL argument or a number out of range; else
  *          the handler's result */
@@ -119,13 +157,22 @@ IA_EXPORT int32_t Analyze_Provenance_RunUpdate(AnalyzeContext* context, int32_t 
 IA_EXPORT int32_t Analyze_Provenance_FindModelRow(int32_t family,
                                                   const char* model_code) IA_NOEXCEPT;
 
-/** Tells a row of a family's table.
+/** Gets a row of a family's table.
  *  @param family  IA_FAMILY_...
  *  @param row     row from 0, or IA_OTHER_MODELS
- *  @param source  receives the row; its texts are borrowed; untouched when there is none
+ *  @param source  receives the row; untouched when there is none
+ *  @param size    sizeof *source
  *  @return 1; 0 when the family or the row is out of range or @p source is NULL */
-IA_EXPORT int32_t Analyze_Provenance_GetModelRow(int32_t family, int32_t row,
-                                                 ModelRow* source) IA_NOEXCEPT;
+IA_EXPORT int32_t Analyze_Provenance_GetModelRow(int32_t family, int32_t row, ModelRow* source,
+                                                 size_t size) IA_NOEXCEPT;
+
+/** Gets one of the inputs that a row's handler reads.
+ *  @param family  IA_FAMILY_...
+ *  @param row     row from 0, or IA_OTHER_MODELS
+ *  @param index   index from 0, below ModelRow::input_count
+ *  @return number of the input, rising with the index; IA_NO_INPUT when a number is out of range */
+IA_EXPORT int32_t Analyze_Provenance_GetModelRowInput(int32_t family, int32_t row,
+                                                      int32_t index) IA_NOEXCEPT;
 
 IA_END_DECLS
 

@@ -20,7 +20,7 @@ declarations() {
       communication_library.h) continue ;;  # what the other library exports
     esac
     gcc -fpreprocessed -dD -E -P -x c "$header" | tr '\n' ' '
-  done | grep -oE 'IA_EXPORT [^;]*;'
+  done | grep -oE 'IA_EXPORT(_DATA)? [^;]*;'
 }
 
 # Exported under the name before its arguments or brackets, or under its asm label.

@@ -10,6 +10,7 @@
 #include <string>
 #include <type_traits>
 
+#include "calib/model_table.h"
 #include "info_analyze/calibration.h"
 #include "tests/calib/job.h"
 #include "tests/info_common/named_row.h"
@@ -118,15 +119,20 @@ TEST_P(Calib3InfoOfModel, IsZeroForANearCode) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Table, Calib3InfoOfModel,
-    testing::Values(
-        ModelRow{"RB-W7", analyze_CreateDefault_Calib3InfoLARCH, LARCH_Def_Calib},
-        ModelRow{"RB-Z4", analyze_CreateDefault_Calib3InfoLARCH, LARCH_Def_Calib},
-        ModelRow{"RC-T9", analyze_CreateDefault_Calib3InfoLARCH, LARCH_Def_Calib},
-        ModelRow{"RB-P9", analyze_CreateDefault_Calib3InfoLINDEN, Linden_Def_Calib_2bit},
-        ModelRow{"RB-J9", analyze_CreateDefault_Calib3InfoPINE_POPLAR, PinePoplar_Def_Calib_2bit}),
-    ModelName<ModelRow>);
+const ModelRow kModels[] = {
+    {"RB-W7", analyze_CreateDefault_Calib3InfoLARCH, LARCH_Def_Calib},
+    {"RB-Z4", analyze_CreateDefault_Calib3InfoLARCH, LARCH_Def_Calib},
+    {"RC-T9", analyze_CreateDefault_Calib3InfoLARCH, LARCH_Def_Calib},
+    {"RB-P9", analyze_CreateDefault_Calib3InfoLINDEN, Linden_Def_Calib_2bit},
+    {"RB-J9", analyze_CreateDefault_Calib3InfoPINE_POPLAR, PinePoplar_Def_Calib_2bit},
+};
+
+INSTANTIATE_TEST_SUITE_P(Table, Calib3InfoOfModel, testing::ValuesIn(kModels), ModelName<ModelRow>);
+
+TEST(Calib3InfoOfModelTable, HasAnExpectationForEachRow) {
+  EXPECT_TRUE(std::ranges::equal(ia::kCalib3InfoModels, kModels, {},
+                                 &ia::CalibModelEntry<Calib3InfoHandler>::model, &ModelRow::model));
+}
 
 TEST(Calib3Info, IsZeroWithoutAModel) {
   const Job job;

@@ -1,9 +1,11 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <string>
 
+#include "calib/model_table.h"
 #include "info_analyze/calibration.h"
 #include "tests/calib/job.h"
 #include "tests/info_common/named_row.h"
@@ -69,15 +71,23 @@ TEST_P(Calib3SettingsOfModel, AreNoneForANearCode) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Table, Calib3SettingsOfModel,
-    testing::Values(ModelRow{"RC-STD", analyze_GetCalibSettingsSFP, kSfp},
-                    ModelRow{"RB-W7", analyze_GetCalibSettingsLARCH, kLarch},
-                    ModelRow{"RB-Z4", analyze_GetCalibSettingsLARCH, kLarch},
-                    ModelRow{"RC-T9", analyze_GetCalibSettingsLARCH, kLarch},
-                    ModelRow{"RB-P9", analyze_GetCalibSettingsLINDEN, kGradationNormal},
-                    ModelRow{"RB-J9", analyze_GetCalibSettingsPINE_POPLAR, kGradationNormal}),
-    ModelName<ModelRow>);
+const ModelRow kModels[] = {
+    {"RC-STD", analyze_GetCalibSettingsSFP, kSfp},
+    {"RB-W7", analyze_GetCalibSettingsLARCH, kLarch},
+    {"RB-Z4", analyze_GetCalibSettingsLARCH, kLarch},
+    {"RC-T9", analyze_GetCalibSettingsLARCH, kLarch},
+    {"RB-P9", analyze_GetCalibSettingsLINDEN, kGradationNormal},
+    {"RB-J9", analyze_GetCalibSettingsPINE_POPLAR, kGradationNormal},
+};
+
+INSTANTIATE_TEST_SUITE_P(Table, Calib3SettingsOfModel, testing::ValuesIn(kModels),
+                         ModelName<ModelRow>);
+
+TEST(Calib3SettingsOfModelTable, HasAnExpectationForEachRow) {
+  EXPECT_TRUE(std::ranges::equal(ia::kCalib3SettingsModels, kModels, {},
+                                 &ia::CalibModelEntry<Calib3SettingsHandler>::model,
+                                 &ModelRow::model));
+}
 
 TEST(Calib3Settings, AreNoneWithoutAModel) {
   const Job job;

@@ -10,6 +10,7 @@
 #include <string>
 #include <type_traits>
 
+#include "calib/model_table.h"
 #include "info_analyze/calibration.h"
 #include "tests/calib/job.h"
 #include "tests/info_common/named_row.h"
@@ -135,26 +136,32 @@ TEST_P(Calib4InfoOfModel, IsTheCommonOneForANearCode) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Table, Calib4InfoOfModel,
-    testing::Values(ModelRow{"RB-X6", analyze_CreateDefault_Calib4InfoACACIA, 12, kCommonCodes},
-                    ModelRow{"RB-X2", analyze_CreateDefault_Calib4InfoACACIA, 12, kCommonCodes},
-                    ModelRow{"RB-X6-2", analyze_CreateDefault_Calib4InfoACACIA, 12, kCommonCodes},
-                    ModelRow{"RA-H2", analyze_CreateDefault_Calib4InfoBAOBAB, 8, kBaobabCodes},
-                    ModelRow{"RA-H8", analyze_CreateDefault_Calib4InfoBAOBAB, 8, kBaobabCodes},
-                    ModelRow{"RA-Z6", analyze_CreateDefault_Calib4InfoBAOBAB, 8, kBaobabCodes},
-                    ModelRow{"RC-STD", analyze_CreateDefault_Calib4InfoCHESTNUT, 12, kBaobabCodes},
-                    ModelRow{"RC-J4", analyze_CreateDefault_Calib4InfoCHESTNUT, 12, kBaobabCodes},
-                    ModelRow{"RB-J8", analyze_CreateDefault_Calib4InfoEBONY, 12, kZeros},
-                    ModelRow{"RB-K7", analyze_CreateDefault_Calib4InfoEBONY, 12, kZeros},
-                    ModelRow{"RA-H1", analyze_CreateDefault_Calib4InfoBAOBAB, 8, kBaobabCodes},
-                    ModelRow{"RB-T3", analyze_CreateDefault_Calib4InfoEBONY, 12, kZeros},
-                    ModelRow{"RB-X7", analyze_CreateDefault_Calib4InfoBAOBAB, 8, kBaobabCodes},
-                    ModelRow{"RA-G5", analyze_CreateDefault_Calib4InfoTUPELO, 8, kTwos},
-                    ModelRow{"RC-W0", analyze_CreateDefault_Calib4InfoREDWOOD, 12, kTwos},
-                    ModelRow{"RA-X6", analyze_CreateDefault_Calib4InfoREDWOOD, 12, kTwos},
-                    ModelRow{"RC-X8", analyze_CreateDefault_Calib4InfoREDWOOD, 12, kTwos}),
-    ModelName<ModelRow>);
+const ModelRow kModels[] = {
+    {"RB-X6", analyze_CreateDefault_Calib4InfoACACIA, 12, kCommonCodes},
+    {"RB-X2", analyze_CreateDefault_Calib4InfoACACIA, 12, kCommonCodes},
+    {"RB-X6-2", analyze_CreateDefault_Calib4InfoACACIA, 12, kCommonCodes},
+    {"RA-H2", analyze_CreateDefault_Calib4InfoBAOBAB, 8, kBaobabCodes},
+    {"RA-H8", analyze_CreateDefault_Calib4InfoBAOBAB, 8, kBaobabCodes},
+    {"RA-Z6", analyze_CreateDefault_Calib4InfoBAOBAB, 8, kBaobabCodes},
+    {"RC-STD", analyze_CreateDefault_Calib4InfoCHESTNUT, 12, kBaobabCodes},
+    {"RC-J4", analyze_CreateDefault_Calib4InfoCHESTNUT, 12, kBaobabCodes},
+    {"RB-J8", analyze_CreateDefault_Calib4InfoEBONY, 12, kZeros},
+    {"RB-K7", analyze_CreateDefault_Calib4InfoEBONY, 12, kZeros},
+    {"RA-H1", analyze_CreateDefault_Calib4InfoBAOBAB, 8, kBaobabCodes},
+    {"RB-T3", analyze_CreateDefault_Calib4InfoEBONY, 12, kZeros},
+    {"RB-X7", analyze_CreateDefault_Calib4InfoBAOBAB, 8, kBaobabCodes},
+    {"RA-G5", analyze_CreateDefault_Calib4InfoTUPELO, 8, kTwos},
+    {"RC-W0", analyze_CreateDefault_Calib4InfoREDWOOD, 12, kTwos},
+    {"RA-X6", analyze_CreateDefault_Calib4InfoREDWOOD, 12, kTwos},
+    {"RC-X8", analyze_CreateDefault_Calib4InfoREDWOOD, 12, kTwos},
+};
+
+INSTANTIATE_TEST_SUITE_P(Table, Calib4InfoOfModel, testing::ValuesIn(kModels), ModelName<ModelRow>);
+
+TEST(Calib4InfoOfModelTable, HasAnExpectationForEachRow) {
+  EXPECT_TRUE(std::ranges::equal(ia::kCalib4InfoModels, kModels, {},
+                                 &ia::CalibModelEntry<Calib4InfoHandler>::model, &ModelRow::model));
+}
 
 TEST(Calib4Info, IsTheCommonOneWithoutAModel) {
   const Job job(kTellingJob);

@@ -6,6 +6,7 @@
 #include <initializer_list>
 #include <string>
 
+#include "calib/model_table.h"
 #include "info_analyze/calibration.h"
 #include "tests/calib/job.h"
 #include "tests/info_common/named_row.h"
@@ -84,19 +85,27 @@ TEST_P(Calib4SettingsOfModel, AreRefusedForANearCode) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Table, Calib4SettingsOfModel,
-    testing::Values(ModelRow{"RA-H2", analyze_GetCalibSettingsBAOBAB, kBaobab},
-                    ModelRow{"RA-H8", analyze_GetCalibSettingsBAOBAB, kBaobab},
-                    ModelRow{"RA-Z6", analyze_GetCalibSettingsBAOBAB, kBaobab},
-                    ModelRow{"RB-J8", analyze_GetCalibSettingsEBONY, kEbony},
-                    ModelRow{"RB-K7", analyze_GetCalibSettingsEBONY, kEbony},
-                    ModelRow{"RA-H1", analyze_GetCalibSettingsBAOBAB, kBaobab},
-                    ModelRow{"RB-T3", analyze_GetCalibSettingsSEQUOIA, kSequoia},
-                    ModelRow{"RB-X7", analyze_GetCalibSettingsBAOBAB, kBaobab},
-                    ModelRow{"RA-G5", analyze_GetCalibSettingsTUPELO, kTupelo},
-                    ModelRow{"RA-X6", analyze_GetCalibSettingsTUPELO, kTupelo}),
-    ModelName<ModelRow>);
+const ModelRow kModels[] = {
+    {"RA-H2", analyze_GetCalibSettingsBAOBAB, kBaobab},
+    {"RA-H8", analyze_GetCalibSettingsBAOBAB, kBaobab},
+    {"RA-Z6", analyze_GetCalibSettingsBAOBAB, kBaobab},
+    {"RB-J8", analyze_GetCalibSettingsEBONY, kEbony},
+    {"RB-K7", analyze_GetCalibSettingsEBONY, kEbony},
+    {"RA-H1", analyze_GetCalibSettingsBAOBAB, kBaobab},
+    {"RB-T3", analyze_GetCalibSettingsSEQUOIA, kSequoia},
+    {"RB-X7", analyze_GetCalibSettingsBAOBAB, kBaobab},
+    {"RA-G5", analyze_GetCalibSettingsTUPELO, kTupelo},
+    {"RA-X6", analyze_GetCalibSettingsTUPELO, kTupelo},
+};
+
+INSTANTIATE_TEST_SUITE_P(Table, Calib4SettingsOfModel, testing::ValuesIn(kModels),
+                         ModelName<ModelRow>);
+
+TEST(Calib4SettingsOfModelTable, HasAnExpectationForEachRow) {
+  EXPECT_TRUE(std::ranges::equal(ia::kCalib4SettingsModels, kModels, {},
+                                 &ia::CalibModelEntry<Calib4SettingsHandler>::model,
+                                 &ModelRow::model));
+}
 
 TEST(Calib4Settings, AreRefusedWithoutAModel) {
   const Job job;

@@ -272,7 +272,14 @@ struct FinisherCase {
   const char* right;
 };
 
+int32_t SetValueString(AnalyzeContext* context, const FinisherEntry* finishers, int32_t count,
+                       const int32_t*, int32_t, OptionSetter* row) {
+  row->value = analyze_GetQVFinisherValueString(context, finishers, count);
+  return 0;
+}
+
 const FinisherCase kFinisherCases[] = {
+    {"FinisherValueString", SetValueString, "Staple", 1, 101, "STFIN"},
     {"FinisherCommon", analyze_GetQVFinisherCommon, "Staple", 1, 101, "STFIN"},
     {"FinisherBeech", analyze_GetQVFinisher_BEECH, "Staple", 1, 101, "STFIN"},
     {"FinisherBirch", analyze_GetQVFinisher_BIRCH, "Vorel 3 Way Unit-D1", 1, 101, "None"},

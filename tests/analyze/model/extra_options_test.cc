@@ -11,6 +11,7 @@
 #include "info_analyze/model_options.h"
 #include "info_analyze/printer_updates.h"
 #include "tests/analyze/intercepted_calls.h"
+#include "tests/analyze/model/model_tables.h"
 #include "tests/analyze/query/list_updates.h"
 #include "tests/info_common/named_row.h"
 
@@ -216,6 +217,10 @@ class ExtraUpdate : public ListUpdates {
     return outcome;
   }
 };
+
+TEST(ExtraOptionTable, HasOneRow) {
+  EXPECT_EQ(CodesOf(IA_FAMILY_EXTRA_OPTIONS), std::vector<std::string>{"RA-Z5"});
+}
 
 TEST_F(ExtraUpdate, SetsTheInsertUnitOfOneModel) {
   Load(IA_DOCUMENT_TRAY_LIST, {OfAliases({198})});

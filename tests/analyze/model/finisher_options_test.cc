@@ -1,26 +1,32 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
+#include <initializer_list>
 #include <ostream>
 #include <string>
+#include <string_view>
 #include <vector>
 
+#include "analyze/model/finisher_handlers.h"
 #include "info_analyze/model_options.h"
 #include "tests/analyze/model/finisher_reports.h"
 #include "tests/analyze/model/model_names.h"
-#include "tests/analyze/model/recorded_handlers.h"
+#include "tests/analyze/model/model_tables.h"
 
 namespace ia_test {
 namespace {
 
-using testing::Each;
 using testing::ElementsAre;
-using testing::IsEmpty;
 
-// Finisher, copy tray and fin tray; the handlers' names follow "analyze_GetQV".
+constexpr std::array<std::int32_t, 3> kFamilies = {IA_FAMILY_FINISHER, IA_FAMILY_COPY_TRAY,
+                                                   IA_FAMILY_FIN_TRAY};
+
+// The handlers of these families; their names follow the prefix.
 using Handlers = std::array<std::string, 3>;
+constexpr std::string_view kPrefix = "analyze_GetQV";
 
 struct FinisherRow {
   const char* model;
@@ -54,139 +60,122 @@ const std::vector<FinisherRow> kTable = {
 };
 // clang-format on
 
-class FinisherOptions : public testing::Test {
- protected:
-  void Run(const char* model) {
-    std::string name = model != nullptr ? model : "";
-    AnalyzeContext* const context = analyzer_.get();
-    context->driver_name = model != nullptr ? name.data() : nullptr;
-    analyze_GetFinisherOption(context, report_.finishers(), report_.count(), report_.aliases(),
-                              report_.alias_count(), rows_.get());
-    context->driver_name = nullptr;
+// The handlers that decide for a code, which may be null; "" in an empty slot.
+Handlers HandlersFor(const char* code) {
+  Handlers handlers;
+  for (std::size_t i = 0; i < handlers.size(); ++i) {
+    const std::string name = HandlerOf(kFamilies[i], code);
+    handlers[i] = name.substr(std::min(name.size(), kPrefix.size()));
   }
+  return handlers;
+}
 
-  // The calls of the first `count` handlers of a row.
-  std::vector<Call> CallsOf(const Handlers& handlers, std::size_t count = 3) {
-    std::vector<Call> calls;
-    for (std::size_t i = 0; i < count; ++i) {
-      calls.push_back(CallTo("analyze_GetQV" + handlers[i], analyzer_.get(), report_.finishers(),
-                             report_.count(), report_.aliases(), report_.alias_count(),
-                             rows_.get() + i));
-    }
-    return calls;
-  }
+const Handlers kOtherModels = {"FinisherCommon", "", ""};
 
-  std::vector<Call> CallsOfOtherModels() { return CallsOf({"FinisherCommon"}, 1); }
+TEST(FinisherOptionTable, HasAnExpectationForEachRow) {
+  for (const std::int32_t family : kFamilies) EXPECT_EQ(CodesOf(family), ModelsOf(kTable));
+}
 
-  FinisherAnalyzer analyzer_{""};
-  FinisherReport report_{{{2, "Vorel Finisher-U1"}, {3, "Vorel Finisher-U3"}}, {119, 101, 121}};
-  FinisherRows rows_;
-  HandlerCalls recorded_;
-};
-
-class FinisherOptionRows : public FinisherOptions,
-                           public testing::WithParamInterface<FinisherRow> {};
+class FinisherOptionRows : public testing::TestWithParam<FinisherRow> {};
 
 INSTANTIATE_TEST_SUITE_P(, FinisherOptionRows, testing::ValuesIn(kTable), ModelName<FinisherRow>);
 
-TEST_P(FinisherOptionRows, CodeRunsTheHandlersInOrderEachWithItsRow) {
-  Run(GetParam().model);
-  EXPECT_EQ(recorded_.calls, CallsOf(GetParam().handlers));
+TEST_P(FinisherOptionRows, CodeSelectsTheHandlers) {
+  EXPECT_EQ(HandlersFor(GetParam().model), GetParam().handlers);
 }
 
-TEST_P(FinisherOptionRows, CodeWithMoreBehindRunsTheHandlers) {
+TEST_P(FinisherOptionRows, LongerCodeSelectsTheHandlers) {
   for (const char* suffix : {"-MLT-JP", "0", " "}) {
-    recorded_.calls.clear();
-    Run((GetParam().model + std::string(suffix)).c_str());
-    EXPECT_EQ(recorded_.calls, CallsOf(GetParam().handlers)) << suffix;
+    EXPECT_EQ(HandlersFor((GetParam().model + std::string(suffix)).c_str()), GetParam().handlers)
+        << suffix;
   }
 }
 
-TEST_P(FinisherOptionRows, ShortenedCodeIsAnotherModel) {
+TEST_P(FinisherOptionRows, ShortenedCodeIsADifferentModel) {
   const std::string code = WithoutLast(GetParam().model);
-  Run(code.c_str());
-  EXPECT_EQ(recorded_.calls, code == "RA-P9-"
-                                 ? CallsOf({"Finisher_ASPEN", "CopyTray_ASPEN", "FinTray_ASPEN"})
-                                 : CallsOfOtherModels());
+  EXPECT_EQ(HandlersFor(code.c_str()),
+            code == "RA-P9-" ? (Handlers{"Finisher_ASPEN", "CopyTray_ASPEN", "FinTray_ASPEN"})
+                             : kOtherModels);
 }
 
-TEST_P(FinisherOptionRows, CodeInOtherLetterCaseIsAnotherModel) {
-  Run(InLowerCase(GetParam().model).c_str());
-  EXPECT_EQ(recorded_.calls, CallsOfOtherModels());
+TEST_P(FinisherOptionRows, CodeInLowerCaseIsADifferentModel) {
+  EXPECT_EQ(HandlersFor(InLowerCase(GetParam().model).c_str()), kOtherModels);
 }
 
-TEST_P(FinisherOptionRows, CodeBehindOtherTextIsAnotherModel) {
-  Run((std::string("X") + GetParam().model).c_str());
-  EXPECT_EQ(recorded_.calls, CallsOfOtherModels());
+TEST_P(FinisherOptionRows, CodeAfterOtherTextIsADifferentModel) {
+  EXPECT_EQ(HandlersFor((std::string("X") + GetParam().model).c_str()), kOtherModels);
 }
 
-TEST_P(FinisherOptionRows, FirstHandlerThatFailsEndsTheRun) {
-  const Handlers& handlers = GetParam().handlers;
-  for (std::size_t failing = 0; failing < handlers.size(); ++failing) {
-    for (const std::int32_t result : {-1, 1, 12}) {
-      recorded_.calls.clear();
-      recorded_.results = {{"analyze_GetQV" + handlers[failing], result}};
-      Run(GetParam().model);
-      EXPECT_EQ(recorded_.calls, CallsOf(handlers, failing + 1))
-          << handlers[failing] << " answers " << result;
-    }
-  }
-}
-
-TEST_F(FinisherOptions, LongerCodeOfARowComesBeforeTheShorterOne) {
+TEST(FinisherOptionTable, LongerCodeOfARowComesBeforeTheShorterOne) {
   for (const char* model : {"RA-P9-1", "RA-P9-10", "RA-P9-1-MLT"}) {
-    recorded_.calls.clear();
-    Run(model);
-    EXPECT_EQ(recorded_.calls, CallsOf({"Finisher_FIR", "CopyTray_FIR", "FinTray_FIR"})) << model;
+    EXPECT_EQ(HandlersFor(model), (Handlers{"Finisher_FIR", "CopyTray_FIR", "FinTray_FIR"}))
+        << model;
   }
   for (const char* model : {"RA-P9", "RA-P9-", "RA-P9-2", "RA-P9-MLT", "RA-P91", "RA-P9 -1"}) {
-    recorded_.calls.clear();
-    Run(model);
-    EXPECT_EQ(recorded_.calls, CallsOf({"Finisher_ASPEN", "CopyTray_ASPEN", "FinTray_ASPEN"}))
+    EXPECT_EQ(HandlersFor(model), (Handlers{"Finisher_ASPEN", "CopyTray_ASPEN", "FinTray_ASPEN"}))
         << model;
   }
 }
 
-TEST_F(FinisherOptions, ModelWithoutCodeGetsTheCommonFinisherAndNoTrays) {
-  Run(nullptr);
-  EXPECT_EQ(recorded_.calls, CallsOfOtherModels());
+TEST(FinisherOptionTable, ModelWithoutCodeGetsTheCommonFinisherAndNoTrays) {
+  EXPECT_EQ(HandlersFor(nullptr), kOtherModels);
 }
 
-TEST_F(FinisherOptions, UnknownModelGetsTheCommonFinisherAndNoTrays) {
+TEST(FinisherOptionTable, UnknownModelGetsTheCommonFinisherAndNoTrays) {
   for (const char* model : {"", "R", "RA-", "RA-P", "RB-X1-", "RB-X1-3", "RB-P9", "RC-STD", "-"}) {
-    recorded_.calls.clear();
-    Run(model);
-    EXPECT_EQ(recorded_.calls, CallsOfOtherModels()) << model;
+    EXPECT_EQ(HandlersFor(model), kOtherModels) << model;
   }
 }
 
-TEST_F(FinisherOptions, NullArgumentRunsNothing) {
-  AnalyzeContext* const context = analyzer_.get();
-  const FinisherEntry* const finishers = report_.finishers();
-  const std::int32_t* const aliases = report_.aliases();
-  analyze_GetFinisherOption(nullptr, finishers, 2, aliases, 3, rows_.get());
-  analyze_GetFinisherOption(context, nullptr, 2, aliases, 3, rows_.get());
-  analyze_GetFinisherOption(context, nullptr, 0, aliases, 3, rows_.get());
-  analyze_GetFinisherOption(context, finishers, 2, aliases, 3, nullptr);
-  EXPECT_THAT(recorded_.calls, IsEmpty());
+// Running the handlers of a row -------------------------------------------------------------------
+
+std::vector<std::string> g_calls;
+std::int32_t g_result_of_second = 0;
+const FinisherReport kReport{{{2, "Vorel Finisher-U1"}, {3, "Vorel Finisher-U3"}}, {119, 101, 121}};
+
+template <char kName>
+std::int32_t Recorded(AnalyzeContext*, const FinisherEntry* finishers, std::int32_t count,
+                      const std::int32_t* aliases, std::int32_t alias_count, OptionSetter* row) {
+  EXPECT_EQ(finishers, kReport.finishers());
+  EXPECT_EQ(count, 2);
+  EXPECT_EQ(aliases, kReport.aliases());
+  EXPECT_EQ(alias_count, 3);
+  g_calls.push_back(std::string(1, kName) + " " + row->keyword);
+  return kName == 'b' ? g_result_of_second : 0;
 }
 
-TEST_F(FinisherOptions, NullAliasesAreHandedOn) {
-  analyze_GetFinisherOption(analyzer_.get(), report_.finishers(), 2, nullptr, 0, rows_.get());
-  const std::int32_t* const none = nullptr;
-  EXPECT_THAT(recorded_.calls, ElementsAre(CallTo("analyze_GetQVFinisherCommon", analyzer_.get(),
-                                                  report_.finishers(), 2, none, 0, rows_.get())));
+constexpr ia::FinisherHandler kFirst{IA_EXPORTED(Recorded<'a'>), .inputs = {}, .rule = nullptr};
+constexpr ia::FinisherHandler kSecond{IA_EXPORTED(Recorded<'b'>), .inputs = {}, .rule = nullptr};
+constexpr ia::FinisherHandler kThird{IA_EXPORTED(Recorded<'c'>), .inputs = {}, .rule = nullptr};
+
+std::vector<std::string> CallsOf(std::initializer_list<const ia::FinisherHandler*> handlers) {
+  AnalyzeContext context = {};
+  OptionSetter rows[3] = {};
+  rows[0].keyword = "0";
+  rows[1].keyword = "1";
+  rows[2].keyword = "2";
+  g_calls.clear();
+  ia::RunHandlers(handlers, {&context, kReport.finishers(), kReport.count(), kReport.aliases(),
+                             kReport.alias_count(), rows});
+  return g_calls;
 }
 
-TEST_F(FinisherOptions, WithoutFinishersNothingRuns) {
-  for (const FinisherRow& row : kTable) {
-    std::string name = row.model;
-    analyzer_.get()->driver_name = name.data();
-    analyze_GetFinisherOption(analyzer_.get(), report_.finishers(), 0, report_.aliases(), 3,
-                              rows_.get());
-    analyzer_.get()->driver_name = nullptr;
-    EXPECT_THAT(recorded_.calls, IsEmpty()) << row.model;
+TEST(RunningFinisherHandlers, GivesEachItsOptionRow) {
+  g_result_of_second = 0;
+  EXPECT_THAT(CallsOf({&kFirst, &kSecond, &kThird}), ElementsAre("a 0", "b 1", "c 2"));
+  EXPECT_THAT(CallsOf({&kFirst, &kThird, &kSecond}), ElementsAre("a 0", "c 1", "b 2"));
+}
+
+TEST(RunningFinisherHandlers, SkipsTheRowOfAnEmptySlot) {
+  EXPECT_THAT(CallsOf({nullptr, &kThird, nullptr}), ElementsAre("c 1"));
+}
+
+TEST(RunningFinisherHandlers, EndsWithTheFirstThatFails) {
+  for (const std::int32_t result : {-1, 1, 12}) {
+    g_result_of_second = result;
+    EXPECT_THAT(CallsOf({&kFirst, &kSecond, &kThird}), ElementsAre("a 0", "b 1")) << result;
   }
+  g_result_of_second = 0;
 }
 
 // What the real handlers set --------------------------------------------------------------------
@@ -205,6 +194,38 @@ Values ValuesOf(const char* model, const Units& units, const Aliases& aliases,
   return rows.values();
 }
 
+// What the handlers of a row set when each is called by itself.
+Values ValuesOfHandlers(const Handlers& handlers, const FinisherReport& report) {
+  FinisherAnalyzer analyzer(kMakersNames);
+  FinisherRows rows;
+  for (std::size_t i = 0; i < handlers.size(); ++i) {
+    if (handlers[i].empty()) continue;
+    const auto handler = FunctionOf<FinisherOptionHandler>(std::string(kPrefix) + handlers[i]);
+    EXPECT_EQ(handler(analyzer.get(), report.finishers(), report.count(), report.aliases(),
+                      report.alias_count(), rows.get() + i),
+              0);
+  }
+  return rows.values();
+}
+
+TEST_P(FinisherOptionRows, QuerySetsWhatTheHandlersSet) {
+  const std::vector<std::string> units = {
+      "Vorel Inner 2Way Tray-B1", "Vorel Inner 2Way Tray-R1", "Vorel Finisher-T1",
+      "Vorel Finisher-U3",        "Vorel Finisher-U1/U3",     "Vorel Inner Finisher-F1",
+      "Vorel Inner Finisher-W1",  "Vorel Inner 2way Tray-N1", "Vorel 3 Way Unit-D1"};
+  const std::vector<Aliases> all_aliases = {{}, {101}, {119}, {121}, {119, 7}, {101, 119, 121}};
+  for (const std::string& unit : units) {
+    for (const Aliases& aliases : all_aliases) {
+      for (const std::int32_t bins : {1, 2, 3, 4}) {
+        const Units reported = {{bins, unit.c_str()}};
+        EXPECT_EQ(ValuesOf(GetParam().model, reported, aliases),
+                  ValuesOfHandlers(GetParam().handlers, FinisherReport(reported, aliases)))
+            << unit << " with " << bins << " bins";
+      }
+    }
+  }
+}
+
 const Values kNothing = {std::nullopt, std::nullopt, std::nullopt};
 
 TEST(FinisherOptionValues, ModelWithoutRowGetsTheNamedFinisherOnly) {
@@ -212,6 +233,25 @@ TEST(FinisherOptionValues, ModelWithoutRowGetsTheNamedFinisherOnly) {
   const Values expected = {"BYNAME", std::nullopt, std::nullopt};
   EXPECT_EQ(ValuesOf(nullptr, units, {101, 119, 121}), expected);
   EXPECT_EQ(ValuesOf("RA-H2", units, {101, 119, 121}), expected);
+}
+
+TEST(FinisherOptionValues, NullArgumentSetsNothing) {
+  FinisherAnalyzer analyzer(kMakersNames);
+  const FinisherReport report({{9, "Vorel Finisher-U3"}}, {101, 119, 121});
+  FinisherRows rows;
+  analyze_GetFinisherOption(nullptr, report.finishers(), 1, report.aliases(), 3, rows.get());
+  analyze_GetFinisherOption(analyzer.get(), nullptr, 1, report.aliases(), 3, rows.get());
+  analyze_GetFinisherOption(analyzer.get(), nullptr, 0, report.aliases(), 3, rows.get());
+  analyze_GetFinisherOption(analyzer.get(), report.finishers(), 1, report.aliases(), 3, nullptr);
+  EXPECT_EQ(rows.values(), kNothing);
+}
+
+TEST(FinisherOptionValues, NullAliasesAreNone) {
+  FinisherAnalyzer analyzer(kMakersNames);
+  const FinisherReport report({{9, "Vorel Finisher-U3"}}, {101, 119, 121});
+  FinisherRows rows;
+  analyze_GetFinisherOption(analyzer.get(), report.finishers(), 1, nullptr, 0, rows.get());
+  EXPECT_EQ(rows.values(), (Values{"BYNAME", std::nullopt, std::nullopt}));
 }
 
 TEST(FinisherOptionValues, WithoutFinishersEveryModelKeepsTheDefaults) {

@@ -9,6 +9,7 @@
 #include "info_analyze/model_options.h"
 #include "tests/analyze/model/function_queries.h"
 #include "tests/analyze/model/model_names.h"
+#include "tests/analyze/model/model_tables.h"
 #include "tests/info_common/named_row.h"
 
 namespace ia_test {
@@ -42,13 +43,13 @@ Answers AnswersFor(const char* model, FunctionStringHandler handler = kDispatch)
   return {staple.Ask(handler), folding.Ask(handler)};
 }
 
-struct ModelRow {
+struct FunctionRow {
   const char* model;
 };
 
-void PrintTo(const ModelRow& row, std::ostream* out) { *out << row.model; }
+void PrintTo(const FunctionRow& row, std::ostream* out) { *out << row.model; }
 
-class FinishingFunctionModel : public testing::TestWithParam<ModelRow> {};
+class FinishingFunctionModel : public testing::TestWithParam<FunctionRow> {};
 
 TEST_P(FinishingFunctionModel, HasAHandlerThatKnowsStaplingOnly) {
   EXPECT_EQ(AnswersFor(GetParam().model), kOfStapleModels);
@@ -74,9 +75,13 @@ TEST_P(FinishingFunctionModel, IsAnotherBehindOtherText) {
   EXPECT_EQ(AnswersFor((std::string("X") + GetParam().model).c_str()), kOfOtherModels);
 }
 
-constexpr ModelRow kModels[] = {{"RC-T7"}, {"RD-T7"}};
+constexpr FunctionRow kModels[] = {{"RC-T7"}, {"RD-T7"}};
 
-INSTANTIATE_TEST_SUITE_P(Each, FinishingFunctionModel, ValuesIn(kModels), ModelName<ModelRow>);
+INSTANTIATE_TEST_SUITE_P(Each, FinishingFunctionModel, ValuesIn(kModels), ModelName<FunctionRow>);
+
+TEST(FinishingFunctionTable, HasAnExpectationForEachRow) {
+  EXPECT_EQ(CodesOf(IA_FAMILY_FINISHING_FUNCTION), ModelsOf(kModels));
+}
 
 TEST(FinishingFunctionDispatch, TakesTheCommonHandlerForOtherModels) {
   for (const char* model : {"", "R", "RA-T7", "RB-T7", "RE-T7", "RC-T8", "RA-H2-JP"}) {

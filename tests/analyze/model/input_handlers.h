@@ -136,15 +136,18 @@ class InputHandlers : public testing::Test {
   OptionRows AppendedFor(const char* model, const Trays& trays) {
     std::string name = model;
     context_.driver_name = name.data();
-    const auto extra_trays = std::count_if(trays.begin(), trays.end(), [](const TrayEntry& tray) {
-      return tray.type == 3 || tray.type == 6;
-    });
     const auto exact = Copied(trays);
     RowArray rows(trays.size());
-    analyze_GetInputOptions(&context_, exact.get(), CountOf(trays),
-                            static_cast<std::int32_t>(extra_trays), rows.data(), &rows.count);
+    analyze_GetInputOptions(&context_, exact.get(), CountOf(trays), ExtraTraysOf(trays),
+                            rows.data(), &rows.count);
     context_.driver_name = nullptr;
     return rows.Appended();
+  }
+
+  static std::int32_t ExtraTraysOf(const Trays& trays) {
+    return static_cast<std::int32_t>(
+        std::count_if(trays.begin(), trays.end(),
+                      [](const TrayEntry& tray) { return tray.type == 3 || tray.type == 6; }));
   }
 
   AnalyzeContext context_ = {};

@@ -1,28 +1,37 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <initializer_list>
+#include <iterator>
 #include <optional>
 #include <ostream>
 #include <string>
+#include <string_view>
 #include <vector>
 
+#include "analyze/model/input_handlers.h"
 #include "info_analyze/model_options.h"
 #include "tests/analyze/model/input_handlers.h"
 #include "tests/analyze/model/model_names.h"
-#include "tests/analyze/model/recorded_handlers.h"
+#include "tests/analyze/model/model_tables.h"
 
 namespace ia_test {
 namespace {
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 
+constexpr std::array<std::int32_t, 4> kFamilies = {IA_FAMILY_SIDE_PAPER_DECK,
+                                                   IA_FAMILY_SOURCE_OPTION, IA_FAMILY_MEDIA_TYPE,
+                                                   IA_FAMILY_ENVELOPE_FEEDER};
+
+// The handlers of these families, without empty slots; their names follow the prefix.
 using Handlers = std::vector<std::string>;
+constexpr std::string_view kPrefix = "analyze_GetQV";
 
-// The handlers' names follow "analyze_GetQV"; an empty slot is left out.
 struct InputRow {
   const char* model;
   Handlers handlers;
@@ -59,120 +68,108 @@ const std::vector<InputRow> kRows = {
 
 const Handlers kOtherModels = {"SidePaperDeckCommon", "SrcOptionCommon", "XXXMediaTypeCommon"};
 
-class InputOptions : public testing::Test {
- protected:
-  void Run(const char* model, std::int32_t tray_count = kTrayCount) {
-    std::string name = model != nullptr ? model : "";
-    context_.driver_name = model != nullptr ? name.data() : nullptr;
-    analyze_GetInputOptions(&context_, trays_.data(), tray_count, kExtraTrays, rows_.data(),
-                            &row_count_);
-    context_.driver_name = nullptr;
+// The handlers that decide for a code, which may be null.
+Handlers HandlersFor(const char* code) {
+  Handlers handlers;
+  for (const std::int32_t family : kFamilies) {
+    const std::string name = HandlerOf(family, code);
+    if (!name.empty()) handlers.push_back(name.substr(std::min(name.size(), kPrefix.size())));
   }
+  return handlers;
+}
 
-  std::vector<Call> CallsOf(const Handlers& handlers, std::int32_t tray_count = kTrayCount) {
-    std::vector<Call> calls;
-    for (const std::string& handler : handlers) {
-      calls.push_back(CallTo("analyze_GetQV" + handler, &context_, trays_.data(), tray_count,
-                             kExtraTrays, rows_.data(), &row_count_));
-    }
-    return calls;
-  }
+TEST(InputOptionTable, HasAnExpectationForEachRow) {
+  for (const std::int32_t family : kFamilies) EXPECT_EQ(CodesOf(family), ModelsOf(kRows));
+}
 
-  static constexpr std::int32_t kTrayCount = 4;
-  static constexpr std::int32_t kExtraTrays = 3;
-
-  AnalyzeContext context_ = {};
-  std::array<TrayEntry, kTrayCount> trays_ = {};
-  std::array<OptionSetter, kTrayCount + 3> rows_ = {};
-  std::int32_t row_count_ = 2;
-  HandlerCalls recorded_;
-};
-
-class InputOptionRows : public InputOptions, public testing::WithParamInterface<InputRow> {};
+class InputOptionRows : public testing::TestWithParam<InputRow> {};
 
 INSTANTIATE_TEST_SUITE_P(, InputOptionRows, testing::ValuesIn(kRows), ModelName<InputRow>);
 
-TEST_P(InputOptionRows, CodeRunsTheHandlersInOrderWithAllArguments) {
-  Run(GetParam().model);
-  EXPECT_EQ(recorded_.calls, CallsOf(GetParam().handlers));
+TEST_P(InputOptionRows, CodeSelectsTheHandlers) {
+  EXPECT_EQ(HandlersFor(GetParam().model), GetParam().handlers);
 }
 
-TEST_P(InputOptionRows, CodeWithMoreBehindRunsTheHandlers) {
+TEST_P(InputOptionRows, LongerCodeSelectsTheHandlers) {
   for (const char* suffix : {"-MLT-JP", "0", " "}) {
-    recorded_.calls.clear();
-    Run((GetParam().model + std::string(suffix)).c_str());
-    EXPECT_EQ(recorded_.calls, CallsOf(GetParam().handlers)) << suffix;
+    EXPECT_EQ(HandlersFor((GetParam().model + std::string(suffix)).c_str()), GetParam().handlers)
+        << suffix;
   }
 }
 
-TEST_P(InputOptionRows, ShortenedCodeIsAnotherModel) {
-  Run(WithoutLast(GetParam().model).c_str());
-  EXPECT_EQ(recorded_.calls, CallsOf(kOtherModels));
+TEST_P(InputOptionRows, ShortenedCodeIsADifferentModel) {
+  EXPECT_EQ(HandlersFor(WithoutLast(GetParam().model).c_str()), kOtherModels);
 }
 
-TEST_P(InputOptionRows, CodeInOtherLetterCaseIsAnotherModel) {
-  Run(InLowerCase(GetParam().model).c_str());
-  EXPECT_EQ(recorded_.calls, CallsOf(kOtherModels));
+TEST_P(InputOptionRows, CodeInLowerCaseIsADifferentModel) {
+  EXPECT_EQ(HandlersFor(InLowerCase(GetParam().model).c_str()), kOtherModels);
 }
 
-TEST_P(InputOptionRows, CodeBehindOtherTextIsAnotherModel) {
-  Run((std::string("X") + GetParam().model).c_str());
-  EXPECT_EQ(recorded_.calls, CallsOf(kOtherModels));
+TEST_P(InputOptionRows, CodeAfterOtherTextIsADifferentModel) {
+  EXPECT_EQ(HandlersFor((std::string("X") + GetParam().model).c_str()), kOtherModels);
 }
 
-TEST_P(InputOptionRows, FirstHandlerThatFailsEndsTheRun) {
-  const Handlers& handlers = GetParam().handlers;
-  for (std::size_t failing = 0; failing < handlers.size(); ++failing) {
-    for (const std::int32_t result : {-1, 1, 12}) {
-      recorded_.calls.clear();
-      recorded_.results = {{"analyze_GetQV" + handlers[failing], result}};
-      Run(GetParam().model);
-      EXPECT_EQ(recorded_.calls, CallsOf({handlers.begin(), handlers.begin() + failing + 1}))
-          << handlers[failing] << " answers " << result;
-    }
-  }
+TEST(InputOptionTable, ModelWithoutCodeHasTheCommonHandlers) {
+  EXPECT_EQ(HandlersFor(nullptr), kOtherModels);
 }
 
-TEST_F(InputOptions, ModelWithoutCodeRunsTheCommonHandlers) {
-  Run(nullptr);
-  EXPECT_EQ(recorded_.calls, CallsOf(kOtherModels));
-}
-
-TEST_F(InputOptions, UnknownModelRunsTheCommonHandlers) {
+TEST(InputOptionTable, UnknownModelHasTheCommonHandlers) {
   for (const char* model : {"", "R", "RA-", "RA-H2", "RD-T7", "RB-X1-2", "RC-W", "-"}) {
-    recorded_.calls.clear();
-    Run(model);
-    EXPECT_EQ(recorded_.calls, CallsOf(kOtherModels)) << model;
+    EXPECT_EQ(HandlersFor(model), kOtherModels) << model;
   }
 }
 
-TEST_F(InputOptions, FirstCommonHandlerThatFailsEndsTheRun) {
-  for (std::size_t failing = 0; failing < kOtherModels.size(); ++failing) {
-    recorded_.calls.clear();
-    recorded_.results = {{"analyze_GetQV" + kOtherModels[failing], -1}};
-    Run(nullptr);
-    EXPECT_EQ(recorded_.calls, CallsOf({kOtherModels.begin(), kOtherModels.begin() + failing + 1}))
-        << kOtherModels[failing];
+// Running the handlers of a row -------------------------------------------------------------------
+
+std::string g_calls;
+std::int32_t g_result_of_second = 0;
+
+class RunningInputHandlers : public testing::Test {
+ protected:
+  template <char kName>
+  static std::int32_t Recorded(AnalyzeContext* context, const TrayEntry* trays, std::int32_t count,
+                               std::int32_t extra_count, OptionSetter* rows,
+                               std::int32_t* row_count) {
+    EXPECT_EQ(context, &context_);
+    EXPECT_EQ(trays, trays_.data());
+    EXPECT_EQ(count, 4);
+    EXPECT_EQ(extra_count, 3);
+    EXPECT_EQ(rows, rows_.data());
+    EXPECT_EQ(row_count, &row_count_);
+    g_calls += kName;
+    return kName == 'b' ? g_result_of_second : 0;
   }
+
+  static constexpr ia::InputHandler kFirst{IA_EXPORTED(Recorded<'a'>), .inputs = {},
+                                           .rule = nullptr};
+  static constexpr ia::InputHandler kSecond{IA_EXPORTED(Recorded<'b'>), .inputs = {},
+                                            .rule = nullptr};
+  static constexpr ia::InputHandler kThird{IA_EXPORTED(Recorded<'c'>), .inputs = {},
+                                           .rule = nullptr};
+
+  static std::string CallsOf(std::initializer_list<const ia::InputHandler*> handlers) {
+    g_calls.clear();
+    ia::RunHandlers(handlers, {&context_, trays_.data(), 4, 3, rows_.data(), &row_count_});
+    return g_calls;
+  }
+
+  static inline AnalyzeContext context_ = {};
+  static inline std::array<TrayEntry, 4> trays_ = {};
+  static inline std::array<OptionSetter, 7> rows_ = {};
+  static inline std::int32_t row_count_ = 2;
+};
+
+TEST_F(RunningInputHandlers, KeepsTheirOrderAndSkipsEmptySlots) {
+  EXPECT_EQ(CallsOf({&kFirst, &kSecond, &kThird}), "abc");
+  EXPECT_EQ(CallsOf({&kThird, nullptr, &kFirst, nullptr}), "ca");
 }
 
-TEST_F(InputOptions, HandlersRunWithoutTraysToo) {
-  Run("RC-W0", 0);
-  EXPECT_EQ(recorded_.calls, CallsOf({"SidePaperDeckCommon", "SrcOptionREDWOOD",
-                                      "XXXMediaTypeREDWOOD", "EnvelopeFeederCommon"},
-                                     0));
-}
-
-TEST_F(InputOptions, NullArgumentRunsNothing) {
-  TrayEntry* const trays = trays_.data();
-  OptionSetter* const rows = rows_.data();
-  analyze_GetInputOptions(nullptr, trays, kTrayCount, kExtraTrays, rows, &row_count_);
-  analyze_GetInputOptions(&context_, nullptr, kTrayCount, kExtraTrays, rows, &row_count_);
-  analyze_GetInputOptions(&context_, nullptr, 0, 0, rows, &row_count_);
-  analyze_GetInputOptions(&context_, trays, kTrayCount, kExtraTrays, nullptr, &row_count_);
-  analyze_GetInputOptions(&context_, trays, kTrayCount, kExtraTrays, rows, nullptr);
-  EXPECT_THAT(recorded_.calls, IsEmpty());
-  EXPECT_EQ(row_count_, 2);
+TEST_F(RunningInputHandlers, EndsWithTheFirstThatFails) {
+  for (const std::int32_t result : {-1, 1, 12}) {
+    g_result_of_second = result;
+    EXPECT_EQ(CallsOf({&kFirst, &kSecond, &kThird}), "ab") << result;
+  }
+  g_result_of_second = 0;
 }
 
 // What the real handlers append, in the order of the columns ------------------------------------
@@ -208,6 +205,40 @@ TEST_F(AppendedInputOptions, ModelWithEnvelopeFeederSlotGetsItLast) {
   EXPECT_THAT(AppendedFor("RC-W0", kTrays),
               ElementsAre(kSideDeck, OptionRow{"QVSrcOption", "None", "None"}, kMediaType,
                           OptionRow{"QVEnvelopeFeeder", "True", "False"}));
+}
+
+// What a query appends for a model is what its handlers append one after the other.
+TEST_F(AppendedInputOptions, QueryAppendsWhatTheHandlersAppend) {
+  const std::vector<Trays> reports = {
+      {},
+      kTrays,
+      {{3, 161, 1999, 7}, {1, 101, 500, 0}, {6, 162, 2000, 7}},
+      {{6, 161, 2000, 0}, {6, 164, 2000, 7}, {6, 167, 9, 7}, {1, 102, 1, 1}},
+      {{1, 121, 1, 7}, {1, 122, 1, 7}, {1, 123, 1, 7}, {1, 124, 1, 7}, {3, 7, 1, 7}}};
+  for (const InputRow& row : kRows) {
+    for (const Trays& trays : reports) {
+      OptionRows expected;
+      for (const std::string& handler : row.handlers) {
+        std::ranges::copy(Appended(FunctionOf<InputOptionHandler>(std::string(kPrefix) + handler),
+                                   trays, ExtraTraysOf(trays)),
+                          std::back_inserter(expected));
+      }
+      EXPECT_EQ(AppendedFor(row.model, trays), expected) << row.model;
+    }
+  }
+}
+
+TEST_F(AppendedInputOptions, NullArgumentAppendsNothing) {
+  std::array<OptionSetter, 5> rows = {};
+  std::int32_t count = 2;
+  const TrayEntry* const trays = kTrays.data();
+  analyze_GetInputOptions(nullptr, trays, 2, 2, rows.data(), &count);
+  analyze_GetInputOptions(&context_, nullptr, 2, 2, rows.data(), &count);
+  analyze_GetInputOptions(&context_, nullptr, 0, 0, rows.data(), &count);
+  analyze_GetInputOptions(&context_, trays, 2, 2, nullptr, &count);
+  analyze_GetInputOptions(&context_, trays, 2, 2, rows.data(), nullptr);
+  EXPECT_EQ(count, 2);
+  for (const OptionSetter& setter : rows) EXPECT_EQ(setter.keyword, nullptr);
 }
 
 TEST_F(AppendedInputOptions, CodeOfAnotherTableThatIsLongerIsOfTheSameRow) {

@@ -1,5 +1,5 @@
-// What is told of the model tables, and that handlers look at what they are told to and at nothing
-// else: each is asked of many printers, with one input changed at a time.
+// The model tables as callers see them, and that handlers read their inputs and nothing else: each
+// is asked about many printers, with one input changed at a time.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -15,50 +15,18 @@
 #include "analyze/inputs.h"
 #include "info_analyze/model_options.h"
 #include "info_analyze/provenance.h"
+#include "tests/analyze/model/model_tables.h"
 
 namespace ia_test {
 namespace {
 
 using ia::Input;
-using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::Not;
 using testing::UnorderedElementsAre;
 
-ModelRow RowOf(std::int32_t family, std::int32_t row) {
-  ModelRow source = {};
-  EXPECT_EQ(Analyze_Provenance_GetModelRow(family, row, &source), 1) << family << " " << row;
-  return source;
-}
-
-std::vector<ModelRow> RowsOf(std::int32_t family) {
-  std::vector<ModelRow> rows;
-  ModelRow row = {};
-  while (Analyze_Provenance_GetModelRow(family, static_cast<std::int32_t>(rows.size()), &row) !=
-         0) {
-    rows.push_back(row);
-  }
-  return rows;
-}
-
-std::string HandlerOf(std::int32_t family, const char* code) {
-  const ModelRow row = RowOf(family, Analyze_Provenance_FindModelRow(family, code));
-  return row.handler != nullptr ? row.handler : "none";
-}
-
 // Tables -----------------------------------------------------------------------------------------
-
-TEST(ModelMatrix, HasTheRowsOfEachTable) {
-  const std::map<std::int32_t, std::size_t> counts = {
-      {IA_FAMILY_FINISHER, 20},          {IA_FAMILY_COPY_TRAY, 20},
-      {IA_FAMILY_FIN_TRAY, 20},          {IA_FAMILY_SIDE_PAPER_DECK, 22},
-      {IA_FAMILY_SOURCE_OPTION, 22},     {IA_FAMILY_MEDIA_TYPE, 22},
-      {IA_FAMILY_ENVELOPE_FEEDER, 22},   {IA_FAMILY_PUNCHER, 11},
-      {IA_FAMILY_FINISHING_FUNCTION, 2}, {IA_FAMILY_EXTRA_OPTIONS, 1},
-  };
-  ASSERT_EQ(counts.size(), std::size_t{IA_FAMILY_COUNT});
-  for (const auto& [family, count] : counts) EXPECT_EQ(RowsOf(family).size(), count) << family;
-}
 
 TEST(ModelMatrix, CodeOfARowSelectsThatRow) {
   for (std::int32_t family = 0; family < IA_FAMILY_COUNT; ++family) {
@@ -78,16 +46,16 @@ TEST(ModelMatrix, FirstRowInTableOrderWins) {
 
 TEST(ModelMatrix, OtherModelsHaveTheCommonHandlers) {
   EXPECT_EQ(HandlerOf(IA_FAMILY_FINISHER, "ZZ"), "analyze_GetQVFinisherCommon");
-  EXPECT_EQ(HandlerOf(IA_FAMILY_COPY_TRAY, "ZZ"), "none");
-  EXPECT_EQ(HandlerOf(IA_FAMILY_FIN_TRAY, "ZZ"), "none");
+  EXPECT_EQ(HandlerOf(IA_FAMILY_COPY_TRAY, "ZZ"), "");
+  EXPECT_EQ(HandlerOf(IA_FAMILY_FIN_TRAY, "ZZ"), "");
   EXPECT_EQ(HandlerOf(IA_FAMILY_SIDE_PAPER_DECK, "ZZ"), "analyze_GetQVSidePaperDeckCommon");
   EXPECT_EQ(HandlerOf(IA_FAMILY_SOURCE_OPTION, "ZZ"), "analyze_GetQVSrcOptionCommon");
   EXPECT_EQ(HandlerOf(IA_FAMILY_MEDIA_TYPE, "ZZ"), "analyze_GetQVXXXMediaTypeCommon");
-  EXPECT_EQ(HandlerOf(IA_FAMILY_ENVELOPE_FEEDER, "ZZ"), "none");
+  EXPECT_EQ(HandlerOf(IA_FAMILY_ENVELOPE_FEEDER, "ZZ"), "");
   EXPECT_EQ(HandlerOf(IA_FAMILY_PUNCHER, "ZZ"), "analyze_GetPuncherOptionString");
   EXPECT_EQ(HandlerOf(IA_FAMILY_FINISHING_FUNCTION, "ZZ"),
             "analyze_GetFinishingFunctionOptionStringCommon");
-  EXPECT_EQ(HandlerOf(IA_FAMILY_EXTRA_OPTIONS, "ZZ"), "none");
+  EXPECT_EQ(HandlerOf(IA_FAMILY_EXTRA_OPTIONS, "ZZ"), "");
 }
 
 TEST(ModelMatrix, NoCodeIsThatOfOtherModels) {
@@ -102,7 +70,7 @@ TEST(ModelMatrix, ExtraOptionsAreThoseOfOneWholeCode) {
   EXPECT_EQ(Analyze_Provenance_FindModelRow(IA_FAMILY_EXTRA_OPTIONS, "RA-Z5"), 0);
   EXPECT_EQ(Analyze_Provenance_FindModelRow(IA_FAMILY_EXTRA_OPTIONS, "RA-Z5-1"), IA_OTHER_MODELS);
   EXPECT_EQ(RowOf(IA_FAMILY_EXTRA_OPTIONS, 0).whole_code, 1);
-  EXPECT_EQ(RowOf(IA_FAMILY_EXTRA_OPTIONS, IA_OTHER_MODELS).inputs, 0U);
+  EXPECT_EQ(RowOf(IA_FAMILY_EXTRA_OPTIONS, IA_OTHER_MODELS).input_count, 0);
   EXPECT_EQ(RowOf(IA_FAMILY_FINISHER, 0).whole_code, 0);
 }
 
@@ -122,23 +90,47 @@ TEST(ModelMatrix, OnlySlotsThatAreEmptyHaveNoHandler) {
   EXPECT_THAT(feeders, ElementsAre("RC-W0"));
 }
 
-TEST(ModelMatrix, EndsOutOfRange) {
-  ModelRow row = {"kept", 7, "kept", 9};
+TEST(ModelMatrix, RowsOutOfRangeLeaveTheRecordAlone) {
+  const ModelRow kept = {.code = "kept", .handler = "kept", .whole_code = 7, .input_count = 9};
+  ModelRow row = kept;
+  const auto expect_none = [&](std::int32_t family, std::int32_t index) {
+    EXPECT_EQ(Analyze_Provenance_GetModelRow(family, index, &row, sizeof row), 0)
+        << family << " " << index;
+    EXPECT_EQ(Analyze_Provenance_GetModelRowInput(family, index, 0), IA_NO_INPUT)
+        << family << " " << index;
+  };
   for (const std::int32_t family : {-1, int{IA_FAMILY_COUNT}, INT32_MAX, INT32_MIN}) {
     EXPECT_EQ(Analyze_Provenance_FindModelRow(family, "RA-P9"), IA_OTHER_MODELS) << family;
-    EXPECT_EQ(Analyze_Provenance_GetModelRow(family, 0, &row), 0) << family;
+    expect_none(family, 0);
   }
   for (std::int32_t family = 0; family < IA_FAMILY_COUNT; ++family) {
-    for (const std::int32_t index : {-2, 22, INT32_MAX, INT32_MIN}) {
-      EXPECT_EQ(Analyze_Provenance_GetModelRow(family, index, &row), 0) << family << " " << index;
-    }
-    EXPECT_EQ(Analyze_Provenance_GetModelRow(family, 0, nullptr), 0) << family;
+    const auto end = static_cast<std::int32_t>(RowsOf(family).size());
+    for (const std::int32_t index : {-2, end, INT32_MAX, INT32_MIN}) expect_none(family, index);
+    EXPECT_EQ(Analyze_Provenance_GetModelRow(family, 0, nullptr, sizeof row), 0) << family;
   }
-  EXPECT_STREQ(row.code, "kept");
-  EXPECT_EQ(row.inputs, 9U);
+  EXPECT_EQ(row.code, kept.code);
+  EXPECT_EQ(row.input_count, kept.input_count);
 }
 
-// What handlers look at --------------------------------------------------------------------------
+TEST(ModelMatrix, InputsRiseAndEndWithTheirCount) {
+  for (std::int32_t family = 0; family < IA_FAMILY_COUNT; ++family) {
+    const auto rows = static_cast<std::int32_t>(RowsOf(family).size());
+    for (std::int32_t row = IA_OTHER_MODELS; row < rows; ++row) {
+      std::int32_t last = -1;
+      const std::int32_t count = RowOf(family, row).input_count;
+      for (std::int32_t i = 0; i < count; ++i) {
+        const std::int32_t input = Analyze_Provenance_GetModelRowInput(family, row, i);
+        EXPECT_GT(input, last) << family << " " << row;
+        last = input;
+      }
+      for (const std::int32_t index : {-1, count, INT32_MAX, INT32_MIN}) {
+        EXPECT_EQ(Analyze_Provenance_GetModelRowInput(family, row, index), IA_NO_INPUT);
+      }
+    }
+  }
+}
+
+// What handlers read -----------------------------------------------------------------------------
 
 // Picks from what makes a difference to some handler.
 class Dice {
@@ -197,21 +189,22 @@ std::string TextOf(char* text) {
   return copy;
 }
 
-// Asks with changes of the inputs, and tells which of them ever made a difference.
+// Asks with changes of the inputs, and returns those that ever made a difference.
 template <class Report>
-std::uint64_t InputsThatMatter(const std::function<Report(Dice&)>& roll,
-                               const std::map<Input, std::function<void(Report&, Dice&)>>& changes,
-                               const std::function<std::string(const Report&)>& ask) {
+std::set<Input> InputsThatMatter(
+    const std::function<Report(Dice&)>& roll,
+    const std::map<Input, std::function<void(Report&, Dice&)>>& changes,
+    const std::function<std::string(const Report&)>& ask) {
   constexpr int kRounds = 3000;
   Dice dice;
-  std::uint64_t matter = 0;
+  std::set<Input> matter;
   for (int round = 0; round < kRounds; ++round) {
     const Report report = roll(dice);
     const std::string answer = ask(report);
     for (const auto& [input, change] : changes) {
       Report changed = report;
       change(changed, dice);
-      if (ask(changed) != answer) matter |= ia::SetOf(input);
+      if (ask(changed) != answer) matter.insert(input);
     }
   }
   return matter;
@@ -243,7 +236,7 @@ const std::map<Input, std::function<void(Finishers&, Dice&)>> kFinisherChanges =
      [](Finishers& it, Dice& dice) { it.flags = dice.Of(kFinisherTexts); }},
 };
 
-std::string Ask(FinisherOptionHandler handler, const Finishers& report) {
+std::string AskFinisher(FinisherOptionHandler handler, const Finishers& report) {
   const Flags flags(report.flags);
   AnalyzeContext context = {};
   context.finisher_name_flags = flags.get();
@@ -280,7 +273,7 @@ Trays RollTrays(Dice& dice) {
   return report;
 }
 
-std::string Ask(InputOptionHandler handler, const Trays& report) {
+std::string AskTrays(InputOptionHandler handler, const Trays& report) {
   const Flags media(report.media);
   const Flags slots(report.slots);
   const Flags inputs(report.inputs);
@@ -362,174 +355,109 @@ std::string AskPunch(FunctionStringHandler handler, const Functions& report) {
   const auto details = Pointers(report.details);
   const auto function_count = static_cast<std::int32_t>(functions.size());
   const auto detail_count = static_cast<std::int32_t>(details.size());
-  const FunctionQuery query = {nullptr, "punch",        functions.data(), &function_count, kTable,
-                               2,       details.data(), &detail_count,    nullptr};
+  const FunctionQuery query = {.driver_name = nullptr,
+                               .function = "punch",
+                               .functions = functions.data(),
+                               .function_count = &function_count,
+                               .search_table = kTable,
+                               .search_rows = 2,
+                               .detail_functions = details.data(),
+                               .detail_count = &detail_count,
+                               .default_value = nullptr};
   return TextOf(handler(&query));
 }
 
 std::string AskFunction(FunctionStringHandler handler, const Functions& report) {
   const auto functions = Pointers(report.functions);
   const auto function_count = static_cast<std::int32_t>(functions.size());
-  const FunctionQuery query = {nullptr, "staple", functions.data(), &function_count, nullptr,
-                               0,       nullptr,  nullptr,          "default"};
+  const FunctionQuery query = {.driver_name = nullptr,
+                               .function = "staple",
+                               .functions = functions.data(),
+                               .function_count = &function_count,
+                               .search_table = nullptr,
+                               .search_rows = 0,
+                               .detail_functions = nullptr,
+                               .detail_count = nullptr,
+                               .default_value = "default"};
   return TextOf(handler(&query));
 }
 
-std::set<std::string> KeysOf(std::uint64_t inputs) {
+std::set<std::string> KeysOf(const std::set<Input>& inputs) {
   std::set<std::string> keys;
-  for (std::int32_t i = 0; i < 64; ++i) {
-    if ((inputs >> i & 1) == 0) continue;
-    const InputKey& input = *Analyze_Provenance_GetInput(i);
-    keys.insert(std::to_string(input.document) + " " + input.key);
+  for (const Input input : inputs) {
+    InputKey key = {};
+    EXPECT_EQ(Analyze_Provenance_GetInput(static_cast<std::int32_t>(input), &key, sizeof key), 1);
+    keys.insert(std::to_string(key.document) + " " + key.key);
   }
   return keys;
 }
 
-std::uint64_t ToldInputs(std::int32_t family, const std::string& handler) {
-  auto rows = RowsOf(family);
-  rows.push_back(RowOf(family, IA_OTHER_MODELS));
-  for (const ModelRow& row : rows) {
-    if (row.handler != nullptr && handler == row.handler) return row.inputs;
+std::set<Input> InputsOf(std::int32_t family, std::int32_t row) {
+  std::set<Input> inputs;
+  for (std::int32_t i = 0; i < RowOf(family, row).input_count; ++i) {
+    inputs.insert(static_cast<Input>(Analyze_Provenance_GetModelRowInput(family, row, i)));
+  }
+  return inputs;
+}
+
+std::set<Input> DescribedInputs(std::int32_t family, const std::string& handler) {
+  const auto rows = static_cast<std::int32_t>(RowsOf(family).size());
+  for (std::int32_t row = IA_OTHER_MODELS; row < rows; ++row) {
+    const char* const name = RowOf(family, row).handler;
+    if (name != nullptr && handler == name) return InputsOf(family, row);
   }
   ADD_FAILURE() << handler << " is in no row of family " << family;
-  return 0;
+  return {};
 }
 
-#define NAMED(handler) \
-  { #handler, handler }
-template <class Handler>
-using Handlers = std::map<std::string, Handler>;
-
-void ExpectTold(std::int32_t family, const std::string& handler, std::uint64_t matter) {
-  EXPECT_EQ(KeysOf(ToldInputs(family, handler)), KeysOf(matter)) << handler;
-}
-
-// Every handler that a table names has a row here.
-template <class Handler>
-void ExpectAllAsked(std::int32_t family, const Handlers<Handler>& handlers) {
-  auto rows = RowsOf(family);
-  rows.push_back(RowOf(family, IA_OTHER_MODELS));
-  std::set<std::string> told;
-  std::set<std::string> asked;
-  for (const ModelRow& row : rows) {
-    if (row.handler != nullptr) told.insert(row.handler);
-  }
-  for (const auto& [name, handler] : handlers) asked.insert(name);
-  EXPECT_EQ(told, asked);
-}
-
-void ExpectFinisherInputs(std::int32_t family, const Handlers<FinisherOptionHandler>& handlers) {
-  ExpectAllAsked(family, handlers);
-  for (const auto& [name, handler] : handlers) {
-    ExpectTold(family, name,
-               InputsThatMatter<Finishers>(
-                   RollFinishers, kFinisherChanges,
-                   [handler = handler](const Finishers& report) { return Ask(handler, report); }));
+// Holds the inputs of every handler of a family against those that matter to its answers.
+template <class Function, class Report, class Roll, class Changes, class Asking>
+void ExpectInputsThatMatter(std::int32_t family, Roll roll, const Changes& changes, Asking asking) {
+  const std::set<std::string> handlers = HandlersOf(family);
+  ASSERT_THAT(handlers, Not(IsEmpty()));
+  for (const std::string& name : handlers) {
+    const auto handler = FunctionOf<Function>(name);
+    EXPECT_EQ(KeysOf(DescribedInputs(family, name)),
+              KeysOf(InputsThatMatter<Report>(
+                  roll, changes, [&](const Report& report) { return asking(handler, report); })))
+        << name;
   }
 }
 
-void ExpectInputInputs(std::int32_t family, const Handlers<InputOptionHandler>& handlers,
-                       const TrayChanges& changes) {
-  ExpectAllAsked(family, handlers);
-  for (const auto& [name, handler] : handlers) {
-    ExpectTold(
-        family, name,
-        InputsThatMatter<Trays>(RollTrays, changes, [handler = handler](const Trays& report) {
-          return Ask(handler, report);
-        }));
-  }
+class FinisherInputs : public testing::TestWithParam<std::int32_t> {};
+INSTANTIATE_TEST_SUITE_P(, FinisherInputs,
+                         testing::Values(IA_FAMILY_FINISHER, IA_FAMILY_COPY_TRAY,
+                                         IA_FAMILY_FIN_TRAY));
+
+TEST_P(FinisherInputs, AreThoseThatMatter) {
+  ExpectInputsThatMatter<FinisherOptionHandler, Finishers>(GetParam(), RollFinishers,
+                                                           kFinisherChanges, AskFinisher);
 }
 
-TEST(ToldInputs, OfFinishersAreThoseThatMatter) {
-  ExpectFinisherInputs(
-      IA_FAMILY_FINISHER,
-      {NAMED(analyze_GetQVFinisherCommon), NAMED(analyze_GetQVFinisher_ASPEN),
-       NAMED(analyze_GetQVFinisher_FIR), NAMED(analyze_GetQVFinisher_BEECH),
-       NAMED(analyze_GetQVFinisher_BIRCH), NAMED(analyze_GetQVFinisher_CEDAR),
-       NAMED(analyze_GetQVFinisher_HAZEL), NAMED(analyze_GetQVFinisherMAPLE),
-       NAMED(analyze_GetQVFinisherSPRUCE), NAMED(analyze_GetQVFinisherWILLOW),
-       NAMED(analyze_GetQVFinisherSUMAC), NAMED(analyze_GetQVFinisherHICKORY),
-       NAMED(analyze_GetQVFinisherWALNUT), NAMED(analyze_GetQVFinisherSpecialIn2TrayCommon)});
+class TrayInputs : public testing::TestWithParam<std::int32_t> {};
+INSTANTIATE_TEST_SUITE_P(, TrayInputs,
+                         testing::Values(IA_FAMILY_SIDE_PAPER_DECK, IA_FAMILY_SOURCE_OPTION,
+                                         IA_FAMILY_ENVELOPE_FEEDER));
+
+TEST_P(TrayInputs, AreThoseThatMatter) {
+  ExpectInputsThatMatter<InputOptionHandler, Trays>(GetParam(), RollTrays, WithCount(kTrayChanges),
+                                                    AskTrays);
 }
 
-TEST(ToldInputs, OfCopyTraysAreThoseThatMatter) {
-  ExpectFinisherInputs(IA_FAMILY_COPY_TRAY,
-                       {NAMED(analyze_GetQVCopyTrayCommon), NAMED(analyze_GetQVCopyTray_ASPEN),
-                        NAMED(analyze_GetQVCopyTray_FIR), NAMED(analyze_GetQVCopyTray_CEDAR),
-                        NAMED(analyze_GetQVCopyTray_BEECH), NAMED(analyze_GetQVCopyTray_BIRCH),
-                        NAMED(analyze_GetQVCopyTray_HAZEL), NAMED(analyze_GetQVCopyTrayMAPLE)});
+// One more tray is one more option here, whatever it reports.
+TEST(MediaTypeInputs, AreThoseThatMatter) {
+  ExpectInputsThatMatter<InputOptionHandler, Trays>(IA_FAMILY_MEDIA_TYPE, RollTrays, kTrayChanges,
+                                                    AskTrays);
 }
 
-TEST(ToldInputs, OfFinisherTraysAreThoseThatMatter) {
-  ExpectFinisherInputs(IA_FAMILY_FIN_TRAY,
-                       {NAMED(analyze_GetQVFinTrayCommon), NAMED(analyze_GetQVFinTray_ALDER),
-                        NAMED(analyze_GetQVFinTray_ASPEN), NAMED(analyze_GetQVFinTray_FIR),
-                        NAMED(analyze_GetQVFinTray_BEECH), NAMED(analyze_GetQVFinTray_BIRCH),
-                        NAMED(analyze_GetQVFinTray_HAZEL), NAMED(analyze_GetQVFinTrayMAPLE),
-                        NAMED(analyze_GetQVFinTrayMYRTLE), NAMED(analyze_GetQVFinTrayWILLOW),
-                        NAMED(analyze_GetQVFinTraySUMAC), NAMED(analyze_GetQVFinTrayHORNBEAM)});
+TEST(PuncherInputs, AreThoseThatMatter) {
+  ExpectInputsThatMatter<FunctionStringHandler, Functions>(IA_FAMILY_PUNCHER, RollFunctions,
+                                                           kFunctionChanges, AskPunch);
 }
 
-TEST(ToldInputs, OfSidePaperDecksAreThoseThatMatter) {
-  ExpectInputInputs(
-      IA_FAMILY_SIDE_PAPER_DECK,
-      {NAMED(analyze_GetQVSidePaperDeckCommon), NAMED(analyze_GetQVSidePaperDeck_CYPRESS),
-       NAMED(analyze_GetQVSidePaperDeckOAK)},
-      WithCount(kTrayChanges));
-}
-
-TEST(ToldInputs, OfSourceOptionsAreThoseThatMatter) {
-  ExpectInputInputs(
-      IA_FAMILY_SOURCE_OPTION,
-      {NAMED(analyze_GetQVSrcOptionCommon), NAMED(analyze_GetQVSrcOptionCommonByCount),
-       NAMED(analyze_GetQVSrcOptionLAUREL), NAMED(analyze_GetQVSrcOptionMYRTLE),
-       NAMED(analyze_GetQVSrcOption_ELM), NAMED(analyze_GetQVSrcOptionOLIVE),
-       NAMED(analyze_GetQVSrcOptionSPRUCE), NAMED(analyze_GetQVSrcOption_CYPRESS),
-       NAMED(analyze_GetQVSrcOptionHOLLY), NAMED(analyze_GetQVSrcOptionOAK),
-       NAMED(analyze_GetQVSrcOptionROWAN), NAMED(analyze_GetQVSrcOptionREDWOOD)},
-      WithCount(kTrayChanges));
-}
-
-TEST(ToldInputs, OfMediaTypesAreThoseThatMatter) {
-  ExpectInputInputs(
-      IA_FAMILY_MEDIA_TYPE,
-      {NAMED(analyze_GetQVXXXMediaTypeCommon), NAMED(analyze_GetQVXXXMediaType_CYPRESS),
-       NAMED(analyze_GetQVXXXMediaTypeYEW), NAMED(analyze_GetQVXXXMediaTypeREDWOOD)},
-      kTrayChanges);
-}
-
-TEST(ToldInputs, OfTheEnvelopeFeederAreThoseThatMatter) {
-  ExpectInputInputs(IA_FAMILY_ENVELOPE_FEEDER, {NAMED(analyze_GetQVEnvelopeFeederCommon)},
-                    WithCount(kTrayChanges));
-}
-
-void ExpectFunctionInputs(std::int32_t family, const Handlers<FunctionStringHandler>& handlers,
-                          std::string (*ask)(FunctionStringHandler, const Functions&)) {
-  ExpectAllAsked(family, handlers);
-  for (const auto& [name, handler] : handlers) {
-    ExpectTold(family, name,
-               InputsThatMatter<Functions>(RollFunctions, kFunctionChanges,
-                                           [ask, handler = handler](const Functions& report) {
-                                             return ask(handler, report);
-                                           }));
-  }
-}
-
-TEST(ToldInputs, OfPunchersAreThoseThatMatter) {
-  ExpectFunctionInputs(
-      IA_FAMILY_PUNCHER,
-      {NAMED(analyze_GetPuncherOptionString), NAMED(analyze_GetPuncherOptionStringJUNIPER),
-       NAMED(analyze_GetPuncherOptionStringJUNIPER_MLT),
-       NAMED(analyze_GetPuncherOptionStringMultipleHoles)},
-      AskPunch);
-}
-
-TEST(ToldInputs, OfFinishingFunctionsAreThoseThatMatter) {
-  ExpectFunctionInputs(IA_FAMILY_FINISHING_FUNCTION,
-                       {NAMED(analyze_GetFinishingFunctionOptionStringCommon),
-                        NAMED(analyze_GetFinishingFunctionOptionString_ELM),
-                        NAMED(analyze_GetFinishingFunctionOptionStringMagnolia)},
-                       AskFunction);
+TEST(FinishingFunctionInputs, AreThoseThatMatter) {
+  ExpectInputsThatMatter<FunctionStringHandler, Functions>(
+      IA_FAMILY_FINISHING_FUNCTION, RollFunctions, kFunctionChanges, AskFunction);
 }
 
 }  // namespace

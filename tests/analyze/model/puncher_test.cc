@@ -10,6 +10,7 @@
 #include "info_analyze/model_options.h"
 #include "tests/analyze/model/function_queries.h"
 #include "tests/analyze/model/model_names.h"
+#include "tests/analyze/model/model_tables.h"
 #include "tests/info_common/named_row.h"
 
 namespace ia_test {
@@ -56,14 +57,14 @@ Answers AnswersFor(const char* model, FunctionStringHandler handler = kDispatch)
   return answers;
 }
 
-struct ModelRow {
+struct PuncherRow {
   const char* model;
   Answers answers;
 };
 
-void PrintTo(const ModelRow& row, std::ostream* out) { *out << row.model; }
+void PrintTo(const PuncherRow& row, std::ostream* out) { *out << row.model; }
 
-class PuncherModel : public testing::TestWithParam<ModelRow> {};
+class PuncherModel : public testing::TestWithParam<PuncherRow> {};
 
 TEST_P(PuncherModel, HasTheHandlerOfItsRow) {
   EXPECT_EQ(AnswersFor(GetParam().model), GetParam().answers);
@@ -94,7 +95,7 @@ TEST_P(PuncherModel, HasNoPuncherWhereTheDeviceReportsNone) {
   EXPECT_EQ(query.Ask(kDispatch), std::nullopt);
 }
 
-const ModelRow kModels[] = {
+const PuncherRow kModels[] = {
     {"RA-H2-JP", kOfJuniper},        {"RA-H2-MLT-JP", kOfJuniperMlt},
     {"RA-Z5-MLT-JP", kOfJuniperMlt}, {"RA-W8-MLT-JP", kOfJuniperMlt},
     {"RA-G5-MLT-JP", kOfJuniperMlt}, {"RA-T0-MLT-JP", kOfJuniperMlt},
@@ -103,7 +104,11 @@ const ModelRow kModels[] = {
     {"RA-J3", kOfMultipleHoles},
 };
 
-INSTANTIATE_TEST_SUITE_P(Each, PuncherModel, ValuesIn(kModels), ModelName<ModelRow>);
+INSTANTIATE_TEST_SUITE_P(Each, PuncherModel, ValuesIn(kModels), ModelName<PuncherRow>);
+
+TEST(PuncherTable, HasAnExpectationForEachRow) {
+  EXPECT_EQ(CodesOf(IA_FAMILY_PUNCHER), ModelsOf(kModels));
+}
 
 TEST(PuncherDispatch, SearchesForOtherModels) {
   for (const char* model : {"", "R", "RA-H2", "RA-Z5", "RA-J", "RA-J4", "RA-H2-MLT", "RC-T7"}) {
@@ -128,7 +133,7 @@ TEST(PuncherDispatch, IsNotRepeatedByHandlers) {
 
 TEST(PuncherDispatch, IsReachedThroughTheGetter) {
   EXPECT_EQ(zGetPuncherOptionString(nullptr), nullptr);
-  for (const ModelRow& row : kModels) {
+  for (const PuncherRow& row : kModels) {
     EXPECT_EQ(AnswersFor(row.model,
                          [](const FunctionQuery* query) { return zGetPuncherOptionString(query); }),
               row.answers)

@@ -3,9 +3,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <set>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -18,30 +21,71 @@ namespace {
 using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
-using testing::Not;
 
-std::vector<const UpdateSource*> Updates() {
-  std::vector<const UpdateSource*> updates;
-  while (const UpdateSource* const update =
-             Analyze_Provenance_GetUpdate(static_cast<std::int32_t>(updates.size()))) {
+std::vector<UpdateSource> Updates() {
+  std::vector<UpdateSource> updates;
+  UpdateSource update = {};
+  while (Analyze_Provenance_GetUpdate(static_cast<std::int32_t>(updates.size()), &update,
+                                      sizeof update) != 0) {
     updates.push_back(update);
   }
   return updates;
 }
 
-// "Document/key" of each input of a set; keys of the PPD without a document.
-std::set<std::string> NamesOf(std::uint64_t inputs) {
+std::vector<InputKey> Inputs() {
+  std::vector<InputKey> inputs;
+  InputKey input = {};
+  while (Analyze_Provenance_GetInput(static_cast<std::int32_t>(inputs.size()), &input,
+                                     sizeof input) != 0) {
+    inputs.push_back(input);
+  }
+  return inputs;
+}
+
+// An option, with the numbers by which it is known.
+struct Option : OptionSource {
+  std::int32_t update;
+  std::int32_t number;
+};
+
+std::vector<Option> OptionsOf(std::int32_t update) {
+  std::vector<Option> options;
+  Option option = {};
+  option.update = update;
+  while (Analyze_Provenance_GetOption(update, option.number, &option, sizeof(OptionSource)) != 0) {
+    options.push_back(option);
+    ++option.number;
+  }
+  return options;
+}
+
+std::vector<Option> AllOptions() {
+  std::vector<Option> all;
+  for (std::int32_t i = 0; i < static_cast<std::int32_t>(Updates().size()); ++i) {
+    for (const Option& option : OptionsOf(i)) all.push_back(option);
+  }
+  return all;
+}
+
+std::vector<std::int32_t> InputNumbersOf(const Option& option) {
+  std::vector<std::int32_t> numbers;
+  for (std::int32_t i = 0; i < option.input_count; ++i) {
+    numbers.push_back(Analyze_Provenance_GetOptionInput(option.update, option.number, i));
+  }
+  return numbers;
+}
+
+// "Document/key" of each input of an option; keys of the PPD without a document.
+std::set<std::string> NamesOfInputs(const Option& option) {
   static const std::vector<std::string> documents = {
       "Accessories", "Functions",   "Specid",        "Finisher_list", "Bin_list",
       "Tray_list",   "Resolutions", "Fax_line_list", "Devicename"};
   std::set<std::string> names;
-  for (std::int32_t i = 0; i < 64; ++i) {
-    if ((inputs >> i & 1) == 0) continue;
-    const InputKey* const input = Analyze_Provenance_GetInput(i);
-    if (input == nullptr) return {"an input that there is not"};
-    names.insert(input->document == IA_INPUT_OF_PPD
-                     ? input->key
-                     : documents[static_cast<std::size_t>(input->document)] + "/" + input->key);
+  for (const std::int32_t number : InputNumbersOf(option)) {
+    const InputKey input = Inputs().at(static_cast<std::size_t>(number));
+    names.insert(input.document == IA_INPUT_OF_PPD
+                     ? input.key
+                     : documents[static_cast<std::size_t>(input.document)] + "/" + input.key);
   }
   return names;
 }
@@ -86,11 +130,10 @@ const std::vector<UpdateCase> kUpdates = {
      {"QVFinisher", "QVCopyTray", "QVFinTray"}},
 };
 
-std::vector<std::string> KeywordsOf(const UpdateSource& update) {
+std::vector<std::string> KeywordsOf(std::int32_t update) {
   std::vector<std::string> keywords;
-  for (std::int32_t i = 0; i < update.option_count; ++i) {
-    const char* const keyword = update.options[i].keyword;
-    keywords.emplace_back(keyword != nullptr ? keyword : "(media types)");
+  for (const Option& option : OptionsOf(update)) {
+    keywords.emplace_back(option.keyword != nullptr ? option.keyword : "(media types)");
   }
   return keywords;
 }
@@ -99,25 +142,59 @@ TEST(ProvenanceOfUpdates, NamesThemInTheirOrderWithGuardsAndOptions) {
   const auto updates = Updates();
   ASSERT_EQ(updates.size(), kUpdates.size());
   for (std::size_t i = 0; i < updates.size(); ++i) {
-    EXPECT_STREQ(updates[i]->name, kUpdates[i].name);
-    EXPECT_EQ(updates[i]->guard, kUpdates[i].guard) << kUpdates[i].name;
-    EXPECT_EQ(KeywordsOf(*updates[i]), kUpdates[i].keywords) << kUpdates[i].name;
+    EXPECT_STREQ(updates[i].name, kUpdates[i].name);
+    EXPECT_EQ(updates[i].guard, kUpdates[i].guard) << kUpdates[i].name;
+    EXPECT_EQ(KeywordsOf(static_cast<std::int32_t>(i)), kUpdates[i].keywords) << kUpdates[i].name;
+    EXPECT_EQ(updates[i].option_count, static_cast<std::int32_t>(kUpdates[i].keywords.size()));
   }
 }
 
-TEST(ProvenanceOfUpdates, EndsOutOfRange) {
-  EXPECT_EQ(Analyze_Provenance_GetUpdate(-1), nullptr);
-  EXPECT_EQ(Analyze_Provenance_GetUpdate(static_cast<std::int32_t>(kUpdates.size())), nullptr);
-  EXPECT_EQ(Analyze_Provenance_GetUpdate(INT32_MAX), nullptr);
-  EXPECT_EQ(Analyze_Provenance_GetUpdate(INT32_MIN), nullptr);
+constexpr std::int32_t kNoNumbers[] = {-1, INT32_MAX, INT32_MIN};
+
+TEST(ProvenanceOfUpdates, EndOutOfRange) {
+  const auto end = static_cast<std::int32_t>(Updates().size());
+  UpdateSource update = {.name = "kept", .guard = 7, .option_count = 9};
+  for (const std::int32_t number : {-1, end, INT32_MAX, INT32_MIN}) {
+    EXPECT_EQ(Analyze_Provenance_GetUpdate(number, &update, sizeof update), 0) << number;
+  }
+  EXPECT_STREQ(update.name, "kept");
+  EXPECT_EQ(update.option_count, 9);
+  EXPECT_EQ(Analyze_Provenance_GetUpdate(0, nullptr, sizeof update), 0);
 }
 
-const OptionSource& FindOption(const std::string& keyword) {
-  for (const UpdateSource* const update : Updates()) {
-    for (std::int32_t i = 0; i < update->option_count; ++i) {
-      const OptionSource& option = update->options[i];
-      if (option.keyword != nullptr && option.keyword == keyword) return option;
+TEST(ProvenanceOfOptions, EndOutOfRange) {
+  const auto end = static_cast<std::int32_t>(Updates().size());
+  OptionSource option = {};
+  option.keyword = "kept";
+  const auto expect_none = [&](std::int32_t update, std::int32_t number) {
+    EXPECT_EQ(Analyze_Provenance_GetOption(update, number, &option, sizeof option), 0)
+        << update << " " << number;
+    EXPECT_EQ(Analyze_Provenance_GetOptionInput(update, number, 0), IA_NO_INPUT)
+        << update << " " << number;
+  };
+  for (const std::int32_t update : {-1, end, INT32_MAX, INT32_MIN}) expect_none(update, 0);
+  for (std::int32_t update = 0; update < end; ++update) {
+    expect_none(update, static_cast<std::int32_t>(OptionsOf(update).size()));
+    for (const std::int32_t number : kNoNumbers) expect_none(update, number);
+  }
+  EXPECT_STREQ(option.keyword, "kept");
+  EXPECT_EQ(Analyze_Provenance_GetOption(0, 0, nullptr, sizeof option), 0);
+}
+
+TEST(ProvenanceOfOptions, InputsRiseAndEndWithTheirCount) {
+  for (const Option& option : AllOptions()) {
+    const std::vector<std::int32_t> inputs = InputNumbersOf(option);
+    EXPECT_TRUE(std::ranges::is_sorted(inputs, std::ranges::less_equal())) << option.keyword;
+    for (const std::int32_t index : {-1, option.input_count, INT32_MAX, INT32_MIN}) {
+      EXPECT_EQ(Analyze_Provenance_GetOptionInput(option.update, option.number, index),
+                IA_NO_INPUT);
     }
+  }
+}
+
+Option FindOption(const std::string& keyword) {
+  for (const Option& option : AllOptions()) {
+    if (option.keyword != nullptr && option.keyword == keyword) return option;
   }
   throw std::invalid_argument(keyword);
 }
@@ -132,10 +209,10 @@ void PrintTo(const OptionCase& option, std::ostream* out) { *out << option.keywo
 
 class ProvenanceOfOption : public testing::TestWithParam<OptionCase> {};
 
-TEST_P(ProvenanceOfOption, TellsDefaultAndInputs) {
-  const OptionSource& option = FindOption(GetParam().keyword);
+TEST_P(ProvenanceOfOption, HasDefaultAndInputs) {
+  const Option option = FindOption(GetParam().keyword);
   EXPECT_STREQ(option.default_value, GetParam().default_value);
-  EXPECT_EQ(NamesOf(option.inputs), GetParam().inputs);
+  EXPECT_EQ(NamesOfInputs(option), GetParam().inputs);
   EXPECT_EQ(option.family, IA_FAMILY_NONE);
 }
 
@@ -194,38 +271,45 @@ TEST(ProvenanceOfOptions, ThoseOfAFamilyLookAtTheModelCodeBesideTheirHandler) {
   };
   for (const auto& [keyword, family] : families) {
     EXPECT_EQ(FindOption(keyword).family, family) << keyword;
-    EXPECT_THAT(NamesOf(FindOption(keyword).inputs), ElementsAre("QVAnlz_DriverName")) << keyword;
+    EXPECT_THAT(NamesOfInputs(FindOption(keyword)), ElementsAre("QVAnlz_DriverName")) << keyword;
   }
 }
 
-// A raw value is read under the key that the option tells.
+// A raw value is read under a key that the option depends on.
 TEST(ProvenanceOfOptions, ValueInputIsOneOfTheInputs) {
-  for (const UpdateSource* const update : Updates()) {
-    for (std::int32_t i = 0; i < update->option_count; ++i) {
-      const OptionSource& option = update->options[i];
-      if (option.value_input == IA_NO_INPUT) continue;
-      EXPECT_NE(option.inputs >> option.value_input & 1, 0U) << option.keyword;
-    }
+  for (const Option& option : AllOptions()) {
+    if (option.value_input == IA_NO_INPUT) continue;
+    EXPECT_THAT(InputNumbersOf(option), Contains(option.value_input)) << option.keyword;
   }
 }
 
 // Inputs -----------------------------------------------------------------------------------------
 
-TEST(ProvenanceOfInputs, EndsOutOfRange) {
-  std::int32_t count = 0;
-  while (Analyze_Provenance_GetInput(count) != nullptr) ++count;
-  EXPECT_EQ(count, 42);
-  EXPECT_EQ(Analyze_Provenance_GetInput(-1), nullptr);
-  EXPECT_EQ(Analyze_Provenance_GetInput(INT32_MAX), nullptr);
-  EXPECT_EQ(Analyze_Provenance_GetInput(INT32_MIN), nullptr);
+TEST(ProvenanceOfInputs, EndOutOfRange) {
+  const auto end = static_cast<std::int32_t>(Inputs().size());
+  InputKey input = {.document = 7, .in_list = 7, .type = 7, .key = "kept"};
+  for (const std::int32_t number : {-1, end, INT32_MAX, INT32_MIN}) {
+    EXPECT_EQ(Analyze_Provenance_GetInput(number, &input, sizeof input), 0) << number;
+  }
+  EXPECT_STREQ(input.key, "kept");
+  EXPECT_EQ(Analyze_Provenance_GetInput(0, nullptr, sizeof input), 0);
+}
+
+// Numbers of inputs are public, so they stay.
+TEST(ProvenanceOfInputs, KeepTheirNumbers) {
+  const std::vector<InputKey> inputs = Inputs();
+  ASSERT_GE(inputs.size(), 42U);
+  EXPECT_STREQ(inputs[0].key, "hd");
+  EXPECT_STREQ(inputs[34].key, "QVAnlz_DriverName");
+  EXPECT_STREQ(inputs[41].key, "QVValueListPlatformVersion");
 }
 
 TEST(ProvenanceOfInputs, AreKeysOfItemsInTheFourListsAlone) {
   const std::set<std::int32_t> lists = {IA_DOCUMENT_FINISHER_LIST, IA_DOCUMENT_BIN_LIST,
                                         IA_DOCUMENT_TRAY_LIST, IA_DOCUMENT_FAX_LINE_LIST};
-  for (std::int32_t i = 0; const InputKey* const input = Analyze_Provenance_GetInput(i); ++i) {
-    const bool is_count = input->type == IA_KEY_DICTIONARY;
-    EXPECT_EQ(input->in_list != 0, lists.count(input->document) != 0 && !is_count) << input->key;
+  for (const InputKey& input : Inputs()) {
+    const bool is_count = input.type == IA_KEY_DICTIONARY;
+    EXPECT_EQ(input.in_list != 0, lists.count(input.document) != 0 && !is_count) << input.key;
   }
 }
 

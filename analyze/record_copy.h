@@ -1,0 +1,29 @@
+// Records of the interface that may grow: each caller names the size of the record that it knows.
+#ifndef ANALYZE_RECORD_COPY_H_
+#define ANALYZE_RECORD_COPY_H_
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+namespace ia {
+
+// Copies a record up to its last field into the caller's, which has `size` bytes. A caller that
+// knows more fields gets zeros in them, also in one that takes the place of today's tail padding.
+// Returns 1, or 0 for a null target.
+template <class Record, class LastField>
+[[nodiscard]] std::int32_t CopyRecord(const Record& record, const LastField& last_field,
+                                      Record* target, std::size_t size) noexcept {
+  if (target == nullptr) return 0;
+  const auto* const begin = reinterpret_cast<const char*>(&record);
+  const auto end = static_cast<std::size_t>(reinterpret_cast<const char*>(&last_field + 1) - begin);
+  const std::size_t known = std::min(size, end);
+  std::memcpy(target, begin, known);
+  std::memset(reinterpret_cast<char*>(target) + known, 0, size - known);
+  return 1;
+}
+
+}  // namespace ia
+
+#endif  // ANALYZE_RECORD_COPY_H_
