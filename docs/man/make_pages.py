@@ -71,7 +71,7 @@ class Text:
         self.brief = sentences(plain(element.find("briefdescription")))
         for para in element.find("detaileddescription"):
             lines = self.read_para(para)
-            if self.details and lines and lines[0] != ".Pp":
+            if self.details and lines and not lines[0].startswith((".Pp", ".Bd")):
                 self.details.append(".Pp")
             self.details += lines
 

@@ -14,14 +14,14 @@ BRACKETS = re.compile(r"\[(`[^\]\[]*`)\]")  # not the words of a link, which are
 def has_test(name, sources):
     """A gate is a script of its name; another test has its suite or its name in a source."""
     if name.startswith("abi."):
-        return any(path.name == f"{name.removeprefix('abi.')}.sh" for path in sources)
+        return any(path.stem == name.removeprefix("abi.") for path in sources)
     return all(any(re.search(rf"\b{part}\b", text) for text in sources.values())
                for part in name.split("."))
 
 
 def main(folder, *pages):
     sources = {path: path.read_text() for path in Path(folder, "tests").rglob("*")
-               if path.suffix in (".cc", ".sh") or path.name == "CMakeLists.txt"}
+               if path.suffix in (".cc", ".sh", ".py") or path.name == "CMakeLists.txt"}
     named = {name for page in pages for group in BRACKETS.findall(Path(page).read_text())
              for name in re.findall(r"`([\w.]+)`", group)}
     missing = sorted(name for name in named if not has_test(name, sources))

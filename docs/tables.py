@@ -1,0 +1,70 @@
+#!/usr/bin/env python3
+"""Renews what the documents say about the model tables: docs/models.md, and the model codes after
+each handler in the manual page on decisions. With --check it reports what is out of date instead.
+
+usage: tables.py [--check] TOOL SOURCE_FOLDER"""
+
+import difflib
+import json
+import re
+import subprocess
+import sys
+import textwrap
+from pathlib import Path
+
+HEADING = re.compile(r"^\.It Sy (analyze_\w+) Pq (?:.*\\\n)*.*$", re.MULTILINE)
+
+
+def models(tool, output_format):
+    return subprocess.run([tool, "models", "--format", output_format], check=True, text=True,
+                          stdout=subprocess.PIPE).stdout
+
+
+def codes_of_handlers(tool):
+    """The model codes that select each handler, in the order of the tables."""
+    codes = {}
+    for family in json.loads(models(tool, "json"))["families"]:
+        others = [row["handler"] for row in family["rows"] if row["code"] is None]
+        for row in family["rows"]:
+            if row["handler"] in others:
+                codes[row["handler"]] = ["all others"]
+            elif row["handler"]:
+                codes.setdefault(row["handler"], []).append(row["code"])
+    return codes
+
+
+def heading(handler, codes):
+    line = f".It Sy {handler} Pq {', '.join(codes)}"
+    return " \\\n".join(textwrap.wrap(line, 98, break_on_hyphens=False))
+
+
+def renewed_page(text, codes):
+    missing = sorted(set(re.findall(HEADING, text)) - set(codes))
+    if missing:
+        sys.exit(f"the page on decisions has codes after {', '.join(missing)}, which no row names")
+    return HEADING.sub(lambda match: heading(match[1], codes[match[1]]), text)
+
+
+def main(arguments):
+    check = "--check" in arguments
+    tool, source = [argument for argument in arguments if argument != "--check"]
+    page = Path(source, "docs/man/info-analyze-decisions.7")
+    documents = {
+        Path(source, "docs/models.md"): models(tool, "markdown"),
+        page: renewed_page(page.read_text(), codes_of_handlers(tool)),
+    }
+    stale = {path: text for path, text in documents.items() if path.read_text() != text}
+    for path, text in stale.items():
+        if check:
+            print(*difflib.unified_diff(path.read_text().splitlines(), text.splitlines(), str(path),
+                                        "the tables", lineterm="", n=0), sep="\n")
+        else:
+            path.write_text(text)
+            print(f"renewed {path}")
+    print(f"{len(documents) - len(stale)} of {len(documents)} documents agree with the tables")
+    if check and stale:
+        sys.exit("./dev docs renews them")
+
+
+if __name__ == "__main__":
+    main(sys.argv[1:])
