@@ -22,7 +22,7 @@ enum class Input : std::int32_t {
 
 inline constexpr auto kInputs = std::to_array<InputKey>({
 #define IA_INPUT(name, document_of, is_in_list, type_of, key_of) \
-  {.document = document_of, .in_list = is_in_list, .type = type_of, .key = key_of},
+  {.document = (document_of), .in_list = (is_in_list), .type = (type_of), .key = (key_of)},
 #include "analyze/inputs.inc"
 #undef IA_INPUT
 });

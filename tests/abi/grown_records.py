@@ -15,7 +15,7 @@ VALUES = '.planted = "planted", .planted_number = 7'
 
 # For each record the field in its declaration, the source that fills it, and the last field there.
 RECORDS = (
-    ("} InputKey;", "analyze/inputs.h", ".key = key_of}", ".key = key_of, %s}",
+    ("} InputKey;", "analyze/inputs.h", ".key = (key_of)}", ".key = (key_of), %s}",
      "analyze/inputs.cc", "found.key,", "found.planted_number,"),
     ("} OptionSource;", "analyze/query/printer_query.cc", ".input_count = found->inputs.Count()}",
      ".input_count = found->inputs.Count(), %s}",

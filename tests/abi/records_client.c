@@ -45,8 +45,8 @@ static void print_inputs(void) {
 static void print_options(int32_t update) {
   GUARDED(OptionSource) option;
   memset(&option, kGuard, sizeof option);
-  for (int32_t i = 0;
-       Analyze_Provenance_GetOption(update, i, &option.record, sizeof option.record); ++i) {
+  for (int32_t i = 0; Analyze_Provenance_GetOption(update, i, &option.record, sizeof option.record);
+       ++i) {
     printf("  option %d: %s %d %s %d %d inputs", i, shown(option.record.keyword),
            option.record.getter != NULL, option.record.default_value, option.record.family,
            option.record.value_input);
