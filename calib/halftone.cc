@@ -18,24 +18,25 @@ struct HalftoneEntry {
   std::uint32_t type;
 };
 
+// clang-format off
 constexpr auto kHalftones = std::to_array<HalftoneEntry>({
-    {"None", "", "", IA_HALFTONE_NONE},
-    {"resolution", "", "", IA_HALFTONE_RESOLUTION},
-    {"highresolution", "", "", IA_HALFTONE_HIGH_RESOLUTION},
-    {"gradation", "", "", IA_HALFTONE_GRADATION},
-    {"colortone", "", "", IA_HALFTONE_COLOR_TONE},
-    {"errdiffusion", "", "", IA_HALFTONE_ERROR_DIFFUSION},
-    {"pattern1", "QVCHTPattern1", "QVHTPattern1", IA_HALFTONE_NONE},
-    {"pattern2", "QVCHTPattern2", "QVHTPattern2", IA_HALFTONE_NONE},
-    {"pattern3", "QVCHTPattern3", "QVHTPattern3", IA_HALFTONE_NONE},
-    {"pattern4", "QVCHTPattern4", "QVHTPattern4", IA_HALFTONE_NONE},
-    {"pattern5", "QVCHTPattern5", "QVHTPattern5", IA_HALFTONE_NONE},
-    {"pattern6", "QVCHTPattern6", "QVHTPattern6", IA_HALFTONE_NONE},
-    {"pattern7", "QVCHTPattern7", "QVHTPattern7", IA_HALFTONE_NONE},
-    {"pattern8", "QVCHTPattern8", "QVHTPattern8", IA_HALFTONE_NONE},
-    {"pattern9", "QVCHTPattern9", "QVHTPattern9", IA_HALFTONE_NONE},
+    {.name = "None", .color_pattern = "", .mono_pattern = "", .type = IA_HALFTONE_NONE},
+    {.name = "resolution", .color_pattern = "", .mono_pattern = "", .type = IA_HALFTONE_RESOLUTION},
+    {.name = "highresolution", .color_pattern = "", .mono_pattern = "", .type = IA_HALFTONE_HIGH_RESOLUTION},
+    {.name = "gradation", .color_pattern = "", .mono_pattern = "", .type = IA_HALFTONE_GRADATION},
+    {.name = "colortone", .color_pattern = "", .mono_pattern = "", .type = IA_HALFTONE_COLOR_TONE},
+    {.name = "errdiffusion", .color_pattern = "", .mono_pattern = "", .type = IA_HALFTONE_ERROR_DIFFUSION},
+    {.name = "pattern1", .color_pattern = "QVCHTPattern1", .mono_pattern = "QVHTPattern1", .type = IA_HALFTONE_NONE},
+    {.name = "pattern2", .color_pattern = "QVCHTPattern2", .mono_pattern = "QVHTPattern2", .type = IA_HALFTONE_NONE},
+    {.name = "pattern3", .color_pattern = "QVCHTPattern3", .mono_pattern = "QVHTPattern3", .type = IA_HALFTONE_NONE},
+    {.name = "pattern4", .color_pattern = "QVCHTPattern4", .mono_pattern = "QVHTPattern4", .type = IA_HALFTONE_NONE},
+    {.name = "pattern5", .color_pattern = "QVCHTPattern5", .mono_pattern = "QVHTPattern5", .type = IA_HALFTONE_NONE},
+    {.name = "pattern6", .color_pattern = "QVCHTPattern6", .mono_pattern = "QVHTPattern6", .type = IA_HALFTONE_NONE},
+    {.name = "pattern7", .color_pattern = "QVCHTPattern7", .mono_pattern = "QVHTPattern7", .type = IA_HALFTONE_NONE},
+    {.name = "pattern8", .color_pattern = "QVCHTPattern8", .mono_pattern = "QVHTPattern8", .type = IA_HALFTONE_NONE},
+    {.name = "pattern9", .color_pattern = "QVCHTPattern9", .mono_pattern = "QVHTPattern9", .type = IA_HALFTONE_NONE},
 });
-static_assert(kHalftones.size() == 15);
+// clang-format on
 
 // Indexed by halftone type and by density characteristic.
 constexpr std::array<std::uint32_t, 6> kBidiCodes = {

@@ -20,27 +20,23 @@ constexpr auto kEndpoints = std::to_array<Endpoint>({
 });
 
 // "ps" begins "ps2" and "psmf", as their folders do, so these three rows want the whole text.
+// clang-format off
 constexpr auto kFamilies = std::to_array<DriverFamily>({
-    {"zeta6", "/Library/Printers/Vorel/CUPSZETA6", Match::kPrefix, "/Vorel/CUPSZETA6", 59788,
-     59688},
-    {"tau2", "/Library/Printers/Vorel/CUPSTAU2", Match::kPrefix, "/Vorel/CUPSTAU2", 59789, 59689},
-    {"kappa2", "/Library/Printers/Vorel/CUPSKAPPA2", Match::kPrefix, "/Vorel/CUPSKAPPA2", 59790,
-     59690},
-    {"ps", "/Library/Printers/Vorel/CUPSPS", Match::kExact, "/Vorel/CUPSPS", 59791, 59691},
-    {"ps2", "/Library/Printers/Vorel/CUPSPS2", Match::kExact, "/Vorel/CUPSPS2", 59794, 59694},
-    {"psmf", "/Library/Printers/Vorel/CUPSPSMF", Match::kExact, "/Vorel/CUPSPSMF", 0, 0},
-    {"fax", "/Library/Printers/Vorel/CUPSFAX", Match::kPrefix, "/Vorel/CUPSFAX", 59792, 59692},
-    {"delta", "/Library/Printers/Vorel/CUPSDELTA", Match::kPrefix, "/Vorel/CUPSDELTA", 59793,
-     59693},
-    {"", "/Library/Printers/Vorel/CUPSSIGMA", Match::kPrefix, "/Vorel/CUPSSIGMA", 59787, 59687},
-    {"omega", "/Library/Printers/Vorel/CUPSOMEGA", Match::kPrefix, "/Vorel/CUPSOMEGA", 0, 0},
-    {"mf_printer", "/Library/Printers/Vorel/CUPS_MF_Printer", Match::kPrefix,
-     "/Vorel/CUPS_MF_Printer", 0, 0},
-    {"printer", "/Library/Printers/Vorel/CUPS_Printer", Match::kPrefix, "/Vorel/CUPS_Printer", 0,
-     0},
-    {"sfp", "/usr/lib/Vorel/CUPS_SFP", Match::kPrefix, "", 0, 0},
+    {.pdl_type = "zeta6", .folder = "/Library/Printers/Vorel/CUPSZETA6", .match = Match::kPrefix, .suffix = "/Vorel/CUPSZETA6", .port = 59788, .data_port = 59688},
+    {.pdl_type = "tau2", .folder = "/Library/Printers/Vorel/CUPSTAU2", .match = Match::kPrefix, .suffix = "/Vorel/CUPSTAU2", .port = 59789, .data_port = 59689},
+    {.pdl_type = "kappa2", .folder = "/Library/Printers/Vorel/CUPSKAPPA2", .match = Match::kPrefix, .suffix = "/Vorel/CUPSKAPPA2", .port = 59790, .data_port = 59690},
+    {.pdl_type = "ps", .folder = "/Library/Printers/Vorel/CUPSPS", .match = Match::kExact, .suffix = "/Vorel/CUPSPS", .port = 59791, .data_port = 59691},
+    {.pdl_type = "ps2", .folder = "/Library/Printers/Vorel/CUPSPS2", .match = Match::kExact, .suffix = "/Vorel/CUPSPS2", .port = 59794, .data_port = 59694},
+    {.pdl_type = "psmf", .folder = "/Library/Printers/Vorel/CUPSPSMF", .match = Match::kExact, .suffix = "/Vorel/CUPSPSMF", .port = 0, .data_port = 0},
+    {.pdl_type = "fax", .folder = "/Library/Printers/Vorel/CUPSFAX", .match = Match::kPrefix, .suffix = "/Vorel/CUPSFAX", .port = 59792, .data_port = 59692},
+    {.pdl_type = "delta", .folder = "/Library/Printers/Vorel/CUPSDELTA", .match = Match::kPrefix, .suffix = "/Vorel/CUPSDELTA", .port = 59793, .data_port = 59693},
+    {.pdl_type = "", .folder = "/Library/Printers/Vorel/CUPSSIGMA", .match = Match::kPrefix, .suffix = "/Vorel/CUPSSIGMA", .port = 59787, .data_port = 59687},
+    {.pdl_type = "omega", .folder = "/Library/Printers/Vorel/CUPSOMEGA", .match = Match::kPrefix, .suffix = "/Vorel/CUPSOMEGA", .port = 0, .data_port = 0},
+    {.pdl_type = "mf_printer", .folder = "/Library/Printers/Vorel/CUPS_MF_Printer", .match = Match::kPrefix, .suffix = "/Vorel/CUPS_MF_Printer", .port = 0, .data_port = 0},
+    {.pdl_type = "printer", .folder = "/Library/Printers/Vorel/CUPS_Printer", .match = Match::kPrefix, .suffix = "/Vorel/CUPS_Printer", .port = 0, .data_port = 0},
+    {.pdl_type = "sfp", .folder = "/usr/lib/Vorel/CUPS_SFP", .match = Match::kPrefix, .suffix = "", .port = 0, .data_port = 0},
 });
-static_assert(kEndpoints.size() == 6 && kFamilies.size() == 13);
+// clang-format on
 
 bool Matches(std::string_view text, std::string_view entry, Match match) noexcept {
   return match == Match::kExact ? text == entry : text.starts_with(entry);

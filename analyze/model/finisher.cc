@@ -102,6 +102,11 @@ constexpr auto kMaple = std::to_array<AccessoryBinRule>({{2, "Vorel Inner 2Way T
 
 }  // namespace
 
+constexpr InputList kNamesAndAliases = {Input::kFinisherName, Input::kBinAlias,
+                                        Input::kFinisherNameFlags};
+constexpr InputList kNamesBinsAndAliases = {Input::kFinisherName, Input::kFinisherBins,
+                                            Input::kBinAlias, Input::kFinisherNameFlags};
+
 constinit const FinisherHandler kFinisherCommon{
     IA_EXPORTED(analyze_GetQVFinisherCommon),
     .inputs = {Input::kFinisherName, Input::kFinisherNameFlags},
@@ -110,80 +115,73 @@ constinit const FinisherHandler kFinisherCommon{
 
 constinit const FinisherHandler kFinisherSpecialIn2TrayCommon{
     IA_EXPORTED(analyze_GetQVFinisherSpecialIn2TrayCommon),
-    .inputs = {Input::kFinisherName, Input::kBinAlias, Input::kFinisherNameFlags},
+    .inputs = kNamesAndAliases,
     .rule = SetValue<In2Tray>,
 };
 
 constinit const FinisherHandler kFinisherAspen{
     IA_EXPORTED(analyze_GetQVFinisher_ASPEN),
-    .inputs = {Input::kFinisherName, Input::kFinisherBins, Input::kBinAlias,
-               Input::kFinisherNameFlags},
+    .inputs = kNamesBinsAndAliases,
     .rule = SetValue<ByInnerBins<kAspen>>,
 };
 
 constinit const FinisherHandler kFinisherFir{
     IA_EXPORTED(analyze_GetQVFinisher_FIR),
-    .inputs = {Input::kFinisherName, Input::kFinisherBins, Input::kBinAlias,
-               Input::kFinisherNameFlags},
+    .inputs = kNamesBinsAndAliases,
     .rule = SetValue<ByInnerBins<kFir>>,
 };
 
 constinit const FinisherHandler kFinisherBeech{
     IA_EXPORTED(analyze_GetQVFinisher_BEECH),
-    .inputs = {Input::kFinisherName, Input::kFinisherBins, Input::kBinAlias,
-               Input::kFinisherNameFlags},
+    .inputs = kNamesBinsAndAliases,
     .rule = SetValue<ByInnerBins<kBeech>>,
 };
 
 constinit const FinisherHandler kFinisherBirch{
     IA_EXPORTED(analyze_GetQVFinisher_BIRCH),
-    .inputs = {Input::kFinisherName, Input::kFinisherBins, Input::kBinAlias,
-               Input::kFinisherNameFlags},
+    .inputs = kNamesBinsAndAliases,
     .rule = SetValue<NoneOrByInnerBins<kBirch>>,
 };
 
 constinit const FinisherHandler kFinisherCedar{
     IA_EXPORTED(analyze_GetQVFinisher_CEDAR),
-    .inputs = {Input::kFinisherName, Input::kFinisherBins, Input::kBinAlias,
-               Input::kFinisherNameFlags},
+    .inputs = kNamesBinsAndAliases,
     .rule = SetValue<NoneOrByInnerBins<kCedarHazel>>,
 };
 
 constinit const FinisherHandler kFinisherHazel{
     IA_EXPORTED(analyze_GetQVFinisher_HAZEL),
-    .inputs = {Input::kFinisherName, Input::kFinisherBins, Input::kBinAlias,
-               Input::kFinisherNameFlags},
+    .inputs = kNamesBinsAndAliases,
     .rule = SetValue<NoneOrByInnerBins<kCedarHazel>>,
 };
 
 constinit const FinisherHandler kFinisherMaple{
     IA_EXPORTED(analyze_GetQVFinisherMAPLE),
-    .inputs = {Input::kFinisherName, Input::kFinisherBins, Input::kBinAlias,
-               Input::kFinisherNameFlags},
+    .inputs = kNamesBinsAndAliases,
     .rule = SetValue<NoneOrByInnerBins<kMaple>>,
 };
 
 constinit const FinisherHandler kFinisherSpruce{
     IA_EXPORTED(analyze_GetQVFinisherSPRUCE),
-    .inputs = {Input::kFinisherName, Input::kBinAlias, Input::kFinisherNameFlags},
+    .inputs = kNamesAndAliases,
     .rule = SetValue<In2TrayF1>,
 };
 
 constinit const FinisherHandler kFinisherWillow{
     IA_EXPORTED(analyze_GetQVFinisherWILLOW),
-    .inputs = {Input::kFinisherName, Input::kBinAlias, Input::kFinisherNameFlags},
+    .inputs = kNamesAndAliases,
     .rule = SetValue<In2TrayF1OfTwoBins>,
 };
 
 constinit const FinisherHandler kFinisherSumac{
     IA_EXPORTED(analyze_GetQVFinisherSUMAC),
-    .inputs = {Input::kFinisherName, Input::kBinAlias, Input::kFinisherNameFlags},
+    .inputs = kNamesAndAliases,
     .rule = SetValue<In2TrayN1>,
 };
 
 constinit const FinisherHandler kFinisherHickory{
     IA_EXPORTED(analyze_GetQVFinisherHICKORY),
-    .inputs = {Input::kFinisherName, Input::kBinAlias, Input::kFinisherNameFlags},
+    .inputs = kNamesAndAliases,
     .rule = SetValue<In2TrayN1>,
 };
 
