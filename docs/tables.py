@@ -12,7 +12,7 @@ import sys
 import textwrap
 from pathlib import Path
 
-HEADING = re.compile(r"^\.It Sy (analyze_\w+) Pq (?:.*\\\n)*.*$", re.MULTILINE)
+HEADING = re.compile(r"^\.It Sy (analyze_\w+) Pq(?: (?:.*\\\n)*.*)?$", re.MULTILINE)
 
 
 def models(tool, output_format):
@@ -41,7 +41,8 @@ def heading(handler, codes):
 def renewed_page(text, codes):
     missing = sorted(set(re.findall(HEADING, text)) - set(codes))
     if missing:
-        sys.exit(f"the page on decisions has codes after {', '.join(missing)}, which no row names")
+        sys.exit(f"no row of a model table names {', '.join(missing)}: add the row first, or remove Pq "
+                 "and the codes from its heading in the page on decisions")
     return HEADING.sub(lambda match: heading(match[1], codes[match[1]]), text)
 
 
@@ -61,9 +62,9 @@ def main(arguments):
         else:
             path.write_text(text)
             print(f"renewed {path}")
-    print(f"{len(documents) - len(stale)} of {len(documents)} documents agree with the tables")
     if check and stale:
         sys.exit("./dev docs renews them")
+    print(f"{len(documents)} documents agree with the tables")
 
 
 if __name__ == "__main__":

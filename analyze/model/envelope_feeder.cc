@@ -26,6 +26,6 @@ constinit const InputHandler kEnvelopeFeederCommon{
 int32_t analyze_GetQVEnvelopeFeederCommon(AnalyzeContext* context, const TrayEntry* trays,
                                           int32_t tray_count, int32_t extra_tray_count,
                                           OptionSetter* rows, int32_t* row_count) noexcept {
-  return ia::kEnvelopeFeederCommon.rule(
-      {context, trays, tray_count, extra_tray_count, rows, row_count});
+  return ia::Apply(ia::kEnvelopeFeederCommon,
+                   {context, trays, tray_count, extra_tray_count, rows, row_count});
 }

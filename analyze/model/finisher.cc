@@ -224,8 +224,8 @@ int32_t analyze_GetQVFinisherSpecialIn2TrayCommon(AnalyzeContext* context,
                                                   const FinisherEntry* finishers,
                                                   int32_t finisher_count, const int32_t* aliases,
                                                   int32_t alias_count, OptionSetter* row) noexcept {
-  return ia::kFinisherSpecialIn2TrayCommon.rule(
-      {context, finishers, finisher_count, aliases, alias_count, row});
+  return ia::Apply(ia::kFinisherSpecialIn2TrayCommon,
+                   {context, finishers, finisher_count, aliases, alias_count, row});
 }
 
 int32_t analyze_GetQVFinisher_ASPEN(AnalyzeContext* context, const FinisherEntry* finishers,

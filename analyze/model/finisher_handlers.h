@@ -47,6 +47,7 @@ extern const FinisherHandler kFinTrayMyrtle;
 extern const FinisherHandler kFinTrayWillow;
 extern const FinisherHandler kFinTraySumac;
 extern const FinisherHandler kFinTrayHornbeam;
+
 // What the exported functions of handlers do.
 std::int32_t Apply(const FinisherHandler& handler, const FinisherCall& call) noexcept;
 

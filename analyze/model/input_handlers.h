@@ -32,6 +32,7 @@ extern const InputHandler kMediaTypeCypress;
 extern const InputHandler kMediaTypeYew;
 extern const InputHandler kMediaTypeRedwood;
 extern const InputHandler kEnvelopeFeederCommon;
+
 // What the exported functions of handlers do.
 std::int32_t Apply(const InputHandler& handler, const InputCall& call) noexcept;
 

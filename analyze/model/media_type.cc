@@ -184,8 +184,8 @@ int32_t analyze_GetQVXXXMediaTypeCommon(AnalyzeContext* context, const TrayEntry
 int32_t analyze_GetQVXXXMediaType_CYPRESS(AnalyzeContext* context, const TrayEntry* trays,
                                           int32_t tray_count, int32_t extra_tray_count,
                                           OptionSetter* rows, int32_t* row_count) noexcept {
-  return ia::kMediaTypeCypress.rule(
-      {context, trays, tray_count, extra_tray_count, rows, row_count});
+  return ia::Apply(ia::kMediaTypeCypress,
+                   {context, trays, tray_count, extra_tray_count, rows, row_count});
 }
 
 int32_t analyze_GetQVXXXMediaTypeYEW(AnalyzeContext* context, const TrayEntry* trays,
@@ -198,6 +198,6 @@ int32_t analyze_GetQVXXXMediaTypeYEW(AnalyzeContext* context, const TrayEntry* t
 int32_t analyze_GetQVXXXMediaTypeREDWOOD(AnalyzeContext* context, const TrayEntry* trays,
                                          int32_t tray_count, int32_t extra_tray_count,
                                          OptionSetter* rows, int32_t* row_count) noexcept {
-  return ia::kMediaTypeRedwood.rule(
-      {context, trays, tray_count, extra_tray_count, rows, row_count});
+  return ia::Apply(ia::kMediaTypeRedwood,
+                   {context, trays, tray_count, extra_tray_count, rows, row_count});
 }

@@ -211,8 +211,8 @@ int32_t analyze_GetQVSrcOptionCommon(AnalyzeContext* context, const TrayEntry* t
 int32_t analyze_GetQVSrcOptionCommonByCount(AnalyzeContext* context, const TrayEntry* trays,
                                             int32_t tray_count, int32_t extra_tray_count,
                                             OptionSetter* rows, int32_t* row_count) noexcept {
-  return ia::kSrcOptionCommonByCount.rule(
-      {context, trays, tray_count, extra_tray_count, rows, row_count});
+  return ia::Apply(ia::kSrcOptionCommonByCount,
+                   {context, trays, tray_count, extra_tray_count, rows, row_count});
 }
 
 int32_t analyze_GetQVSrcOptionLAUREL(AnalyzeContext* context, const TrayEntry* trays,
@@ -253,8 +253,8 @@ int32_t analyze_GetQVSrcOptionSPRUCE(AnalyzeContext* context, const TrayEntry* t
 int32_t analyze_GetQVSrcOption_CYPRESS(AnalyzeContext* context, const TrayEntry* trays,
                                        int32_t tray_count, int32_t extra_tray_count,
                                        OptionSetter* rows, int32_t* row_count) noexcept {
-  return ia::kSrcOptionCypress.rule(
-      {context, trays, tray_count, extra_tray_count, rows, row_count});
+  return ia::Apply(ia::kSrcOptionCypress,
+                   {context, trays, tray_count, extra_tray_count, rows, row_count});
 }
 
 int32_t analyze_GetQVSrcOptionHOLLY(AnalyzeContext* context, const TrayEntry* trays,
@@ -281,6 +281,6 @@ int32_t analyze_GetQVSrcOptionROWAN(AnalyzeContext* context, const TrayEntry* tr
 int32_t analyze_GetQVSrcOptionREDWOOD(AnalyzeContext* context, const TrayEntry* trays,
                                       int32_t tray_count, int32_t extra_tray_count,
                                       OptionSetter* rows, int32_t* row_count) noexcept {
-  return ia::kSrcOptionRedwood.rule(
-      {context, trays, tray_count, extra_tray_count, rows, row_count});
+  return ia::Apply(ia::kSrcOptionRedwood,
+                   {context, trays, tray_count, extra_tray_count, rows, row_count});
 }

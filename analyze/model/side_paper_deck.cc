@@ -53,20 +53,20 @@ constinit const InputHandler kSidePaperDeckOak{
 int32_t analyze_GetQVSidePaperDeckCommon(AnalyzeContext* context, const TrayEntry* trays,
                                          int32_t tray_count, int32_t extra_tray_count,
                                          OptionSetter* rows, int32_t* row_count) noexcept {
-  return ia::kSidePaperDeckCommon.rule(
-      {context, trays, tray_count, extra_tray_count, rows, row_count});
+  return ia::Apply(ia::kSidePaperDeckCommon,
+                   {context, trays, tray_count, extra_tray_count, rows, row_count});
 }
 
 int32_t analyze_GetQVSidePaperDeck_CYPRESS(AnalyzeContext* context, const TrayEntry* trays,
                                            int32_t tray_count, int32_t extra_tray_count,
                                            OptionSetter* rows, int32_t* row_count) noexcept {
-  return ia::kSidePaperDeckCypress.rule(
-      {context, trays, tray_count, extra_tray_count, rows, row_count});
+  return ia::Apply(ia::kSidePaperDeckCypress,
+                   {context, trays, tray_count, extra_tray_count, rows, row_count});
 }
 
 int32_t analyze_GetQVSidePaperDeckOAK(AnalyzeContext* context, const TrayEntry* trays,
                                       int32_t tray_count, int32_t extra_tray_count,
                                       OptionSetter* rows, int32_t* row_count) noexcept {
-  return ia::kSidePaperDeckOak.rule(
-      {context, trays, tray_count, extra_tray_count, rows, row_count});
+  return ia::Apply(ia::kSidePaperDeckOak,
+                   {context, trays, tray_count, extra_tray_count, rows, row_count});
 }

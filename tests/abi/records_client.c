@@ -25,7 +25,14 @@ static void check_guard(const unsigned char* guard) {
 static const char* shown(const char* text) { return text != NULL ? text : "(none)"; }
 
 #ifdef IA_GROWN
-#define PRINT_GROWN(record) printf(" + %s %d", shown((record).planted), (record).planted_number)
+/* A pointer that was left as it was before the call is not a text. */
+static const char* shown_planted(const char* const* planted) {
+  unsigned char untouched[sizeof *planted];
+  memset(untouched, kGuard, sizeof untouched);
+  return memcmp(planted, untouched, sizeof untouched) != 0 ? shown(*planted) : "(untouched)";
+}
+#define PRINT_GROWN(record) \
+  printf(" + %s %d", shown_planted(&(record).planted), (record).planted_number)
 #else
 #define PRINT_GROWN(record) (void)(record)
 #endif
