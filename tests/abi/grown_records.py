@@ -56,8 +56,8 @@ def run(*command, **options):
 def build_grown_library(source_folder, folder):
     tree = folder / "source"
     tree.mkdir(parents=True, exist_ok=True)
-    run("rsync", "-rlpt", "--delete", "--exclude=/build", "--exclude=/.git", "--exclude=/tests",
-        f"{source_folder}/", tree)
+    run("rsync", "-rlpt", "--delete", "--exclude=/build", "--exclude=/obj-*", "--exclude=/.git",
+        "--exclude=/tests", f"{source_folder}/", tree)
     grow(tree)
     build = folder / "build"
     run("cmake", "-S", tree, "-B", build, "-DCMAKE_BUILD_TYPE=Release", "-DINFO_ANALYZE_TOOL=OFF",

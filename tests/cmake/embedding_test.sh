@@ -15,7 +15,8 @@ fail() {
 
 make_copy() {
   mkdir "$copy"
-  tar -C "$SOURCE" --exclude=./build --exclude=./.git -cf - . | tar -C "$copy" -xf -
+  tar -C "$SOURCE" --exclude=./build --exclude='./obj-*' --exclude=./.git -cf - . |
+    tar -C "$copy" -xf -
 }
 
 # What a build of the library alone can do without.
