@@ -28,9 +28,9 @@ sys.dont_write_bytecode = True
 from mutations import changes_of_file
 
 ROOT = Path(__file__).resolve().parent.parent
-ROOMS = ("info_common", "queue", "bidi", "analyze", "calib")
+MODULES = ("info_common", "queue", "bidi", "analyze", "calib")
 
-# The test programs that see a room, those that know it best first.
+# The test programs that see a module, those that know it best first.
 TESTS = {
     "info_common": ("info_common", "queue", "bidi", "analyze", "integration"),
     "queue": ("queue", "bidi", "integration"),
@@ -51,7 +51,7 @@ CHECKED_HEAP = {"LD_PRELOAD": "libc_malloc_debug.so.0", "MALLOC_CHECK_": "3"}
 
 
 class Copy:
-    def __init__(self, folder, rooms):
+    def __init__(self, folder, modules):
         self.folder = folder
         self.build = folder / "build" / "mutants"
         self.environment = dict(os.environ, GTEST_FAIL_FAST="1", GTEST_BRIEF="1",
@@ -62,15 +62,15 @@ class Copy:
         # Light optimisation, so that changes without effect give the same object code.
         self.run("cmake", "--preset", "dev", "-B", str(self.build),
                  "-DCMAKE_CXX_FLAGS_DEBUG=-O1 -g0", check=True)
-        folders = [path.parent for room in rooms
-                   for path in (self.folder / "tests" / room).rglob("CMakeLists.txt")]
+        folders = [path.parent for module in modules
+                   for path in (self.folder / "tests" / module).rglob("CMakeLists.txt")]
         self.ninja(*(f"{path.relative_to(self.folder)}/all" for path in folders), check=True)
-        self.programs = {room: [program for program in
-                                sorted((self.build / "tests" / room).rglob("*_test"))
+        self.programs = {module: [program for program in
+                                sorted((self.build / "tests" / module).rglob("*_test"))
                                 if program.is_file() and program.name not in PASSED_OVER]
-                         for room in rooms}
-        for room in rooms:
-            for program in self.programs[room]:
+                         for module in modules}
+        for module in modules:
+            for program in self.programs[module]:
                 if self.fails(program, QUICK_RUN) or self.fails(program, SLOW_RUN):
                     sys.exit(f"{program.name} fails before anything is changed")
         self.environment["CCACHE_READONLY"] = "1"  # no change is built twice
@@ -97,8 +97,8 @@ class Copy:
     def is_noticed(self, source):
         """Those of the source's own folder are asked first."""
         own = self.build / "tests" / source.parent
-        programs = sorted((program for room in TESTS[source.parts[0]]
-                           for program in self.programs[room]),
+        programs = sorted((program for module in TESTS[source.parts[0]]
+                           for program in self.programs[module]),
                           key=lambda program: program.parent != own)
         return any(self.ninja(str(program.relative_to(self.build))) != 0 or self.fails(program, tests)
                    for tests in (QUICK_RUN, SLOW_RUN) for program in programs)
@@ -151,7 +151,7 @@ def main():
     parser.add_argument("files", nargs="*", type=Path)
     arguments = parser.parse_args()
     files = [file.resolve() for file in arguments.files] or [
-        file for room in ROOMS for file in sorted((ROOT / room).rglob("*.*"))
+        file for module in MODULES for file in sorted((ROOT / module).rglob("*.*"))
         if file.suffix in (".cc", ".h", ".inc") and "curves" not in file.parts]
     changes = [(file.relative_to(ROOT), change) for file in files for change in changes_of_file(file)
                if change.is_cell or not arguments.cells]
@@ -162,11 +162,11 @@ def main():
         changes_of_source[source].append(change)
 
     folder = arguments.folder or Path(tempfile.mkdtemp())
-    rooms = sorted({room for source in changes_of_source for room in TESTS[source.parts[0]]})
+    modules = sorted({module for source in changes_of_source for module in TESTS[source.parts[0]]})
     copies = queue.SimpleQueue()
     for job in range(arguments.jobs):
         (folder / str(job)).mkdir(parents=True, exist_ok=True)
-        copies.put(Copy(folder / str(job), rooms))
+        copies.put(Copy(folder / str(job), modules))
 
     def try_source(source):
         copy = copies.get()
