@@ -51,8 +51,9 @@ struct Tree {
 void AddOptions(const CLI::App& verb, Place& place, Tree& tree) {
   for (const CLI::Option* const option : verb.get_options()) {
     const std::string type = option->get_type_name();
-    if (option->get_positional())
+    if (option->get_positional()) {
       std::ranges::copy(CheckedWords(type), std::back_inserter(place.words));
+    }
     for (const std::string& name : option->get_lnames()) {
       place.words.push_back("--" + name);
       if (option->get_items_expected_max() < 1) continue;
