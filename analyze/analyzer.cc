@@ -2,6 +2,9 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <memory>
 #include <type_traits>
 
 #include "analyze/inputs.h"
@@ -33,7 +36,7 @@ constexpr std::int32_t kFlagCapacity = 1024;
 
 struct FlagKey {
   Input input;
-  FlagInfo* AnalyzeContext::*store;
+  FlagInfo* AnalyzeContext::* store;
 };
 
 // In the order in which the stores are filled: the last one made decides about success.

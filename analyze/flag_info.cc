@@ -1,6 +1,8 @@
 #include "info_analyze/flag_info.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <cstdlib>
 #include <cstring>
 #include <string_view>
 

@@ -1,5 +1,8 @@
 #include "analyze/inputs.h"
 
+#include <cstddef>
+#include <cstdint>
+
 #include "analyze/record_copy.h"
 
 int32_t Analyze_Provenance_GetInput(int32_t input, InputKey* key, size_t size) noexcept {

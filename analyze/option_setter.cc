@@ -1,6 +1,9 @@
 #include "info_analyze/option_setter.h"
 
 #include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <span>
 
 #include "analyze/option_rows.h"
 #include "info_common/option_table.h"

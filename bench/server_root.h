@@ -3,6 +3,8 @@
 #ifndef BENCH_SERVER_ROOT_H_
 #define BENCH_SERVER_ROOT_H_
 
+#include <stdlib.h>
+
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>

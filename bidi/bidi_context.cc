@@ -1,4 +1,6 @@
 #include <cstddef>
+#include <cstdlib>
+#include <memory>
 
 #include "info_analyze/bidi.h"
 #include "info_analyze/device_uri.h"

@@ -7,7 +7,9 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <cstddef>
 #include <cstdint>
+#include <cstdio>
 
 #include "info_analyze/bidi.h"
 #include "info_analyze/provenance.h"

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
+#include <span>
 
 #include "info_analyze/bidi.h"
 #include "info_analyze/device_documents.h"

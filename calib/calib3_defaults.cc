@@ -2,6 +2,8 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <cstdint>
+#include <cstdlib>
 
 #include "calib/arguments.h"
 #include "calib/model_table.h"

@@ -1,4 +1,7 @@
 // Which Calib3 settings a calibration tool sends to a printer.
+#include <array>
+#include <cstdint>
+
 #include "calib/arguments.h"
 #include "calib/model_table.h"
 #include "calib/print_options.h"

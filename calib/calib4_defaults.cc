@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <cstdint>
 
 #include "calib/arguments.h"
 #include "calib/calib4_code.h"

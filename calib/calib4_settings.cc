@@ -1,6 +1,8 @@
 // Which Calib4 settings a calibration tool sends to a printer.
 #include <algorithm>
 #include <array>
+#include <cstdint>
+#include <tuple>
 
 #include "calib/arguments.h"
 #include "calib/calib4_code.h"

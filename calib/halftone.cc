@@ -1,7 +1,10 @@
 #include "info_analyze/halftone.h"
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
+#include <cstdint>
+#include <string_view>
 
 #include "calib/arguments.h"
 #include "calib/print_options.h"

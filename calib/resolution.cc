@@ -1,4 +1,7 @@
 #include <algorithm>
+#include <array>
+#include <cstdint>
+#include <string_view>
 
 #include "calib/arguments.h"
 #include "calib/print_options.h"

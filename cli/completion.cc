@@ -2,6 +2,7 @@
 // define.
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <cstddef>
 #include <iterator>
 #include <memory>
 #include <string>

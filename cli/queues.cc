@@ -9,7 +9,6 @@
 #include <new>
 #include <nlohmann/json.hpp>
 #include <string>
-#include <utility>
 
 #include "cli/printer/handles.h"
 #include "cli/terminal/failure.h"

@@ -1,7 +1,12 @@
 #include "commlib/document.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <memory>
 #include <optional>
+#include <span>
+#include <string>
+#include <string_view>
 #include <utility>
 
 #include "commlib/xml_text.h"

@@ -3,6 +3,11 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <system_error>
 
 #include "commlib/xml_text.h"
 

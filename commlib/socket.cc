@@ -1,5 +1,7 @@
 // The socket entry points and the process-wide clean-up. This communication library has no
 // transport: no queue can be listed, and no connection made.
+#include <cstdint>
+
 #include "info_analyze/communication_library.h"
 
 int32_t qvsktwrapQueueListNew(const char* /*driver_folder*/, intptr_t /*word1*/, intptr_t /*word2*/,

@@ -6,6 +6,10 @@
 #include <charconv>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <system_error>
 
 namespace commlib {
 namespace {

@@ -1,7 +1,10 @@
 // Any bytes as a device URI.
 #include "info_analyze/device_uri.h"
 
+#include <cstdint>
 #include <cstring>
+#include <string>
+#include <string_view>
 
 #include "fuzz/input.h"
 #include "tests/info_common/guarded_buffer.h"

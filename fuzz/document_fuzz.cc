@@ -1,4 +1,5 @@
 // Any bytes as a device document, read by every kind of question.
+#include <cstdint>
 #include <cstdlib>
 
 #include "info_analyze/communication_library.h"

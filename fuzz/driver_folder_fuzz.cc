@@ -1,4 +1,9 @@
 // Any bytes as an installation folder.
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
 #include "fuzz/input.h"
 #include "info_analyze/device_uri.h"
 #include "tests/info_common/guarded_buffer.h"

@@ -1,7 +1,11 @@
 // Any indexed flag keys. Lines: base key, highest index, text to set, then "key=value" entries of
 // the list that is searched.
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <limits>
+#include <string>
+#include <string_view>
 
 #include "fuzz/input.h"
 #include "info_analyze/option_list.h"

@@ -1,7 +1,10 @@
 // Any lines as flag texts, read into one store. The first line is the store's capacity.
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 

@@ -1,5 +1,8 @@
 // Any bytes as comma-separated hexadecimal text.
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
 #include <vector>
 
 #include "fuzz/input.h"

@@ -6,9 +6,13 @@
 // none; the letters d, e and c omit destination, encoding and count. The rest is the library's
 // script.
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
 #include <deque>
 #include <limits>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "fuzz/input.h"

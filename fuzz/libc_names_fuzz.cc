@@ -3,7 +3,10 @@
 #include "info_analyze/libc_names.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "fuzz/input.h"
 #include "tests/info_common/guarded_buffer.h"

@@ -1,9 +1,11 @@
 #include "fuzz/lying_library.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <string>
+#include <string_view>
 
 #include "fuzz/input.h"
 #include "info_analyze/communication_library.h"

@@ -7,9 +7,11 @@
 //   p detail=value     v default-value       c count of each list that is not shorter
 // A name or a text that is not there is a null pointer.
 #include <dlfcn.h>
+#include <string.h>
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <initializer_list>
@@ -18,6 +20,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "fuzz/input.h"

@@ -1,5 +1,8 @@
 // Any bytes as a "*QV" line of a PPD, into buffers of any size. The first line is that size.
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
 
 #include "fuzz/input.h"
 #include "info_analyze/option_table.h"

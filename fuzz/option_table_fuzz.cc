@@ -1,6 +1,9 @@
 // Any sequence of insertions and changes, with the index and without. Each line is a letter (f
 // front, b back, c change, other front), a key, "=" and a value.
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <string>
 
 #include "fuzz/input.h"
 #include "info_common/option_table_builder.h"

@@ -1,5 +1,9 @@
 // Any lines as those of a PPD, UI blocks included, without the file around them.
+#include <cstdint>
 #include <cstring>
+#include <string>
+#include <string_view>
+#include <vector>
 
 #include "fuzz/input.h"
 #include "info_common/ppd_reader.h"

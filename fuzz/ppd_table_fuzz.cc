@@ -2,6 +2,11 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <string_view>
+
 #include "fuzz/input.h"
 #include "info_common/ppd_file.h"
 #include "tests/info_common/ppd_model.h"

@@ -6,8 +6,10 @@
 // first numbers are those of items in the lists of finishers, bins, trays and fax lines.
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <cstdlib>
 #include <string>
+#include <string_view>
 #include <unordered_set>
 
 #include "fuzz/input.h"
@@ -45,7 +47,7 @@ constexpr auto kSteps = std::to_array<Step>({
 
 struct Flags {
   const char* key;
-  FlagInfo* AnalyzeContext::*store;
+  FlagInfo* AnalyzeContext::* store;
 };
 
 constexpr auto kFlags = std::to_array<Flags>({

@@ -1,6 +1,9 @@
 // Any two texts through the string helpers. The first line is the first text, the rest the second.
 #include "info_analyze/string_helpers.h"
 
+#include <cstddef>
+#include <cstdint>
+#include <memory>
 #include <string>
 
 #include "fuzz/input.h"

@@ -1,4 +1,8 @@
 // Any bytes as what follows "*%QVUIValue:" in a PPD.
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
 #include "fuzz/input.h"
 #include "info_analyze/option_table.h"
 #include "tests/info_common/guarded_buffer.h"

@@ -1,8 +1,10 @@
 #include "info_common/ascii.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstdlib>
 #include <limits>
+#include <string_view>
 
 namespace ia {
 namespace {

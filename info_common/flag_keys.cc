@@ -1,9 +1,13 @@
 // Indexed flag keys: a base key alone, then base_1, base_2, ...
+#include <string.h>
+
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <limits>
+#include <string_view>
 
 #include "info_analyze/option_list.h"
 #include "info_common/ascii.h"

@@ -2,7 +2,9 @@
 // are written against.
 #include "info_analyze/libc_names.h"
 
-#include <algorithm>
+#include <string.h>
+
+#include <cstdint>
 #include <cstring>
 
 size_t info_strlcpy(char* destination, const char* source, size_t size) noexcept {

@@ -1,5 +1,9 @@
 #include "info_common/long_val_list.h"
 
+#include <string.h>
+
+#include <cstdint>
+#include <cstdlib>
 #include <cstring>
 #include <utility>
 

@@ -1,5 +1,7 @@
 #include "info_analyze/option_list.h"
 
+#include <cstdint>
+
 #include "info_common/option_table.h"
 
 void OptionList_Add(OptionList* list, const char* key, const char* value) noexcept {

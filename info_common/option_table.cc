@@ -1,6 +1,8 @@
 #include "info_common/option_table.h"
 
+#include <cstdlib>
 #include <cstring>
+#include <string_view>
 #include <utility>
 
 #include "info_common/ascii.h"

@@ -2,6 +2,8 @@
 #ifndef INFO_COMMON_OPTION_TABLE_H_
 #define INFO_COMMON_OPTION_TABLE_H_
 
+#include <cstdlib>
+#include <memory>
 #include <string_view>
 
 #include "info_analyze/option_table.h"

@@ -2,6 +2,7 @@
 
 #include <search.h>
 
+#include <cstdlib>
 #include <cstring>
 #include <utility>
 

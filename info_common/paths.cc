@@ -1,7 +1,10 @@
 #include "info_common/paths.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <initializer_list>
 #include <numeric>
+#include <string_view>
 
 namespace ia {
 

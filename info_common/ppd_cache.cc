@@ -1,4 +1,6 @@
 // A PPD could carry device documents; this library has no such cache, and these are its answers.
+#include <cstdint>
+
 #include "info_analyze/option_table.h"
 
 int32_t info_common_read_data_from_ppd(const char*, const char*, void**, int32_t*) noexcept {

@@ -1,7 +1,10 @@
 #include "info_common/ppd_lines.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstring>
+#include <iterator>
+#include <string_view>
 
 #include "info_analyze/option_table.h"
 

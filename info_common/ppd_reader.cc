@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdlib>
 #include <cstring>
+#include <string_view>
 
 #include "info_analyze/option_table.h"
 #include "info_common/ascii.h"

@@ -1,7 +1,9 @@
 #include "info_analyze/string_helpers.h"
 
 #include <cstdarg>
+#include <cstdint>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 
 #include "info_common/owned.h"

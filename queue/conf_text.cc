@@ -1,6 +1,10 @@
 #include "queue/conf_text.h"
 
+#include <string.h>
+
 #include <cstring>
+#include <optional>
+#include <string_view>
 
 namespace ia {
 namespace {

@@ -1,6 +1,7 @@
 // Taking a device URI apart.
 #include "info_analyze/device_uri.h"
 
+#include <cstdint>
 #include <cstring>
 
 #include "info_common/owned.h"

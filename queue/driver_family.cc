@@ -2,7 +2,10 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
+#include <cstdint>
 #include <span>
+#include <string_view>
 
 #include "info_analyze/device_uri.h"
 

@@ -1,7 +1,9 @@
 // Folders, libraries and ports of driver families.
 #include "queue/driver_paths.h"
 
+#include <cstdint>
 #include <cstring>
+#include <string_view>
 
 #include "info_analyze/device_uri.h"
 #include "info_common/paths.h"

@@ -2,13 +2,18 @@
 #include "queue/mqpd_conf.h"
 
 #include <fcntl.h>
+#include <stdio.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 #include <memory>
 #include <optional>
+#include <string_view>
 
 #include "info_analyze/device_uri.h"
 #include "info_common/paths.h"

@@ -1,4 +1,6 @@
 // The alias codes of all bins, for the handlers of finisher options.
+#include <cstdint>
+
 #include "analyze/document_keys.h"
 #include "analyze/model/finisher_report.h"
 #include "info_analyze/model_options.h"

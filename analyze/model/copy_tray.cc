@@ -1,6 +1,7 @@
 // QVCopyTray: whether there is a copy tray, per driver model.
 #include <algorithm>
 #include <array>
+#include <cstdint>
 
 #include "analyze/model/finisher_handlers.h"
 #include "analyze/model/finisher_report.h"
@@ -104,11 +105,11 @@ int32_t analyze_GetQVCopyTrayByBinTrayAlias(AnalyzeContext* context, const Finis
                                             int32_t rule_count, const int32_t* aliases,
                                             int32_t alias_count, int32_t low, int32_t high,
                                             OptionSetter* row) noexcept {
-  return ia::SetFinisherValue(
-      {context, finishers, finisher_count, aliases, alias_count, row},
-      [&](const ia::FinisherReport& report) {
-        return ia::ByBinAlias(report, ia::RulesOf(rules, rule_count), {low, high});
-      });
+  return ia::SetFinisherValue({context, finishers, finisher_count, aliases, alias_count, row},
+                              [&](const ia::FinisherReport& report) {
+                                return ia::ByBinAlias(report, ia::RulesOf(rules, rule_count),
+                                                      {low, high});
+                              });
 }
 
 int32_t analyze_GetQVCopyTrayCommon(AnalyzeContext* context, const FinisherEntry* finishers,

@@ -1,5 +1,5 @@
 // QVEnvelopeFeeder: whether an envelope feeder is fitted.
-#include <array>
+#include <cstdint>
 
 #include "analyze/model/input_handlers.h"
 #include "analyze/model/tray_report.h"

@@ -2,6 +2,7 @@
 #include "analyze/model/extra_options.h"
 
 #include <array>
+#include <cstdint>
 #include <optional>
 #include <string_view>
 

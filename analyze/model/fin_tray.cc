@@ -1,6 +1,7 @@
 // QVFinTray: whether there is a finisher tray, per driver model.
 #include <algorithm>
 #include <array>
+#include <cstdint>
 
 #include "analyze/model/finisher_handlers.h"
 #include "analyze/model/finisher_report.h"

@@ -1,6 +1,10 @@
 // QVFinisher: which finisher is attached, per driver model.
 #include <algorithm>
 #include <array>
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <string_view>
 
 #include "analyze/model/finisher_handlers.h"
 #include "analyze/model/finisher_report.h"
@@ -206,11 +210,11 @@ int32_t analyze_GetQVFinisherByBinTrayAlias(AnalyzeContext* context, const Finis
                                             int32_t rule_count, const int32_t* aliases,
                                             int32_t alias_count, int32_t low, int32_t high,
                                             OptionSetter* row) noexcept {
-  return ia::SetFinisherValue(
-      {context, finishers, finisher_count, aliases, alias_count, row},
-      [&](const ia::FinisherReport& report) {
-        return ia::ByBinAlias(report, ia::RulesOf(rules, rule_count), {low, high});
-      });
+  return ia::SetFinisherValue({context, finishers, finisher_count, aliases, alias_count, row},
+                              [&](const ia::FinisherReport& report) {
+                                return ia::ByBinAlias(report, ia::RulesOf(rules, rule_count),
+                                                      {low, high});
+                              });
 }
 
 int32_t analyze_GetQVFinisherCommon(AnalyzeContext* context, const FinisherEntry* finishers,

@@ -2,6 +2,7 @@
 #ifndef ANALYZE_MODEL_FINISHER_HANDLERS_H_
 #define ANALYZE_MODEL_FINISHER_HANDLERS_H_
 
+#include <cstdint>
 #include <initializer_list>
 
 #include "analyze/model/finisher_report.h"

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
+#include <span>
 #include <string_view>
 
 static_assert(sizeof(FunctionPair) == 2 * sizeof(void*));

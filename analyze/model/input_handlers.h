@@ -2,6 +2,7 @@
 #ifndef ANALYZE_MODEL_INPUT_HANDLERS_H_
 #define ANALYZE_MODEL_INPUT_HANDLERS_H_
 
+#include <cstdint>
 #include <initializer_list>
 
 #include "analyze/model/handler.h"

@@ -1,5 +1,8 @@
 // Which handlers decide the paper-source options of each driver model.
 #include <array>
+#include <cstdint>
+#include <initializer_list>
+#include <string_view>
 
 #include "analyze/model/input_handlers.h"
 #include "analyze/model/model_matrix.h"

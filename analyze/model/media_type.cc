@@ -2,7 +2,10 @@
 // slot's name follows from the tray's alias, the keyword from the slot's name.
 #include <algorithm>
 #include <array>
+#include <cstdint>
+#include <cstdlib>
 #include <cstring>
+#include <span>
 
 #include "analyze/model/input_handlers.h"
 #include "analyze/model/tray_report.h"

@@ -1,6 +1,9 @@
 #include "analyze/model/model_matrix.h"
 
 #include <array>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
 
 #include "analyze/record_copy.h"
 

@@ -1,7 +1,11 @@
 // QVSrcOption: which extra paper sources are fitted, per driver model.
 #include <algorithm>
 #include <array>
+#include <cstddef>
+#include <cstdint>
+#include <iterator>
 #include <limits>
+#include <span>
 #include <string_view>
 
 #include "analyze/model/input_handlers.h"

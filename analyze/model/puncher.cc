@@ -1,6 +1,7 @@
 // QVPuncher: which holes can be punched, per driver model.
 #include <algorithm>
 #include <array>
+#include <cstdint>
 
 #include "analyze/model/function_query.h"
 #include "analyze/model/model_matrix.h"

@@ -1,5 +1,5 @@
 // QVSidePaperDeck: the size class of the side paper deck, per driver model.
-#include <array>
+#include <cstdint>
 
 #include "analyze/model/input_handlers.h"
 #include "analyze/model/tray_report.h"

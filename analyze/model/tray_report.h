@@ -2,7 +2,6 @@
 #ifndef ANALYZE_MODEL_TRAY_REPORT_H_
 #define ANALYZE_MODEL_TRAY_REPORT_H_
 
-#include <cstddef>
 #include <cstdint>
 #include <span>
 

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <cstdint>
 
 #include "analyze/document_keys.h"
 #include "analyze/option_rows.h"

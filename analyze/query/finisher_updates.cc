@@ -2,6 +2,9 @@
 // the finisher and its trays per driver model.
 #include <algorithm>
 #include <array>
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
 
 #include "analyze/document_keys.h"
 #include "analyze/model/finisher_report.h"

@@ -1,6 +1,7 @@
 // Which protocol and script flags a driver function version selects.
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <cstdio>
 #include <memory>
 #include <optional>

@@ -1,5 +1,7 @@
 #include "analyze/query/ppd_value_list.h"
 
+#include <cstdint>
+
 #include "info_common/long_val_list.h"
 #include "info_common/option_table.h"
 

@@ -1,5 +1,6 @@
 // The main query: load what is not loaded, then run the update handlers.
 #include <array>
+#include <cstddef>
 #include <cstdint>
 
 #include "analyze/model/extra_options.h"

@@ -1,5 +1,8 @@
 // The update handlers that read a few plain values of one document each.
 #include <array>
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
 #include <span>
 
 #include "analyze/document_keys.h"

@@ -1,6 +1,9 @@
 // The update handler of paper sources.
 #include <algorithm>
 #include <array>
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
 
 #include "analyze/document_keys.h"
 #include "analyze/model/tray_report.h"

@@ -1,5 +1,7 @@
 // Getters that turn one number or text into the text of an option.
+#include <cstdint>
 #include <cstdio>
+#include <cstdlib>
 
 #include "info_analyze/option_setter.h"
 #include "info_common/owned.h"

@@ -4,8 +4,13 @@
 #include <charconv>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
+#include <istream>
 #include <iterator>
+#include <string>
 #include <string_view>
+#include <system_error>
+#include <vector>
 
 namespace ia {
 namespace {
@@ -96,9 +101,8 @@ struct Point {
   const auto last = std::ranges::find_if(
       known, [=](const KnownLevel& row) { return row.outputs[curve] == kTop; });
   std::vector<Point> points;
-  std::transform(known.begin(), last + 1, std::back_inserter(points), [=](const KnownLevel& row) {
-    return Point{row.level, row.outputs[curve]};
-  });
+  std::transform(known.begin(), last + 1, std::back_inserter(points),
+                 [=](const KnownLevel& row) { return Point{row.level, row.outputs[curve]}; });
   return points;
 }
 

@@ -1,4 +1,6 @@
 // The default calibration curves. The build makes the numbers from the .csv files in this folder.
+#include <cstdint>
+
 #include "info_analyze/calibration.h"
 
 const uint16_t LARCH_Def_Calib[IA_CALIB_TABLE_VALUES] = {

@@ -3,10 +3,10 @@
 // usage: make_curve_table FILE.csv NUMBERS
 #include <cerrno>
 #include <cstring>
-#include <exception>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <string>
 
 #include "calib/curves/curve_table.h"
 

@@ -3,7 +3,10 @@
 #include <cerrno>
 #include <cstring>
 #include <fstream>
+#include <ios>
 #include <memory>
+#include <ostream>
+#include <string>
 #include <vector>
 
 #include "cli/calibration/calibration_answers.h"

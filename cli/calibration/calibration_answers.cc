@@ -1,11 +1,15 @@
 #include "cli/calibration/calibration_answers.h"
 
 #include <algorithm>
+#include <array>
+#include <cstdint>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <new>
 #include <nlohmann/json.hpp>
+#include <string>
 
 #include "cli/calibration/curve_tables.h"
 #include "cli/printer/handles.h"

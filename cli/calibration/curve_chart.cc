@@ -1,8 +1,10 @@
 // The picture of a table of curves: two diagrams of four curves side by side, since all eight in
 // one would hide each other.
 #include <array>
+#include <cstdint>
 #include <cstdio>
 #include <pugixml.hpp>
+#include <span>
 #include <sstream>
 #include <string>
 

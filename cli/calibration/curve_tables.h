@@ -6,7 +6,6 @@
 #include <cstdint>
 #include <span>
 #include <string>
-#include <vector>
 
 #include "info_analyze/calibration.h"
 

@@ -1,6 +1,8 @@
 #include "cli/calibration/job_options.h"
 
 #include <cstddef>
+#include <string>
+#include <vector>
 
 namespace ia::cli {
 namespace {

@@ -1,11 +1,11 @@
 #include "cli/diff/diff.h"
 
 #include <algorithm>
-#include <map>
+#include <cstddef>
 #include <memory>
 #include <nlohmann/json.hpp>
-#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "cli/diff/lpadmin.h"

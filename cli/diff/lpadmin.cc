@@ -1,6 +1,9 @@
 #include "cli/diff/lpadmin.h"
 
 #include <algorithm>
+#include <string>
+#include <string_view>
+#include <vector>
 
 #include "cli/terminal/shell_quoting.h"
 

@@ -1,12 +1,19 @@
 #include "cli/diff/printer_state.h"
 
+#include <stdlib.h>
+#include <sys/types.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
+#include <cstdint>
 #include <cstring>
+#include <exception>
+#include <string>
 #include <string_view>
+#include <utility>
 
 #include "cli/printer/ppd.h"
 #include "cli/printer/printer_query.h"

@@ -3,7 +3,6 @@
 #define INFO_ANALYZE_CLI_DIFF_PRINTER_STATE_H_
 
 #include <array>
-#include <cstddef>
 #include <string>
 #include <vector>
 

@@ -3,8 +3,8 @@
 #define INFO_ANALYZE_CLI_DOCTOR_CHECKUP_H_
 
 #include <algorithm>
+#include <cstddef>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "cli/printer/ppd.h"

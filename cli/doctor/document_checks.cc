@@ -4,6 +4,8 @@
 #include <cerrno>
 #include <cstdint>
 #include <cstring>
+#include <string>
+#include <string_view>
 
 #include "cli/doctor/checkup.h"
 #include "cli/printer/documents.h"

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <cstring>
 #include <memory>
+#include <string>
 
 #include "cli/doctor/checkup.h"
 #include "cli/terminal/failure.h"

@@ -3,11 +3,13 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <cstddef>
 #include <cstdint>
 #include <map>
-#include <set>
 #include <string>
 #include <string_view>
+#include <system_error>
+#include <vector>
 
 #include "cli/doctor/checkup.h"
 #include "cli/provenance/provenance.h"
@@ -21,7 +23,7 @@ enum FlagKey : std::size_t { kMediaTypes, kSlots, kInputTrays, kFinisherNames, k
 
 struct FlagRow {
   FlagKey key;
-  FlagInfo* AnalyzeContext::*store;
+  FlagInfo* AnalyzeContext::* store;
   bool has_numbers;         // the values are numbers
   const char* consequence;  // of a missing text
 };

@@ -1,7 +1,9 @@
 // The doctor's checks of the queue and of the lines of its PPD that the library reads.
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <map>
+#include <string>
 #include <string_view>
 
 #include "cli/doctor/checkup.h"

@@ -3,10 +3,14 @@
 #include <strings.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <iterator>
 #include <memory>
 #include <new>
+#include <string>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "cli/printer/handles.h"
 #include "cli/provenance/provenance.h"

@@ -7,6 +7,9 @@
 #include <cerrno>
 #include <cstdint>
 #include <cstring>
+#include <optional>
+#include <string>
+#include <vector>
 
 namespace ia::cli {
 namespace {

@@ -1,8 +1,13 @@
 #include "cli/printer/ppd.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <fstream>
+#include <ios>
 #include <iterator>
+#include <optional>
+#include <string_view>
+#include <utility>
 
 #include "cli/printer/handles.h"
 #include "cli/terminal/terminal.h"

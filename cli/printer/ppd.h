@@ -4,6 +4,8 @@
 #define INFO_ANALYZE_CLI_PRINTER_PPD_H_
 
 #include <algorithm>
+#include <cstddef>
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>

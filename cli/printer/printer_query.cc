@@ -1,6 +1,7 @@
 #include "cli/printer/printer_query.h"
 
 #include <cstdint>
+#include <string>
 #include <vector>
 
 #include "cli/printer/documents.h"

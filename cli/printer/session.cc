@@ -1,12 +1,14 @@
 #include "cli/printer/session.h"
 
 #include <dlfcn.h>
+#include <stdlib.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <string>
 #include <utility>
 
 #include "cli/terminal/failure.h"

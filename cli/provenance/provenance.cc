@@ -1,8 +1,12 @@
 #include "cli/provenance/provenance.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <nlohmann/json.hpp>
 #include <optional>
+#include <string>
+#include <vector>
 
 namespace ia::cli {
 namespace {

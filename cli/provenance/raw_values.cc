@@ -1,7 +1,11 @@
 #include "cli/provenance/raw_values.h"
 
+#include <cstdint>
+#include <cstdlib>
 #include <optional>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "cli/printer/handles.h"
 #include "cli/provenance/provenance.h"

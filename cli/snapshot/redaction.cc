@@ -1,8 +1,10 @@
 #include "cli/snapshot/redaction.h"
 
 #include <array>
+#include <cstdint>
 #include <pugixml.hpp>
 #include <sstream>
+#include <string>
 #include <string_view>
 #include <vector>
 

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <fstream>
+#include <ios>
 #include <iterator>
 #include <memory>
 #include <string>

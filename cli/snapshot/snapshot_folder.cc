@@ -2,12 +2,17 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdint>
 #include <cstring>
+#include <exception>
 #include <filesystem>
 #include <fstream>
+#include <ios>
 #include <iterator>
 #include <nlohmann/json.hpp>
+#include <ostream>
 #include <set>
+#include <string>
 #include <system_error>
 
 #include "cli/printer/documents.h"

@@ -1,6 +1,7 @@
 #include "cli/terminal/failure.h"
 
 #include <iostream>
+#include <string_view>
 
 #include "cli/terminal/printable.h"
 #include "cli/terminal/terminal.h"

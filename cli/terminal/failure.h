@@ -2,6 +2,7 @@
 #ifndef INFO_ANALYZE_CLI_TERMINAL_FAILURE_H_
 #define INFO_ANALYZE_CLI_TERMINAL_FAILURE_H_
 
+#include <exception>
 #include <stdexcept>
 #include <string>
 #include <string_view>

@@ -6,6 +6,8 @@
 #include <cstdio>
 #include <cstring>
 #include <nlohmann/json.hpp>
+#include <string>
+#include <vector>
 
 #include "cli/terminal/failure.h"
 #include "cli/terminal/printable.h"

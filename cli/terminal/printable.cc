@@ -1,6 +1,8 @@
 #include "cli/terminal/printable.h"
 
 #include <cstddef>
+#include <string>
+#include <string_view>
 
 namespace ia::cli {
 namespace {

@@ -1,5 +1,8 @@
 #include "cli/terminal/shell_quoting.h"
 
+#include <string>
+#include <string_view>
+
 namespace ia::cli {
 namespace {
 

@@ -5,6 +5,9 @@
 #include <chrono>
 #include <cstdlib>
 #include <iostream>
+#include <mutex>
+#include <string>
+#include <string_view>
 
 #include "cli/terminal/printable.h"
 

@@ -2,6 +2,9 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <utility>
 
 #include "info_analyze/device_documents.h"
 #include "info_analyze/option_list.h"

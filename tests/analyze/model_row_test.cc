@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <span>
 #include <string>
+#include <string_view>
 
 namespace ia_test {
 namespace {

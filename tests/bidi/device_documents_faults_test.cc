@@ -1,14 +1,16 @@
 // Device documents whose files and caches behave as they hardly ever do.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <string.h>
 
-#include <array>
 #include <cerrno>
+#include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <ios>
 #include <ostream>
 #include <string>
 

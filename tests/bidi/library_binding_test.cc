@@ -6,9 +6,11 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <ios>
 #include <string>
 
 #include "tests/support/build_folders.h"

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdint>
 #include <initializer_list>
+#include <ostream>
 #include <string>
 
 #include "calib/model_table.h"

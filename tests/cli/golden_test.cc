@@ -5,9 +5,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <ios>
 #include <map>
 #include <set>
 #include <string>
@@ -73,10 +75,7 @@ const VerbCase kVerbs[] = {
          },
      .json_printers = {"office-mfp", "colour-copier"}},  // the same printer and a different one
     {.name = "models",
-     .arguments =
-         [](const std::string& printer) {
-           return Words{"models", ModelCodeOf(printer)};
-         },
+     .arguments = [](const std::string& printer) { return Words{"models", ModelCodeOf(printer)}; },
      .json_printers = {"office-mfp"}},
     {.name = "function-version",
      .arguments =
@@ -85,14 +84,10 @@ const VerbCase kVerbs[] = {
          }},
     {.name = "calibration-settings",
      .arguments =
-         [](const std::string& printer) {
-           return OnQueue({"calibration", "settings"}, printer);
-         }},
+         [](const std::string& printer) { return OnQueue({"calibration", "settings"}, printer); }},
     {.name = "calibration-defaults",
      .arguments =
-         [](const std::string& printer) {
-           return OnQueue({"calibration", "defaults"}, printer);
-         }},
+         [](const std::string& printer) { return OnQueue({"calibration", "defaults"}, printer); }},
 };
 
 std::vector<std::string> Printers() {

@@ -2,12 +2,16 @@
 
 #include <fcntl.h>
 #include <stdlib.h>
+#include <sys/types.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <fstream>
+#include <ios>
 #include <iterator>
 #include <sstream>
+#include <string>
+#include <vector>
 
 #include "tests/support/temp_folder.h"
 

@@ -2,7 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <fstream>
 #include <ostream>

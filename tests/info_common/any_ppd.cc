@@ -1,6 +1,8 @@
 #include "tests/info_common/any_ppd.h"
 
+#include <cstddef>
 #include <numeric>
+#include <string>
 #include <vector>
 
 namespace ia_test {

@@ -4,9 +4,10 @@
 
 #include <algorithm>
 #include <climits>
+#include <cstdint>
+#include <ios>
 #include <memory>
 #include <sstream>
-#include <string>
 #include <vector>
 
 #include "info_analyze/option_table.h"

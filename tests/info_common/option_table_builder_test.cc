@@ -3,6 +3,7 @@
 #include <rapidcheck/gtest.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <string>
 #include <vector>
 

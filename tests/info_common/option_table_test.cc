@@ -5,6 +5,7 @@
 #include <rapidcheck/gtest.h>
 
 #include <cstring>
+#include <ostream>
 #include <string>
 #include <vector>
 

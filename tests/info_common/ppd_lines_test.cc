@@ -4,8 +4,12 @@
 
 #include <algorithm>
 #include <climits>
+#include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
+#include <tuple>
+#include <vector>
 
 #include "info_analyze/option_table.h"
 #include "tests/info_common/guarded_buffer.h"

@@ -3,8 +3,9 @@
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
 
-#include <filesystem>
+#include <cstddef>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "info_analyze/option_table.h"

@@ -1,8 +1,12 @@
 #include "tests/info_common/ppd_test.h"
 
 #include <fcntl.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
+#include <functional>
+#include <string>
+#include <string_view>
 #include <utility>
 
 #include "tests/support/print_queues.h"

@@ -1,8 +1,12 @@
 #include "tests/info_common/table_model.h"
 
+#include <string.h>
+
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <string>
+#include <string_view>
 
 namespace ia_test {
 namespace {

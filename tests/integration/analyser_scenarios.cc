@@ -2,10 +2,12 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <iterator>
 #include <map>
 #include <set>
+#include <span>
 #include <string>
 #include <string_view>
 

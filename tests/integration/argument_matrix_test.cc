@@ -2,6 +2,8 @@
 // each call in a process of its own that must end by itself.
 #include <cups/file.h>
 #include <gtest/gtest.h>
+#include <stdlib.h>
+#include <sys/types.h>
 #include <sys/wait.h>
 #include <unistd.h>
 

@@ -9,15 +9,22 @@
 #include <fcntl.h>
 #include <link.h>
 #include <search.h>
+#include <stdio.h>
+#include <string.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
+#include <sys/types.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
+#include <cerrno>
 #include <cstdarg>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <optional>
 #include <span>
 
 // cupsGetPPD() is deprecated, and the library's only way to a PPD.

@@ -1,11 +1,16 @@
 #include "tests/integration/call_sites.h"
 
+#include <stdio.h>
+
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <cstdio>
 #include <memory>
 #include <optional>
+#include <string>
 #include <string_view>
+#include <vector>
 
 namespace ia_test {
 namespace {

@@ -3,7 +3,8 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <iostream>
 #include <map>
 #include <set>

@@ -1,6 +1,8 @@
 // Whatever allocation fails: the told failure or the right answer, nothing leaked.
 #include <gtest/gtest.h>
 
+#include <cstddef>
+#include <cstdint>
 #include <string>
 #include <tuple>
 

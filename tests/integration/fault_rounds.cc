@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
+#include <ostream>
+#include <string>
+
 #include "tests/support/print_queues.h"
 #include "tests/support/temp_folder.h"
 

@@ -4,7 +4,9 @@
 
 #include <array>
 #include <cerrno>
+#include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>

@@ -4,10 +4,14 @@
 #include <malloc.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <iterator>
+#include <string>
+#include <vector>
 
 #include "tests/integration/sample_users.h"
 

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <iterator>
+#include <span>
 #include <string>
 #include <vector>
 

@@ -5,6 +5,7 @@
 #include <atomic>
 #include <cstdlib>
 #include <thread>
+#include <vector>
 
 #include "tests/integration/sample_users.h"
 

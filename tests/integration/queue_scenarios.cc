@@ -1,7 +1,10 @@
+#include <stdio.h>
+
 #include <array>
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
+#include <span>
 #include <string>
 
 #include "info_analyze/info_analyze.h"

@@ -3,7 +3,10 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
+#include <cstdint>
+#include <ctime>
 #include <set>
+#include <string>
 
 #include "tests/integration/call_faults.h"
 

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <string>
+
 #include "tests/integration/call_faults.h"
 #include "tests/support/build_folders.h"
 #include "tests/support/print_queues.h"

@@ -2,7 +2,6 @@
 #ifndef TESTS_INTEGRATION_SAMPLE_SETTING_H_
 #define TESTS_INTEGRATION_SAMPLE_SETTING_H_
 
-#include <cstddef>
 #include <string>
 
 #include "info_analyze/info_analyze.h"

@@ -1,6 +1,7 @@
 #include "tests/queue/any_conf.h"
 
 #include <numeric>
+#include <string>
 #include <vector>
 
 namespace ia_test {

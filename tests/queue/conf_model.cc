@@ -1,6 +1,10 @@
 #include "tests/queue/conf_model.h"
 
+#include <cstddef>
 #include <initializer_list>
+#include <optional>
+#include <string>
+#include <vector>
 
 namespace ia_test {
 namespace {

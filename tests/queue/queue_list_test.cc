@@ -5,7 +5,6 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
-#include <cstddef>
 #include <cstdint>
 #include <ctime>
 #include <filesystem>

@@ -1,6 +1,12 @@
 #include "tests/support/recording.h"
 
+#include <string.h>
+
+#include <cstdint>
 #include <cstring>
+#include <optional>
+#include <string>
+#include <type_traits>
 
 namespace {
 
@@ -35,7 +41,7 @@ OpenReader* Reader(const char* name, QvXmlReader* reader) {
 }
 
 template <class Key, class Value>
-const Value* Find(const OpenReader* reader, std::map<Key, Value> ScriptedDocument::*values,
+const Value* Find(const OpenReader* reader, std::map<Key, Value> ScriptedDocument::* values,
                   const std::type_identity_t<Key>& key) {
   if (reader == nullptr) return nullptr;
   const auto found = (reader->document.*values).find(key);

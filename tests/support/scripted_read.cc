@@ -1,9 +1,12 @@
 #include "tests/support/scripted_read.h"
 
+#include <sys/types.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
+#include <cstddef>
+#include <deque>
 
 namespace ia_test {
 

@@ -1,10 +1,11 @@
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <optional>
 #include <ostream>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "info_analyze/model_options.h"

@@ -3,7 +3,6 @@
 
 #include <cstdint>
 #include <limits>
-#include <ostream>
 #include <string>
 #include <utility>
 #include <vector>

@@ -1,12 +1,13 @@
 // What every handler of finisher options keeps to.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <string.h>
 
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <limits>
-#include <ostream>
+#include <optional>
 #include <vector>
 
 #include "info_analyze/model_options.h"

@@ -4,6 +4,7 @@
 #include <optional>
 #include <ostream>
 #include <string>
+#include <utility>
 
 #include "info_analyze/list_getters.h"
 #include "info_analyze/model_options.h"

@@ -3,7 +3,6 @@
 #include <rapidcheck/gtest.h>
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -139,7 +138,7 @@ class AnyInputOptions : public InputHandlers {
   }
 
  private:
-  void SetAnyFlags(FlagInfo* AnalyzeContext::*store, const Words& names, const Words& values) {
+  void SetAnyFlags(FlagInfo* AnalyzeContext::* store, const Words& names, const Words& values) {
     if (auto flags = *AnyFlags(names, values)) SetFlags(store, *std::move(flags));
   }
 };

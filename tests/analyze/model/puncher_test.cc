@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <optional>
+#include <ostream>
 #include <string>
 #include <tuple>
 

@@ -7,8 +7,8 @@
 #include <cstdlib>
 #include <cstring>
 #include <limits>
-#include <memory>
 #include <type_traits>
+#include <utility>
 
 #include "info_analyze/model_options.h"
 #include "tests/analyze/model/input_handlers.h"

@@ -1,12 +1,15 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <string.h>
 
 #include <array>
 #include <cstdint>
 #include <cstring>
 #include <limits>
+#include <optional>
 #include <ostream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "info_analyze/printer_updates.h"

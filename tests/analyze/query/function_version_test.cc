@@ -4,7 +4,9 @@
 #include <array>
 #include <cstdint>
 #include <cstdlib>
+#include <ios>
 #include <limits>
+#include <optional>
 #include <ostream>
 #include <string>
 #include <utility>

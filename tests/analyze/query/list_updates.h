@@ -6,8 +6,10 @@
 
 #include <cstdint>
 #include <optional>
+#include <ostream>
 #include <string>
 #include <utility>
+#include <variant>
 #include <vector>
 
 #include "info_analyze/analyzer.h"

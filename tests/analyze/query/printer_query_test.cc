@@ -4,8 +4,8 @@
 #include <algorithm>
 #include <array>
 #include <bitset>
+#include <cstddef>
 #include <cstdint>
-#include <filesystem>
 #include <optional>
 #include <ostream>
 #include <string>

@@ -3,7 +3,7 @@
 #include <rapidcheck/gtest.h>
 
 #include <algorithm>
-#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <optional>

@@ -1,6 +1,7 @@
 // The program that the build runs for each file of known points.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <stdlib.h>
 #include <sys/wait.h>
 
 #include <algorithm>

@@ -2,10 +2,12 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <iterator>
 #include <nlohmann/json.hpp>
+#include <ostream>
 #include <pugixml.hpp>
 #include <sstream>
 #include <string>

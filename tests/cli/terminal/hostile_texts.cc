@@ -1,5 +1,7 @@
 // A communication library that hands over what no document can hold: in each text of a document,
 // "(ESC)" stands for an escape, "(FF)" for a byte that is no UTF-8, "(BEL)" for a bell.
+#include <string.h>
+
 #include <array>
 #include <cstdint>
 #include <cstdlib>

@@ -4,7 +4,9 @@
 #include <gtest/gtest.h>
 #include <pty.h>
 #include <signal.h>
+#include <stdlib.h>
 #include <sys/socket.h>
+#include <sys/types.h>
 #include <sys/un.h>
 #include <sys/wait.h>
 #include <unistd.h>
