@@ -1,11 +1,6 @@
 // Every allocation fails once: the call answers its failure and has changed nothing, and the same
 // call made again succeeds.
-#include <dlfcn.h>
-#include <elf.h>
 #include <gtest/gtest.h>
-#include <link.h>
-#include <sys/mman.h>
-#include <unistd.h>
 
 #include <cstddef>
 #include <cstdint>
@@ -18,6 +13,7 @@
 
 #include "info_analyze/communication_library.h"
 #include "tests/commlib/documents.h"
+#include "tests/support/imports.h"
 
 namespace ia_test {
 namespace {
@@ -57,65 +53,14 @@ void* AllocateForCaller(std::size_t size) {
   return block;
 }
 
-struct Slot {
-  const char* library;
-  const char* function;
-  void* replacement;
-  int replaced;
-};
-
-const ElfW(Dyn) * FindDynamic(const dl_phdr_info& object) {
-  for (int i = 0; i < object.dlpi_phnum; ++i) {
-    if (object.dlpi_phdr[i].p_type == PT_DYNAMIC) {
-      return reinterpret_cast<const ElfW(Dyn)*>(object.dlpi_addr + object.dlpi_phdr[i].p_vaddr);
-    }
-  }
-  return nullptr;
-}
-
-void Replace(ElfW(Addr) address, void* replacement) {
-  const auto page_size = static_cast<ElfW(Addr)>(sysconf(_SC_PAGESIZE));
-  void* const page = reinterpret_cast<void*>(address / page_size * page_size);
-  mprotect(page, page_size, PROT_READ | PROT_WRITE);
-  *reinterpret_cast<void**>(address) = replacement;
-}
-
-// Replaces the slots through which the library calls a function.
-int ReplaceInObject(dl_phdr_info* object, std::size_t, void* argument) {
-  auto* const slot = static_cast<Slot*>(argument);
-  if (std::string_view(object->dlpi_name).find(slot->library) == std::string_view::npos) return 0;
-  const ElfW(Rela) * tables[2] = {};
-  std::size_t sizes[2] = {};
-  const ElfW(Sym)* symbols = nullptr;
-  const char* names = nullptr;
-  for (const ElfW(Dyn)* entry = FindDynamic(*object); entry->d_tag != DT_NULL; ++entry) {
-    const auto address = entry->d_un.d_ptr;
-    if (entry->d_tag == DT_JMPREL) tables[0] = reinterpret_cast<const ElfW(Rela)*>(address);
-    if (entry->d_tag == DT_PLTRELSZ) sizes[0] = entry->d_un.d_val;
-    if (entry->d_tag == DT_RELA) tables[1] = reinterpret_cast<const ElfW(Rela)*>(address);
-    if (entry->d_tag == DT_RELASZ) sizes[1] = entry->d_un.d_val;
-    if (entry->d_tag == DT_SYMTAB) symbols = reinterpret_cast<const ElfW(Sym)*>(address);
-    if (entry->d_tag == DT_STRTAB) names = reinterpret_cast<const char*>(address);
-  }
-  for (int t = 0; t < 2; ++t) {
-    for (std::size_t i = 0; i < sizes[t] / sizeof(ElfW(Rela)); ++i) {
-      const ElfW(Rela)& relocation = tables[t][i];
-      const char* const name = names + symbols[ELF64_R_SYM(relocation.r_info)].st_name;
-      if (std::string_view(name) != slot->function) continue;
-      Replace(object->dlpi_addr + relocation.r_offset, slot->replacement);
-      ++slot->replaced;
-    }
-  }
-  return 1;
-}
-
 class FailingAllocationsTest : public testing::Test {
  protected:
   static void SetUpTestSuite() {
     pugi::set_memory_management_functions(AllocateForParser, ReleaseForParser);
-    Slot slot{"libmqpd_util.so", "malloc", reinterpret_cast<void*>(&AllocateForCaller), 0};
-    dl_iterate_phdr(ReplaceInObject, &slot);
-    ASSERT_GT(slot.replaced, 0);
+    const auto replacement_of = [](std::string_view name) {
+      return name == "malloc" ? reinterpret_cast<void*>(&AllocateForCaller) : nullptr;
+    };
+    ASSERT_GT(ReplaceImports(FindLoaded("libmqpd_util.so"), replacement_of), 0);
   }
 
   // Makes the call with its 1st, 2nd, 3rd, ... allocation failing until it succeeds.

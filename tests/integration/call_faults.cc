@@ -5,13 +5,10 @@
 #include <cups/ppd.h>
 #include <dirent.h>
 #include <dlfcn.h>
-#include <elf.h>
 #include <fcntl.h>
-#include <link.h>
 #include <search.h>
 #include <stdio.h>
 #include <string.h>
-#include <sys/mman.h>
 #include <sys/stat.h>
 #include <sys/types.h>
 #include <unistd.h>
@@ -24,8 +21,12 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <functional>
 #include <optional>
 #include <span>
+#include <string_view>
+
+#include "tests/support/imports.h"
 
 // cupsGetPPD() is deprecated, and the library's only way to a PPD.
 #pragma GCC diagnostic ignored "-Wdeprecated-declarations"
@@ -292,76 +293,12 @@ const auto kTracked = std::to_array<Import>({
     {"free", Address(Free), std::nullopt},
 });
 
-struct LoadedLibrary {
-  std::string path;
-  std::uintptr_t base = 0;
-  std::uintptr_t end = 0;
-  const ElfW(Dyn) * dynamic = nullptr;
-};
-
-LoadedLibrary FindLoaded(std::string_view file_name) {
-  struct Search {
-    std::string_view file_name;
-    LoadedLibrary found;
-  } search{file_name, {}};
-  dl_iterate_phdr(
-      [](dl_phdr_info* info, size_t, void* data) {
-        auto& [file_name, found] = *static_cast<Search*>(data);
-        const std::string_view path = info->dlpi_name;
-        if (path.substr(path.rfind('/') + 1) != file_name) return 0;
-        found.path = path;
-        found.base = info->dlpi_addr;
-        for (const ElfW(Phdr) & header : std::span(info->dlpi_phdr, info->dlpi_phnum)) {
-          const std::uintptr_t start = info->dlpi_addr + header.p_vaddr;
-          if (header.p_type == PT_LOAD) found.end = std::max(found.end, start + header.p_memsz);
-          if (header.p_type == PT_DYNAMIC) {
-            found.dynamic = reinterpret_cast<const ElfW(Dyn)*>(start);
-          }
-        }
-        return 1;
-      },
-      &search);
-  if (search.found.dynamic == nullptr) {
-    fprintf(stderr, "%s is not loaded\n", std::string(file_name).c_str());
-    abort();
-  }
-  return search.found;
-}
-
-std::uintptr_t DynamicValue(const LoadedLibrary& library, ElfW(Sxword) tag) {
-  for (const ElfW(Dyn)* entry = library.dynamic; entry->d_tag != DT_NULL; ++entry) {
-    if (entry->d_tag == tag) return entry->d_un.d_ptr;
-  }
-  return 0;
-}
-
-// The slot may stand in a page that was made read-only after relocation; it stays writable.
-void Store(void** slot, void* value) {
-  const auto page_size = static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE));
-  const std::uintptr_t page = reinterpret_cast<std::uintptr_t>(slot) & ~(page_size - 1);
-  if (mprotect(reinterpret_cast<void*>(page), page_size, PROT_READ | PROT_WRITE) != 0) abort();
-  *slot = value;
-}
-
-void ReplaceImports(const LoadedLibrary& library, std::uintptr_t relocations, std::size_t bytes,
-                    std::span<const Import> imports) {
-  const auto* symbols = reinterpret_cast<const ElfW(Sym)*>(DynamicValue(library, DT_SYMTAB));
-  const auto* names = reinterpret_cast<const char*>(DynamicValue(library, DT_STRTAB));
-  const std::span rows(reinterpret_cast<const ElfW(Rela)*>(relocations),
-                       bytes / sizeof(ElfW(Rela)));
-  for (const ElfW(Rela) & row : rows) {
-    const ElfW(Sym)& symbol = symbols[ELF64_R_SYM(row.r_info)];
-    const auto import = std::ranges::find(imports, names + symbol.st_name, &Import::name);
-    if (symbol.st_shndx != SHN_UNDEF || import == imports.end()) continue;
-    Store(reinterpret_cast<void**>(library.base + row.r_offset), import->replacement);
-  }
-}
-
-void ReplaceImports(const LoadedLibrary& library, std::span<const Import> imports) {
-  ReplaceImports(library, DynamicValue(library, DT_JMPREL), DynamicValue(library, DT_PLTRELSZ),
-                 imports);
-  ReplaceImports(library, DynamicValue(library, DT_RELA), DynamicValue(library, DT_RELASZ),
-                 imports);
+// What takes the place of an import; nothing for one that is not in the list.
+std::function<void*(std::string_view)> ReplacementsOf(std::span<const Import> imports) {
+  return [imports](std::string_view name) {
+    const auto import = std::ranges::find(imports, name, &Import::name);
+    return import != imports.end() ? import->replacement : nullptr;
+  };
 }
 
 }  // namespace
@@ -387,11 +324,11 @@ CallFaults::CallFaults() {
   library_path_ = library.path;
   library_base_ = library.base;
   library_end_ = library.end;
-  ReplaceImports(library, kFailing);
+  ReplaceImports(library, ReplacementsOf(kFailing));
 }
 
 void CallFaults::Track(std::string_view file_name) {
-  ReplaceImports(FindLoaded(file_name), kTracked);
+  ReplaceImports(FindLoaded(file_name), ReplacementsOf(kTracked));
 }
 
 // The library's fixed paths.
@@ -426,7 +363,10 @@ bool CallFaults::GoesWrong(Callee callee, const void* return_address) {
   }
   --times_left_;
   ++fired_;
-  const auto place = reinterpret_cast<std::uintptr_t>(return_address);
+  auto place = reinterpret_cast<std::uintptr_t>(return_address);
+#ifdef __thumb__
+  place &= ~std::uintptr_t{1};  // which says that the code there is Thumb code
+#endif
   const bool inside = place >= library_base_ && place < library_end_;
   failed_places_[callee].insert(inside ? place - library_base_ : place);
   if (fault_.error != 0) errno = fault_.error;
