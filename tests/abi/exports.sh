@@ -42,8 +42,8 @@ expect_equal "version script (<) and Debian's symbols (>)" "$(names_of_script)" 
   "$(sed -nE "s/^ (.*)@$version .*/\1/p" "$symbols" | grep -vx "$version")"
 
 expect_none "exports without the version $version" \
-  "$(nm -D --defined-only "$library" | awk '$2 != "A" {print $NF}' | grep -v "@@$version\$" || true)"
+  "$("$nm" -D --defined-only "$library" | awk '$2 != "A" {print $NF}' | grep -v "@@$version\$" || true)"
 expect_none "exports that are neither functions nor constant data" \
   "$(exported "$library" | awk '$2 != "T" && $2 != "R"')"
 expect_none "tables of another size than 16384 bytes" \
-  "$(exported "$library" | awk '$2 == "R" && $3 != "0000000000004000"')"
+  "$(exported "$library" | awk '$2 == "R" && $3 !~ /^0*4000$/')"

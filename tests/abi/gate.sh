@@ -8,6 +8,11 @@ here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
 
+# Those of a cross build know its processor.
+nm=${NM:-nm}
+# shellcheck disable=SC2034  # for some of the gates
+objdump=${OBJDUMP:-objdump}
+
 fail() {
   printf '%s\n' "$@" >&2
   exit 1
@@ -25,11 +30,11 @@ expect_equal() {  # what is compared, one list, other list
 
 # Names that the library exports, with the letter of nm for their kind and their size.
 exported() {  # library
-  nm -D --defined-only -S "$1" | awk '$(NF - 1) != "A" {print $NF, $(NF - 1), $2}' |
+  "$nm" -D --defined-only -S "$1" | awk '$(NF - 1) != "A" {print $NF, $(NF - 1), $2}' |
     sed 's/@@[^ ]*//' | sort
 }
 
 exported_functions() { exported "$1" | awk '$2 == "T" {print $1}'; }
 
 # Names that the library takes from others, with their versions.
-imported() { nm -D --undefined-only "$1" | awk '{print $NF}' | sort; }  # library
+imported() { "$nm" -D --undefined-only "$1" | awk '{print $NF}' | sort; }  # library

@@ -40,7 +40,7 @@ static int load_and_unload(const char* path) {
     fprintf(stderr, "%s\n", dlerror());
     return 1;
   }
-  int32_t (*is_cache)(void) = (int32_t(*)(void))dlsym(library, "info_common_is_ppd_cache");
+  int32_t (*is_cache)(void) = (int32_t (*)(void))dlsym(library, "info_common_is_ppd_cache");
   if (is_cache == NULL || is_cache() != 0 || dlclose(library) != 0) return 1;
   return dlopen(path, RTLD_NOW | RTLD_NOLOAD) != NULL;
 }

@@ -15,6 +15,7 @@ struct CallSite {
   Callee callee;
   std::uintptr_t return_address;  // relative to the load address; 0 for a jump
   std::string text;               // the instruction and the function that it stands in
+  std::string source;  // the function and the line of the source; copies of one call share them
 };
 
 // In the order of the file; none when the file cannot be disassembled.

@@ -119,7 +119,7 @@ void PrivateCupsd::WriteConfiguration() const {
         << "ErrorLog " << (folder_ / "log/error") << "\n"
         << "AccessLog " << (folder_ / "log/access") << "\n"
         << "PageLog " << (folder_ / "log/page") << "\n"
-        << "Printcap\n"
+        << "Printcap " << folder_ / "printcap" << "\n"
         << "FileDevice Yes\n"
         << "SystemGroup root\n";
   folder_.Write("cups-files.conf", files.str());

@@ -51,7 +51,7 @@ Options Applied(Options options, const Json& changes) {
     const std::string keyword = change["keyword"];
     EXPECT_EQ(options.contains(keyword), !change["before"].is_null()) << keyword;
     if (!change["before"].is_null()) {
-      EXPECT_EQ(options[keyword], change["before"]["value"]);
+      EXPECT_EQ(options[keyword], change["before"]["value"].get<std::string>());
     }
     options.erase(keyword);
     if (!change["after"].is_null()) options[keyword] = change["after"]["value"];
