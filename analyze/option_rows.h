@@ -52,7 +52,7 @@ class OptionRows {
   OptionRows(const OptionRows&) = delete;
   OptionRows& operator=(const OptionRows&) = delete;
   ~OptionRows() {
-    for (OptionSetter& row : rows_) std::free(row.value);
+    for (const OptionSetter& row : rows_) std::free(row.value);
   }
 
   void RunGetters() noexcept { ia::RunGetters(rows_); }

@@ -75,15 +75,19 @@ constexpr auto kExtraOptions = std::to_array<UpdateOption>({kInsertUnitOption});
 
 std::int32_t Find(const char* code) noexcept { return HasExtraOptions(code) ? 0 : IA_OTHER_MODELS; }
 
+constexpr ModelCell kModel{.code = kModelWithExtraOptions.data(),
+                           .handler = kRowan.name,
+                           .inputs = &kRowan.inputs,
+                           .is_whole_code = true};
+constexpr ModelCell kOtherModels{
+    .code = "", .handler = nullptr, .inputs = nullptr, .is_whole_code = false};
+
 std::optional<ModelCell> Cell(std::int32_t row) noexcept {
   switch (row) {
     case 0:
-      return ModelCell{.code = kModelWithExtraOptions.data(),
-                       .handler = kRowan.name,
-                       .inputs = &kRowan.inputs,
-                       .is_whole_code = true};
+      return kModel;
     case IA_OTHER_MODELS:
-      return ModelCell{.code = "", .handler = nullptr, .inputs = nullptr, .is_whole_code = false};
+      return kOtherModels;
     default:
       return {};
   }

@@ -113,6 +113,7 @@ struct Point {
 // Those between the neighbours of each point.
 [[nodiscard]] std::vector<double> WantedSlopes(const std::vector<Point>& points) {
   std::vector<double> slopes;
+  slopes.reserve(points.size());
   for (std::size_t i = 0; i < points.size(); ++i) {
     slopes.push_back(Slope(points[i == 0 ? 0 : i - 1], points[std::min(i + 1, points.size() - 1)]));
   }

@@ -73,7 +73,7 @@ GATES = {
     "embedding": build_test("EmbeddedProject"),
     "requirements": build_test("Requirements"),
     "decisions": docs("decisions"),
-    "tables": docs("tables"),
+    "current": docs("current"),
     "same_names": abi("same_names", targets=("info_analyze_commlib",)),
 } | {name: abi(name) for name in ("exports", "relocations", "newer_libc", "other_libraries",
                                   "null_arguments", "types", "unloading", "definitions", "grown_records", "shipped_file")}
@@ -334,12 +334,12 @@ FAULTS = (
           (("examples/README.md", "$ info-analyze query ", "$ info-analyze ask "),)),
     Fault("verb that ./dev has not", "commands", "there is no ./dev mutilate",
           (("docs/adding-a-model.md", "./dev mutate ", "./dev mutilate "),)),
-    Fault("handler without its codes on the page on decisions", "tables", "QVFinTrayHORNBEAM",
+    Fault("handler without its codes on the page on decisions", "current", "QVFinTrayHORNBEAM",
           (("docs/man/info-analyze-decisions.7", "QVFinTrayHORNBEAM Pq RA-H5",
             "QVFinTrayHORNBEAM Pq"),)),
     Fault("handler that the page on decisions lacks", "decisions", "QVFinisherSPRUCE",
           (("docs/man/info-analyze-decisions.7", "analyze_GetQVFinisherSPRUCE", "QVFinisher"),)),
-    Fault("model code that the page on decisions lacks", "tables", "QVFinTrayHORNBEAM",
+    Fault("model code that the page on decisions lacks", "current", "QVFinTrayHORNBEAM",
           (("docs/man/info-analyze-decisions.7", "QVFinTrayHORNBEAM Pq RA-H5",
             "QVFinTrayHORNBEAM Pq RA-H6"),)),
 )

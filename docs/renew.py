@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
-"""Renews what the documents say about the model tables: docs/models.md, and the model codes after
-each handler in the manual page on decisions. With --check it reports what is out of date instead.
+"""Renews what the tool itself prints: docs/models.md, the model codes after each handler in the manual
+page on decisions, and the completion scripts. With --check it reports what is out of date instead.
 
-usage: tables.py [--check] TOOL SOURCE_FOLDER"""
+usage: renew.py [--check] TOOL SOURCE_FOLDER"""
 
 import difflib
 import json
@@ -15,15 +15,15 @@ from pathlib import Path
 HEADING = re.compile(r"^\.It Sy (analyze_\w+) Pq(?: (?:.*\\\n)*.*)?$", re.MULTILINE)
 
 
-def models(tool, output_format):
-    return subprocess.run([tool, "models", "--format", output_format], check=True, text=True,
+def output(tool, *arguments):
+    return subprocess.run([tool, *arguments], check=True, text=True,
                           stdout=subprocess.PIPE).stdout
 
 
 def codes_of_handlers(tool):
     """The model codes that select each handler, in the order of the tables."""
     codes = {}
-    for family in json.loads(models(tool, "json"))["families"]:
+    for family in json.loads(output(tool, "models", "--format", "json"))["families"]:
         others = [row["handler"] for row in family["rows"] if row["code"] is None]
         for row in family["rows"]:
             if row["handler"] in others:
@@ -50,21 +50,24 @@ def main(arguments):
     check = "--check" in arguments
     tool, source = [argument for argument in arguments if argument != "--check"]
     page = Path(source, "docs/man/info-analyze-decisions.7")
-    documents = {
-        Path(source, "docs/models.md"): models(tool, "markdown"),
+    completions = Path(source, "cli/completions")
+    files = {
+        Path(source, "docs/models.md"): output(tool, "models", "--format", "markdown"),
         page: renewed_page(page.read_text(), codes_of_handlers(tool)),
+        completions / "info-analyze.bash": output(tool, "completion", "bash"),
+        completions / "_info-analyze": output(tool, "completion", "zsh"),
     }
-    stale = {path: text for path, text in documents.items() if path.read_text() != text}
+    stale = {path: text for path, text in files.items() if path.read_text() != text}
     for path, text in stale.items():
         if check:
             print(*difflib.unified_diff(path.read_text().splitlines(), text.splitlines(), str(path),
-                                        "the tables", lineterm="", n=0), sep="\n")
+                                        "the tool", lineterm="", n=0), sep="\n")
         else:
             path.write_text(text)
             print(f"renewed {path}")
     if check and stale:
         sys.exit("./dev docs renews them")
-    print(f"{len(documents)} documents agree with the tables")
+    print(f"{len(files)} files agree with the tool")
 
 
 if __name__ == "__main__":

@@ -1,0 +1,82 @@
+# Completion of info-analyze for bash; made by info-analyze completion bash.
+_info_analyze() {
+  local cur=${COMP_WORDS[COMP_CWORD]} prev=${COMP_WORDS[COMP_CWORD-1]} place= i
+  for ((i = 1; i < COMP_CWORD; i++)); do
+    case "$place/${COMP_WORDS[i]}" in
+      /calibration|/calibration/settings|/calibration/defaults|/calibration/curves|/completion|/diff|/doctor|/explain|/function-version|/models|/query|/queues|/queues/cups|/queues/daemon|/queues/find|/snapshot|/uri) place+=/${COMP_WORDS[i]} ;;
+    esac
+  done
+  case "$place $prev" in
+    '/calibration/settings --queue') :; return ;;
+    '/calibration/settings --cups-root') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
+    '/calibration/settings --driver-folder') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
+    '/calibration/settings --snapshot') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
+    '/calibration/settings --option') :; return ;;
+    '/calibration/settings --format') mapfile -t COMPREPLY < <(compgen -W 'text json' -- "$cur"); return ;;
+    '/calibration/defaults --queue') :; return ;;
+    '/calibration/defaults --cups-root') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
+    '/calibration/defaults --driver-folder') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
+    '/calibration/defaults --snapshot') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
+    '/calibration/defaults --option') :; return ;;
+    '/calibration/defaults --format') mapfile -t COMPREPLY < <(compgen -W 'text json' -- "$cur"); return ;;
+    '/calibration/curves --table') mapfile -t COMPREPLY < <(compgen -W 'LARCH_Def_Calib Linden_Def_Calib_2bit Linden_Def_Calib_4bit PinePoplar_Def_Calib_2bit PinePoplar_Def_Calib_4bit' -- "$cur"); return ;;
+    '/calibration/curves --svg') mapfile -t COMPREPLY < <(compgen -f -- "$cur"); return ;;
+    '/diff --driver-folder') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
+    '/diff --cups-root') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
+    '/diff --device-info') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
+    '/diff --format') mapfile -t COMPREPLY < <(compgen -W 'text json' -- "$cur"); return ;;
+    '/doctor --queue') :; return ;;
+    '/doctor --cups-root') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
+    '/doctor --driver-folder') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
+    '/doctor --snapshot') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
+    '/doctor --device-info') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
+    '/doctor --format') mapfile -t COMPREPLY < <(compgen -W 'text json' -- "$cur"); return ;;
+    '/explain --queue') :; return ;;
+    '/explain --cups-root') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
+    '/explain --driver-folder') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
+    '/explain --snapshot') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
+    '/explain --device-info') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
+    '/explain --format') mapfile -t COMPREPLY < <(compgen -W 'text json' -- "$cur"); return ;;
+    '/function-version --queue') :; return ;;
+    '/function-version --cups-root') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
+    '/function-version --driver-folder') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
+    '/function-version --snapshot') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
+    '/function-version --format') mapfile -t COMPREPLY < <(compgen -W 'text json' -- "$cur"); return ;;
+    '/models --format') mapfile -t COMPREPLY < <(compgen -W 'text json markdown' -- "$cur"); return ;;
+    '/query --queue') :; return ;;
+    '/query --cups-root') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
+    '/query --driver-folder') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
+    '/query --snapshot') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
+    '/query --device-info') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
+    '/query --format') mapfile -t COMPREPLY < <(compgen -W 'text json' -- "$cur"); return ;;
+    '/queues/cups --format') mapfile -t COMPREPLY < <(compgen -W 'text json' -- "$cur"); return ;;
+    '/queues/daemon --driver-folder') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
+    '/queues/daemon --format') mapfile -t COMPREPLY < <(compgen -W 'text json' -- "$cur"); return ;;
+    '/queues/find --format') mapfile -t COMPREPLY < <(compgen -W 'text json' -- "$cur"); return ;;
+    '/snapshot --queue') :; return ;;
+    '/snapshot --cups-root') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
+    '/snapshot --device-info') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
+    '/uri --format') mapfile -t COMPREPLY < <(compgen -W 'text json' -- "$cur"); return ;;
+  esac
+  case "$place" in
+    '') mapfile -t COMPREPLY < <(compgen -W 'calibration completion diff doctor explain function-version models query queues snapshot uri --help --version' -- "$cur") ;;
+    /calibration) mapfile -t COMPREPLY < <(compgen -W 'settings defaults curves --help' -- "$cur") ;;
+    /calibration/settings) mapfile -t COMPREPLY < <(compgen -W '--help --queue --cups-root --driver-folder --snapshot --option --format --quiet' -- "$cur") ;;
+    /calibration/defaults) mapfile -t COMPREPLY < <(compgen -W '--help --queue --cups-root --driver-folder --snapshot --option --format --quiet' -- "$cur") ;;
+    /calibration/curves) mapfile -t COMPREPLY < <(compgen -W '--help --table --svg --csv --quiet' -- "$cur") ;;
+    /completion) mapfile -t COMPREPLY < <(compgen -W '--help bash zsh --quiet' -- "$cur") ;;
+    /diff) mapfile -t COMPREPLY < <(compgen -W '--help --driver-folder --cups-root --device-info --lpadmin --check --format --quiet' -- "$cur") ;;
+    /doctor) mapfile -t COMPREPLY < <(compgen -W '--help --queue --cups-root --driver-folder --snapshot --device-info --format --quiet' -- "$cur") ;;
+    /explain) mapfile -t COMPREPLY < <(compgen -W '--help --queue --cups-root --driver-folder --snapshot --device-info --format --quiet' -- "$cur") ;;
+    /function-version) mapfile -t COMPREPLY < <(compgen -W '--help --queue --cups-root --driver-folder --snapshot --format --quiet' -- "$cur") ;;
+    /models) mapfile -t COMPREPLY < <(compgen -W '--help --format --quiet' -- "$cur") ;;
+    /query) mapfile -t COMPREPLY < <(compgen -W '--help --queue --cups-root --driver-folder --snapshot --device-info --format --quiet' -- "$cur") ;;
+    /queues) mapfile -t COMPREPLY < <(compgen -W 'cups daemon find --help' -- "$cur") ;;
+    /queues/cups) mapfile -t COMPREPLY < <(compgen -W '--help --format --quiet' -- "$cur") ;;
+    /queues/daemon) mapfile -t COMPREPLY < <(compgen -W '--help --driver-folder --format --quiet' -- "$cur") ;;
+    /queues/find) mapfile -t COMPREPLY < <(compgen -W '--help --format --quiet' -- "$cur") ;;
+    /snapshot) mapfile -t COMPREPLY < <(compgen -W '--help --queue --cups-root --device-info --redact --quiet' -- "$cur") ;;
+    /uri) mapfile -t COMPREPLY < <(compgen -W '--help --format --quiet' -- "$cur") ;;
+  esac
+}
+complete -o filenames -o default -F _info_analyze info-analyze
