@@ -36,7 +36,8 @@ check_files() {
 }
 
 check_tool() {
-  version=$(ask_sample_printer "$prefix/$BINDIR/info-analyze" --version)
+  version=$(env -u LD_LIBRARY_PATH "$prefix/$BINDIR/info-analyze" --version) ||
+    fail "the tool does not find its library"
   test "$version" = "info-analyze $VERSION" || fail "the tool is '$version'"
   expect_sample_options "$prefix/$BINDIR/info-analyze" query --queue office-mfp \
     --driver-folder "$BUILD/driver" --device-info "$SOURCE/examples/office-mfp/device-info"
@@ -80,9 +81,29 @@ check_cmake_package() {
   done
 }
 
-"$CMAKE" --install "$BUILD" --prefix "$prefix" > "$folder/install.log" 2>&1 ||
-  fail "installing: $(cat "$folder/install.log")"
+install() { # folder, argument...
+  to=$1
+  shift
+  "$CMAKE" --install "$BUILD" --prefix "$to" "$@" > "$folder/install.log" 2>&1 ||
+    fail "installing: $(cat "$folder/install.log")"
+}
+
+# Each file is in one component, and a component in a folder of its own has no other's files.
+check_components() {
+  for component in library development tool commlib; do
+    install "$folder/$component" --component "$component"
+    (cd "$folder/$component" && find . ! -type d) > "$folder/$component.files"
+    test -s "$folder/$component.files" || fail "the component $component is empty"
+  done
+  cat "$folder"/*.files | sort > "$folder/of_components"
+  (cd "$prefix" && find . ! -type d) | sort | diff "$folder/of_components" - ||
+    fail "the components (<) are not the whole (>)"
+  test "$(grep -c '^' "$folder/library.files")" = 2 || fail "the component library has other files"
+}
+
+install "$prefix"
 check_files
+check_components
 check_tool
 check_pkg_config
 check_cmake_package
