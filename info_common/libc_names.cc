@@ -29,6 +29,6 @@ size_t info_strlcat(char* destination, const char* source, size_t size) noexcept
 
 char* info_strnstr(const char* haystack, const char* needle, int32_t length) noexcept {
   if (haystack == nullptr || needle == nullptr || length < 1) return nullptr;
-  return static_cast<char*>(const_cast<void*>(
-      memmem(haystack, static_cast<std::size_t>(length), needle, std::strlen(needle))));
+  return static_cast<char*>(
+      memmem(haystack, static_cast<std::size_t>(length), needle, std::strlen(needle)));
 }

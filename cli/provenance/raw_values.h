@@ -24,7 +24,7 @@ struct RawValue {
   std::int32_t item = -1;  // of the document's list; -1: an outermost value
   std::string key;         // the key in full
   RawState state = RawState::kMissing;
-  nlohmann::ordered_json value = {};  // number, text, or array of them; null unless present
+  nlohmann::ordered_json value = nullptr;  // number, text, or array of them; null unless present
 
   [[nodiscard]] bool is_present() const { return state == RawState::kPresent; }
 };

@@ -26,8 +26,8 @@ constexpr auto kPrivateKeys = std::to_array<PrivateKey>({
 });
 
 void RemoveKey(pugi::xml_node node, std::string_view key) {
-  std::vector<pugi::xml_node> children(node.begin(), node.end());
-  for (pugi::xml_node child : children) {
+  const std::vector<pugi::xml_node> children(node.begin(), node.end());
+  for (const pugi::xml_node child : children) {
     // A comment may repeat a private value.
     const bool is_private = key == child.attribute("key").value();
     if (is_private || child.type() == pugi::node_comment) {

@@ -117,7 +117,7 @@ class RowArray {
 // An analyser of which only the model and the flags are known.
 class InputHandlers : public testing::Test {
  protected:
-  void SetFlags(FlagInfo* AnalyzeContext::*store, Flags flags) {
+  void SetFlags(FlagInfo* AnalyzeContext::* store, Flags flags) {
     stores_.push_back(std::make_unique<FlagStore>(std::move(flags)));
     context_.*store = stores_.back()->get();
   }
