@@ -4,10 +4,13 @@
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <exception>
+#include <memory>
 #include <string>
+#include <utility>
 
 #include "cli/calibration/calibration.h"
 #include "cli/diff/diff.h"
@@ -96,8 +99,30 @@ void OpenStandardStreams() {
   if (descriptor >= 0) close(descriptor);
 }
 
+// CLI11 from 2.5 on breaks the lines of examples anew. Older ones cannot be told not to.
+template <typename Formatter>
+void KeepLines(Formatter& formatter) {
+  if constexpr (requires { formatter.enable_footer_formatting(false); }) {
+    formatter.enable_footer_formatting(false);
+  }
+}
+
+// One help text with all releases of CLI11, some of which leave "Usage:" out.
+class HelpFormatter : public CLI::Formatter {
+ public:
+  HelpFormatter() { KeepLines(*this); }
+
+  [[nodiscard]] std::string make_usage(const CLI::App* app, std::string name) const override {
+    const std::string usage = CLI::Formatter::make_usage(app, std::move(name));
+    const std::string label = get_label("Usage") + ":";
+    if (usage.find(label) != std::string::npos) return usage;
+    return label + " " + usage.substr(std::min(usage.find_first_not_of('\n'), usage.size()));
+  }
+};
+
 [[nodiscard]] ExitStatus Run(int argc, char** argv) {
   CLI::App app("Asks printers what they are and have, in the terms of their driver's PPD options.");
+  app.formatter(std::make_shared<HelpFormatter>());
   try {
     DefineCommandLine(app);
     app.parse(argc, argv);
