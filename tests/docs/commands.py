@@ -1,15 +1,16 @@
 #!/usr/bin/env python3
 """Runs the commands that the documents show, and compares what they print with what is shown.
 
-usage: tests/docs/commands.py [--all] BUILD_FOLDER
+usage: tests/docs/commands.py [--slow | --all] BUILD_FOLDER
 
 A command is a line behind "$ " in a block of a console: ```console in Markdown, .Bd -literal in a
 manual page. Lines that follow are its output, and a line "..." stands for any number of them. The
 commands of a document run one after the other in a scratch copy of the tree, in which the tool of
 the build is found first. A command ends with status 0, or "$ echo $?" follows it.
 
-Commands that build, ./dev VERB, are run by .ci/run; with --all they are all run here, in the tree
-itself, which takes hours."""
+Blocks that run the tests of a build of their own, by ctest --test-dir, are run with --slow. ./dev VERB
+is run by .ci/run; with --all every verb that is shown is run here, in the tree itself, which takes
+hours."""
 
 import argparse
 import os
@@ -23,7 +24,8 @@ from pathlib import Path
 ROOT = Path(__file__).resolve().parent.parent.parent
 LANGUAGES = {"c", "cmake", "console", "cpp", "diff", "text", "xml"}
 MARK = "@@status "
-NOT_COPIED = (".git", "build", "fuzz", "tests")
+NOT_COPIED = (".git", "build")
+NOT_COPIED_EITHER = ("fuzz", "tests")  # unless it takes long anyway
 
 
 class Command:
@@ -35,6 +37,9 @@ class Command:
 
     def builds(self):
         return self.text.startswith("./dev ")
+
+    def tests(self):
+        return self.text.startswith("ctest --test-dir ")
 
     def __str__(self):
         return f"{self.document.relative_to(ROOT)}:{self.line}: {self.text}"
@@ -120,14 +125,15 @@ def run_block(commands, folder, environment):
         yield command, int(status), output
 
 
-def scratch_copy(folder, build):
+def scratch_copy(folder, build, with_tests):
+    left_out = NOT_COPIED + (() if with_tests else NOT_COPIED_EITHER)
     shutil.copytree(ROOT, folder, dirs_exist_ok=True, ignore=lambda directory, names:
-                    NOT_COPIED if Path(directory) == ROOT else ())
+                    left_out if Path(directory) == ROOT else ())
     for preset in ("dev", "release"):
         (folder / "build").mkdir(exist_ok=True)
         (folder / "build" / preset).symlink_to(build)
     return dict(os.environ, PATH=f"{build / 'bin'}:{os.environ['PATH']}", TERM="dumb",
-                LC_ALL="C.UTF-8")
+                LC_ALL="C.UTF-8", CCACHE_BASEDIR=str(folder))
 
 
 def check(commands, folder, environment):
@@ -184,9 +190,11 @@ def check_counts(commands, build):
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__.split("\n")[0])
+    parser.add_argument("--slow", action="store_true")
     parser.add_argument("--all", action="store_true")
     parser.add_argument("build", type=Path)
     arguments = parser.parse_args()
+    is_slow = arguments.slow or arguments.all
     found = documents()
     failures, runs = check_verbs(found), 0
     for document in found:
@@ -194,8 +202,10 @@ def main():
         if not blocks_:
             continue
         with tempfile.TemporaryDirectory() as folder:
-            environment = scratch_copy(Path(folder), arguments.build.resolve())
+            environment = scratch_copy(Path(folder), arguments.build.resolve(), is_slow)
             for commands in blocks_:
+                if any(command.tests() for command in commands) and not is_slow:
+                    continue
                 here = [command for command in commands if not command.builds()]
                 failures += check(here, folder, environment)
                 failures += check_counts(commands, arguments.build)

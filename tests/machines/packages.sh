@@ -1,0 +1,29 @@
+#!/usr/bin/env bash
+# Builds the Debian packages with nothing but what they ask for, holds them to lintian, installs
+# them, asks the sample printers and removes them. The tests have run before.
+# usage: packages.sh ARCHITECTURE
+set -euo pipefail
+architecture=$1
+version=$(sed -nE 's/^project\(info_analyze VERSION ([0-9.]+) .*/\1/p' CMakeLists.txt)
+folder=/src/packages
+profiles=nocheck
+[[ $architecture == "$(dpkg --print-architecture)" ]] || profiles+=,cross
+export DEBIAN_FRONTEND=noninteractive DEB_BUILD_OPTIONS=nocheck LC_ALL=C.UTF-8
+
+rm -rf "$folder"
+mkdir -p "$folder"
+rsync -rlp --exclude=/build ./ "$folder/info-analyze-$version"
+cp -r packaging/debian "$folder/info-analyze-$version/debian"
+cd "$folder/info-analyze-$version"
+apt-get install -y -qq --no-install-recommends dpkg-dev lintian
+apt-get build-dep -y -qq --no-install-recommends --host-architecture "$architecture" \
+  --build-profiles "$profiles" .
+dpkg-buildpackage -us -uc -b --host-arch "$architecture" --build-profiles="$profiles"
+lintian --fail-on error,warning --allow-root "$folder"/*.changes
+rm "$folder"/*-dbgsym_*.deb
+
+names=(info-analyze libinfo-analyze1 libinfo-analyze-dev libinfo-analyze-commlib)
+cd "$folder"
+apt-get install -y -qq --no-install-recommends ./*"_$architecture.deb"
+"$OLDPWD/packaging/debian/tests/sample-printers"
+dpkg --purge "${names[@]}"
