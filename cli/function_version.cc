@@ -40,8 +40,9 @@ void ShowFlags(const FunctionVersionOptions& options) {
   const int32_t result =
       Analyze_Info_FromFunctionVersion(session.analyzer.get(), version, flags.get());
   if (result != 0) {
-    throw Failure(ExitStatus::kOther, "the flags of the function version cannot be told: result " +
-                                          std::to_string(result));
+    throw Failure(
+        ExitStatus::kOther,
+        "cannot determine the flags of the function version: result " + std::to_string(result));
   }
   const Answer answer = {session.analyzer->driver_name, flags->next};
   WriteAnswer(FindFormatter(options.format)(answer));

@@ -31,19 +31,19 @@ struct Verb {
 };
 
 constexpr auto kVerbs = std::to_array<Verb>({
-    {"calibration", "Tell what a calibration tool sends to a printer, and starts from",
-     DefineCalibration},
-    {"completion", "Write a script that completes command lines", DefineCompletion},
-    {"diff", "Tell what has changed between two printers, or between then and now", DefineDiff},
-    {"doctor", "Tell what is wrong with a printer's set-up, and what to mend first", DefineDoctor},
-    {"explain", "Tell why each option of a printer has its value", DefineExplain},
-    {"function-version", "Tell which flags a driver function version selects",
+    {"calibration", "Print calibration settings, default data and curves", DefineCalibration},
+    {"completion", "Print a completion script for a shell", DefineCompletion},
+    {"diff", "Compare two printers, or a printer with its snapshot", DefineDiff},
+    {"doctor", "Find out what is wrong with a printer's set-up, and what to fix first",
+     DefineDoctor},
+    {"explain", "Explain why each option of a printer has its value", DefineExplain},
+    {"function-version", "Print the flags that a driver function version selects",
      DefineFunctionVersion},
-    {"models", "Tell which handlers decide the options of each driver model", DefineModels},
-    {"query", "Tell what a printer is and has, as PPD options", DefineQuery},
+    {"models", "List the handlers that decide the options of each driver model", DefineModels},
+    {"query", "Print the PPD options of a printer", DefineQuery},
     {"queues", "List print queues, or find the one that serves a device", DefineQueues},
-    {"snapshot", "Keep a printer in one folder, to be asked again without it", DefineSnapshot},
-    {"uri", "Tell what follows from a device URI", DefineUri},
+    {"snapshot", "Save a printer's PPD and documents in DIR", DefineSnapshot},
+    {"uri", "Print the driver, address and port of a device URI", DefineUri},
 });
 
 // The common options of every verb without verbs of its own.
@@ -51,8 +51,7 @@ void AddCommonOptions(CLI::App& verb) {
   const auto subverbs = verb.get_subcommands([](const CLI::App*) { return true; });
   for (CLI::App* const subverb : subverbs) AddCommonOptions(*subverb);
   if (!subverbs.empty()) return;
-  verb.add_flag_function(
-      "--quiet", [](std::int64_t) { SetQuiet(true); }, "Tell errors alone on standard error");
+  verb.add_flag_function("--quiet", [](std::int64_t) { SetQuiet(true); }, "Print errors only");
 }
 
 void DefineCommandLine(CLI::App& app) {
@@ -99,7 +98,7 @@ void OpenStandardStreams() {
   if (descriptor >= 0) close(descriptor);
 }
 
-// CLI11 from 2.5 on breaks the lines of examples anew. Older ones cannot be told not to.
+// CLI11 from 2.5 on breaks the lines of examples anew. Older ones keep them.
 template <typename Formatter>
 void KeepLines(Formatter& formatter) {
   if constexpr (requires { formatter.enable_footer_formatting(false); }) {
@@ -107,7 +106,7 @@ void KeepLines(Formatter& formatter) {
   }
 }
 
-// One help text with all releases of CLI11, some of which leave "Usage:" out.
+// Makes one help text with all releases of CLI11: some leave "Usage:" out.
 class HelpFormatter : public CLI::Formatter {
  public:
   HelpFormatter() { KeepLines(*this); }
@@ -121,7 +120,8 @@ class HelpFormatter : public CLI::Formatter {
 };
 
 [[nodiscard]] ExitStatus Run(int argc, char** argv) {
-  CLI::App app("Asks printers what they are and have, in the terms of their driver's PPD options.");
+  CLI::App app(
+      "Works out a printer's PPD options from its PPD and the documents the device reports.");
   app.formatter(std::make_shared<HelpFormatter>());
   try {
     DefineCommandLine(app);

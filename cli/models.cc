@@ -64,12 +64,12 @@ using Matrix = std::vector<Family>;
 
 [[nodiscard]] Json RowJson(const Row& row) {
   const bool is_other = *row.code == '\0';
-  Json looks_at = Json::array();
-  for (const InputKey* const input : row.inputs) looks_at.push_back(ToJson(*input));
+  Json inputs = Json::array();
+  for (const InputKey* const input : row.inputs) inputs.push_back(ToJson(*input));
   return {{"code", is_other ? Json(nullptr) : Json(row.code)},
           {"match", is_other ? "other models" : (row.whole_code != 0 ? "whole" : "prefix")},
           {"handler", row.handler != nullptr ? Json(row.handler) : Json(nullptr)},
-          {"looks_at", looks_at}};
+          {"inputs", inputs}};
 }
 
 [[nodiscard]] std::string MatrixJson(const Matrix& matrix) {
@@ -133,8 +133,8 @@ using Cells = std::vector<std::string>;
 }
 
 [[nodiscard]] std::string FamilyMarkdown(const Family& family) {
-  std::string text = "\n## " + family.option + "\n\n" +
-                     MarkdownHead({"Model codes", "Handler", "What it looks at"});
+  std::string text =
+      "\n## " + family.option + "\n\n" + MarkdownHead({"Model codes", "Handler", "Inputs"});
   for (const Row& row : family.rows) {
     const std::string pattern = PatternOf(row);
     text += MarkdownRow({*row.code == '\0' ? "other models" : Code(pattern), Code(HandlerOf(row)),

@@ -1,4 +1,4 @@
-/* Asks a printer what it is and has, and prints the answer as PPD options.
+/* Prints the PPD options of a printer.
  *
  * usage: query DRIVER_FOLDER QUEUE DEVICE_INFO */
 #include <stdio.h>

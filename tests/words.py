@@ -17,7 +17,7 @@ WORDS = (
     (r"tell|tells|telling|told", "print, report, return, describe, specify, document"),
     (r"mend|mends|mended|mending", "fix"),
     (r"(look|looks|looked|looking) at", "reads, depends on"),
-    (r"rooms|room(?! (for|left|is|enough))", "module, folder"),
+    (r"rooms|(?<!print )room(?! (for|left|is|enough))", "module, folder"),
     (r"rim|rims", "ABI boundary, internals"),
     (r"landing|landings", "merge; in CI"),
     (r"(is|are|was|were|has been) (there already|already there)|what is there|(is|are) not there",

@@ -100,9 +100,9 @@ void DefineCalibration(CLI::App& verb) {
   verb.require_subcommand(1);
   verb.footer("Examples:\n  info-analyze calibration curves --svg curves.svg");
   DefineJobQuestion<GetSettings>(
-      *verb.add_subcommand("settings", "Tell which calibration settings a job needs"));
+      *verb.add_subcommand("settings", "Print the calibration settings of a print job"));
   DefineJobQuestion<GetDefaults>(
-      *verb.add_subcommand("defaults", "Tell what calibration starts from"));
+      *verb.add_subcommand("defaults", "Print the default calibration data of a model"));
   DefineCurves(*verb.add_subcommand("curves", "Show the default curves"));
 }
 

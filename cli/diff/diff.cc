@@ -92,7 +92,7 @@ struct Difference {
 }
 
 // In a word: a unit whose default says that it is missing can be added and go.
-[[nodiscard]] const char* KindOf(const Change& change) {
+[[nodiscard]] const char* NameOf(const Change& change) {
   if (change.before == nullptr) return "new option";
   if (change.after == nullptr) return "option dropped";
   const std::string default_value = DefaultOf(change.after->keyword);
@@ -103,9 +103,9 @@ struct Difference {
 
 [[nodiscard]] std::string WordsOf(const Change& change) {
   const StateOption& latest = LatestOf(change);
-  const bool is_gone = change.after == nullptr || KindOf(change) == std::string_view("gone");
+  const bool is_gone = change.after == nullptr || NameOf(change) == std::string_view("gone");
   const StateOption& named = is_gone && change.before != nullptr ? *change.before : latest;
-  std::string words = std::string("  (") + KindOf(change);
+  std::string words = std::string("  (") + NameOf(change);
   if (!latest.keyword_text.empty()) words += ": " + latest.keyword_text;
   if (!named.value_text.empty()) words += ", " + named.value_text;
   return words + ")";
@@ -153,7 +153,7 @@ struct Difference {
   const StateOption& latest = LatestOf(change);
   return {{"keyword", latest.keyword},
           {"text", OrNull(latest.keyword_text)},
-          {"kind", KindOf(change)},
+          {"change", NameOf(change)},
           {"before", side(change.before)},
           {"after", side(change.after)}};
 }

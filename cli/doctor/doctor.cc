@@ -53,7 +53,7 @@ struct DoctorQuestion {
   check.resize(11, ' ');
   std::string text = level + check + Printable(finding.sentence) + "\n";
   if (finding.fix.empty()) return text;
-  return text + std::string(20, ' ') + "mend: " + Printable(finding.fix) + "\n";
+  return text + std::string(20, ' ') + "fix: " + Printable(finding.fix) + "\n";
 }
 
 [[nodiscard]] std::string FormatCheckup(const Checkup& checkup) {
@@ -62,7 +62,7 @@ struct DoctorQuestion {
   text += CountOf(checkup.Count(Level::kFailure), "failure") + ", " +
           CountOf(checkup.Count(Level::kWarning), "warning") + "\n";
   if (const Finding* const first = checkup.First()) {
-    text += "mend first: " + Printable(first->sentence) + "\n";
+    text += "fix first: " + Printable(first->sentence) + "\n";
   }
   return text;
 }
@@ -71,7 +71,7 @@ struct DoctorQuestion {
   return {{"level", NameOf(finding.level)},
           {"check", finding.check},
           {"sentence", finding.sentence},
-          {"mend", finding.fix.empty() ? Json(nullptr) : Json(finding.fix)}};
+          {"fix", finding.fix.empty() ? Json(nullptr) : Json(finding.fix)}};
 }
 
 [[nodiscard]] std::string CheckupJson(const Checkup& checkup) {
@@ -81,7 +81,7 @@ struct DoctorQuestion {
   return DumpJson({{"result", NameOf(Worst(checkup))},
                    {"failures", checkup.Count(Level::kFailure)},
                    {"warnings", checkup.Count(Level::kWarning)},
-                   {"mend_first", first != nullptr ? Json(first->sentence) : Json(nullptr)},
+                   {"fix_first", first != nullptr ? Json(first->sentence) : Json(nullptr)},
                    {"findings", findings}});
 }
 

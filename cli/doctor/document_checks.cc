@@ -22,12 +22,12 @@ constexpr const char* kFixDocument =
 [[nodiscard]] bool CheckFolder(const std::string& folder, Checkup& checkup) {
   struct stat status = {};
   if (stat(folder.c_str(), &status) != 0) {
-    checkup.Fail("documents", "folder of the documents " + folder + ": " + std::strerror(errno),
+    checkup.Fail("documents", "document directory " + folder + ": " + std::strerror(errno),
                  "correct --device-info, or let the printer daemon fetch the documents");
     return false;
   }
   if (S_ISDIR(status.st_mode)) return true;
-  checkup.Fail("documents", "folder of the documents " + folder + ": is no folder",
+  checkup.Fail("documents", "document directory " + folder + ": not a directory",
                "correct --device-info");
   return false;
 }
@@ -80,8 +80,8 @@ void CheckElements(const RawValue& raw, Checkup& checkup) {
   for (std::size_t i = 0; i < raw.value.size(); ++i) {
     if (!raw.value[i].is_null()) continue;
     checkup.Warn("keys",
-                 PlaceOf(raw) + ": the element " + std::to_string(i) + " is of the wrong kind; " +
-                     NameOfType(*raw.input) + " is wanted",
+                 PlaceOf(raw) + ": the element " + std::to_string(i) +
+                     " has the wrong type; expected " + NameOfType(*raw.input),
                  kFixDocument);
   }
 }
@@ -92,9 +92,9 @@ void CheckValue(const RawValue& raw, Checkup& checkup) {
     case RawState::kPresent:
       return CheckElements(raw, checkup);
     case RawState::kWrongType:
-      return checkup.Warn(
-          "keys", PlaceOf(raw) + " is of the wrong kind; " + NameOfType(*raw.input) + " is wanted",
-          kFixDocument);
+      return checkup.Warn("keys",
+                          PlaceOf(raw) + " has the wrong type; expected " + NameOfType(*raw.input),
+                          kFixDocument);
     case RawState::kMissing:
       if (IsOfElements(*raw.input)) return;
       return checkup.Warn(
@@ -110,8 +110,7 @@ void CheckList(const AnalyzeContext& analyzer, std::int32_t document, Checkup& c
   const InputKey list = {.document = document, .in_list = 0, .type = IA_KEY_LONG, .key = "list"};
   for (const RawValue& raw : ReadRawValues(analyzer, list)) {
     if (!raw.is_present()) continue;
-    checkup.Warn("keys", PlaceOf(raw) + " is of the wrong kind; dictionaries are wanted",
-                 kFixDocument);
+    checkup.Warn("keys", PlaceOf(raw) + " has the wrong type; expected dictionaries", kFixDocument);
   }
 }
 
@@ -122,14 +121,14 @@ void CheckList(const AnalyzeContext& analyzer, std::int32_t document, Checkup& c
 
 void CheckChoice(const Patient& patient, const OptionList& option, Checkup& checkup) {
   const PpdOption* const in_ppd = FindOption(patient, option.key);
-  const std::string told = std::string(option.key) + "=" + option.value;
+  const std::string option_text = std::string(option.key) + "=" + option.value;
   if (in_ppd == nullptr) {
-    return checkup.Note("values", told + ": the PPD has no such option to choose");
+    return checkup.Note("values", option_text + ": the PPD has no such option to choose");
   }
   if (in_ppd->HasChoice(option.value)) return;
-  checkup.Warn("values", told + ": the PPD has no such choice",
+  checkup.Warn("values", option_text + ": the PPD has no such choice",
                std::string("add the choice to the PPD; `info-analyze explain ") + option.key +
-                   "` tells where the value comes from");
+                   "` shows where the value comes from");
 }
 
 }  // namespace
@@ -155,7 +154,7 @@ void CheckKeys(const Patient& patient, Checkup& checkup) {
     for (const RawValue& raw : ReadRawValues(*patient.analyzer, *input)) CheckValue(raw, checkup);
   }
   if (checkup.Count(Level::kWarning) == before) {
-    checkup.Ok("keys", "no key that this model's handlers read is missing or of the wrong kind");
+    checkup.Ok("keys", "no key that this model's handlers read is missing or has the wrong type");
   }
 }
 
@@ -165,13 +164,13 @@ void CheckValues(const Patient& patient, Checkup& checkup) {
   const std::int32_t result = Analyze_Info_FromPrinter(patient.analyzer.get(), options.get(), 0);
   if (result != 0) {
     return checkup.Fail("query", "the query fails with result " + std::to_string(result),
-                        "mend the documents that are named above");
+                        "fix the documents that are named above");
   }
   std::size_t count = 0;
   for (const OptionList* node = options->next; node != nullptr; node = node->next, ++count) {
     CheckChoice(patient, *node, checkup);
   }
-  checkup.Ok("query", "the query tells " + CountOf(count, "option"));
+  checkup.Ok("query", "the query returns " + CountOf(count, "option"));
 }
 
 }  // namespace ia::cli

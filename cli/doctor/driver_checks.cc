@@ -31,7 +31,7 @@ constexpr const char* kFixDriver = "install the driver package, or correct --dri
     checkup.Fail("driver", "driver folder " + folder + ": is no folder", kFixDriver);
     return false;
   }
-  checkup.Ok("driver", "driver folder " + folder + " is there");
+  checkup.Ok("driver", "driver folder " + folder + " exists");
   return true;
 }
 
@@ -69,7 +69,7 @@ constexpr const char* kFixDriver = "install the driver package, or correct --dri
     if (dlsym(library, name) != nullptr) continue;
     is_complete = false;
     checkup.Fail("driver", "communication library " + path + " lacks the entry point " + name,
-                 "install the driver package again: its communication library is of another kind");
+                 "install the driver package again: its communication library is incompatible");
   }
   if (is_complete) {
     checkup.Ok("driver", "communication library " + path + " has all " + std::to_string(count) +

@@ -32,23 +32,23 @@ constexpr auto kFlagRows = std::to_array<FlagRow>({
     {.key = kMediaTypes,
      .store = &AnalyzeContext::media_type_flags,
      .has_numbers = true,
-     .consequence = "every tray is told to hold plain paper"},
+     .consequence = "every tray is reported to hold plain paper"},
     {.key = kSlots,
      .store = &AnalyzeContext::slot_media_info_flags,
      .has_numbers = false,
-     .consequence = "no media type is told"},
+     .consequence = "no media type is reported"},
     {.key = kInputTrays,
      .store = &AnalyzeContext::input_tray_flags,
      .has_numbers = true,
-     .consequence = "trays have no slots, so no media type is told"},
+     .consequence = "trays have no slots, so no media type is reported"},
     {.key = kFinisherNames,
      .store = &AnalyzeContext::finisher_name_flags,
      .has_numbers = false,
-     .consequence = "no finisher is told by its name"},
+     .consequence = "no finisher is recognised by its name"},
     {.key = kSourceOptions,
      .store = &AnalyzeContext::src_option_flags,
      .has_numbers = true,
-     .consequence = "no extra paper source is told"},
+     .consequence = "no extra paper source is reported"},
 });
 
 // The PPD keyword of a flag text.
@@ -116,10 +116,10 @@ class FlagText {
     for (const auto& [name, count] : counts_) {
       if (count < 2) continue;
       const FlagPair* const pair = zflaginfo_find(&store_, name.c_str());
-      std::string sentence = name_ + ": the item " + name + " is there ";
+      std::string sentence = name_ + ": the item " + name + " appears ";
       sentence += std::to_string(count) + " times";
       if (pair != nullptr) {
-        sentence += std::string(", of which the value ") + pair->value + " counts";
+        sentence += std::string("; only the value ") + pair->value + " is used";
       }
       checkup_.Warn("flags", sentence, "keep one item of that name");
     }

@@ -61,10 +61,10 @@ void CheckLine(std::string_view line, OptionLines& lines, Checkup& checkup) {
     return;
   }
   checkup.Warn("ppd",
-               "the line that begins with *" + text.substr(0, 40) +
+               "the line that starts with *" + text.substr(0, 40) +
                    " is not read: a keyword or a value has at most " +
                    std::to_string(IA_PPD_TEXT_SIZE - 2) + " bytes",
-               "split its items into several lines, with _1, _2 behind the keyword");
+               "split its items into several lines, with _1, _2 after the keyword");
 }
 
 // Option lines are outside the blocks of options; lines in a block are choices.
@@ -77,7 +77,7 @@ void CheckLine(std::string_view line, OptionLines& lines, Checkup& checkup) {
     if (!is_in_block && line.starts_with("*QV")) CheckLine(line, lines, checkup);
   });
   if (is_in_block) {
-    checkup.Warn("ppd", "a block of the PPD is not closed: option lines behind it are not read",
+    checkup.Warn("ppd", "a block of the PPD is not closed: option lines after it are not read",
                  "add the missing *CloseUI line");
   }
   return lines;
@@ -86,10 +86,10 @@ void CheckLine(std::string_view line, OptionLines& lines, Checkup& checkup) {
 void CheckRepetitions(const OptionLines& lines, Checkup& checkup) {
   for (const auto& [key, count] : lines.counts) {
     if (count < 2) continue;
-    checkup.Warn("ppd",
-                 "the PPD has " + std::to_string(count) + " lines of " + key +
-                     ", of which the last one counts",
-                 "keep one line of " + key);
+    checkup.Warn(
+        "ppd",
+        "the PPD has " + std::to_string(count) + " lines of " + key + "; only the last one is used",
+        "keep one line of " + key);
   }
 }
 

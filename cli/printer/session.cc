@@ -107,8 +107,7 @@ void AddDriverOption(CLI::App& verb, PrinterLocation& location) {
 void AddQueueOptions(CLI::App& verb, PrinterLocation& location) {
   AddCupsOptions(verb, location);
   AddDriverOption(verb, location);
-  verb.add_option("--snapshot", location.snapshot,
-                  "Ask the printer in this folder, which `snapshot` has made")
+  verb.add_option("--snapshot", location.snapshot, "Query the printer saved in DIR by `snapshot`")
       ->type_name("DIR")
       ->excludes("--queue")
       ->excludes("--cups-root");

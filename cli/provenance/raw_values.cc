@@ -146,9 +146,9 @@ struct Place {
     case RawState::kPresent:
       return " = " + raw.value.dump(-1, ' ', false, Json::error_handler_t::replace);
     case RawState::kMissing:
-      return " is not there";
+      return " is missing";
     case RawState::kWrongType:
-      return " is of another kind";
+      return " has the wrong type";
     case RawState::kNoDocument:
       break;
   }
@@ -162,7 +162,7 @@ struct Place {
     case RawState::kMissing:
       return "missing";
     case RawState::kWrongType:
-      return "wrong kind";
+      return "wrong type";
     case RawState::kNoDocument:
       break;
   }

@@ -61,7 +61,7 @@ void WriteFile(const std::filesystem::path& path, const std::string& contents) {
 // The folder must be new: files that exist already would be taken for the printer's.
 void MakeFolder(const std::string& folder) {
   std::error_code error;
-  if (std::filesystem::exists(folder, error)) Fail(folder, "is there already");
+  if (std::filesystem::exists(folder, error)) Fail(folder, "exists already");
   std::filesystem::create_directories(folder, error);
   if (error) Fail(folder, error.message());
   std::filesystem::permissions(folder, std::filesystem::perms::owner_all, error);
@@ -108,7 +108,7 @@ void MakeFolder(const std::string& folder) {
 void ReadListed(const std::string& folder, const Json& entry, Snapshot& snapshot) {
   const std::string name = TextIn(folder, entry, "name");
   if (!FittingNames(snapshot.queue).contains(name)) {
-    Fail(folder, std::string(kListName) + ": names a file of another kind: " + name);
+    Fail(folder, std::string(kListName) + ": names an unexpected file: " + name);
   }
   const std::string contents = ReadContents(folder, name);
   if (Sha256(contents) != TextIn(folder, entry, "sha256")) {

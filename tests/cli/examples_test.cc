@@ -41,20 +41,20 @@ TEST_F(QueryExample, GivesTheLinesOfTheTool) {
   EXPECT_EQ(run.err, "");
 }
 
-TEST_F(QueryExample, TellsItsUsage) {
+TEST_F(QueryExample, PrintsItsUsage) {
   ExpectFailure(RunExample({IA_TEST_DRIVER_FOLDER}), "usage: query");
 }
 
-TEST_F(QueryExample, TellsOfAMissingCommunicationLibrary) {
+TEST_F(QueryExample, ReportsAMissingCommunicationLibrary) {
   ExpectFailure(RunExample({root_ / "nowhere", "office-mfp", device_info()}), root_ / "nowhere");
 }
 
-TEST_F(QueryExample, TellsOfAMissingQueue) {
+TEST_F(QueryExample, ReportsAMissingQueue) {
   WritePpd("*PPD-Adobe: \"4.3\"\n");
   ExpectFailure(RunExample({IA_TEST_DRIVER_FOLDER, "office-mfp", device_info()}), "office-mfp");
 }
 
-TEST_F(QueryExample, TellsOfAFailedQuery) {
+TEST_F(QueryExample, ReportsAFailedQuery) {
   RemoveDocument("Devicename.xml");
   ExpectFailure(RunExample({IA_TEST_DRIVER_FOLDER, "office-mfp", device_info()}), "documents");
 }
@@ -95,8 +95,8 @@ TEST_F(SamplePpd, HasTheModelCodeAndTheFiveFlagTexts) {
   }
 }
 
-// The memory size is a number and no choice; all else that is told can be chosen.
-TEST_F(SamplePpd, OffersWhatThePrinterIsExpectedToTell) {
+// The memory size is a number and no choice; every other value can be chosen.
+TEST_F(SamplePpd, OffersWhatThePrinterIsExpectedToReport) {
   const std::string file = std::string(ia_test::kSample) + "/expected-options.txt";
   for (const std::string& line : Lines(ia_test::ReadFile(file))) {
     const std::size_t equals = line.find('=');

@@ -11,15 +11,15 @@ fail() {
   exit 1
 }
 
-# The road of the sample printer, over the library that has been installed.
-ask_sample_printer() {
+# Runs a program with the installed library on the sample printer.
+with_sample_printer() {
   mkdir -p "$folder/tmp"
   LD_LIBRARY_PATH=$prefix/$LIBDIR CUPS_SERVERROOT=$SOURCE/examples/office-mfp \
     CUPS_SERVER=localhost TMPDIR=$folder/tmp "$@"
 }
 
 expect_sample_options() {
-  ask_sample_printer "$@" > "$folder/answer" || fail "$1 ended with status $?"
+  with_sample_printer "$@" > "$folder/answer" || fail "$1 ended with status $?"
   diff -u "$SOURCE/examples/office-mfp/expected-options.txt" "$folder/answer" ||
     fail "$1 gave other options"
 }
@@ -49,7 +49,7 @@ ask_pkg_config() {
 
 check_pkg_config() {
   version=$(ask_pkg_config --modversion)
-  test "$version" = "$VERSION" || fail "pkg-config tells the version '$version'"
+  test "$version" = "$VERSION" || fail "pkg-config reports the version '$version'"
   required=$(ask_pkg_config --print-requires --print-requires-private)
   test -z "$required" || fail "pkg-config asks for '$required'"
   # Flags are lists of words.

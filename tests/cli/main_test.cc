@@ -100,7 +100,7 @@ TEST_F(ToolCommandLine, NoVerbIsRefused) {
                 AllOf(HasSubstr("subcommand"), HasSubstr("see info-analyze --help")));
 }
 
-TEST_F(ToolCommandLine, NoVerbBehindAnotherIsRefused) {
+TEST_F(ToolCommandLine, NoVerbAfterAnotherIsRefused) {
   ExpectFailure(RunTool({IA_TEST_TOOL, "queues"}), 2,
                 AllOf(HasSubstr("subcommand"), HasSubstr("see info-analyze queues --help")));
 }

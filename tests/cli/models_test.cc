@@ -63,7 +63,7 @@ TEST_F(ToolModels, GivesJson) {
   ASSERT_THAT(json["families"], SizeIs(10));
   EXPECT_EQ(json["families"][9],
             Json::parse(R"({"option": "QVInsertUnit", "rows": [{"code": "RA-Z5", "match": "whole",
-                "handler": "analyze_GetExtraOptionStringROWAN", "looks_at": [
+                "handler": "analyze_GetExtraOptionStringROWAN", "inputs": [
                 {"document": "Tray_list.xml", "in_list": true, "key": "alias"}]}]})"));
   EXPECT_EQ(json["families"][0]["rows"][0]["code"], nullptr);
   EXPECT_EQ(json["families"][0]["rows"][0]["match"], "other models");

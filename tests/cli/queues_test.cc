@@ -162,25 +162,25 @@ TEST_F(ToolQueues, FindNamesTheQueueOfADevice) {
             R"({"schema_version":1,"queue":"of\tfice"})");
 }
 
-TEST_F(ToolQueues, FindTellsThatNoQueueServesTheDevice) {
+TEST_F(ToolQueues, FindReportsThatNoQueueServesTheDevice) {
   WriteConf("CUPSKAPPA2", "<Printer lobby>\nDevicePath net:1/PDLType=kappa2\n");
   ExpectFailure(
       RunTool({"queues", "find", "net:2/PDLType=kappa2"}), 6,
       AllOf(HasSubstr("net:2/PDLType=kappa2"), HasSubstr(kConf), HasSubstr("no queue serves it")));
 }
 
-TEST_F(ToolQueues, FindTellsThatThereIsNoConfiguration) {
+TEST_F(ToolQueues, FindReportsAMissingConfiguration) {
   ExpectFailure(RunTool({"queues", "find", "net:2/PDLType=kappa2"}), 6,
                 AllOf(HasSubstr(kConf), HasSubstr("No such file")));
 }
 
-TEST_F(ToolQueues, FindTellsThatTheConfigurationCannotBeRead) {
+TEST_F(ToolQueues, FindReportsAnUnreadableConfiguration) {
   std::filesystem::create_directories(root_ / "cache/Vorel/CUPSKAPPA2/MQPD/mqpd.conf");
   ExpectFailure(RunTool({"queues", "find", "net:2/PDLType=kappa2"}), 6,
                 AllOf(HasSubstr(kConf), HasSubstr("cannot be read")));
 }
 
-TEST_F(ToolQueues, FindTellsThatTheUriLeadsNowhere) {
+TEST_F(ToolQueues, FindReportsThatTheUriHasNoPort) {
   ExpectFailure(RunTool({"queues", "find", "net:2/PDLType=sfp"}), 6,
                 AllOf(HasSubstr("net:2/PDLType=sfp"), HasSubstr("no driver family")));
 }

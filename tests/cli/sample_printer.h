@@ -18,7 +18,7 @@ namespace ia_test {
 inline constexpr char kSample[] = IA_TEST_SOURCE "/examples/office-mfp";
 
 // A copy of the sample printer that a test may change, and the programs that ask it. What is
-// around the programs fails those who look at the wrong place: no CUPS server listens there.
+// around the programs fails programs that read the wrong place: no CUPS server listens there.
 class SamplePrinter : public testing::Test {
  protected:
   SamplePrinter() {
@@ -60,7 +60,7 @@ class SamplePrinter : public testing::Test {
   Finished RunTool(const std::vector<std::string>& arguments) const {
     return RunProgram(ToolCommand(arguments));
   }
-  // A query of the copy; the arguments come behind those that it takes.
+  // A query of the copy; the arguments follow those that it takes.
   Finished RunQuery(const std::vector<std::string>& more = {}) const {
     std::vector<std::string> arguments = QueryArguments();
     arguments.insert(arguments.end(), more.begin(), more.end());

@@ -18,7 +18,7 @@ except ImportError:
 
 
 def closed(schema):
-    """The schema without room for members that it does not tell."""
+    """The schema, refusing members that it does not describe."""
     if isinstance(schema, list):
         return [closed(item) for item in schema]
     if not isinstance(schema, dict):
@@ -42,14 +42,14 @@ def lines_of_diff(answer):
     """The changed values."""
     values = [tuple(side and side["value"] or "-" for side in (change["before"], change["after"]))
               for change in answer["changes"]]
-    return [f"{change['keyword']}: {before} -> {after}  ({change['kind']}"
+    return [f"{change['keyword']}: {before} -> {after}  ({change['change']}"
             for change, (before, after) in zip(answer["changes"], values)]
 
 
 def lines_of_models(answer):
     codes = {"prefix": "{}*", "whole": "{}", "other models": "(other models)"}
     return ["\t".join((family["option"], codes[row["match"]].format(row["code"]),
-                       row["handler"] or "-", ", ".join(map(input_name, row["looks_at"])) or "-"))
+                       row["handler"] or "-", ", ".join(map(input_name, row["inputs"])) or "-"))
             for family in answer["families"] for row in family["rows"]]
 
 

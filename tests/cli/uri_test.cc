@@ -22,7 +22,7 @@ Finished RunTool(const std::vector<std::string>& arguments) {
   return ia_test::RunProgram(command);
 }
 
-TEST(ToolUri, TellsAllThatFollowsFromAUri) {
+TEST(ToolUri, PrintsAllThatFollowsFromAUri) {
   const Finished run = RunTool({"net:192.0.2.10/PDLType=kappa2"});
   EXPECT_EQ(run.status, 0);
   EXPECT_EQ(run.out,
@@ -38,7 +38,7 @@ TEST(ToolUri, TellsAllThatFollowsFromAUri) {
   EXPECT_EQ(run.err, "");
 }
 
-TEST(ToolUri, TellsAllThatFollowsFromAUriAsJson) {
+TEST(ToolUri, PrintsAllThatFollowsFromAUriAsJson) {
   const Finished run = RunTool({"usb://Vorel/X1/PDLType=fax", "--format", "json"});
   EXPECT_EQ(run.status, 0);
   EXPECT_EQ(Json::parse(run.out).dump(),

@@ -70,12 +70,12 @@ TEST_F(ToolCalibration, SettingsOfAModelWithoutCalibrationAreNullInJson) {
                                              .dump());
 }
 
-TEST_F(ToolCalibration, SettingsTellTheCodesOfCalib3) {
+TEST_F(ToolCalibration, SettingsHaveTheCodesOfCalib3) {
   UseModel("RB-W7");
   ExpectAnswer(Ask("settings"), "calib3.halftone_codes=0x0,0x10000,0x80000\ncalib4=none\n");
 }
 
-TEST_F(ToolCalibration, SettingsTellTheWordsOfCalib4) {
+TEST_F(ToolCalibration, SettingsHaveTheWordsOfCalib4) {
   UseModel("RA-H2-JP");
   ExpectAnswer(
       Ask("settings", {"--option", "QVColorMode=mono", "--option", "QVHalftone=pattern1",

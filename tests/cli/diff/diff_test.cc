@@ -134,7 +134,7 @@ TEST_F(ToolDiff, OfTheSamePrinterSaysNothing) {
   EXPECT_EQ(DiffToCopy({"--lpadmin"}).out, "");
 }
 
-TEST_F(ToolDiff, TellsOfATrayThatWasAdded) {
+TEST_F(ToolDiff, ReportsAnAddedTray) {
   InDocument("Tray_list.xml", "</document>",
              "<dict key=\"list\"><long key=\"type\">2</long>"
              "<array key=\"alias\"><long>124</long></array></dict></document>");
@@ -145,7 +145,7 @@ TEST_F(ToolDiff, TellsOfATrayThatWasAdded) {
       ElementsAre("number of trays: 6 -> 7", "QVCas5MediaType: - -> PlainPaper  (new option)"));
 }
 
-TEST_F(ToolDiff, TellsOfAFinisherThatIsGone) {
+TEST_F(ToolDiff, ReportsARemovedFinisher) {
   WriteDocument("Finisher_list.xml", "<?xml version=\"1.0\"?>\n<document version=\"1\"/>");
   const std::vector<std::string> lines = Lines(DiffToCopy().out);
   EXPECT_THAT(lines, Contains("number of finishers: 3 -> 0"));
@@ -153,12 +153,12 @@ TEST_F(ToolDiff, TellsOfAFinisherThatIsGone) {
               Contains("QVFinisher: BKFINW1 -> None  (gone: Finisher, Booklet Finisher-W1)"));
 }
 
-TEST_F(ToolDiff, TellsOfAnotherModel) {
+TEST_F(ToolDiff, ReportsADifferentModel) {
   ReplaceInPpd("RA-H5-MLT-JP", "RA-H5-MLT");
   EXPECT_THAT(Lines(DiffToCopy().out), Contains("model code: RA-H5-MLT-JP -> RA-H5-MLT"));
 }
 
-TEST_F(ToolDiff, CheckTellsByItsStatusAlone) {
+TEST_F(ToolDiff, CheckAnswersByItsStatusOnly) {
   InDocument("Accessories.xml", "<long key=\"hd\">1</long>", "<long key=\"hd\">0</long>");
   const Finished run = DiffToCopy({"--check"});
   EXPECT_EQ(run.status, 10);
@@ -191,7 +191,7 @@ TEST_F(ToolDiff, LpadminLineLeavesOutWhatThePpdDoesNotOffer) {
 }
 
 // A choice that a shell would run is one word; one that lpadmin would take apart is left out.
-TEST_F(ToolDiff, LpadminLineRunsNothingOfWhatItTells) {
+TEST_F(ToolDiff, LpadminLineRunsNothingItReports) {
   ReplaceInPpd("Finisher-W1:BKFINW1", "Finisher-W1:$(touch${IFS}x);`y`'");
   ReplaceInPpd("*QVFinisher BKFINW1/", "*QVFinisher $(touch${IFS}x);`y`'/");
   EXPECT_EQ(DiffToCopy({"--lpadmin"}).out, "");

@@ -90,7 +90,7 @@ struct Fault {
   const char* name;
   std::function<void(const DoctorSetUp&)> make;
   int status;
-  const char* sentence;  // part of what is to be mended first
+  const char* sentence;  // part of what to fix first
 };
 
 void PrintTo(const Fault& fault, std::ostream* out) { *out << fault.name; }
@@ -132,10 +132,10 @@ const Fault kFaults[] = {
     {"EmptyModelCode", [](const DoctorSetUp& it) { it.InPpd("\"RA-H5-MLT-JP\"", "\"\""); },
      kWarnings, "the PPD has no model code"},
     {"TwoModelCodes", [](const DoctorSetUp& it) { it.AddToPpd("*QVAnlz_DriverName: \"RA-P9\""); },
-     kWarnings, "2 lines of QVAnlz_DriverName, of which the last one counts"},
+     kWarnings, "2 lines of QVAnlz_DriverName; only the last one is used"},
     {"LineThatIsTooLong",
      [](const DoctorSetUp& it) { it.AddToPpd("*QVLong: \"" + std::string(300, 'x') + "\""); },
-     kWarnings, "the line that begins with *QVLong: \"xxx"},
+     kWarnings, "the line that starts with *QVLong: \"xxx"},
     {"BlockThatIsNotClosed",
      [](const DoctorSetUp& it) {
        std::string text = ReadFile(it.Folder() + "/printer/ppd/office-mfp.ppd");
@@ -146,9 +146,9 @@ const Fault kFaults[] = {
     // Flag texts.
     {"NoFinisherNames",
      [](const DoctorSetUp& it) { it.InPpd("*QVAnlz_FinisherName:", "*QVOther:"); }, kWarnings,
-     "the PPD has no QVAnlz_FinisherName: no finisher is told by its name"},
+     "the PPD has no QVAnlz_FinisherName: no finisher is recognised by its name"},
     {"NoMediaTypes", [](const DoctorSetUp& it) { it.InPpd("*QV_Prot_MediaType:", "*QVOther:"); },
-     kWarnings, "the PPD has no QV_Prot_MediaType: every tray is told to hold plain paper"},
+     kWarnings, "the PPD has no QV_Prot_MediaType: every tray is reported to hold plain paper"},
     {"NoSlotKeywords",
      [](const DoctorSetUp& it) { it.InPpd("*QVAnlz_SlotMediaInfo:", "*QVOther:"); }, kWarnings,
      "the PPD has no QVAnlz_SlotMediaInfo"},
@@ -159,8 +159,7 @@ const Fault kFaults[] = {
     {"OverFullFlagText", [](const DoctorSetUp& it) { it.AddToPpd(ManyItems()); }, kWarnings,
      "QV_Prot_MediaType is over-full: the item "},
     {"ItemTwice", [](const DoctorSetUp& it) { it.InPpd("Heavy1:2,", "Heavy1:2,Heavy1:12,"); },
-     kWarnings,
-     "QV_Prot_MediaType: the item Heavy1 is there 2 times, of which the value 12 counts"},
+     kWarnings, "QV_Prot_MediaType: the item Heavy1 appears 2 times; only the value 12 is used"},
     {"ItemWithoutValue", [](const DoctorSetUp& it) { it.InPpd("Heavy1:2,", "Heavy1,"); }, kWarnings,
      "the item \"Heavy1\" has no value"},
     {"EmptyItem", [](const DoctorSetUp& it) { it.InPpd("Heavy1:2,", "Heavy1:2,,"); }, kWarnings,
@@ -206,21 +205,21 @@ const Fault kFaults[] = {
      kFailures, "cannot be loaded: "},
     {"LibraryIsEmpty", [](const DoctorSetUp& it) { it.WriteLibrary(""); }, kFailures,
      "file too short"},
-    {"LibraryNeedsWhatIsNotThere",
+    {"LibraryNeedsAMissingLibrary",
      [](const DoctorSetUp& it) { it.UseDriver(IA_TEST_SUPPORT_BUILD "/unresolved"); }, kFailures,
      "undefined symbol"},
     // The documents.
-    {"NoFolderOfDocuments",
+    {"NoDocumentDirectory",
      [](const DoctorSetUp& it) {
        std::filesystem::remove_all(it.Folder() + "/printer/device-info");
      },
      kFailures, "device-info: No such file or directory"},
-    {"FolderOfDocumentsIsAFile",
+    {"DocumentDirectoryIsAFile",
      [](const DoctorSetUp& it) {
        std::filesystem::remove_all(it.Folder() + "/printer/device-info");
        std::ofstream(it.Folder() + "/printer/device-info") << "text";
      },
-     kFailures, "device-info: is no folder"},
+     kFailures, "device-info: not a directory"},
     {"NoDocument", [](const DoctorSetUp& it) { it.RemoveDocument("Tray_list.xml"); }, kFailures,
      "Tray_list.xml: No such file or directory"},
     {"DocumentIsAFolder",
@@ -265,28 +264,28 @@ const Fault kFaults[] = {
        it.InDocument("Tray_list.xml", "<long key=\"type\">6</long>", "");
      },
      kWarnings, "Tray_list.xml list[5] type is missing"},
-    {"KeyIsOfTheWrongKind",
+    {"KeyHasTheWrongType",
      [](const DoctorSetUp& it) {
        it.InDocument("Functions.xml", "<long key=\"duplex\">1</long>",
                      "<string key=\"duplex\">1</string>");
      },
-     kWarnings, "Functions.xml duplex is of the wrong kind; a number is wanted"},
-    {"KeyOfAnItemIsOfTheWrongKind",
+     kWarnings, "Functions.xml duplex has the wrong type; expected a number"},
+    {"KeyOfAnItemHasTheWrongType",
      [](const DoctorSetUp& it) {
        it.InDocument("Finisher_list.xml", "<string key=\"name\">Vorel Booklet Finisher-W1</string>",
                      "<binary key=\"name\">AAAA</binary>");
      },
-     kWarnings, "Finisher_list.xml list[1] name is of the wrong kind; a text is wanted"},
-    {"ElementIsOfTheWrongKind",
+     kWarnings, "Finisher_list.xml list[1] name has the wrong type; expected a text"},
+    {"ElementHasTheWrongType",
      [](const DoctorSetUp& it) {
        it.InDocument("Bin_list.xml", "<long>119</long>", "<string>119</string>");
      },
-     kWarnings, "Bin_list.xml list[0] alias: the element 0 is of the wrong kind"},
-    {"ListIsOfTheWrongKind",
+     kWarnings, "Bin_list.xml list[0] alias: the element 0 has the wrong type"},
+    {"ListHasTheWrongType",
      [](const DoctorSetUp& it) {
        it.WriteDocument("Tray_list.xml", DocumentOf("<long key=\"list\">3</long>"));
      },
-     kWarnings, "Tray_list.xml list is of the wrong kind; dictionaries are wanted"},
+     kWarnings, "Tray_list.xml list has the wrong type; expected dictionaries"},
     {"ValueThatIsNoChoice",
      [](const DoctorSetUp& it) { it.InPpd("*QVPuncher PUNU24/2 and 4 holes: \"\"\n", ""); },
      kWarnings, "QVPuncher=PUNU24: the PPD has no such choice"},
@@ -301,19 +300,19 @@ TEST_P(DoctorOfFault, NamesItFirst) {
   EXPECT_EQ(run.status, GetParam().status) << run.out;
   EXPECT_EQ(run.err, "");
   EXPECT_THAT(Lines(run.out).back(),
-              AllOf(StartsWith("mend first: "), HasSubstr(GetParam().sentence)))
+              AllOf(StartsWith("fix first: "), HasSubstr(GetParam().sentence)))
       << run.out;
 }
 
 // The same in JSON, with what is to be done.
-TEST_P(DoctorOfFault, TellsHowToMendIt) {
+TEST_P(DoctorOfFault, PrintsHowToFixIt) {
   GetParam().make(*this);
   const Json json = Json::parse(Examine({"--format", "json"}).out);
   EXPECT_EQ(json["result"], GetParam().status == kFailures ? "failure" : "warning");
-  EXPECT_THAT(json["mend_first"].get<std::string>(), HasSubstr(GetParam().sentence));
+  EXPECT_THAT(json["fix_first"].get<std::string>(), HasSubstr(GetParam().sentence));
   for (const Json& finding : json["findings"]) {
     const bool is_bad = finding["level"] == "warning" || finding["level"] == "failure";
-    EXPECT_EQ(finding["mend"].is_string(), is_bad) << finding;
+    EXPECT_EQ(finding["fix"].is_string(), is_bad) << finding;
   }
 }
 
@@ -324,7 +323,7 @@ TEST_F(Doctor, FindsNothingWrongWithAPrinterThatIsWell) {
   const Finished run = Examine();
   EXPECT_EQ(run.status, 0) << run.out;
   EXPECT_THAT(Lines(run.out), Contains("0 failures, 0 warnings"));
-  EXPECT_THAT(run.out, Not(HasSubstr("mend")));
+  EXPECT_THAT(run.out, Not(HasSubstr("fix")));
   EXPECT_EQ(Json::parse(Examine({"--format", "json"}).out)["result"], "ok");
 }
 
@@ -338,7 +337,7 @@ TEST_F(Doctor, NamesEachEntryPointThatIsMissing) {
   }
 }
 
-TEST_F(Doctor, TellsOfEveryFaultAtOnce) {
+TEST_F(Doctor, ReportsEveryFaultAtOnce) {
   RemoveDocument("Tray_list.xml");
   InPpd("*QVAnlz_DriverName: \"RA-H5-MLT-JP\"\n", "");
   WriteLibrary("none");
@@ -349,8 +348,8 @@ TEST_F(Doctor, TellsOfEveryFaultAtOnce) {
   EXPECT_THAT(Lines(run.out).back(), HasSubstr("cannot be loaded")) << "failures before warnings";
 }
 
-// The warning that a text is missing would be noise where no handler looks at it.
-TEST_F(Doctor, TextThatNoHandlerOfTheModelLooksAtMayBeMissing) {
+// The warning that a text is missing would be noise where no handler reads it.
+TEST_F(Doctor, TextThatNoHandlerOfTheModelReadsMayBeMissing) {
   InPpd("RA-H5-MLT-JP", "RA-X6");
   InPpd("*QVAnlz_SrcOption:", "*QVOther:");
   EXPECT_THAT(Lines(Examine().out),

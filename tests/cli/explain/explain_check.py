@@ -132,13 +132,13 @@ def option_name(keyword):
 
 
 def check_inputs(what, why, documents, keys):
-    told = [(f"{i['document'].removesuffix('.xml')} {i['key']}", i["item"], i["value"])
+    printed = [(f"{i['document'].removesuffix('.xml')} {i['key']}", i["item"], i["value"])
             for i in why["inputs"] if i["document"] is not None]
-    if keys == "*":  # what a model's handler looks at; each key must be told in full
-        keys = {name for name, _, _ in told}
+    if keys == "*":  # what a model's handler reads; each key must be printed in full
+        keys = {name for name, _, _ in printed}
     expected = [(name, item, value) for name in keys
                 for item, value in raw_values(documents, name)]
-    expect(f"{what}: raw values", sorted(map(repr, told)), sorted(map(repr, expected)))
+    expect(f"{what}: raw values", sorted(map(repr, printed)), sorted(map(repr, expected)))
     for raw in why["inputs"]:
         expect(f"{what}: state", raw["state"], "missing" if raw["value"] is None else "present")
 

@@ -33,7 +33,7 @@ class ToolExplain : public SamplePrinter {
     arguments.insert(arguments.end(), more.begin(), more.end());
     return RunTool(arguments);
   }
-  // What is told of one option.
+  // The explanation of one option.
   Json Why(const std::string& keyword) const {
     const Finished run = Explain({keyword, "--format", "json"});
     EXPECT_EQ(run.status, 0) << run.err;
@@ -43,7 +43,7 @@ class ToolExplain : public SamplePrinter {
   }
 };
 
-TEST_F(ToolExplain, TellsTheOptionsThatAreAskedForInTheOrderOfTheQuery) {
+TEST_F(ToolExplain, PrintsTheRequestedOptionsInTheOrderOfTheQuery) {
   const Finished run = Explain({"QVPuncher", "qvharddisk"});
   EXPECT_EQ(run.status, 0);
   EXPECT_THAT(run.out, testing::StartsWith("QVHardDisk=True\n"));
@@ -65,14 +65,14 @@ TEST_F(ToolExplain, NumberThatIsReportedAsTheDefaultComesFromTheDevice) {
   EXPECT_EQ(Why("QVTotalMemSize")["inputs"][0]["state"], "missing");
 }
 
-TEST_F(ToolExplain, KeyOfAnotherKindIsTold) {
+TEST_F(ToolExplain, KeyWithTheWrongTypeIsReported) {
   WriteDocument("Accessories.xml", DocumentOf("<string key=\"hd\">1</string>"
                                               "<array key=\"memory\"><long>1</long></array>"));
   const Json why = Why("QVHardDisk");
   EXPECT_EQ(why["value"], "False");
   EXPECT_EQ(why["origin"], "default");
-  EXPECT_EQ(why["inputs"][0]["state"], "wrong kind");
-  EXPECT_EQ(Why("QVTotalMemSize")["inputs"][0]["state"], "wrong kind");
+  EXPECT_EQ(why["inputs"][0]["state"], "wrong type");
+  EXPECT_EQ(Why("QVTotalMemSize")["inputs"][0]["state"], "wrong type");
 }
 
 TEST_F(ToolExplain, SpecificationIdThatNobodyReportsComesFromThePpd) {
@@ -91,7 +91,7 @@ TEST_F(ToolExplain, UserManagementThatFollowsFromOtherKeysComesFromTheDevice) {
 }
 
 // "None" that a handler decides is no default.
-TEST_F(ToolExplain, HandlerThatDecidesForTheDefaultValueIsTold) {
+TEST_F(ToolExplain, HandlerThatDecidesForTheDefaultValueIsNamed) {
   ReplaceInPpd("RA-H5-MLT-JP", "RA-Z2");
   const Json why = Why("QVSrcOption");
   EXPECT_EQ(why["value"], "None");
@@ -107,7 +107,7 @@ TEST_F(ToolExplain, MediumThatThePpdDoesNotNameIsTheDefault) {
   EXPECT_EQ(Why("QVCas2MediaType")["origin"], "device");
 }
 
-TEST_F(ToolExplain, LastUpdateThatSetsAnOptionIsTold) {
+TEST_F(ToolExplain, LastUpdateThatSetsAnOptionIsNamed) {
   EXPECT_EQ(Why("QVInsertUnit")["update"], "z_Update_Prn_finisher_list");
   ReplaceInPpd("RA-H5-MLT-JP", "RA-Z5");
   const Json why = Why("QVInsertUnit");
@@ -124,19 +124,19 @@ TEST_F(ToolExplain, PrinterWithoutModelCodeFallsBack) {
                         "analyze_GetQVFinisherCommon"));
 }
 
-TEST_F(ToolExplain, ValueThatThePpdDoesNotOfferIsTold) {
+TEST_F(ToolExplain, ValueThatThePpdDoesNotOfferIsReported) {
   ReplaceInPpd("Finisher-W1:BKFINW1", "Finisher-W1:NEWFIN");
   EXPECT_EQ(Why("QVFinisher")["ppd"]["has_value"], false);
   EXPECT_EQ(Why("QVFinisher")["ppd"]["default"], "None");
   EXPECT_THAT(Explain({"QVFinisher"}).out, HasSubstr("; NEWFIN is none of them"));
 }
 
-TEST_F(ToolExplain, OptionThatThePpdLacksIsTold) {
+TEST_F(ToolExplain, OptionThatThePpdLacksIsReported) {
   EXPECT_TRUE(Why("QVTotalMemSize")["ppd"].is_null());
   EXPECT_THAT(Explain({"QVTotalMemSize"}).out, HasSubstr("choices  the PPD has no such option"));
 }
 
-TEST_F(ToolExplain, DocumentThatIsMissingIsTold) {
+TEST_F(ToolExplain, MissingDocumentIsReported) {
   RemoveDocument("Devicename.xml");  // the last one decides about the query
   ExpectFailure(Explain({"QVFAXDialLineA"}), 5, HasSubstr("Devicename.xml"));
   WriteDocument("Devicename.xml", DocumentOf(""));
@@ -155,7 +155,7 @@ TEST_F(ToolExplain, HostileTextsOfADeviceNeitherReachTheTerminalNorBreakJson) {
   EXPECT_EQ(Why("QVUseCSModeJobAccount")["inputs"][0]["value"], "[31m\"'\xc2\x9b\nrm");
 }
 
-TEST_F(ToolExplain, VeryLongTextIsToldInFull) {
+TEST_F(ToolExplain, VeryLongTextIsPrintedInFull) {
   WriteDocument("Devicename.xml", DocumentOf("<string key=\"devicename\">" +
                                              std::string(100'000, 'n') + "</string>"));
   EXPECT_EQ(Why("QVFAXDialLineA")["inputs"].back()["value"], std::string(100'000, 'n'));

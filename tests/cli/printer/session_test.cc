@@ -49,7 +49,7 @@ TEST_F(ToolCommunicationLibrary, TooLongPathIsReported) {
       AllOf(HasSubstr("communication library"), HasSubstr("too long"), HasSubstr(folder)));
 }
 
-TEST_F(ToolCommunicationLibrary, IsLoadedBeforeTheQueueIsLookedAt) {
+TEST_F(ToolCommunicationLibrary, IsLoadedBeforeTheQueueIsRead) {
   std::filesystem::remove(ppd());
   ExpectRefused(root_ / "nowhere", "No such file or directory");
 }
@@ -67,7 +67,7 @@ TEST_F(ToolQueue, MissingCupsRootIsReported) {
                 HasSubstr(root_ / "nowhere/ppd/office-mfp.ppd: No such file or directory"));
 }
 
-TEST_F(ToolQueue, RelativeCupsRootIsReportedAsItIsLookedAt) {
+TEST_F(ToolQueue, RelativeCupsRootIsReportedAsItIsRead) {
   ExpectFailure(RunQueryWith("--cups-root", "nowhere"), 3,
                 HasSubstr("CUPS root " + (root_ / "nowhere") + ":"));
 }
@@ -84,7 +84,7 @@ TEST_F(ToolQueue, PpdOfAnotherDriverIsReported) {
                 AllOf(HasSubstr("queue office-mfp: "), HasSubstr("no option lines of the driver")));
 }
 
-TEST_F(ToolQueue, IsLookedAtBeforeTheDocuments) {
+TEST_F(ToolQueue, IsReadBeforeTheDocuments) {
   std::filesystem::remove_all(device_info());
   ExpectFailure(RunQueryWith("--queue", "lobby"), 3, Not(HasSubstr("document")));
 }

@@ -150,9 +150,9 @@ TEST_F(ToolSnapshot, OfAPrinterWithoutSomeDocumentAnswersLikeIt) {
   EXPECT_EQ(Replay().out, RunQuery().out);
 }
 
-TEST_F(ToolSnapshot, DoesNotTouchWhatIsThere) {
+TEST_F(ToolSnapshot, LeavesAnExistingFolderAlone) {
   std::filesystem::create_directory(folder_);
-  ExpectFailure(Take(), kSnapshotFailure, HasSubstr("is there already"));
+  ExpectFailure(Take(), kSnapshotFailure, HasSubstr("exists already"));
   EXPECT_TRUE(std::filesystem::is_empty(folder_));
 }
 
@@ -269,7 +269,7 @@ const Damage kDamages[] = {
      [](const std::string& folder) {
        ChangeList(folder, [](Json& list) { list["files"][0]["name"] = "../../etc/passwd"; });
      },
-     "names a file of another kind: ../../etc/passwd"},
+     "names an unexpected file: ../../etc/passwd"},
     {"PpdIsNotListed",
      [](const std::string& folder) {
        ChangeList(folder, [](Json& list) { list["files"].erase(9); });
@@ -308,7 +308,7 @@ TEST_P(DamagedSnapshot, IsRefusedAndNamed) {
   }
 }
 
-INSTANTIATE_TEST_SUITE_P(Kinds, DamagedSnapshot, testing::ValuesIn(kDamages),
+INSTANTIATE_TEST_SUITE_P(Each, DamagedSnapshot, testing::ValuesIn(kDamages),
                          [](const auto& info) { return info.param.name; });
 
 TEST_F(ToolSnapshot, QueueOfAListThatLeadsElsewhereIsRefused) {

@@ -1,5 +1,5 @@
-// A communication library that hands over what no document can hold: in each text of a document,
-// "(ESC)" stands for an escape, "(FF)" for a byte that is no UTF-8, "(BEL)" for a bell.
+// A communication library that returns what no document can hold: in each text of a document,
+// "(ESC)" means an escape, "(FF)" for a byte that is no UTF-8, "(BEL)" for a bell.
 #include <string.h>
 
 #include <array>

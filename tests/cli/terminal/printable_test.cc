@@ -46,11 +46,11 @@ TEST(Printable, EscapesControlsOfTheUpperHalf) {
   EXPECT_EQ(Printable("\xc2\x9f"), "\\xc2\\x9f");
 }
 
-TEST(Printable, KeepsTheFirstCharacterBehindTheControlsOfTheUpperHalf) {
+TEST(Printable, KeepsTheFirstCharacterAfterTheControlsOfTheUpperHalf) {
   EXPECT_EQ(Printable("\xc2\xa0"), "\xc2\xa0");
 }
 
-TEST(Printable, EscapesAControlBehindALoneLeadByte) {
+TEST(Printable, EscapesAControlAfterALoneLeadByte) {
   EXPECT_EQ(Printable("\xc2\xc2\x9b"), "\xc2\\xc2\\x9b");
   EXPECT_EQ(Printable("\xc2\x1b"), "\xc2\\x1b");
 }

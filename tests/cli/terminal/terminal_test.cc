@@ -129,18 +129,18 @@ class Waiting : public ToolTerminal {
   const SilentServer server_{path_};
 };
 
-TEST_F(Waiting, IsToldOnATerminal) {
+TEST_F(Waiting, IsReportedOnATerminal) {
   const std::string written = WrittenToTerminal(Query(), {{"CUPS_SERVER", path_}}, 3);
   EXPECT_THAT(written, HasSubstr("info-analyze: waiting for the PPD of queue office-mfp, 1 s"));
 }
 
-TEST_F(Waiting, IsNotToldWhenQuiet) {
+TEST_F(Waiting, IsNotReportedWhenQuiet) {
   std::vector<std::string> arguments = Query();
   arguments.push_back("--quiet");
   EXPECT_EQ(WrittenToTerminal(arguments, {{"CUPS_SERVER", path_}}, 3), "");
 }
 
-TEST_F(Waiting, IsToldOnTerminalsAlone) {
+TEST_F(Waiting, IsReportedOnTerminalsOnly) {
   std::vector<std::string> arguments = Query();
   arguments.insert(arguments.begin(), {"/usr/bin/timeout", "3"});
   const Finished run = ia_test::RunProgram(
@@ -227,7 +227,7 @@ TEST_F(HostileDevice, DoesNotBreakJson) {
   }
 }
 
-TEST_F(HostileDevice, IsToldInFullByExplain) {
+TEST_F(HostileDevice, IsPrintedInFullByExplain) {
   std::vector<std::string> arguments = WithHostileLibrary(Arguments("explain"));
   arguments.insert(arguments.end(), {"QVUseCSModeJobAccount", "--format", "json"});
   const Json json = Json::parse(RunTool(arguments).out);
