@@ -172,20 +172,28 @@ struct Difference {
   return option.is_choice && IsPlainOptionWord(option.keyword) && IsPlainOptionWord(option.value);
 }
 
-[[nodiscard]] std::string LineOfDefaults(const Difference& difference) {
+// Why an option is not proposed as a default; empty when it is.
+[[nodiscard]] std::string ReasonAgainst(const StateOption& option) {
+  if (!option.missing_data.empty()) return option.missing_data;
+  return CanBeDefault(option) ? "" : "the PPD has no such choice";
+}
+
+// The line without what is a default for want of data: it would remove what the printer may have.
+void WriteLpadminLine(const Difference& difference) {
   std::vector<DefaultChoice> choices;
+  bool is_complete = true;
   for (const Change& change : difference.changes) {
     if (change.after == nullptr) continue;
     const StateOption& option = *change.after;
-    if (CanBeDefault(option)) {
-      choices.push_back({option.keyword, option.value});
-    } else {
-      ReportWarning(option.keyword + "=" + option.value +
-                    " is left out: the PPD has no such choice");
+    const std::string reason = ReasonAgainst(option);
+    if (reason.empty()) choices.push_back({option.keyword, option.value});
+    if (!reason.empty()) {
+      ReportWarning(option.keyword + "=" + option.value + " is left out: " + reason);
     }
+    is_complete = is_complete && option.missing_data.empty();
   }
-  if (choices.empty()) return "";
-  return LpadminLine(difference.after.queue, choices) + "\n";
+  WriteAnswer(choices.empty() ? "" : LpadminLine(difference.after.queue, choices) + "\n");
+  if (!is_complete) throw Verdict(ExitStatus::kDocuments);
 }
 
 void RequireLpadminName(const std::string& queue) {
@@ -193,7 +201,16 @@ void RequireLpadminName(const std::string& queue) {
   throw Failure(ExitStatus::kQueue, "not a name that lpadmin takes: \"" + queue + "\"");
 }
 
+// One document directory belongs to one printer.
+void RequireOnePrinterOfTheDocuments(const DiffQuestion& question) {
+  if (!question.before.starts_with(kLive) || !question.after.starts_with(kLive)) return;
+  throw CLI::ValidationError(
+      "cannot compare two live queues with one document directory; save one of them with "
+      "`info-analyze snapshot` and compare the snapshot");
+}
+
 void Compare(const DiffQuestion& question) {
+  RequireOnePrinterOfTheDocuments(question);
   Difference difference = {QueryInOwnProcess(LocationOf(question.before, question)),
                            QueryInOwnProcess(LocationOf(question.after, question)),
                            {}};
@@ -202,7 +219,7 @@ void Compare(const DiffQuestion& question) {
     if (!difference.IsNone()) throw Verdict(ExitStatus::kDifferent);
   } else if (question.wants_lpadmin) {
     RequireLpadminName(difference.after.queue);
-    WriteAnswer(LineOfDefaults(difference));
+    WriteLpadminLine(difference);
   } else {
     WriteAnswer(question.format == "json" ? DifferenceJson(difference)
                                           : DifferenceText(difference));

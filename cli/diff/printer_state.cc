@@ -15,6 +15,7 @@
 #include <string_view>
 #include <utility>
 
+#include "cli/explain/explanation.h"
 #include "cli/printer/ppd.h"
 #include "cli/printer/printer_query.h"
 #include "cli/snapshot/locate.h"
@@ -27,11 +28,12 @@ constexpr std::array<std::int32_t, kListNames.size()> kLists = {
     IA_DOCUMENT_FINISHER_LIST, IA_DOCUMENT_BIN_LIST, IA_DOCUMENT_TRAY_LIST,
     IA_DOCUMENT_FAX_LINE_LIST};
 
-[[nodiscard]] StateOption OptionOf(const OptionList& node, const PpdOptions& ppd) {
-  StateOption option = {.keyword = node.key,
-                        .value = node.value,
+[[nodiscard]] StateOption OptionOf(const Explanation& why, const PpdOptions& ppd) {
+  StateOption option = {.keyword = why.keyword,
+                        .value = why.value,
                         .keyword_text = "",
                         .value_text = "",
+                        .missing_data = why.MissingData(),
                         .is_choice = false};
   const auto in_ppd = ppd.find(option.keyword);
   if (in_ppd == ppd.end()) return option;
@@ -55,8 +57,8 @@ constexpr std::array<std::int32_t, kListNames.size()> kLists = {
   for (std::size_t i = 0; i < kLists.size(); ++i) {
     state.list_counts[i] = std::to_string(session.analyzer->documents[kLists[i]].count);
   }
-  for (const OptionList* node = options->next; node != nullptr; node = node->next) {
-    state.options.push_back(OptionOf(*node, ppd));
+  for (const Explanation& why : Explain(*session.analyzer, options->next)) {
+    state.options.push_back(OptionOf(why, ppd));
   }
   return state;
 }
@@ -88,8 +90,8 @@ class Letter {
   letter.Put(state.model_code);
   for (const std::string& count : state.list_counts) letter.Put(count);
   for (const StateOption& option : state.options) {
-    for (const std::string& text :
-         {option.keyword, option.value, option.keyword_text, option.value_text}) {
+    for (const std::string& text : {option.keyword, option.value, option.keyword_text,
+                                    option.value_text, option.missing_data}) {
       letter.Put(text);
     }
     letter.Put(option.is_choice ? "choice" : "");
@@ -109,6 +111,7 @@ class Letter {
     option.value = letter.Take();
     option.keyword_text = letter.Take();
     option.value_text = letter.Take();
+    option.missing_data = letter.Take();
     option.is_choice = !letter.Take().empty();
     state.options.push_back(option);
   }

@@ -15,7 +15,8 @@ struct StateOption {
   std::string value;
   std::string keyword_text;  // the PPD's words for people; empty: none
   std::string value_text;
-  bool is_choice;  // the PPD offers the value
+  std::string missing_data;  // why the value is a default for want of data; empty: it is not
+  bool is_choice;            // the PPD offers the value
 };
 
 inline constexpr std::array<const char*, 4> kListNames = {"finishers", "bins", "trays",

@@ -150,7 +150,23 @@ struct UpdateRun {
   return why;
 }
 
+// An empty list is an answer, and so is an array that is missing: a unit without functions has
+// none.
+[[nodiscard]] bool IsLacking(const RawValue& raw) {
+  if (raw.input->document == IA_INPUT_OF_PPD) return false;
+  const bool may_be_missing = raw.input->type == IA_KEY_DICTIONARY ||
+                              raw.input->type == IA_KEY_LONG_ELEMENTS ||
+                              raw.input->type == IA_KEY_STRING_ELEMENTS;
+  return !raw.is_present() && !(may_be_missing && raw.state == RawState::kMissing);
+}
+
 }  // namespace
+
+std::string Explanation::MissingData() const {
+  if (origin == Origin::kDevice) return "";
+  const auto lacking = std::ranges::find_if(raw_values, IsLacking);
+  return lacking != raw_values.end() ? FormatRawValue(*lacking) : "";
+}
 
 std::vector<Explanation> Explain(AnalyzeContext& analyzer, const OptionList* options) {
   const std::vector<UpdateRun> runs = RunUpdates(analyzer);

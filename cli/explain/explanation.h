@@ -28,6 +28,10 @@ struct Explanation {
   const Option* option;
   std::optional<Row> row;  // of the model tables, where they decide
   std::vector<RawValue> raw_values;
+
+  // What the device should have reported, when the value is a default for want of it:
+  // "Finisher_list.xml name cannot be read: the document is not loaded". Empty otherwise.
+  [[nodiscard]] std::string MissingData() const;
 };
 
 // Explains the options of a list that the analyser's query has made.

@@ -30,9 +30,9 @@ MODULES = {
     "cli/provenance": ("cli/printer",),
     "cli/snapshot": ("cli/printer",),
     "cli/calibration": ("cli/snapshot",),
-    "cli/diff": ("cli/provenance", "cli/snapshot"),
     "cli/doctor": ("cli/provenance", "cli/snapshot"),
     "cli/explain": ("cli/provenance", "cli/snapshot"),
+    "cli/diff": ("cli/explain",),
     "cli": ("cli/calibration", "cli/diff", "cli/doctor", "cli/explain"),
 }
 SOURCES = (".cc", ".h", ".inc")

@@ -190,6 +190,47 @@ TEST_F(ToolDiff, LpadminLineLeavesOutWhatThePpdDoesNotOffer) {
   EXPECT_THAT(run.err, HasSubstr("warning: QVTotalMemSize=1 is left out"));
 }
 
+// What is a default only because the device reported nothing would remove what the printer has.
+TEST_F(ToolDiff, LpadminLineLeavesOutDefaultsForWantOfADocument) {
+  RemoveDocument("Finisher_list.xml");
+  RemoveDocument("Bin_list.xml");
+  InDocument("Accessories.xml", "<long key=\"hd\">1</long>", "<long key=\"hd\">0</long>");
+  const Finished run = DiffToCopy({"--lpadmin"});
+  EXPECT_EQ(run.status, 5);
+  EXPECT_THAT(WordsInShell(run.out), ElementsAre("-p", "office-mfp", "-o", "QVHardDisk=False"));
+  EXPECT_THAT(run.err, HasSubstr("warning: QVFinisher=None is left out: Finisher_list.xml"));
+}
+
+TEST_F(ToolDiff, LpadminLineLeavesOutDefaultsForWantOfAKey) {
+  InDocument("Accessories.xml", "<long key=\"hd\">1</long>", "");
+  const Finished run = DiffToCopy({"--lpadmin"});
+  EXPECT_EQ(run.status, 5);
+  EXPECT_EQ(run.out, "");
+  EXPECT_THAT(run.err, HasSubstr("QVHardDisk=False is left out: Accessories.xml hd is missing"));
+}
+
+TEST_F(ToolDiff, LpadminLineLeavesOutDefaultsForWantOfANumber) {
+  InDocument("Accessories.xml", "<long key=\"hd\">1</long>", "<string key=\"hd\">1</string>");
+  const Finished run = DiffToCopy({"--lpadmin"});
+  EXPECT_EQ(run.status, 5);
+  EXPECT_EQ(run.out, "");
+  EXPECT_THAT(run.err, HasSubstr("Accessories.xml hd has the wrong type"));
+}
+
+// An empty list is what a device without units reports.
+TEST_F(ToolDiff, LpadminLineHasTheDefaultOfAnEmptyList) {
+  WriteDocument("Finisher_list.xml", "<document version=\"1\"></document>");
+  const Finished run = DiffToCopy({"--lpadmin"});
+  EXPECT_EQ(run.status, 0) << run.err;
+  EXPECT_THAT(run.out, HasSubstr("-o QVFinisher=None"));
+}
+
+TEST_F(ToolDiff, TwoLiveQueuesAreRefused) {
+  ExpectFailure(Diff("queue:office-mfp", "queue:small-office",
+                     {"--cups-root", cups_root(), "--device-info", device_info()}),
+                2, HasSubstr("cannot compare two live queues with one document directory"));
+}
+
 // A choice that a shell would run is one word; one that lpadmin would take apart is left out.
 TEST_F(ToolDiff, LpadminLineRunsNothingItReports) {
   ReplaceInPpd("Finisher-W1:BKFINW1", "Finisher-W1:$(touch${IFS}x);`y`'");
