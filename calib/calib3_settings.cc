@@ -30,7 +30,7 @@ HalftoneTriple GradationSettings(const OptTable& options) noexcept {
   return {0, kBidiColorTone, kBidiResolution};
 }
 
-// Here letter case matters, while ReadHalftone() ignores it. Both are wanted as they are.
+// Case-sensitive, unlike ReadHalftone(): drivers depend on both.
 bool HasGradationHalftone(const OptTable& options) noexcept {
   if (FindValue(&options, "QVColorMode") == nullptr) return false;
   const bool is_mono = OptionBeginsWith(options, "QVColorMode", "mono");

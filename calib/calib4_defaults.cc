@@ -48,7 +48,7 @@ constexpr auto kModels = std::to_array<CalibModelEntry<Calib4InfoHandler>>({
     {"RA-X6", analyze_CreateDefault_Calib4InfoREDWOOD},
     {"RC-X8", analyze_CreateDefault_Calib4InfoREDWOOD},
 });
-// RB-X6-2 stands behind RB-X6, with the same handler.
+// RB-X6-2 is unreachable after RB-X6, which has the same handler.
 static_assert(CountUnreachableRows<CalibModelEntry<Calib4InfoHandler>>(kModels) == 1);
 
 HalftoneTriple CodesOf(const OptTable& options, std::uint32_t (*code)(std::uint32_t)) noexcept {

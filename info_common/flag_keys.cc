@@ -19,7 +19,7 @@ namespace {
 
 constexpr char kItemSeparators[] = ",_";
 
-// The lowest index, from 0, that is above those of the list's keys; 0 stands for the base alone.
+// The lowest index, from 0, that is above those of the list's keys; 0 means the base alone.
 std::int32_t NextFreeIndex(const OptTable* list, std::string_view base,
                            std::int32_t lowest) noexcept {
   for (const OptTable* node = list; node != nullptr; node = node->next) {

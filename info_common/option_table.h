@@ -21,10 +21,10 @@ struct NodeDeleter {
 };
 using NodePtr = std::unique_ptr<OptTable, NodeDeleter>;
 
-// A node with copies of both texts, or null.
+// A node with copies of both texts. Null when an allocation fails.
 [[nodiscard]] NodePtr NewNode(std::string_view key, std::string_view value) noexcept;
 
-// A node with copies of the node's texts, of which each may be null; or null.
+// A node with copies of the node's texts, and null for a null text. Null when an allocation fails.
 [[nodiscard]] NodePtr CopyOf(const OptTable& node) noexcept;
 
 // First node whose key begins with the given text.

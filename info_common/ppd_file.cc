@@ -17,7 +17,7 @@ namespace {
 constexpr int kOpenRetries = 60;
 constexpr unsigned kRetrySeconds = 1;
 
-// Keeps errno: it tells the caller whether another attempt is worth while.
+// Keeps errno, by which the caller decides whether to retry.
 void DiscardTemporaryFile(cups_file_t* file, const char* path) noexcept {
   const int reason = errno;
   if (file != nullptr) cupsFileClose(file);

@@ -90,8 +90,7 @@ void PpdReader::CloseBlock() noexcept {
   choices_ = CommaList();
 }
 
-// The choice stands behind "*", the option's name and one blank; that the line has this name is
-// not checked.
+// The choice follows "*", the option's name and one blank. The name in the line is not checked.
 void PpdReader::TakeChoice(std::string_view line) noexcept {
   const std::size_t start = list_block_->option.size() + 2;
   if (HasPrefixIgnoringCase(line, "*Default") || start > line.size()) return;

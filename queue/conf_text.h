@@ -50,7 +50,7 @@ class QueueLines {
   LinesHolding lines_;
 };
 
-// A queue and the device path in the one line behind its first; nothing when that has none.
+// A queue, and the device path in the line after its first; nullopt when that line has none.
 struct QueueEntry {
   std::string_view name;
   std::optional<std::string_view> device_path;

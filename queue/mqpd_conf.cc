@@ -33,14 +33,14 @@ struct FileCloser {
 };
 using File = std::unique_ptr<std::FILE, FileCloser>;
 
-// A FIFO or a device would block or never end. A folder fails by itself when it is read, which
-// callers are told apart from a file that cannot be opened.
+// A FIFO or a device could block or never end. A directory is opened and fails when it is read,
+// which callers distinguish from a file that cannot be opened.
 bool CanBeRead(int descriptor) noexcept {
   struct stat status;
   return fstat(descriptor, &status) == 0 && (S_ISREG(status.st_mode) || S_ISDIR(status.st_mode));
 }
 
-// Null when the file cannot be opened. A program that the caller starts meanwhile does not get it.
+// Close-on-exec. Null when the file cannot be opened.
 File OpenConf(std::string_view cache_folder) noexcept {
   const CString path = MakePath({cache_folder, "/", "MQPD", "/", "mqpd.conf"});
   const int descriptor = path ? open(path.get(), O_RDONLY | O_NONBLOCK | O_CLOEXEC) : -1;
@@ -86,7 +86,7 @@ std::string_view TextOf(const FolderConf& conf) noexcept {
   return conf.text != nullptr ? std::string_view(conf.text, conf.length) : std::string_view();
 }
 
-// What a lookup by name hands out; nothing of it when memory ran out.
+// The result of a lookup by name.
 struct Device {
   CString address;
   CString protocol;
@@ -186,7 +186,7 @@ int32_t zGetQueueCount(const char* start, const char* end) noexcept {
   return count;
 }
 
-// The cut is meant to stay: a text hands out each of its names once.
+// The NUL stays in the text on purpose: each call returns the next name.
 int32_t zGetFirstQueueName(char* start, char* end, char** next, char** name) noexcept {
   ia::Clear(next);
   ia::Clear(name);

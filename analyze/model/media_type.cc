@@ -100,7 +100,7 @@ bool BeginsWithSlot(const char* name, const char* slot) noexcept {
 struct MediaTypeRule {
   const char* (*slot)(const TrayReport&, const TrayEntry&, const char* previous_slot) noexcept;
   bool (*names_slot)(const char* name, const char* slot) noexcept;
-  bool whole_rows_only;  // no row when memory runs out for its keyword or value
+  bool whole_rows_only;  // no row when its keyword or value cannot be allocated
 };
 
 constexpr MediaTypeRule kCommon{CommonSlot, IsSlot, false};

@@ -56,8 +56,8 @@ IA_EXPORT void Analyze_Destroy(AnalyzeContext* context) IA_NOEXCEPT;
  *
  *  Documents that are not yet loaded are read first. Only the result of the last one read
  *  determines whether reading succeeded. Then the update handlers of printer_updates.h append
- * keywords and values in a fixed order. A keyword that is already in the list keeps its place and
- * gets the new value.
+ *  keywords and values in a fixed order. A keyword that is already in the list keeps its place and
+ *  gets the new value.
  *
  *  @param context  analyser
  *  @param options  list that receives the options; holds at least one node, see

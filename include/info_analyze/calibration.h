@@ -4,7 +4,7 @@
  *
  *  The analyser's driver model code selects a row of a model table: the first row, in table order,
  *  whose code is a prefix of the model code (case-sensitive). The row names the handler to call.
- * The functions read only the model code of the analyser; when it is NULL, no row is selected.
+ *  The functions read only the model code of the analyser; when it is NULL, no row is selected.
  *
  *  The functions read options from the caller's table and do not modify it. Unknown option values
  *  never cause a failure. Calls may run in parallel as long as no thread changes their arguments.
@@ -257,7 +257,7 @@ IA_EXPORT int32_t analyze_CreateDefault_Calib3InfoPINE_POPLAR(const AnalyzeConte
 /** @}
  *  @name Calib4 settings
  *  Handlers of type Calib4SettingsHandler. Unless a handler says otherwise, the resolution is that
- * of analyze_common_get_resolution(). The first word of a group is the code of
+ *  of analyze_common_get_resolution(). The first word of a group is the code of
  *  analyze_common_convertHalftoneTypePPDtoBidi(), and the second word is 3.
  *  @{ */
 
@@ -293,7 +293,7 @@ IA_EXPORT int32_t analyze_GetCalibSettingsTUPELO(const AnalyzeContext* context,
 /** @}
  *  @name Calib4 default information
  *  Handlers of type Calib4InfoHandler. They differ in the first model value and in the entries'
- * codes.
+ *  codes.
  *  @{ */
 
 /** First model value 8; code 1 for type 2, 2 for type 4, else 0.

@@ -7,7 +7,7 @@
  *  Unless an entry point says otherwise, a "Get" of the document family returns non-zero when it
  *  has stored a value, and 0, with the output unchanged, when it has not. Every other function
  *  returns 0 for success and -1 for failure. Arguments called "word" are pointer-sized, and only
- * the communication library defines their meaning.
+ *  the communication library defines their meaning.
  *
  *  Documents are trees: a dictionary holds values under keys, an array holds values by position.
  *  Several dictionaries under one key are numbered from 0. A writer or reader has one current
@@ -175,7 +175,7 @@ IA_EXPORT int32_t qvxmlwrapSet_Destroy(QvXmlWriter* writer, intptr_t word1, intp
  *  @param data    document; the caller may release it as soon as the call returns
  *  @param length  bytes of the document
  *  @return new reader, released with qvxmlwrapGet_Destroy(); NULL when the data are not a valid
- * document */
+ *  document */
 IA_EXPORT QvXmlReader* qvxmlwrapGet_New(const void* data, int32_t length);
 
 /** Counts the dictionaries under a key of the current dictionary.

@@ -61,7 +61,7 @@ enum {
  *  | IA_KEY_ARRAY | XmlKeyDescriptor**: the elements' one descriptor | receives their number |
  *  | IA_KEY_LONG_ELEMENTS | int32_t[] | NULL, or the capacity of the destination |
  *  | IA_KEY_STRING_ELEMENTS | char*[]: each receives a text that the caller releases with free() |
- * likewise |
+ *  likewise |
  *
  *  An array receives at most as many elements as the capacity in the descriptor of its elements. */
 typedef struct XmlKeyDescriptor {
@@ -83,8 +83,8 @@ typedef struct XmlKeyDescriptor {
  *  @param context  analyser
  *  @param index    document index
  *  @return 0; the errno of a failed read; -1 for any other failure: a NULL argument or directory,
- * an index out of range, a path of 1024 bytes or more, a missing file, a file that is not regular,
- * is too large or shrinks while it is read, or a failed allocation */
+ *  an index out of range, a path of 1024 bytes or more, a missing file, a file that is not regular,
+ *  is too large or shrinks while it is read, or a failed allocation */
 IA_EXPORT int32_t analyze_common_create_xmldata(AnalyzeContext* context, int32_t index) IA_NOEXCEPT;
 
 /** Loads all nine documents in order and stops at the first that fails.

@@ -62,7 +62,7 @@ IA_EXPORT char* zGetInnerTrimmerFunctionOptionString(const void* datum) IA_NOEXC
 IA_EXPORT char* zGetFinisherInserterOptionString(const void* datum) IA_NOEXCEPT;
 
 /** QVEnableMultiInserter: "True" for a unit that zGetFinisherInserterOptionString() accepts and
- * that has "inserting_multiple_sheet".
+ *  that has "inserting_multiple_sheet".
  *  @param datum  FinisherUnit*
  *  @return malloc'd text or NULL */
 IA_EXPORT char* zGetMultiInserterOptionString(const void* datum) IA_NOEXCEPT;

@@ -134,7 +134,7 @@ IA_EXPORT int32_t analyze_CheckBinAlias(const int32_t* aliases, int32_t alias_co
 
 /** Decides the puncher by the model's handler. A model without a row gets "PUNF24" when the device
  *  punches 2 holes and French 4 holes, else the value of the first row of the search table that is
- * reported.
+ *  reported.
  *  @param query  query; NULL gives NULL
  *  @return malloc'd value, or NULL */
 IA_EXPORT char* analyze_GetPuncherOptionString(const FunctionQuery* query) IA_NOEXCEPT;
@@ -311,7 +311,7 @@ IA_EXPORT int32_t analyze_GetQVXXXMediaTypeYEW(AnalyzeContext* context, const Tr
                                                OptionSetter* rows, int32_t* row_count) IA_NOEXCEPT;
 
 /** As the common one, but the slot of alias 161 depends on the other trays. Appends no row while
- * one of the three flag stores is missing, or when a text of the row cannot be allocated.
+ *  one of the three flag stores is missing, or when a text of the row cannot be allocated.
  *  @copydetails InputOptionHandler */
 IA_EXPORT int32_t analyze_GetQVXXXMediaTypeREDWOOD(AnalyzeContext* context, const TrayEntry* trays,
                                                    int32_t tray_count, int32_t extra_tray_count,
@@ -431,7 +431,7 @@ IA_EXPORT int32_t analyze_GetQVFinisherWILLOW(AnalyzeContext* context,
                                               int32_t alias_count, OptionSetter* row) IA_NOEXCEPT;
 
 /** "IN2TRAY" when there is a "Vorel Inner 2way Tray-N1" and a bin alias is 119, else the value
- * string.
+ *  string.
  *  @copydetails FinisherOptionHandler */
 IA_EXPORT int32_t analyze_GetQVFinisherSUMAC(AnalyzeContext* context,
                                              const FinisherEntry* finishers, int32_t finisher_count,
@@ -649,7 +649,7 @@ IA_EXPORT char* analyze_GetPuncherOptionStringSearchTableListOrder(const Functio
     IA_NOEXCEPT;
 
 /** The value of the first reported detailed function that is a prefix of a row's detailed function
- * in the search table; without a table the default value.
+ *  in the search table; without a table the default value.
  *  @copydetails FunctionStringHandler */
 IA_EXPORT char* analyze_GetPuncherOptionStringDetailFuncListOrder(const FunctionQuery* query)
     IA_NOEXCEPT;

@@ -74,7 +74,7 @@ IA_EXPORT char* z_create_flag_key_fom_option_list(const OptTable* first, const O
  *  @param text    items separated by "," or "_"; empty items are skipped
  *  @param target  list that the entries are appended to
  *  @return 0, also when an argument is NULL; -1 when an allocation fails; items appended before it
- * stay */
+ *  stay */
 IA_EXPORT int32_t OptionList_Set_FlagValue(const OptTable* source, const char* base,
                                            const char* text, OptionList* target) IA_NOEXCEPT;
 

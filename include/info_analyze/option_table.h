@@ -11,7 +11,7 @@
 IA_BEGIN_DECLS
 
 /** One entry of an option table. A table is the pointer to its first node; NULL is the empty table.
- * The owner of that pointer owns all nodes and both texts of each. */
+ *  The owner of that pointer owns all nodes and both texts of each. */
 typedef struct OptTable {
   char* key;             /**< PPD keyword or other key; owned */
   char* value;           /**< value; owned */

@@ -6,7 +6,7 @@
  *  from 0; the first number that a getter refuses is their count.
  *
  *  A getter copies a record into that of the caller. The caller passes the size of its record,
- * because later 1.x versions may append fields: a caller with fewer fields than the library gets
+ *  because later 1.x versions may append fields: a caller with fewer fields than the library gets
  *  those fields, and a caller with more fields gets zeros in the rest.
  *
  *  @code{.c}
@@ -90,10 +90,9 @@ typedef struct UpdateSource {
 
 /** One family's part of a row of the model tables. */
 typedef struct ModelRow {
-  const char* code; /**< prefix of the model codes that the row is for; "": other models */
-  const char*
-      handler;         /**< exported name of the function that decides; NULL: none, the option then
-                            keeps its default, or is not set at all where its handler would add it */
+  const char* code;    /**< prefix of the model codes that the row is for; "": other models */
+  const char* handler; /**< exported name of the function that decides; NULL: none, the option then
+                            keeps its default, or is not set when its handler would add it */
   int32_t whole_code;  /**< 1: the code in full, not its prefix */
   int32_t input_count; /**< number of the inputs that the handler reads, see
                             Analyze_Provenance_GetModelRowInput() */

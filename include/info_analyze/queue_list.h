@@ -54,7 +54,7 @@ IA_EXPORT void MqpdQueueList_Terminate(QueueList* list) IA_NOEXCEPT;
  *  @param list   list; NULL has no queues
  *  @param index  index from 0
  *  @return borrowed name, valid until the list is released; NULL when the index is negative or not
- * below the count */
+ *  below the count */
 IA_EXPORT const char* CupsQueueList_GetQueueName(const QueueList* list, int32_t index) IA_NOEXCEPT;
 
 /** Returns the time at which a queue's PPD was modified.
