@@ -95,8 +95,8 @@ int32_t analyze_GetCalib3Settings(const AnalyzeContext* context, const OptTable*
   if (ia::HasNull(context, options, out1, out2, out3)) return -1;
   const Calib3SettingsHandler handler =
       ia::FindHandler<Calib3SettingsHandler>(ia::kCalib3SettingsModels, *context, nullptr);
-  // A model without settings is no failure here, unlike with Calib4: callers find their own values
-  // in the outputs.
+  // A model without settings is not a failure here, unlike in Calib4: the outputs keep the values
+  // of the caller.
   return handler != nullptr ? handler(context, options, out1, out2, out3) : 0;
 }
 

@@ -58,7 +58,7 @@ HalftoneTriple CodesOf(const OptTable& options, std::uint32_t (*code)(std::uint3
 }
 
 // High resolution counts as resolution in the BAOBAB codes and as none here; the difference is
-// wanted.
+// intended.
 HalftoneTriple CommonCodes(const OptTable& options) noexcept {
   return CodesOf(options, [](std::uint32_t type) noexcept {
     return type != IA_HALFTONE_HIGH_RESOLUTION ? CalibCode(type) : 0;

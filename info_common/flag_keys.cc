@@ -48,7 +48,7 @@ CString NewFlagKey(const OptTable* first, const OptTable* second, const char* ba
   return key;
 }
 
-// Calls take(item) for each item of a copy of the text, until it answers non-zero.
+// Calls take(item) for each item of a copy of the text, until it returns non-zero.
 template <class Take>
 std::int32_t ForEachItem(const char* text, Take take) noexcept {
   const CString copy = Duplicate(text);
@@ -64,8 +64,8 @@ std::int32_t ForEachItem(const char* text, Take take) noexcept {
 }  // namespace
 }  // namespace ia
 
-// The base is searched for anywhere in a key but its suffix read as if the key began with it, so
-// "XQVAnlz_FuncVer_UI_1" answers for "QVAnlz_FuncVer_UI", with a wrong index. Callers
+// The base may occur anywhere in a key, but the suffix is read as if the key began with it, so
+// "XQVAnlz_FuncVer_UI_1" matches "QVAnlz_FuncVer_UI", with a wrong index. Callers
 // depend on it.
 int32_t OptionList_Get_FlagValue(OptTable** cursor, const char* base, int32_t highest_index,
                                  char** value) noexcept {

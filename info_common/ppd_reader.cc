@@ -73,7 +73,7 @@ void PpdReader::TakeUiValue(const char* text) noexcept {
   if (info_common_optlist_qvuivalue_getoptkeyandvalue(text, key, value) > 0) Put(key, value);
 }
 
-// A line that names neither list leaves the one of an unclosed block in force.
+// After a line that names neither list, the list of an unclosed block stays current.
 void PpdReader::OpenBlock(std::string_view line) noexcept {
   in_block_ = true;
   const auto named = std::ranges::find_if(kValueListBlocks, [&](const ValueListBlock& block) {

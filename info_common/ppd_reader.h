@@ -40,10 +40,10 @@ struct ValueListBlock {
 
 class PpdReader {
  public:
-  // Takes in one NUL-terminated line, which may be altered.
+  // Parses one NUL-terminated line, and may modify it.
   void TakeLine(char (&line)[kPpdLineSize]) noexcept;
 
-  // Hands the table over; null when it is empty or memory ran out.
+  // Returns the table, which the caller then owns; null when it is empty or an allocation fails.
   [[nodiscard]] OptTable* TakeTable() noexcept;
 
  private:

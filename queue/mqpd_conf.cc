@@ -1,4 +1,4 @@
-// Reading the daemon's configuration, and the questions that it answers.
+// Reads the daemon's configuration and looks up its queues and devices.
 #include "queue/mqpd_conf.h"
 
 #include <fcntl.h>
@@ -58,8 +58,8 @@ bool Resize(CString& buffer, std::size_t size) noexcept {
   return true;
 }
 
-// One byte more than a file has, so that its end is seen in the first buffer. It is a guess: a file
-// may grow meanwhile, and a pipe has no size.
+// One byte more than the file has, so that the first read reaches its end. This is only a guess: a
+// file may grow meanwhile, and a pipe has no size.
 std::size_t FirstBufferSize(std::FILE* stream, std::size_t largest_buffer) noexcept {
   struct stat status = {};
   const bool has_size = fstat(fileno(stream), &status) == 0 && status.st_size > 0;
@@ -67,7 +67,7 @@ std::size_t FirstBufferSize(std::FILE* stream, std::size_t largest_buffer) noexc
   return size <= largest_buffer ? std::max(size, kSmallestBuffer) : kSmallestBuffer;
 }
 
-// Of a stream that gave fewer bytes than it was asked for.
+// The status of a stream that returned fewer bytes than requested.
 std::int32_t ReadError(std::FILE* stream) noexcept {
   if (std::feof(stream) != 0) return 0;
   const int error = std::ferror(stream);

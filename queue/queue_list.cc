@@ -31,7 +31,7 @@ struct ListDeleter {
 };
 using OwnedList = std::unique_ptr<QueueList, ListDeleter>;
 
-// A list without queues that has room for so many.
+// An empty list with memory for this many queues.
 OwnedList NewList(std::size_t capacity) noexcept {
   OwnedList list(NewZeroed<QueueList>().release());
   if (!list || capacity == 0) return list;

@@ -24,7 +24,7 @@ constexpr std::int32_t kDocument = IA_DOCUMENT_FAX_LINE_LIST;
 constexpr std::int32_t kMaxModes = 20;
 constexpr std::int32_t kIsdnType = 2;
 constexpr std::int32_t kUncountedType = 3;
-constexpr std::int32_t kAlternateModeOffset = 128;  // each mode also counts with this added
+constexpr std::int32_t kAlternateModeOffset = 128;  // a mode plus this counts as the same mode
 
 // For these devices dial lines A to C that are not reported count as supporting the ID function.
 // Line D is left out on purpose.
