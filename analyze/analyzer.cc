@@ -39,7 +39,7 @@ struct FlagKey {
   FlagInfo* AnalyzeContext::* store;
 };
 
-// In the order in which the stores are filled: the last one made decides about success.
+// In the order in which the stores are filled: the last one determines whether the call succeeds.
 constexpr auto kFlagKeys = std::to_array<FlagKey>({
     {Input::kMediaTypeFlags, &AnalyzeContext::media_type_flags},
     {Input::kSlotMediaFlags, &AnalyzeContext::slot_media_info_flags},
@@ -57,15 +57,15 @@ std::int32_t FillFlagStores(AnalyzeContext& context) noexcept {
   for (const FlagKey& flag : kFlagKeys) {
     FlagInfo* const store = zflaginfo_init(KeyOf(flag.input).key, kFlagCapacity);
     context.*flag.store = store;
-    // A store that could not be made is no failure, and a failure before a success is masked:
-    // callers depend on an analyser that lacks flags rather than on none.
+    // A store that cannot be allocated is not a failure, and a later success masks a failure:
+    // callers depend on getting an analyser, even without its flags.
     if (store == nullptr) continue;
     status = zflaginfo_getflags(context.ppd_options, KeyOf(flag.input).key, store);
   }
   return status;
 }
 
-// False when memory ran out; a PPD without model code is fine.
+// False when an allocation fails; a PPD without a model code is valid.
 bool CopyDriverName(AnalyzeContext& context) noexcept {
   const char* const name = FindValue(context.ppd_options, KeyOf(Input::kModelCode).key);
   if (name == nullptr) return true;

@@ -20,7 +20,7 @@ std::string_view TakeUpTo(std::string_view& text, char separator) noexcept {
   return taken;
 }
 
-// Without the length of each name: a store has up to 1,024, and each new one is held against all.
+// Does not compute the length of each name: each new name is compared with up to 1,024 others.
 bool IsNamed(const FlagPair& pair, std::string_view name) noexcept {
   return std::strncmp(pair.name, name.data(), name.size()) == 0 && pair.name[name.size()] == '\0';
 }
@@ -32,7 +32,7 @@ FlagPair* FindFlag(const FlagInfo& store, std::string_view name) noexcept {
   return nullptr;
 }
 
-// False when memory ran out.
+// False when an allocation fails.
 bool StoreFlag(FlagInfo& store, std::string_view name, std::string_view value) noexcept {
   FlagPair* const known = FindFlag(store, name);
   if (known == nullptr && store.count >= store.capacity) return true;
@@ -48,7 +48,7 @@ bool StoreFlag(FlagInfo& store, std::string_view name, std::string_view value) n
   return true;
 }
 
-// Stores the items of a text; -1 when memory ran out.
+// Stores the items of a text; -1 when an allocation fails.
 std::int32_t StoreFlags(std::string_view text, FlagInfo& store) noexcept {
   while (!text.empty()) {
     std::string_view value = TakeUpTo(text, ',');

@@ -1,4 +1,4 @@
-// The one matching rule of all tables keyed by driver model code.
+// The matching rule of all tables keyed by driver model code.
 #ifndef ANALYZE_MODEL_ROW_H_
 #define ANALYZE_MODEL_ROW_H_
 
@@ -9,7 +9,7 @@
 
 namespace ia {
 
-// The first row, in table order, whose model is the beginning of the code; null when there is none.
+// The first row, in table order, whose model is a prefix of the code; null when there is none.
 template <class Row>
 [[nodiscard]] constexpr const Row* FindModel(std::span<const Row> rows, const char* code) noexcept {
   if (code == nullptr) return nullptr;  // a driver without a model code has no row
@@ -19,7 +19,7 @@ template <class Row>
   return hit != rows.end() ? &*hit : nullptr;
 }
 
-// Rows that no code can reach, because an earlier row is the beginning of theirs, or empty ones.
+// Rows that no code can reach: empty ones, and those that begin with an earlier row.
 template <class Row>
 [[nodiscard]] constexpr std::size_t CountUnreachableRows(std::span<const Row> rows) noexcept {
   std::size_t unreachable = 0;

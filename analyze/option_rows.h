@@ -1,4 +1,4 @@
-// Option rows that a handler works on until it applies or drops them.
+// Option rows that a handler fills and then applies or drops.
 #ifndef ANALYZE_OPTION_ROWS_H_
 #define ANALYZE_OPTION_ROWS_H_
 

@@ -1,4 +1,4 @@
-// Records of the interface that may grow: each caller names the size of the record that it knows.
+// Records of the interface that may grow: each caller passes the size of the record that it knows.
 #ifndef ANALYZE_RECORD_COPY_H_
 #define ANALYZE_RECORD_COPY_H_
 
@@ -9,8 +9,8 @@
 
 namespace ia {
 
-// Copies a record up to its last field into the caller's, which has `size` bytes. A caller that
-// knows more fields gets zeros in them, also in one that takes the place of today's tail padding.
+// Copies a record up to its last field into the caller's, which has `size` bytes. Further fields of
+// the caller become zero, even one in the place of the tail padding of this version.
 // Returns 1, or 0 for a null target.
 template <class Record, class LastField>
 [[nodiscard]] std::int32_t CopyRecord(const Record& record, const LastField& last_field,

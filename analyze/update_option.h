@@ -1,4 +1,4 @@
-// The rows of which update handlers make their options.
+// The rows from which update handlers make their options.
 #ifndef ANALYZE_UPDATE_OPTION_H_
 #define ANALYZE_UPDATE_OPTION_H_
 

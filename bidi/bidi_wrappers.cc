@@ -1,6 +1,6 @@
 // One wrapper for each entry point of a communication library. The readers' Get functions turn the
-// entry point's answer into 1 or 0; writers and closing readers hand it through: callers of the
-// two kinds test them differently.
+// entry point's result into 1 or 0, because callers test it as a boolean. Writers and the closing
+// functions of readers return it unchanged, because callers test it as a status.
 #include <cstdint>
 
 #include "bidi/library_binding.h"
@@ -8,7 +8,7 @@
 namespace ia {
 namespace {
 
-// Calls an entry point, or answers the fallback when it is not bound.
+// Calls an entry point, or returns the fallback when it is not bound.
 template <auto Slot, class Result, class... Args>
 Result CallOr(Result fallback, const BidiContext* context, Args... args) noexcept {
   if (context == nullptr || context->library == nullptr) return fallback;

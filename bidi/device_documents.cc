@@ -114,8 +114,8 @@ std::int32_t ParseDocument(AnalyzeContext& context, std::int32_t index, const vo
   if (reader == nullptr) return 0;  // a document that cannot be read counts as absent
   std::int32_t count = 0;
   if (list_key != nullptr) Bidi_qvxmlwrapGet_DictCount(context.bidi, reader, list_key, &count);
-  // No document of the largest size has more items. A communication library that claims more would
-  // keep the update handlers busy for hours.
+  // No document of the largest size has more items. If a communication library reported more, the
+  // update handlers would run for hours.
   context.documents[index] = {reader, std::clamp(count, 0, std::int32_t{IA_DOCUMENT_MAX_ITEMS})};
   return 0;
 }

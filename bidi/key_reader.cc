@@ -35,7 +35,7 @@ std::int32_t ReadString(Source source, const XmlKeyDescriptor& descriptor) noexc
   return 0;
 }
 
-// Elements beyond the destination's capacity, where the descriptor names one, are not seen.
+// Elements beyond the destination's capacity, if the descriptor has one, are dropped.
 std::int32_t ElementsThatFit(const XmlKeyDescriptor& elements, std::int32_t count) noexcept {
   const bool has_room_for_some =
       elements.type == IA_KEY_LONG_ELEMENTS || elements.type == IA_KEY_STRING_ELEMENTS;

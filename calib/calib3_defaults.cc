@@ -20,7 +20,7 @@ static_assert(sizeof LARCH_Def_Calib == 16384);
 namespace ia {
 namespace {
 
-// RC-STD has Calib3 settings but no row here, so that it gets the zeroed record.
+// RC-STD has Calib3 settings but no row here, so it gets the zeroed record.
 constexpr auto kModels = std::to_array<CalibModelEntry<Calib3InfoHandler>>({
     {"RB-W7", analyze_CreateDefault_Calib3InfoLARCH},
     {"RB-Z4", analyze_CreateDefault_Calib3InfoLARCH},

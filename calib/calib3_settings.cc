@@ -30,7 +30,7 @@ HalftoneTriple GradationSettings(const OptTable& options) noexcept {
   return {0, kBidiColorTone, kBidiResolution};
 }
 
-// Here letter case matters, while ReadHalftone() ignores it. Both are wanted as they are.
+// Case-sensitive, unlike ReadHalftone(): drivers depend on both.
 bool HasGradationHalftone(const OptTable& options) noexcept {
   if (FindValue(&options, "QVColorMode") == nullptr) return false;
   const bool is_mono = OptionBeginsWith(options, "QVColorMode", "mono");
@@ -95,8 +95,8 @@ int32_t analyze_GetCalib3Settings(const AnalyzeContext* context, const OptTable*
   if (ia::HasNull(context, options, out1, out2, out3)) return -1;
   const Calib3SettingsHandler handler =
       ia::FindHandler<Calib3SettingsHandler>(ia::kCalib3SettingsModels, *context, nullptr);
-  // A model without settings is no failure here, unlike with Calib4: callers find their own values
-  // in the outputs.
+  // A model without settings is not a failure here, unlike in Calib4: the outputs keep the values
+  // of the caller.
   return handler != nullptr ? handler(context, options, out1, out2, out3) : 0;
 }
 

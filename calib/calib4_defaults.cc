@@ -48,7 +48,7 @@ constexpr auto kModels = std::to_array<CalibModelEntry<Calib4InfoHandler>>({
     {"RA-X6", analyze_CreateDefault_Calib4InfoREDWOOD},
     {"RC-X8", analyze_CreateDefault_Calib4InfoREDWOOD},
 });
-// RB-X6-2 stands behind RB-X6, with the same handler.
+// RB-X6-2 is unreachable after RB-X6, which has the same handler.
 static_assert(CountUnreachableRows<CalibModelEntry<Calib4InfoHandler>>(kModels) == 1);
 
 HalftoneTriple CodesOf(const OptTable& options, std::uint32_t (*code)(std::uint32_t)) noexcept {
@@ -58,7 +58,7 @@ HalftoneTriple CodesOf(const OptTable& options, std::uint32_t (*code)(std::uint3
 }
 
 // High resolution counts as resolution in the BAOBAB codes and as none here; the difference is
-// wanted.
+// intended.
 HalftoneTriple CommonCodes(const OptTable& options) noexcept {
   return CodesOf(options, [](std::uint32_t type) noexcept {
     return type != IA_HALFTONE_HIGH_RESOLUTION ? CalibCode(type) : 0;

@@ -28,7 +28,7 @@ struct Resolution {
 [[nodiscard]] HalftoneTriple ReadHalftone(const OptTable& options) noexcept;
 [[nodiscard]] Resolution ReadResolution(const OptTable& options) noexcept;
 
-// False for an absent option; letter case matters.
+// Case-sensitive; false for an absent option.
 [[nodiscard]] bool OptionBeginsWith(const OptTable& options, std::string_view key,
                                     std::string_view prefix) noexcept;
 

@@ -10,8 +10,7 @@ namespace commlib {
 
 [[nodiscard]] std::string EncodeBase64(std::string_view bytes);
 
-// Blanks are passed over wherever they stand; nothing for any other text that EncodeBase64() does
-// not make.
+// Ignores blanks anywhere. Nullopt for any other text that EncodeBase64() does not produce.
 [[nodiscard]] std::optional<std::string> DecodeBase64(std::string_view text);
 
 }  // namespace commlib

@@ -1,4 +1,4 @@
-// The edge between C callers and C++ code.
+// Helpers at the ABI boundary between C callers and C++ code.
 #ifndef INFO_ANALYZE_COMMLIB_C_BOUNDARY_H_
 #define INFO_ANALYZE_COMMLIB_C_BOUNDARY_H_
 
@@ -8,7 +8,7 @@
 
 namespace commlib {
 
-// What the body answers, or the failure answer when it throws, as it does when memory runs out.
+// Returns the result of the body, or the failure result when it throws, such as std::bad_alloc.
 template <class Result, class Body>
 [[nodiscard]] Result Guarded(Result failure, Body body) noexcept {
   try {
@@ -18,7 +18,7 @@ template <class Result, class Body>
   }
 }
 
-// A copy that the caller releases with free(), with a NUL behind it; null when memory ran out.
+// A NUL-terminated copy that the caller releases with free(); null when the allocation fails.
 [[nodiscard]] inline char* DuplicateForCaller(std::string_view bytes) noexcept {
   char* const copy = static_cast<char*>(std::malloc(bytes.size() + 1));
   if (copy == nullptr) return nullptr;

@@ -14,13 +14,13 @@
 namespace commlib {
 namespace {
 
-// References are left to Unescape(), because the parser lets wrong ones pass. As a fragment, so
-// that text outside the outermost element is seen and can be refused.
+// Unescape() resolves references, because the parser accepts invalid ones. The document is parsed
+// as a fragment, so that text outside the outermost element can be refused.
 constexpr unsigned int kParseOptions =
     pugi::parse_cdata | pugi::parse_eol | pugi::parse_wconv_attribute | pugi::parse_ws_pcdata |
     pugi::parse_declaration | pugi::parse_doctype | pugi::parse_fragment;
 
-// Resolves the references of a whole document in place, and holds it to the depth limit.
+// Resolves the references of a whole document in place, and checks the depth limit.
 // pugixml walks without recursion.
 class ReferenceResolver : public pugi::xml_tree_walker {
  public:
@@ -64,7 +64,7 @@ bool IsAllowedOutsideRoot(const pugi::xml_node& node) {
   }
 }
 
-// The one element that stands outermost; null when the document is not one element.
+// The outermost element; null unless the document is a single element.
 pugi::xml_node FindRoot(const pugi::xml_document& xml) {
   pugi::xml_node root;
   for (const pugi::xml_node node : xml.children()) {
@@ -82,18 +82,18 @@ bool IsKnownFormat(const pugi::xml_node& root) {
          std::string_view(root.attribute(kVersionAttribute).value()) == kVersion;
 }
 
-// A value without key in a dictionary, or an array in an array, is none.
-std::optional<Element> MakeElement(const pugi::xml_node& node, Kind container) {
-  const auto kind = KindOf(node.name());
+// Ignores a value without a key in a dictionary, and an array in an array.
+std::optional<Element> MakeElement(const pugi::xml_node& node, Type container) {
+  const auto type = TypeOf(node.name());
   const std::string_view key = node.attribute(kKeyAttribute).value();
-  if (!kind || (container == Kind::kArray ? *kind == Kind::kArray : key.empty())) {
+  if (!type || (container == Type::kArray ? *type == Type::kArray : key.empty())) {
     return std::nullopt;
   }
-  return Element{.kind = *kind, .key = key, .node = node};
+  return Element{.type = *type, .key = key, .node = node};
 }
 
-std::pair<Kind, std::string_view> NameOf(const Element& element) {
-  return {element.kind, element.key};
+std::pair<Type, std::string_view> NameOf(const Element& element) {
+  return {element.type, element.key};
 }
 
 }  // namespace
@@ -124,20 +124,20 @@ std::span<const Element> Document::Children(const Element& container) const {
   return std::span(elements_).subspan(container.first_child, container.child_count);
 }
 
-std::span<const Element> Document::FindAll(const Element& dictionary, Kind kind,
+std::span<const Element> Document::FindAll(const Element& dictionary, Type type,
                                            std::string_view key) const {
   const std::span<const Element> children = Children(dictionary);
-  const std::pair name(kind, key);
+  const std::pair name(type, key);
   const auto first = std::ranges::lower_bound(children, name, {}, NameOf);
   const auto last = std::ranges::upper_bound(children, name, {}, NameOf);
   return {first, last};
 }
 
-// Breadth first: the row is its own queue of containers to look into.
+// Breadth first: elements_ is also the queue of containers to visit.
 void Document::AddAll(pugi::xml_node root) {
-  elements_.push_back(Element{.kind = Kind::kDict, .key = {}, .node = root});
+  elements_.push_back(Element{.type = Type::kDict, .key = {}, .node = root});
   for (std::size_t i = 0; i < elements_.size(); ++i) {
-    if (elements_[i].kind == Kind::kDict || elements_[i].kind == Kind::kArray) AddChildren(i);
+    if (elements_[i].type == Type::kDict || elements_[i].type == Type::kArray) AddChildren(i);
   }
 }
 
@@ -145,10 +145,10 @@ void Document::AddChildren(std::size_t container) {
   const Element parent = elements_[container];
   const std::size_t first = elements_.size();
   for (const pugi::xml_node node : parent.node.children()) {
-    if (const auto element = MakeElement(node, parent.kind)) elements_.push_back(*element);
+    if (const auto element = MakeElement(node, parent.type)) elements_.push_back(*element);
   }
   const std::span added = std::span(elements_).subspan(first);
-  if (parent.kind == Kind::kDict) std::ranges::stable_sort(added, {}, NameOf);
+  if (parent.type == Type::kDict) std::ranges::stable_sort(added, {}, NameOf);
   elements_[container].first_child = first;
   elements_[container].child_count = added.size();
 }

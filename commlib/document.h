@@ -16,27 +16,27 @@ namespace commlib {
 
 // One value of a document. Keys and nodes belong to the document.
 struct Element {
-  Kind kind;
-  std::string_view key;  // means nothing within an array
+  Type type;
+  std::string_view key;  // unused within an array
   pugi::xml_node node;
   std::size_t first_child = 0;
   std::size_t child_count = 0;
 
-  // The characters in the element, without those of elements within.
+  // The element's own characters, without those of nested elements.
   [[nodiscard]] std::string Text() const;
 };
 
-// All values of a document in one row, each container's own beside each other: those of an array
-// in their order, those of a dictionary sorted by kind and key and, under one key, in their order.
-// So every value is found in logarithmic time however large a list is.
+// All values of a document in one vector; the values of a container are adjacent. Those of an array
+// keep their order; those of a dictionary are stably sorted by type and key. So a lookup takes
+// logarithmic time, however large a list is.
 class Document {
  public:
-  // Null when the bytes are no document.
+  // Null when the bytes are not a valid document.
   [[nodiscard]] static std::unique_ptr<Document> Parse(std::string_view bytes);
 
   [[nodiscard]] const Element& outermost() const { return elements_.front(); }
   [[nodiscard]] std::span<const Element> Children(const Element& container) const;
-  [[nodiscard]] std::span<const Element> FindAll(const Element& dictionary, Kind kind,
+  [[nodiscard]] std::span<const Element> FindAll(const Element& dictionary, Type type,
                                                  std::string_view key) const;
 
  private:

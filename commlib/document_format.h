@@ -18,20 +18,20 @@ inline constexpr const char* kVersionAttribute = "version";
 inline constexpr const char* kVersion = "1";
 inline constexpr const char* kKeyAttribute = "key";
 
-enum class Kind { kLong, kDouble, kString, kBinary, kDict, kArray };
+enum class Type { kLong, kDouble, kString, kBinary, kDict, kArray };
 
-// In the order of Kind.
+// In the order of Type.
 inline constexpr auto kElementNames =
     std::to_array<std::string_view>({"long", "double", "string", "binary", "dict", "array"});
 
-[[nodiscard]] constexpr std::string_view ElementName(Kind kind) {
-  return kElementNames[static_cast<std::size_t>(kind)];
+[[nodiscard]] constexpr std::string_view ElementName(Type type) {
+  return kElementNames[static_cast<std::size_t>(type)];
 }
 
-[[nodiscard]] constexpr std::optional<Kind> KindOf(std::string_view element_name) {
+[[nodiscard]] constexpr std::optional<Type> TypeOf(std::string_view element_name) {
   const auto hit = std::ranges::find(kElementNames, element_name);
   if (hit == kElementNames.end()) return std::nullopt;
-  return static_cast<Kind>(hit - kElementNames.begin());
+  return static_cast<Type>(hit - kElementNames.begin());
 }
 
 }  // namespace commlib

@@ -9,13 +9,13 @@
 
 namespace commlib {
 
-// Blanks around a number are passed over; anything else that is no part of it makes it no number.
+// Ignores blanks around a number. Nullopt when the text contains anything else.
 [[nodiscard]] std::optional<std::int32_t> ParseLong(std::string_view text);
 [[nodiscard]] std::optional<double> ParseDouble(std::string_view text);
 
 [[nodiscard]] std::string FormatLong(std::int32_t value);
 
-// The shortest text that reads back as the same number; nothing for infinities and NaN.
+// The shortest text that reads back as the same number; nullopt for infinities and NaN.
 [[nodiscard]] std::optional<std::string> FormatDouble(double value);
 
 }  // namespace commlib

@@ -1,4 +1,4 @@
-// The document reader: where it stands in a document, and its entry points.
+// The document reader: its position in a document, and its entry points.
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -24,44 +24,44 @@ namespace {
 static_assert(kMaxDocumentBytes <= std::numeric_limits<std::int32_t>::max(),
               "counts and lengths of a document fit the interface's numbers");
 
-// The way from the outermost dictionary to the current container. A container that could not be
-// entered is a level without element, in which nothing is found.
+// The path from the outermost dictionary to the current container. A container that could not be
+// entered is a level without element, in which every lookup fails.
 class Position {
  public:
-  explicit Position(const Element* outermost) { levels_[0] = {Kind::kDict, outermost}; }
+  explicit Position(const Element* outermost) { levels_[0] = {Type::kDict, outermost}; }
 
-  // The current container when it is of this kind and exists, else null.
-  [[nodiscard]] const Element* Current(Kind kind) const {
+  // The current container when it is of this type and exists, else null.
+  [[nodiscard]] const Element* Current(Type type) const {
     const Level& innermost = levels_[count_ - 1];
-    return innermost.kind == kind ? innermost.element : nullptr;
+    return innermost.type == type ? innermost.element : nullptr;
   }
 
-  void Enter(Kind kind, const Element* element) {
+  void Enter(Type type, const Element* element) {
     if (count_ < levels_.size()) {
-      levels_[count_++] = {kind, element};
+      levels_[count_++] = {type, element};
     } else {
       ++excess_;
     }
   }
 
-  bool Leave(Kind kind) {
+  bool Leave(Type type) {
     if (excess_ > 0) {
       --excess_;
       return true;
     }
-    if (count_ == 1 || levels_[count_ - 1].kind != kind) return false;
+    if (count_ == 1 || levels_[count_ - 1].type != type) return false;
     --count_;
     return true;
   }
 
  private:
   struct Level {
-    Kind kind;
+    Type type;
     const Element* element;
   };
 
-  // Beyond the depth of any document there are only levels without element, so of those that find
-  // no place here just the number is kept.
+  // Levels beyond the depth of any document have no element, so those that do not fit the array are
+  // only counted.
   std::array<Level, 2 * kMaxDepth> levels_;
   std::size_t count_ = 1;
   std::uint64_t excess_ = 0;
@@ -79,44 +79,44 @@ std::int32_t Store(std::optional<Number> number, Number* destination) {
 
 using commlib::Element;
 using commlib::Guarded;
-using commlib::Kind;
+using commlib::Type;
 
 struct QvXmlReader {
  public:
   explicit QvXmlReader(std::unique_ptr<commlib::Document> document)
       : document_(std::move(document)), position_(&document_->outermost()) {}
 
-  [[nodiscard]] std::span<const Element> FindAll(Kind kind, const char* key) const {
-    const Element* const dictionary = position_.Current(Kind::kDict);
+  [[nodiscard]] std::span<const Element> FindAll(Type type, const char* key) const {
+    const Element* const dictionary = position_.Current(Type::kDict);
     if (dictionary == nullptr || key == nullptr) return {};
-    return document_->FindAll(*dictionary, kind, key);
+    return document_->FindAll(*dictionary, type, key);
   }
 
-  // The first value of this kind under the key.
-  [[nodiscard]] const Element* Find(Kind kind, const char* key) const {
-    const auto hits = FindAll(kind, key);
+  // The first value of this type under the key.
+  [[nodiscard]] const Element* Find(Type type, const char* key) const {
+    const auto hits = FindAll(type, key);
     return hits.empty() ? nullptr : &hits.front();
   }
 
-  // The element of the current array when it is of this kind.
-  [[nodiscard]] const Element* Find(Kind kind, std::int32_t index) const {
-    const Element* const array = position_.Current(Kind::kArray);
+  // The element of the current array when it is of this type.
+  [[nodiscard]] const Element* Find(Type type, std::int32_t index) const {
+    const Element* const array = position_.Current(Type::kArray);
     if (array == nullptr) return nullptr;
     const Element* const element = At(document_->Children(*array), index);
-    return element != nullptr && element->kind == kind ? element : nullptr;
+    return element != nullptr && element->type == type ? element : nullptr;
   }
 
   [[nodiscard]] const Element* FindDict(const char* key, std::int32_t index) const {
-    if (const Element* const element = Find(Kind::kDict, index)) return element;
-    return At(FindAll(Kind::kDict, key), index);
+    if (const Element* const element = Find(Type::kDict, index)) return element;
+    return At(FindAll(Type::kDict, key), index);
   }
 
-  bool Enter(Kind kind, const Element* element) {
-    position_.Enter(kind, element);
+  bool Enter(Type type, const Element* element) {
+    position_.Enter(type, element);
     return element != nullptr;
   }
 
-  bool Leave(Kind kind) { return position_.Leave(kind); }
+  bool Leave(Type type) { return position_.Leave(type); }
 
  private:
   [[nodiscard]] static const Element* At(std::span<const Element> elements, std::int32_t index) {
@@ -130,13 +130,13 @@ struct QvXmlReader {
 
 namespace {
 
-// The four kinds of value, for any way to name one: a key or a position.
+// Readers of the four types of values, by key or by position.
 
 template <class Name>
 std::int32_t ReadLong(QvXmlReader* reader, Name name, std::int32_t* value) {
   if (reader == nullptr || value == nullptr) return 0;
   return Guarded(0, [&] {
-    const Element* const element = reader->Find(Kind::kLong, name);
+    const Element* const element = reader->Find(Type::kLong, name);
     return element != nullptr ? commlib::Store(commlib::ParseLong(element->Text()), value) : 0;
   });
 }
@@ -145,7 +145,7 @@ template <class Name>
 std::int32_t ReadDouble(QvXmlReader* reader, Name name, double* value) {
   if (reader == nullptr || value == nullptr) return 0;
   return Guarded(0, [&] {
-    const Element* const element = reader->Find(Kind::kDouble, name);
+    const Element* const element = reader->Find(Type::kDouble, name);
     return element != nullptr ? commlib::Store(commlib::ParseDouble(element->Text()), value) : 0;
   });
 }
@@ -154,7 +154,7 @@ template <class Name>
 std::int32_t ReadString(QvXmlReader* reader, Name name, char** text, const char* encoding) {
   if (reader == nullptr || text == nullptr || !commlib::IsSupportedEncoding(encoding)) return 0;
   return Guarded(0, [&] {
-    const Element* const element = reader->Find(Kind::kString, name);
+    const Element* const element = reader->Find(Type::kString, name);
     char* const copy = element != nullptr ? commlib::DuplicateForCaller(element->Text()) : nullptr;
     if (copy == nullptr) return 0;
     *text = copy;
@@ -166,7 +166,7 @@ template <class Name>
 std::int32_t ReadBinary(QvXmlReader* reader, Name name, void** data, std::int32_t* length) {
   if (reader == nullptr || data == nullptr || length == nullptr) return 0;
   return Guarded(0, [&] {
-    const Element* const element = reader->Find(Kind::kBinary, name);
+    const Element* const element = reader->Find(Type::kBinary, name);
     const auto bytes = element != nullptr ? commlib::DecodeBase64(element->Text()) : std::nullopt;
     char* const copy = bytes ? commlib::DuplicateForCaller(*bytes) : nullptr;
     if (copy == nullptr) return 0;
@@ -176,8 +176,8 @@ std::int32_t ReadBinary(QvXmlReader* reader, Name name, void** data, std::int32_
   });
 }
 
-std::int32_t LeaveContainer(QvXmlReader* reader, Kind kind) {
-  return reader != nullptr && reader->Leave(kind) ? 0 : -1;
+std::int32_t LeaveContainer(QvXmlReader* reader, Type type) {
+  return reader != nullptr && reader->Leave(type) ? 0 : -1;
 }
 
 }  // namespace
@@ -193,7 +193,7 @@ QvXmlReader* qvxmlwrapGet_New(const void* data, int32_t length) {
 
 int32_t qvxmlwrapGet_DictCount(QvXmlReader* reader, const char* key, int32_t* count) {
   if (reader == nullptr || count == nullptr) return 0;
-  const auto dicts = reader->FindAll(Kind::kDict, key);
+  const auto dicts = reader->FindAll(Type::kDict, key);
   if (dicts.empty()) return 0;
   *count = static_cast<int32_t>(dicts.size());
   return 1;
@@ -201,7 +201,7 @@ int32_t qvxmlwrapGet_DictCount(QvXmlReader* reader, const char* key, int32_t* co
 
 int32_t qvxmlwrapGet_OpenDict(QvXmlReader* reader, const char* key, int32_t index) {
   if (reader == nullptr) return 0;
-  return reader->Enter(Kind::kDict, reader->FindDict(key, index)) ? 1 : 0;
+  return reader->Enter(Type::kDict, reader->FindDict(key, index)) ? 1 : 0;
 }
 
 int32_t qvxmlwrapGet_Long(QvXmlReader* reader, const char* key, int32_t* value, intptr_t /*word*/) {
@@ -224,7 +224,7 @@ int32_t qvxmlwrapGet_Binary(QvXmlReader* reader, const char* key, void** data, i
 
 int32_t qvxmlwrapGet_ArrayCount(QvXmlReader* reader, const char* key, int32_t* count) {
   if (reader == nullptr || count == nullptr) return 0;
-  const Element* const array = reader->Find(Kind::kArray, key);
+  const Element* const array = reader->Find(Type::kArray, key);
   if (array == nullptr) return 0;
   *count = static_cast<int32_t>(array->child_count);
   return 1;
@@ -232,7 +232,7 @@ int32_t qvxmlwrapGet_ArrayCount(QvXmlReader* reader, const char* key, int32_t* c
 
 int32_t qvxmlwrapGet_OpenArray(QvXmlReader* reader, const char* key) {
   if (reader == nullptr) return 0;
-  return reader->Enter(Kind::kArray, reader->Find(Kind::kArray, key)) ? 1 : 0;
+  return reader->Enter(Type::kArray, reader->Find(Type::kArray, key)) ? 1 : 0;
 }
 
 int32_t qvxmlwrapGet_LongFromArray(QvXmlReader* reader, int32_t index, int32_t* value,
@@ -256,10 +256,10 @@ int32_t qvxmlwrapGet_BinaryFromArray(QvXmlReader* reader, int32_t index, void** 
 }
 
 int32_t qvxmlwrapGet_CloseArray(QvXmlReader* reader) {
-  return LeaveContainer(reader, Kind::kArray);
+  return LeaveContainer(reader, Type::kArray);
 }
 
-int32_t qvxmlwrapGet_CloseDict(QvXmlReader* reader) { return LeaveContainer(reader, Kind::kDict); }
+int32_t qvxmlwrapGet_CloseDict(QvXmlReader* reader) { return LeaveContainer(reader, Type::kDict); }
 
 int32_t qvxmlwrapGet_Destroy(QvXmlReader* reader) {
   if (reader == nullptr) return -1;

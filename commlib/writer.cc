@@ -18,7 +18,7 @@
 #include "info_analyze/communication_library.h"
 
 using commlib::Guarded;
-using commlib::Kind;
+using commlib::Type;
 
 namespace {
 
@@ -30,30 +30,30 @@ std::string EndTag(std::string_view element_name) {
 
 }  // namespace
 
-// Writes the document's text straight away, so that a value that would make it longer than a
-// reader accepts is refused at once. A refused call changes nothing, also when memory runs out.
+// Writes the document's text as values arrive, so that a value that would make it longer than a
+// reader accepts is refused at once. A refused call changes nothing, even when an allocation fails.
 struct QvXmlWriter {
  public:
   QvXmlWriter();
 
-  [[nodiscard]] bool StandsIn(Kind kind) const { return levels_.back().kind == kind; }
-  // In an array the key is not looked at.
-  bool Add(Kind kind, const char* key, std::string_view content);
-  bool Open(Kind kind, const char* key);
-  bool Close(Kind kind);
-  // Closes whatever is open; the writer takes nothing more.
+  [[nodiscard]] bool IsIn(Type type) const { return levels_.back().type == type; }
+  // The key is ignored in an array.
+  bool Add(Type type, const char* key, std::string_view content);
+  bool Open(Type type, const char* key);
+  bool Close(Type type);
+  // Closes all open containers; the writer is unusable afterwards.
   std::string_view Finish();
 
  private:
   struct Level {
-    Kind kind;
+    Type type;
     std::string end_tag;
-    std::set<std::pair<Kind, std::string>> names;  // of the values in it, but for dictionaries
+    std::set<std::pair<Type, std::string>> names;  // of the values in it, except dictionaries
   };
 
-  [[nodiscard]] std::optional<std::string> StartTag(Kind kind, const char* key) const;
+  [[nodiscard]] std::optional<std::string> StartTag(Type type, const char* key) const;
   bool Reserve(std::size_t bytes);
-  void RecordName(Kind kind, const char* key);
+  void RecordName(Type type, const char* key);
   void CloseInnermost();
 
   std::string text_;
@@ -66,36 +66,36 @@ QvXmlWriter::QvXmlWriter() {
   text_.append("<").append(commlib::kRootElement).append(" ").append(commlib::kVersionAttribute);
   text_.append("=\"").append(commlib::kVersion).append("\">\n");
   levels_.reserve(commlib::kMaxDepth);
-  levels_.push_back({Kind::kDict, EndTag(commlib::kRootElement), {}});
+  levels_.push_back({Type::kDict, EndTag(commlib::kRootElement), {}});
   end_tag_bytes_ = levels_.back().end_tag.size();
   Reserve(0);
 }
 
-bool QvXmlWriter::Add(Kind kind, const char* key, std::string_view content) {
-  auto element = StartTag(kind, key);
+bool QvXmlWriter::Add(Type type, const char* key, std::string_view content) {
+  auto element = StartTag(type, key);
   if (!element) return false;
-  element->append(content).append(EndTag(ElementName(kind)));
+  element->append(content).append(EndTag(ElementName(type)));
   if (!Reserve(element->size())) return false;
-  RecordName(kind, key);
+  RecordName(type, key);
   text_ += *element;
   return true;
 }
 
-bool QvXmlWriter::Open(Kind kind, const char* key) {
-  auto start_tag = StartTag(kind, key);
+bool QvXmlWriter::Open(Type type, const char* key) {
+  auto start_tag = StartTag(type, key);
   if (!start_tag) return false;
   *start_tag += '\n';
-  Level level{kind, Indent(levels_.size()) + EndTag(ElementName(kind)), {}};
+  Level level{type, Indent(levels_.size()) + EndTag(ElementName(type)), {}};
   if (!Reserve(start_tag->size() + level.end_tag.size())) return false;
-  RecordName(kind, key);
+  RecordName(type, key);
   text_ += *start_tag;
   end_tag_bytes_ += level.end_tag.size();
   levels_.push_back(std::move(level));
   return true;
 }
 
-bool QvXmlWriter::Close(Kind kind) {
-  if (levels_.size() == 1 || !StandsIn(kind)) return false;
+bool QvXmlWriter::Close(Type type) {
+  if (levels_.size() == 1 || !IsIn(type)) return false;
   CloseInnermost();
   return true;
 }
@@ -105,22 +105,22 @@ std::string_view QvXmlWriter::Finish() {
   return text_;
 }
 
-// Nothing when no such value may stand here.
-std::optional<std::string> QvXmlWriter::StartTag(Kind kind, const char* key) const {
+// Nullopt when such a value is not allowed here.
+std::optional<std::string> QvXmlWriter::StartTag(Type type, const char* key) const {
   if (levels_.size() >= commlib::kMaxDepth) return std::nullopt;
-  std::string tag = Indent(levels_.size()).append("<").append(ElementName(kind));
+  std::string tag = Indent(levels_.size()).append("<").append(ElementName(type));
   const Level& parent = levels_.back();
-  if (parent.kind == Kind::kArray) {
-    if (kind == Kind::kArray) return std::nullopt;
+  if (parent.type == Type::kArray) {
+    if (type == Type::kArray) return std::nullopt;
     return tag += '>';
   }
   if (key == nullptr || *key == '\0' || !commlib::IsXmlText(key)) return std::nullopt;
-  if (parent.names.contains({kind, key})) return std::nullopt;
+  if (parent.names.contains({type, key})) return std::nullopt;
   tag.append(" ").append(commlib::kKeyAttribute).append("=\"");
   return tag.append(commlib::Escape(key)).append("\">");
 }
 
-// Makes room for more bytes and all end tags; false when a document cannot be that long.
+// Reserves memory for more bytes and all end tags; false when a document cannot be that long.
 bool QvXmlWriter::Reserve(std::size_t bytes) {
   const std::size_t total = text_.size() + bytes + end_tag_bytes_;
   if (total > commlib::kMaxDocumentBytes) return false;
@@ -128,9 +128,9 @@ bool QvXmlWriter::Reserve(std::size_t bytes) {
   return true;
 }
 
-void QvXmlWriter::RecordName(Kind kind, const char* key) {
+void QvXmlWriter::RecordName(Type type, const char* key) {
   Level& parent = levels_.back();
-  if (parent.kind == Kind::kDict && kind != Kind::kDict) parent.names.emplace(kind, key);
+  if (parent.type == Type::kDict && type != Type::kDict) parent.names.emplace(type, key);
 }
 
 void QvXmlWriter::CloseInnermost() {
@@ -144,15 +144,15 @@ namespace {
 
 std::int32_t Status(bool done) { return done ? 0 : -1; }
 
-// Makes a value of what the content function answers. The place is the kind of container that the
-// writer has to stand in.
+// Adds the value that make_content() returns. The place is the type that the current container must
+// have.
 template <class MakeContent>
-std::int32_t AddValue(QvXmlWriter* writer, Kind place, const char* key, Kind kind,
+std::int32_t AddValue(QvXmlWriter* writer, Type place, const char* key, Type type,
                       MakeContent make_content) {
-  if (writer == nullptr || !writer->StandsIn(place)) return -1;
+  if (writer == nullptr || !writer->IsIn(place)) return -1;
   return Guarded(-1, [&] {
     const std::optional<std::string> content = make_content();
-    return Status(content && writer->Add(kind, key, *content));
+    return Status(content && writer->Add(type, key, *content));
   });
 }
 
@@ -171,13 +171,13 @@ std::optional<std::string> BinaryContent(const void* data, std::int32_t length) 
   return commlib::EncodeBase64(bytes);
 }
 
-std::int32_t OpenContainer(QvXmlWriter* writer, const char* key, Kind kind) {
+std::int32_t OpenContainer(QvXmlWriter* writer, const char* key, Type type) {
   if (writer == nullptr) return -1;
-  return Guarded(-1, [&] { return Status(writer->Open(kind, key)); });
+  return Guarded(-1, [&] { return Status(writer->Open(type, key)); });
 }
 
-std::int32_t CloseContainer(QvXmlWriter* writer, Kind kind) {
-  return Status(writer != nullptr && writer->Close(kind));
+std::int32_t CloseContainer(QvXmlWriter* writer, Type type) {
+  return Status(writer != nullptr && writer->Close(type));
 }
 
 }  // namespace
@@ -187,61 +187,61 @@ QvXmlWriter* qvxmlwrapSet_New(void) {
 }
 
 int32_t qvxmlwrapSet_OpenDict(QvXmlWriter* writer, const char* key, intptr_t /*word*/) {
-  return OpenContainer(writer, key, Kind::kDict);
+  return OpenContainer(writer, key, Type::kDict);
 }
 
 int32_t qvxmlwrapSet_Long(QvXmlWriter* writer, const char* key, int32_t value) {
-  return AddValue(writer, Kind::kDict, key, Kind::kLong,
+  return AddValue(writer, Type::kDict, key, Type::kLong,
                   [&] { return commlib::FormatLong(value); });
 }
 
 int32_t qvxmlwrapSet_Double(QvXmlWriter* writer, const char* key, double value) {
-  return AddValue(writer, Kind::kDict, key, Kind::kDouble,
+  return AddValue(writer, Type::kDict, key, Type::kDouble,
                   [&] { return commlib::FormatDouble(value); });
 }
 
 int32_t qvxmlwrapSet_String(QvXmlWriter* writer, const char* key, const char* text, intptr_t word1,
                             intptr_t /*word2*/) {
-  return AddValue(writer, Kind::kDict, key, Kind::kString,
+  return AddValue(writer, Type::kDict, key, Type::kString,
                   [&] { return TextContent(text, word1); });
 }
 
 int32_t qvxmlwrapSet_Binary(QvXmlWriter* writer, const char* key, const void* data,
                             int32_t length) {
-  return AddValue(writer, Kind::kDict, key, Kind::kBinary,
+  return AddValue(writer, Type::kDict, key, Type::kBinary,
                   [&] { return BinaryContent(data, length); });
 }
 
 int32_t qvxmlwrapSet_OpenArray(QvXmlWriter* writer, const char* key) {
-  return OpenContainer(writer, key, Kind::kArray);
+  return OpenContainer(writer, key, Type::kArray);
 }
 
 int32_t qvxmlwrapSet_LongToArray(QvXmlWriter* writer, int32_t value) {
-  return AddValue(writer, Kind::kArray, nullptr, Kind::kLong,
+  return AddValue(writer, Type::kArray, nullptr, Type::kLong,
                   [&] { return commlib::FormatLong(value); });
 }
 
 int32_t qvxmlwrapSet_DoubleToArray(QvXmlWriter* writer, double value) {
-  return AddValue(writer, Kind::kArray, nullptr, Kind::kDouble,
+  return AddValue(writer, Type::kArray, nullptr, Type::kDouble,
                   [&] { return commlib::FormatDouble(value); });
 }
 
 int32_t qvxmlwrapSet_StringToArray(QvXmlWriter* writer, const char* text, intptr_t word1,
                                    intptr_t /*word2*/) {
-  return AddValue(writer, Kind::kArray, nullptr, Kind::kString,
+  return AddValue(writer, Type::kArray, nullptr, Type::kString,
                   [&] { return TextContent(text, word1); });
 }
 
 int32_t qvxmlwrapSet_BinaryToArray(QvXmlWriter* writer, const void* data, int32_t length) {
-  return AddValue(writer, Kind::kArray, nullptr, Kind::kBinary,
+  return AddValue(writer, Type::kArray, nullptr, Type::kBinary,
                   [&] { return BinaryContent(data, length); });
 }
 
 int32_t qvxmlwrapSet_CloseArray(QvXmlWriter* writer) {
-  return CloseContainer(writer, Kind::kArray);
+  return CloseContainer(writer, Type::kArray);
 }
 
-int32_t qvxmlwrapSet_CloseDict(QvXmlWriter* writer) { return CloseContainer(writer, Kind::kDict); }
+int32_t qvxmlwrapSet_CloseDict(QvXmlWriter* writer) { return CloseContainer(writer, Type::kDict); }
 
 // word1 is the address of a char* that receives the malloc'd document, word2 that of an int32_t
 // that receives its length; either may be 0. word3 is reserved.

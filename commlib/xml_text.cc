@@ -80,7 +80,7 @@ std::optional<std::uint32_t> ParseCharacterNumber(std::string_view digits) {
   return code;
 }
 
-// The name is what stands between '&' and ';'.
+// The name is the text between '&' and ';'.
 std::optional<std::uint32_t> ResolveReference(std::string_view name) {
   if (name.starts_with('#')) return ParseCharacterNumber(name.substr(1));
   const auto entity = std::ranges::find(kEntities, name, &Entity::name);

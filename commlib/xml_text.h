@@ -15,14 +15,14 @@ namespace commlib {
 // True for well-formed UTF-8 whose characters are all allowed in XML 1.0.
 [[nodiscard]] bool IsXmlText(std::string_view text);
 
-// True for "UTF-8" in any letter case, and for no name at all.
+// True for "UTF-8", ignoring case, and for a null name.
 [[nodiscard]] bool IsSupportedEncoding(const char* name);
 
 // Writes a text so that every XML parser reads it back unchanged, in an element or an attribute.
 [[nodiscard]] std::string Escape(std::string_view text);
 
-// Resolves the character references and the five entities of XML; nothing when one of them is
-// unknown, incomplete or stands for a character that XML does not allow.
+// Resolves the character references and the five entities of XML; nullopt when one of them is
+// unknown, incomplete or a character that XML does not allow.
 [[nodiscard]] std::optional<std::string> Unescape(std::string_view text);
 
 }  // namespace commlib

@@ -29,7 +29,7 @@ bool HasPrefixIgnoringCase(std::string_view text, std::string_view prefix) noexc
          std::equal(prefix.begin(), prefix.end(), text.begin(), SameLetter);
 }
 
-// A byte of the needle that has no case is searched for by itself, and most texts do not hold it.
+// First searches for a byte of the needle that has no case: most texts do not contain it.
 bool ContainsIgnoringCase(std::string_view text, std::string_view needle) noexcept {
   const auto mark = std::ranges::find_if_not(needle, IsLetter);
   if (mark == needle.end()) {

@@ -19,7 +19,7 @@ namespace {
 
 constexpr char kItemSeparators[] = ",_";
 
-// The lowest index, from 0, that is above those of the list's keys; 0 stands for the base alone.
+// The lowest index, from 0, that is above those of the list's keys; 0 means the base alone.
 std::int32_t NextFreeIndex(const OptTable* list, std::string_view base,
                            std::int32_t lowest) noexcept {
   for (const OptTable* node = list; node != nullptr; node = node->next) {
@@ -48,7 +48,7 @@ CString NewFlagKey(const OptTable* first, const OptTable* second, const char* ba
   return key;
 }
 
-// Calls take(item) for each item of a copy of the text, until it answers non-zero.
+// Calls take(item) for each item of a copy of the text, until it returns non-zero.
 template <class Take>
 std::int32_t ForEachItem(const char* text, Take take) noexcept {
   const CString copy = Duplicate(text);
@@ -64,8 +64,8 @@ std::int32_t ForEachItem(const char* text, Take take) noexcept {
 }  // namespace
 }  // namespace ia
 
-// The base is searched for anywhere in a key but its suffix read as if the key began with it, so
-// "XQVAnlz_FuncVer_UI_1" answers for "QVAnlz_FuncVer_UI", with a wrong index. Callers
+// The base may occur anywhere in a key, but the suffix is read as if the key began with it, so
+// "XQVAnlz_FuncVer_UI_1" matches "QVAnlz_FuncVer_UI", with a wrong index. Callers
 // depend on it.
 int32_t OptionList_Get_FlagValue(OptTable** cursor, const char* base, int32_t highest_index,
                                  char** value) noexcept {

@@ -1,5 +1,5 @@
-// Results that differ from the usual ones of these names are what the driver package's components
-// are written against.
+// The results differ from those of the usual functions of these names, and the components of the
+// driver package depend on that.
 #include "info_analyze/libc_names.h"
 
 #include <string.h>

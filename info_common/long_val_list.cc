@@ -13,7 +13,7 @@
 namespace ia {
 namespace {
 
-// Inserts a number after those that do not exceed it; false when memory ran out.
+// Inserts a number after those that do not exceed it; false when an allocation fails.
 bool Insert(LongValListPtr& list, std::int32_t value) noexcept {
   CPtr<LongValList> node = NewZeroed<LongValList>();
   if (!node) return false;

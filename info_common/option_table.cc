@@ -73,9 +73,9 @@ bool ChangeValues(OptTable* head, std::string_view key, std::string_view value) 
   return changed_all;
 }
 
-// The search looks for a key that begins with the new one and heeds letter case, the change wants
-// an equal key and ignores it. PPDs rely on the gap between the two: "QVFin" neither replaces
-// "QVFinisher" nor stands beside it, and "qvfoo" stands beside "QVFoo".
+// The search is case-sensitive and finds keys that begin with the new one; the change ignores case
+// and needs an equal key. PPDs rely on this difference: "QVFin" is neither added beside
+// "QVFinisher" nor changes it, and "qvfoo" is added beside "QVFoo".
 bool AddBack(OptTable& head, std::string_view key, std::string_view value) noexcept {
   OptTable* last = nullptr;
   for (OptTable* node = &head; node != nullptr; node = node->next) {

@@ -1,4 +1,4 @@
-// What the option table's functions are made of.
+// Building blocks of the option table's functions.
 #ifndef INFO_COMMON_OPTION_TABLE_H_
 #define INFO_COMMON_OPTION_TABLE_H_
 
@@ -21,10 +21,10 @@ struct NodeDeleter {
 };
 using NodePtr = std::unique_ptr<OptTable, NodeDeleter>;
 
-// A node with copies of both texts, or null.
+// A node with copies of both texts. Null when an allocation fails.
 [[nodiscard]] NodePtr NewNode(std::string_view key, std::string_view value) noexcept;
 
-// A node with copies of the node's texts, of which each may be null; or null.
+// A node with copies of the node's texts, and null for a null text. Null when an allocation fails.
 [[nodiscard]] NodePtr CopyOf(const OptTable& node) noexcept;
 
 // First node whose key begins with the given text.
@@ -37,18 +37,19 @@ using NodePtr = std::unique_ptr<OptTable, NodeDeleter>;
 // none. The cursor moves to the node after it.
 [[nodiscard]] OptTable* TakeKeyHolding(OptTable*& cursor, std::string_view text) noexcept;
 
-// False, and the node unchanged, when memory ran out.
+// False, and the node unchanged, when an allocation fails.
 [[nodiscard]] bool ReplaceValue(OptTable& node, std::string_view value) noexcept;
 
 // Replaces the value of every node whose key equals the given one, ignoring case; false when
-// memory ran out for some of them.
+// an allocation fails for some of them.
 bool ChangeValues(OptTable* head, std::string_view key, std::string_view value) noexcept;
 
 // Appends an entry to a table that has a node, or changes the entries that have its key, as
-// info_common_optlist_additem_back() does; false when memory ran out.
+// info_common_optlist_additem_back() does; false when an allocation fails.
 [[nodiscard]] bool AddBack(OptTable& head, std::string_view key, std::string_view value) noexcept;
 
-// The same for an option of a list. One without a value, or without memory for it, is left out.
+// As AddBack(), for an option of a list. Omits an option without a value or when an allocation
+// fails.
 void AddOption(OptTable& list, const char* keyword, const char* value) noexcept;
 
 // Frees a whole table; null is an empty one.

@@ -11,34 +11,34 @@
 namespace ia {
 namespace {
 
-// Keys that differ only in letter case stand in the table as nodes of their own but change their
-// values together. The tree holds the first of such twins, which leads to the others.
-struct Twins {
+// Keys that differ only in case are separate nodes of the table, but change their values together.
+// The tree holds the first variant of each key; the others follow it in its list.
+struct CaseVariant {
   OptTable* node;
-  Twins* next;
+  CaseVariant* next;
 };
 
-// Zero for every key that begins with the new one: in the tree's order they stand together.
+// Zero for every key that begins with the new one; such keys are adjacent in the tree's order.
 int ComparePrefix(const void* added, const void* node) noexcept {
   const char* const prefix = static_cast<const OptTable*>(added)->key;
   return std::strncmp(prefix, static_cast<const OptTable*>(node)->key, std::strlen(prefix));
 }
 
-int CompareTwins(const void* left, const void* right) noexcept {
-  return CompareIgnoringCase(static_cast<const Twins*>(left)->node->key,
-                             static_cast<const Twins*>(right)->node->key);
+int CompareCaseVariants(const void* left, const void* right) noexcept {
+  return CompareIgnoringCase(static_cast<const CaseVariant*>(left)->node->key,
+                             static_cast<const CaseVariant*>(right)->node->key);
 }
 
-int CompareWithTwins(const void* wanted, const void* twins) noexcept {
+int CompareWithCaseVariant(const void* wanted, const void* variant) noexcept {
   return CompareIgnoringCase(*static_cast<const std::string_view*>(wanted),
-                             static_cast<const Twins*>(twins)->node->key);
+                             static_cast<const CaseVariant*>(variant)->node->key);
 }
 
 void KeepNode(void*) noexcept {}
 
-void FreeTwins(void* first) noexcept {
-  for (auto* twins = static_cast<Twins*>(first); twins != nullptr;) {
-    std::free(std::exchange(twins, twins->next));
+void FreeCaseVariants(void* first) noexcept {
+  for (auto* variant = static_cast<CaseVariant*>(first); variant != nullptr;) {
+    std::free(std::exchange(variant, variant->next));
   }
 }
 
@@ -55,7 +55,7 @@ bool OptionTableBuilder::Put(std::string_view key, std::string_view value) noexc
   if (IsKnown(node.get())) return Change(key, value);
   node->next = head_;
   head_ = node.release();
-  if (by_twins_ != nullptr && !IndexTwins(head_)) DropIndex();
+  if (by_case_variants_ != nullptr && !IndexCaseVariant(head_)) DropIndex();
   return true;
 }
 
@@ -74,39 +74,40 @@ bool OptionTableBuilder::IsKnown(OptTable* node) noexcept {
 }
 
 bool OptionTableBuilder::Change(std::string_view key, std::string_view value) noexcept {
-  if (indexed_ && by_twins_ == nullptr && !IndexAllTwins()) DropIndex();
+  if (indexed_ && by_case_variants_ == nullptr && !IndexAllCaseVariants()) DropIndex();
   if (!indexed_) return ChangeValues(head_, key, value);
-  const void* const found = tfind(&key, &by_twins_, CompareWithTwins);
+  const void* const found = tfind(&key, &by_case_variants_, CompareWithCaseVariant);
   if (found == nullptr) return true;
   bool changed_all = true;
-  for (auto* twins = *static_cast<Twins* const*>(found); twins != nullptr; twins = twins->next) {
-    changed_all = ReplaceValue(*twins->node, value) && changed_all;
+  for (auto* variant = *static_cast<CaseVariant* const*>(found); variant != nullptr;
+       variant = variant->next) {
+    changed_all = ReplaceValue(*variant->node, value) && changed_all;
   }
   return changed_all;
 }
 
-bool OptionTableBuilder::IndexTwins(OptTable* node) noexcept {
-  CPtr<Twins> twins = NewZeroed<Twins>();
-  if (!twins) return false;
-  twins->node = node;
-  void* const found = tsearch(twins.get(), &by_twins_, CompareTwins);
+bool OptionTableBuilder::IndexCaseVariant(OptTable* node) noexcept {
+  CPtr<CaseVariant> variant = NewZeroed<CaseVariant>();
+  if (!variant) return false;
+  variant->node = node;
+  void* const found = tsearch(variant.get(), &by_case_variants_, CompareCaseVariants);
   if (found == nullptr) return false;
-  Twins* const first = *static_cast<Twins**>(found);
-  if (first != twins.get()) twins->next = std::exchange(first->next, twins.get());
-  static_cast<void>(twins.release());
+  CaseVariant* const first = *static_cast<CaseVariant**>(found);
+  if (first != variant.get()) variant->next = std::exchange(first->next, variant.get());
+  static_cast<void>(variant.release());
   return true;
 }
 
-bool OptionTableBuilder::IndexAllTwins() noexcept {
+bool OptionTableBuilder::IndexAllCaseVariants() noexcept {
   for (OptTable* node = head_; node != nullptr; node = node->next) {
-    if (!IndexTwins(node)) return false;
+    if (!IndexCaseVariant(node)) return false;
   }
   return true;
 }
 
 void OptionTableBuilder::DropIndex() noexcept {
   tdestroy(std::exchange(by_key_, nullptr), KeepNode);
-  tdestroy(std::exchange(by_twins_, nullptr), FreeTwins);
+  tdestroy(std::exchange(by_case_variants_, nullptr), FreeCaseVariants);
   indexed_ = false;
 }
 

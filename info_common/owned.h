@@ -16,7 +16,7 @@ template <class T>
 using CPtr = std::unique_ptr<T, FreeDeleter>;
 using CString = CPtr<char[]>;
 
-// Null when memory ran out, as with everything that allocates here.
+// Null when an allocation fails, as with everything that allocates here.
 [[nodiscard]] inline CString NewText(std::size_t length) noexcept {
   return CString(static_cast<char*>(std::malloc(length + 1)));
 }

@@ -10,11 +10,11 @@
 
 namespace ia {
 
-// A path and its NUL need no more than this; longer ones are refused.
+// Limit of a path with its NUL, in bytes; longer paths are refused.
 inline constexpr std::size_t kPathSize = 2048;
 
-// The pieces one behind the other; null when they and a NUL need more than size bytes or memory ran
-// out.
+// Concatenates the pieces. Null when they and a NUL need more than size bytes or an allocation
+// fails.
 [[nodiscard]] CString MakePath(std::initializer_list<std::string_view> pieces,
                                std::size_t size = kPathSize) noexcept;
 

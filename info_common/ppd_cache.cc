@@ -1,4 +1,4 @@
-// A PPD could carry device documents; this library has no such cache, and these are its answers.
+// The interface has a cache of device documents in PPDs; this library does not implement it.
 #include <cstdint>
 
 #include "info_analyze/option_table.h"

@@ -17,7 +17,7 @@ namespace {
 constexpr int kOpenRetries = 60;
 constexpr unsigned kRetrySeconds = 1;
 
-// Keeps errno: it tells the caller whether another attempt is worth while.
+// Keeps errno, by which the caller decides whether to retry.
 void DiscardTemporaryFile(cups_file_t* file, const char* path) noexcept {
   const int reason = errno;
   if (file != nullptr) cupsFileClose(file);
@@ -25,7 +25,7 @@ void DiscardTemporaryFile(cups_file_t* file, const char* path) noexcept {
   errno = reason;
 }
 
-// The only thing worth waiting for is a free file descriptor.
+// Retries only for a lack of file descriptors, which may pass.
 cups_file_t* OpenPpd(const char* queue_name, CString& path) noexcept {
   for (int retries = 0;; ++retries) {
     char* temporary_path = nullptr;

@@ -8,8 +8,8 @@
 
 namespace ia {
 
-// The option table of a PPD, from where the file stands to its end; null when the PPD has no option
-// lines or memory ran out.
+// The option table of a PPD, from the current file position to its end; null when the PPD has no
+// option lines or an allocation fails.
 [[nodiscard]] OptTable* ReadPpd(cups_file_t* file) noexcept;
 
 }  // namespace ia

@@ -1,4 +1,4 @@
-// The two kinds of PPD lines that hold a key and a value.
+// Splits the two types of PPD lines that hold a key and a value.
 #ifndef INFO_COMMON_PPD_LINES_H_
 #define INFO_COMMON_PPD_LINES_H_
 

@@ -73,7 +73,7 @@ void PpdReader::TakeUiValue(const char* text) noexcept {
   if (info_common_optlist_qvuivalue_getoptkeyandvalue(text, key, value) > 0) Put(key, value);
 }
 
-// A line that names neither list leaves the one of an unclosed block in force.
+// After a line that names neither list, the list of an unclosed block stays current.
 void PpdReader::OpenBlock(std::string_view line) noexcept {
   in_block_ = true;
   const auto named = std::ranges::find_if(kValueListBlocks, [&](const ValueListBlock& block) {
@@ -90,8 +90,7 @@ void PpdReader::CloseBlock() noexcept {
   choices_ = CommaList();
 }
 
-// The choice stands behind "*", the option's name and one blank; that the line has this name is
-// not checked.
+// The choice follows "*", the option's name and one blank. The name in the line is not checked.
 void PpdReader::TakeChoice(std::string_view line) noexcept {
   const std::size_t start = list_block_->option.size() + 2;
   if (HasPrefixIgnoringCase(line, "*Default") || start > line.size()) return;

@@ -10,17 +10,17 @@
 
 namespace ia {
 
-// At most 511 bytes of a line are seen at once; the rest of a longer one counts as a line.
+// At most 511 bytes of a line are read at once; the rest of a longer line counts as a line.
 inline constexpr std::size_t kPpdLineSize = 512;
 
-// The bytes at the start of a line buffer that are looked at whatever the line's length; they are
-// zero where the line is shorter.
+// The first bytes of a line buffer are read whatever the length of the line; bytes after its end
+// are zero.
 inline constexpr std::size_t kPpdLineHead = 16;
 
 // Items joined by commas.
 class CommaList {
  public:
-  [[nodiscard]] bool Append(std::string_view item) noexcept;  // false when memory ran out
+  [[nodiscard]] bool Append(std::string_view item) noexcept;  // false when an allocation fails
   [[nodiscard]] bool IsStarted() const noexcept { return text_ != nullptr; }
   [[nodiscard]] std::string_view Text() const noexcept { return {text_.get(), length_}; }
 
@@ -40,10 +40,10 @@ struct ValueListBlock {
 
 class PpdReader {
  public:
-  // Takes in one NUL-terminated line, which may be altered.
+  // Parses one NUL-terminated line, and may modify it.
   void TakeLine(char (&line)[kPpdLineSize]) noexcept;
 
-  // Hands the table over; null when it is empty or memory ran out.
+  // Returns the table, which the caller then owns; null when it is empty or an allocation fails.
   [[nodiscard]] OptTable* TakeTable() noexcept;
 
  private:

@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::size_t kFirstWorkSize = 128;
 
-// Formats into a buffer of its own first, so that an argument may be the destination.
+// Formats into a temporary buffer first, so that an argument may be the destination.
 std::int32_t Format(char* destination, const char* format, std::va_list arguments) noexcept {
   if (destination == nullptr || format == nullptr) return -1;
   CString work;

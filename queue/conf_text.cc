@@ -13,7 +13,7 @@ constexpr std::string_view kQueueMark = "<Printer ";
 constexpr char kQueueEnd = '>';
 constexpr std::string_view kDevicePathMark = "DevicePath ";
 
-// memmem() and its kin know short cuts that std::string_view's searches do not.
+// memmem() is faster than std::string_view::find().
 const char* Find(std::string_view text, std::string_view wanted) noexcept {
   if (text.size() < wanted.size()) return nullptr;
   return static_cast<const char*>(memmem(text.data(), text.size(), wanted.data(), wanted.size()));
@@ -33,14 +33,14 @@ const char* LineEnd(const char* at, const char* end) noexcept {
 
 bool IsComment(std::string_view line) noexcept { return line.starts_with('#'); }
 
-std::optional<std::string_view> Behind(std::string_view line, std::string_view mark) noexcept {
+std::optional<std::string_view> TextAfter(std::string_view line, std::string_view mark) noexcept {
   const char* const found = Find(line, mark);
   if (found == nullptr) return std::nullopt;
   return TextBetween(found + mark.size(), End(line));
 }
 
 std::optional<std::string_view> DevicePathIn(std::string_view line) noexcept {
-  return IsComment(line) ? std::nullopt : Behind(line, kDevicePathMark);
+  return IsComment(line) ? std::nullopt : TextAfter(line, kDevicePathMark);
 }
 
 }  // namespace
@@ -77,12 +77,12 @@ std::string_view LineAfter(std::string_view text, std::string_view line) noexcep
 
 std::optional<std::string_view> QueueNameIn(std::string_view line) noexcept {
   if (IsComment(line)) return std::nullopt;
-  const auto behind = Behind(line, kQueueMark);
-  if (!behind) return std::nullopt;
-  const std::size_t length = behind->find(kQueueEnd);
+  const auto rest = TextAfter(line, kQueueMark);
+  if (!rest) return std::nullopt;
+  const std::size_t length = rest->find(kQueueEnd);
   if (length == std::string_view::npos) return std::nullopt;
-  const std::string_view name(behind->data(), length);
-  // The name of a queue that a list has been made of ends with a NUL already.
+  const std::string_view name(rest->data(), length);
+  // MqpdQueueList_Initialize() ended the name with a NUL.
   if (name.find('\0') != std::string_view::npos) return std::nullopt;
   return name;
 }
@@ -110,7 +110,7 @@ std::optional<QueueEntry> FindQueueNamed(std::string_view text, std::string_view
   return std::nullopt;
 }
 
-// Goes back from the URI to its queue: a URI stands in few lines, while many lines begin a queue.
+// Searches for the URI first, because few lines contain it, while many lines begin a queue.
 std::optional<QueueEntry> FindQueueWithUri(std::string_view text, std::string_view uri) noexcept {
   LinesHolding lines(text, uri);
   std::string_view line;

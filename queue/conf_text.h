@@ -1,5 +1,4 @@
-// The text of a daemon configuration. It ends where its view ends, whatever bytes it holds: NULs
-// among them are bytes like others.
+// The text of a daemon configuration. It may contain NUL bytes.
 #ifndef QUEUE_CONF_TEXT_H_
 #define QUEUE_CONF_TEXT_H_
 
@@ -8,20 +7,20 @@
 
 namespace ia {
 
-// Empty when a pointer is null or they are the wrong way round.
+// Empty when a pointer is null or the start is after the end.
 [[nodiscard]] std::string_view TextBetween(const char* start, const char* end) noexcept;
 
-// Visits the lines that hold a text, in their order and without their line feeds. All between them
-// is passed over in one search, so that a walk costs little more than reading the text once.
+// Visits the lines that contain a text, in order and without their line feeds. One search skips all
+// lines in between, so visiting them costs little more than reading the text once.
 class LinesHolding {
  public:
-  // An empty held text is held by every line.
+  // Every line contains an empty text.
   LinesHolding(std::string_view text, std::string_view held) noexcept : rest_(text), held_(held) {}
 
   // False when there is no further line.
   [[nodiscard]] bool Next(std::string_view& line) noexcept;
 
-  // What follows the last visited line and its line feed.
+  // The text after the last visited line and its line feed.
   [[nodiscard]] std::string_view rest() const noexcept { return rest_; }
 
  private:
@@ -29,7 +28,7 @@ class LinesHolding {
   std::string_view held_;
 };
 
-// What a line of the text stands next to; empty beyond the first and the last one.
+// The lines before and after a line of the text; empty before the first and after the last one.
 [[nodiscard]] std::string_view LineBefore(std::string_view text, std::string_view line) noexcept;
 [[nodiscard]] std::string_view LineAfter(std::string_view text, std::string_view line) noexcept;
 
@@ -50,7 +49,7 @@ class QueueLines {
   LinesHolding lines_;
 };
 
-// A queue and the device path in the one line behind its first; nothing when that has none.
+// A queue, and the device path in the line after its first; nullopt when that line has none.
 struct QueueEntry {
   std::string_view name;
   std::optional<std::string_view> device_path;

@@ -1,4 +1,4 @@
-// The tables behind device URIs: endpoints and driver families.
+// The tables for device URIs: endpoints and driver families.
 #ifndef QUEUE_DRIVER_FAMILY_H_
 #define QUEUE_DRIVER_FAMILY_H_
 
@@ -7,7 +7,7 @@
 
 namespace ia {
 
-// Stands between the printer's address and the driver family's key in a device URI.
+// Separates the printer's address from the driver family's key in a device URI.
 inline constexpr char kPdlTypeMark[] = "/PDLType=";
 
 // How a printer is reached.
@@ -18,9 +18,9 @@ struct Endpoint {
 
 enum class Match { kPrefix, kExact };
 
-// What belongs together in one installed driver.
+// The folders and ports of one installed driver.
 struct DriverFamily {
-  std::string_view pdl_type;  // key behind "/PDLType="; empty: no URI leads here
+  std::string_view pdl_type;  // key after "/PDLType="; empty: no URI selects this family
   std::string_view folder;    // installation folder
   Match match;                // how the key and the folder are compared
   std::string_view suffix;    // of the cache folder; empty: no cache
@@ -28,7 +28,7 @@ struct DriverFamily {
   std::int32_t data_port;
 };
 
-// All of these answer null when no row fits; the first that fits wins.
+// Each returns the first row that matches, or null.
 [[nodiscard]] const Endpoint* FindEndpoint(std::string_view uri) noexcept;
 [[nodiscard]] const DriverFamily* FindFamilyByPdlType(std::string_view pdl_type) noexcept;
 [[nodiscard]] const DriverFamily* FindFamilyByFolder(std::string_view folder) noexcept;

@@ -30,8 +30,8 @@ const char* FindDriverFolder(const char* uri) noexcept {
   if (const DriverFamily* const family = FindFamilyByPdlType(pdl_type)) {
     return family->folder.data();
   }
-  // Two keys carry a folder of their own. That of "nsu" is looked for from the URI's start, so an
-  // address that holds these letters decides.
+  // Two keys contain a folder. That of "nsu" follows the first "nsu" of the whole URI, even one in
+  // the address.
   if (std::string_view(pdl_type).starts_with("nsu")) return std::strstr(uri, "nsu") + 3;
   if (std::string_view(pdl_type).starts_with("drv")) return pdl_type + 3;
   return nullptr;

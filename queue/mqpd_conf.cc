@@ -1,4 +1,4 @@
-// Reading the daemon's configuration, and the questions that it answers.
+// Reads the daemon's configuration and looks up its queues and devices.
 #include "queue/mqpd_conf.h"
 
 #include <fcntl.h>
@@ -33,14 +33,14 @@ struct FileCloser {
 };
 using File = std::unique_ptr<std::FILE, FileCloser>;
 
-// A FIFO or a device would block or never end. A folder fails by itself when it is read, which
-// callers are told apart from a file that cannot be opened.
+// A FIFO or a device could block or never end. A directory is opened and fails when it is read,
+// which callers distinguish from a file that cannot be opened.
 bool CanBeRead(int descriptor) noexcept {
   struct stat status;
   return fstat(descriptor, &status) == 0 && (S_ISREG(status.st_mode) || S_ISDIR(status.st_mode));
 }
 
-// Null when the file cannot be opened. A program that the caller starts meanwhile does not get it.
+// Close-on-exec. Null when the file cannot be opened.
 File OpenConf(std::string_view cache_folder) noexcept {
   const CString path = MakePath({cache_folder, "/", "MQPD", "/", "mqpd.conf"});
   const int descriptor = path ? open(path.get(), O_RDONLY | O_NONBLOCK | O_CLOEXEC) : -1;
@@ -58,8 +58,8 @@ bool Resize(CString& buffer, std::size_t size) noexcept {
   return true;
 }
 
-// One byte more than a file has, so that its end is seen in the first buffer. It is a guess: a file
-// may grow meanwhile, and a pipe has no size.
+// One byte more than the file has, so that the first read reaches its end. This is only a guess: a
+// file may grow meanwhile, and a pipe has no size.
 std::size_t FirstBufferSize(std::FILE* stream, std::size_t largest_buffer) noexcept {
   struct stat status = {};
   const bool has_size = fstat(fileno(stream), &status) == 0 && status.st_size > 0;
@@ -67,7 +67,7 @@ std::size_t FirstBufferSize(std::FILE* stream, std::size_t largest_buffer) noexc
   return size <= largest_buffer ? std::max(size, kSmallestBuffer) : kSmallestBuffer;
 }
 
-// Of a stream that gave fewer bytes than it was asked for.
+// The status of a stream that returned fewer bytes than requested.
 std::int32_t ReadError(std::FILE* stream) noexcept {
   if (std::feof(stream) != 0) return 0;
   const int error = std::ferror(stream);
@@ -86,7 +86,7 @@ std::string_view TextOf(const FolderConf& conf) noexcept {
   return conf.text != nullptr ? std::string_view(conf.text, conf.length) : std::string_view();
 }
 
-// What a lookup by name hands out; nothing of it when memory ran out.
+// The result of a lookup by name.
 struct Device {
   CString address;
   CString protocol;
@@ -186,7 +186,7 @@ int32_t zGetQueueCount(const char* start, const char* end) noexcept {
   return count;
 }
 
-// The cut is meant to stay: a text hands out each of its names once.
+// The NUL stays in the text on purpose: each call returns the next name.
 int32_t zGetFirstQueueName(char* start, char* end, char** next, char** name) noexcept {
   ia::Clear(next);
   ia::Clear(name);

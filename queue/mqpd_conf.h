@@ -12,10 +12,10 @@
 
 namespace ia {
 
-// A larger configuration is none; lengths below it fit 32 bits, signed or not.
+// A larger configuration is refused; smaller lengths fit signed and unsigned 32-bit numbers.
 inline constexpr std::size_t kLargestConfBuffer = std::size_t{1} << 31;
 
-// What is read of a stream.
+// The data read from a stream.
 struct StreamData {
   CString bytes;  // null when they do not fit in memory, or in a buffer of the largest size
   std::uint32_t length = 0;

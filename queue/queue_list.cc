@@ -31,7 +31,7 @@ struct ListDeleter {
 };
 using OwnedList = std::unique_ptr<QueueList, ListDeleter>;
 
-// A list without queues that has room for so many.
+// An empty list with memory for this many queues.
 OwnedList NewList(std::size_t capacity) noexcept {
   OwnedList list(NewZeroed<QueueList>().release());
   if (!list || capacity == 0) return list;
@@ -65,7 +65,7 @@ bool IsPpd(std::string_view file_name) noexcept {
   return file_name.size() > kPpdSuffix.size() && file_name.ends_with(kPpdSuffix);
 }
 
-// 0 for a file that cannot be looked at, which may have been removed meanwhile.
+// 0 when stat() fails, such as for a file that was removed meanwhile.
 std::int32_t ModificationTime(const char* path) noexcept {
   using Limits = std::numeric_limits<std::int32_t>;
   struct stat status = {};

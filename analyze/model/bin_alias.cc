@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::int32_t kDocument = IA_DOCUMENT_BIN_LIST;
 
-// Adds the alias codes of one bin; zeros are none.
+// Adds the non-zero alias codes of one bin.
 std::int32_t CollectAliases(AnalyzeContext* context, std::int32_t item, std::int32_t* aliases,
                             std::int32_t& count) noexcept {
   LongArray<kMaxAliases> codes(Input::kBinAlias);

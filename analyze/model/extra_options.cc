@@ -61,7 +61,7 @@ constexpr Handler<std::int32_t (*)(AnalyzeContext*, OptionList*),
         .rule = SetInsertUnit,
     };
 
-// The code in full, not its prefix.
+// The model code must be equal, not only begin with it.
 bool HasExtraOptions(const char* model_code) noexcept {
   return model_code != nullptr && kModelWithExtraOptions == model_code;
 }

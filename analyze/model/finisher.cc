@@ -21,7 +21,7 @@ const char* ValueString(const FinisherReport& report) noexcept {
   return FinisherValue(report.context.finisher_name_flags, report.finishers);
 }
 
-// Alone among the handlers it clears the row's value when there is none to give.
+// Clears the row's value when it has none; all other handlers keep it.
 std::int32_t ReplaceValue(const FinisherCall& call) noexcept {
   return WithReport(call, [&](const FinisherReport& report) {
     std::free(call.row->value);

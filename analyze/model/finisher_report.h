@@ -1,4 +1,4 @@
-// What the handlers of finisher options read, and how they answer.
+// The input of the handlers of finisher options, and helpers that set their results.
 #ifndef ANALYZE_MODEL_FINISHER_REPORT_H_
 #define ANALYZE_MODEL_FINISHER_REPORT_H_
 
@@ -13,7 +13,7 @@ namespace ia {
 
 using AccessoryRules = std::span<const AccessoryBinRule>;
 
-// Alias codes of bins, from one to another.
+// A range of alias codes of bins.
 struct AliasRange {
   std::int32_t low;
   std::int32_t high;
@@ -66,7 +66,8 @@ struct FinisherReport {
 
 inline constexpr std::int32_t kMaxAliases = 10;  // callers' arrays hold the codes of all bins
 
-// Puts a copy of the value into the row, which keeps its own when there is no value or no memory.
+// Puts a copy of the value into the row, which keeps its own without a value or when the copy
+// fails.
 void SetRow(const char* value, OptionSetter* row) noexcept;
 
 // Calls use(report) when there are finishers.

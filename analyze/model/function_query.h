@@ -1,4 +1,4 @@
-// What a finisher can do, as the handlers of finishing functions ask for it.
+// Queries of the handlers of finishing functions for what a finisher can do.
 #ifndef ANALYZE_MODEL_FUNCTION_QUERY_H_
 #define ANALYZE_MODEL_FUNCTION_QUERY_H_
 

@@ -34,7 +34,7 @@ const char* CommonSlot(const TrayReport& report, const TrayEntry& tray, const ch
   return SlotOfAlias(FlagsOf(report.context.input_tray_flags), tray.alias);
 }
 
-// With few trays the side deck's first slot is passed over.
+// With few trays the side deck's first slot is skipped.
 const char* CypressSlot(const TrayReport& report, const TrayEntry& tray, const char*) noexcept {
   constexpr std::int32_t kFewTrays = 4;
   std::span<const FlagPair> slots = FlagsOf(report.context.input_tray_flags);
@@ -46,7 +46,7 @@ const char* CypressSlot(const TrayReport& report, const TrayEntry& tray, const c
   return SlotOfAlias(slots, tray.alias);
 }
 
-// A slot that depends on whether some tray has another alias.
+// A slot that depends on whether some tray has a given alias.
 struct YewSlot {
   std::int32_t alias;
   const char* slot;
@@ -62,7 +62,7 @@ constexpr auto kYewSlots = std::to_array<YewSlot>({
     {123, "Cas4", nullptr},
 });
 
-// A tray of another alias belongs to the slot of the tray before it.
+// A tray of any other alias belongs to the slot of the tray before it.
 const char* YewSlotOf(const TrayReport& report, const TrayEntry& tray,
                       const char* previous_slot) noexcept {
   const auto hit = std::ranges::find(kYewSlots, tray.alias, &YewSlot::alias);
@@ -71,7 +71,7 @@ const char* YewSlotOf(const TrayReport& report, const TrayEntry& tray,
   return is_same ? hit->slot : hit->slot_without_tray2;
 }
 
-// The side deck's slot, by the last cassette that is there.
+// The side deck's slot, by the last cassette that is fitted.
 struct DeckSlot {
   std::int32_t alias;
   const char* slot;
@@ -100,7 +100,7 @@ bool BeginsWithSlot(const char* name, const char* slot) noexcept {
 struct MediaTypeRule {
   const char* (*slot)(const TrayReport&, const TrayEntry&, const char* previous_slot) noexcept;
   bool (*names_slot)(const char* name, const char* slot) noexcept;
-  bool whole_rows_only;  // no row when memory runs out for its keyword or value
+  bool whole_rows_only;  // no row when its keyword or value cannot be allocated
 };
 
 constexpr MediaTypeRule kCommon{CommonSlot, IsSlot, false};

@@ -25,7 +25,7 @@ struct ModelColumn {
   std::optional<ModelCell> (*cell)(std::int32_t row) noexcept;  // nothing: no such row
 };
 
-// Each column stands beside its table.
+// Each column is defined in the file of its table.
 extern const ModelColumn kFinisherColumn;
 extern const ModelColumn kCopyTrayColumn;
 extern const ModelColumn kFinTrayColumn;

@@ -62,7 +62,7 @@ const char* MultipleHoles(const FunctionQuery& query) noexcept {
   return Punches(query, kMultipleHoles) ? "PUNM" : SearchInTableOrder(query);
 }
 
-// The search decides, too, when there is no memory for the value of four holes.
+// The search also decides when the value of four holes cannot be allocated.
 CString FourFrenchOrInTableOrder(const FunctionQuery& query) noexcept {
   if (Punches(query, kTwoHoles) && IsDetailReported(query, kFrenchFourHoles)) {
     if (CString value = CopyOf("PUNF24")) return value;

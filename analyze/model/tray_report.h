@@ -1,4 +1,4 @@
-// What the handlers of paper-source options read, and how they answer.
+// The input of the handlers of paper-source options, and helpers that set their results.
 #ifndef ANALYZE_MODEL_TRAY_REPORT_H_
 #define ANALYZE_MODEL_TRAY_REPORT_H_
 

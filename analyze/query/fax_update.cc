@@ -24,7 +24,7 @@ constexpr std::int32_t kDocument = IA_DOCUMENT_FAX_LINE_LIST;
 constexpr std::int32_t kMaxModes = 20;
 constexpr std::int32_t kIsdnType = 2;
 constexpr std::int32_t kUncountedType = 3;
-constexpr std::int32_t kModeTwin = 128;  // each mode also counts with this added
+constexpr std::int32_t kAlternateModeOffset = 128;  // a mode plus this counts as the same mode
 
 // For these devices dial lines A to C that are not reported count as supporting the ID function.
 // Line D is left out on purpose.
@@ -44,7 +44,7 @@ char* TrueIfMode(const void* datum, std::int32_t mode) noexcept {
   if (modes.modes == nullptr || modes.count == nullptr) return nullptr;
   const std::int32_t count = std::clamp(*modes.count, 0, kMaxModes);
   return TrueIf(std::any_of(modes.modes, modes.modes + count, [&](std::int32_t reported) {
-    return reported == mode || reported == mode + kModeTwin;
+    return reported == mode || reported == mode + kAlternateModeOffset;
   }));
 }
 

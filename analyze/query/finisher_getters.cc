@@ -76,8 +76,8 @@ constexpr auto kProPuncherNames = std::to_array<std::string_view>({
 });
 
 bool IsOneOf(const char* name, std::span<const std::string_view> names) noexcept {
-  return name != nullptr && std::ranges::any_of(names, [&](std::string_view beginning) {
-           return std::string_view(name).starts_with(beginning);
+  return name != nullptr && std::ranges::any_of(names, [&](std::string_view prefix) {
+           return std::string_view(name).starts_with(prefix);
          });
 }
 

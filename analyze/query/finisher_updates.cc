@@ -122,7 +122,7 @@ class FinisherItem {
   FunctionQuery folding_;  // without a model, so that folding is the same for all
 };
 
-// The number of items of the finisher list, and room for them.
+// The number of items of the finisher list, and an array for them.
 struct FinisherEntries {
   explicit FinisherEntries(std::int32_t count) noexcept
       : entries(static_cast<FinisherEntry*>(
@@ -134,11 +134,11 @@ struct FinisherEntries {
     if (!entries) return;
     for (std::size_t i = 0; i < size; ++i) std::free(entries[i].name);
   }
-  CPtr<FinisherEntry[]> entries;  // null when memory ran out
+  CPtr<FinisherEntry[]> entries;  // null when an allocation fails
   std::size_t size;
 };
 
-// Keeps the result of the last read alone; the entry of a failed one stays empty.
+// Keeps only the result of the last read; the entry of a failed one stays empty.
 std::int32_t ReadFinishers(AnalyzeContext* context, FinisherEntries& finishers) noexcept {
   std::int32_t status = 0;
   std::int32_t bins = 0;  // a unit that reports none has those of the unit before it

@@ -51,8 +51,8 @@ struct TableDeleter {
 };
 using TablePtr = std::unique_ptr<OptTable, TableDeleter>;
 
-// Copies of the entries that function versions look at, in their order, so that the table is walked
-// once and not for every key and flag. Nothing when memory ran out.
+// Copies of the entries that function versions depend on, in their order, so that each key and flag
+// searches fewer entries. Nullopt when an allocation fails.
 std::optional<TablePtr> FlagEntries(const OptTable* table) noexcept {
   TablePtr entries;
   OptTable* last = nullptr;

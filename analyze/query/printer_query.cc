@@ -53,8 +53,8 @@ const UpdateOption* FindOption(std::int32_t update, std::int32_t option) noexcep
   return index < handler->options.size() ? &handler->options[index] : nullptr;
 }
 
-// The result is that of the last document that had to be loaded. That an earlier failure is masked
-// is wanted: a printer without, say, a finisher list still answers the rest of the query.
+// The result is that of the last document that had to be loaded. It masks earlier failures on
+// purpose: for a printer without a finisher list, for example, the rest of the query still works.
 std::int32_t LoadDocuments(AnalyzeContext& context, bool reload) noexcept {
   std::int32_t status = 0;
   for (std::int32_t index = 0; index < IA_DOCUMENT_COUNT; ++index) {

@@ -74,7 +74,7 @@ std::int32_t SetNumberOptions(AnalyzeContext* context, const std::array<UpdateOp
   return ReadAndSet(context, keys, rows, target);
 }
 
-// What the Functions document says; the texts are owned.
+// The values of the Functions document; the texts are owned.
 struct Functions {
   std::int32_t duplex = 0;
   std::int32_t management = 0;
@@ -125,8 +125,8 @@ bool NamesMode2(const char* mode) noexcept {
 
 const char* DriverMode(bool is_mode2) noexcept { return is_mode2 ? "mode2" : "mode1"; }
 
-// The driver knows two modes only, so whatever else a device names (mode 3, say) ends as "mode1".
-// These entries come second and so replace the device's own words.
+// The driver supports only two modes, so any other mode of a device (such as mode 3) becomes
+// "mode1". These entries come second and so replace the device's own words.
 void CorrectModes(const Functions& functions, OptionList& options) noexcept {
   const bool user_mode4 = IsMode4(functions.authentication_user);
   AddOption(options, "QVUseCSModeJobAccount",

@@ -52,20 +52,20 @@ bool IsExtraSource(const TrayEntry& tray) noexcept { return tray.type == 3 || tr
 // Appends the rows that the model's handlers make.
 std::int32_t SetInputOptions(AnalyzeContext* context, const TrayEntry* trays, std::int32_t count,
                              const OptionTarget& target) noexcept {
-  const std::size_t room = static_cast<std::size_t>(count) + kRowsBesideTrays;
-  const CPtr<OptionSetter[]> rows = NewZeroedArray<OptionSetter>(room);
+  const std::size_t capacity = static_cast<std::size_t>(count) + kRowsBesideTrays;
+  const CPtr<OptionSetter[]> rows = NewZeroedArray<OptionSetter>(capacity);
   if (!rows) return -1;
   std::int32_t row_count = 0;
   const auto extra_sources = std::count_if(trays, trays + count, IsExtraSource);
   analyze_GetInputOptions(context, trays, count, static_cast<std::int32_t>(extra_sources),
                           rows.get(), &row_count);
   const std::int32_t status = SetOptions(rows.get(), row_count, target);
-  for (std::size_t i = 0; i < room; ++i) std::free(const_cast<char*>(rows[i].keyword));
+  for (std::size_t i = 0; i < capacity; ++i) std::free(const_cast<char*>(rows[i].keyword));
   return status;
 }
 
-// Only a failed read of the list's last item ends the update; others that fail count as trays of no
-// type.
+// Only a failed read of the list's last item fails the update; any other failed item counts as a
+// tray without type.
 std::int32_t UpdateTrays(AnalyzeContext* context, const OptionTarget& target) noexcept {
   if (context == nullptr || target.list == nullptr) return -1;
   const std::int32_t count = std::max(context->documents[kDocument].count, 0);

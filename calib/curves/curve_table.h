@@ -15,7 +15,7 @@
 
 namespace ia {
 
-// A line of a curve file that is not as it must be.
+// An invalid line of a curve file.
 class CurveFileError : public std::runtime_error {
  public:
   CurveFileError(int line, const std::string& message) : std::runtime_error(message), line_(line) {}
@@ -25,7 +25,7 @@ class CurveFileError : public std::runtime_error {
   int line_;
 };
 
-// What is known at one input level: the output levels of all curves.
+// The known output levels of all curves at one input level.
 struct KnownLevel {
   int level;
   std::array<int, IA_CALIB_CURVE_COUNT> outputs;
@@ -37,7 +37,7 @@ using CurveTable = std::array<Curve, IA_CALIB_CURVE_COUNT>;
 // Throws a CurveFileError for the first line that breaks a rule of the format.
 [[nodiscard]] std::vector<KnownLevel> ReadKnownLevels(std::istream& file);
 
-// Whole curves through all known points, which must be those of a good file.
+// Whole curves through all known points, which must come from a valid file.
 [[nodiscard]] CurveTable Interpolate(const std::vector<KnownLevel>& known);
 
 // The numbers of the table as an initialiser lists them, one curve to a line.

@@ -13,7 +13,7 @@
 namespace ia {
 namespace {
 
-// Told as compilers tell errors, so that build tools and editors find the line.
+// The format of compiler errors, so that build tools and editors find the line.
 int Fail(const std::string& where, const std::string& message) {
   std::cerr << where << ": error: " << message << '\n';
   return 1;

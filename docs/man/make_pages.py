@@ -119,13 +119,13 @@ class Text:
 
 
 def items(rows, width="Ds"):
-    """A list of short items behind a text."""
+    """A list of short items after a text."""
     lines = [line for head, text in rows for line in (f".It {head}", *text)]
     return [".Pp", f".Bl -tag -width {argument(width)} -compact", *lines, ".El"]
 
 
 def table(block):
-    """A row is an item that says under each heading what stands there."""
+    """A row is an item with the text under each heading."""
     (_, *heads), *rows = [[plain(entry) for entry in row] for row in block]
     return items((argument(first), sentences("; ".join(map(": ".join, zip(heads, others)))))
                  for first, *others in rows)
@@ -133,18 +133,18 @@ def table(block):
 
 class Member:
     def __init__(self, element):
-        self.kind = element.get("kind")
+        self.category = element.get("kind")
         self.name = element.findtext("name")
         self.type = plain(element.find("type"))
         self.suffix = plain(element.find("argsstring"))
         self.element = element
         self.text = Text(element)
-        self.is_function_type = self.kind == "typedef" and self.type.endswith("(*")
+        self.is_function_type = self.category == "typedef" and self.type.endswith("(*")
 
     def synopsis(self):
-        if self.kind == "variable":
+        if self.category == "variable":
             return [f".Vt extern {type_and_name(self.type, self.name, self.suffix)} ;"]
-        if self.kind == "function":
+        if self.category == "function":
             arguments = [type_and_name(plain(param.find("type")), param.findtext("declname", ""))
                          for param in self.element.findall("param")]
             return call(self.type, self.name, arguments)
@@ -154,19 +154,19 @@ class Member:
         return []
 
     def item(self, function_types):
-        macro = "Fn" if self.kind == "function" else "Vt"
-        return [f".It {macro} {self.name}", *self.as_kind(function_types)]
+        macro = "Fn" if self.category == "function" else "Vt"
+        return [f".It {macro} {self.name}", *self.as_handler(function_types)]
 
-    def as_kind(self, function_types):
-        """A handler repeats the text of its kind, which is told once."""
+    def as_handler(self, function_types):
+        """A handler has the text of its function type, which the page prints once."""
         own = self.text
-        for kind in function_types if self.kind == "function" else ():
-            shared = kind.text
+        for handler_type in function_types if self.category == "function" else ():
+            shared = handler_type.text
             start = len(own.details) - len(shared.details)
             if ((own.parameters, own.result, own.details[max(start, 0):]) ==
                     (shared.parameters, shared.result, shared.details)):
                 return [*own.brief, *own.details[:start], "Arguments and result are those of",
-                        f".Vt {kind.name} ."]
+                        f".Vt {handler_type.name} ."]
         return own.body()
 
     def constants(self):
@@ -207,7 +207,7 @@ class Page:
                         for inner in compound.findall("innerclass")]
 
     def lines(self, date, pages_of_ids, function_types):
-        names = [member.name for member in self.members if member.kind in ("function", "variable")]
+        names = [member.name for member in self.members if member.category in ("function", "variable")]
         return [date, f".Dt {self.name.upper()} 3", ".Os", ".Sh NAME",
                 *(f".Nm {name} ," for name in [self.name, *names][:-1]), f".Nm {names[-1]}",
                 f".Nd {self.short()}",
@@ -218,27 +218,27 @@ class Page:
                 *self.description(function_types), *self.types(), *self.see_also(pages_of_ids)]
 
     def short(self):
-        """The beginning of the header's first sentence, as whatis(1) tells it."""
+        """The start of the header's first sentence, for whatis(1)."""
         text = re.split(r"[:,] |\.$", plain(self.compound.find("briefdescription")))[0]
         return escape(text[0].lower() + text[1:])
 
     def description(self, function_types):
         lines = []
         for section, members in self.sections:
-            told = [member for member in members if member.kind in ("function", "variable")
-                    or member.is_function_type]
+            described = [member for member in members if member.category in ("function", "variable")
+                         or member.is_function_type]
             if is_group(section):
                 lines += [f".Ss {section.findtext('header')}",
                           *sentences(plain(section.find("description")))]
-            if told:
-                lines += listed(member.item(function_types) for member in told)
+            if described:
+                lines += listed(member.item(function_types) for member in described)
         return lines
 
     def types(self):
         records = [record(compound) for compound in self.records]
         records += [member.item(()) for member in self.members
-                    if member.kind == "typedef" and not member.is_function_type]
-        enums = [member.constants() for member in self.members if member.kind == "enum"]
+                    if member.category == "typedef" and not member.is_function_type]
+        enums = [member.constants() for member in self.members if member.category == "enum"]
         lines = [".Sh TYPES", *listed(records)] if records else []
         if enums:
             lines += [".Sh CONSTANTS", *enums[0], *(line for enum in enums[1:]

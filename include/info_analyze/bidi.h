@@ -1,10 +1,10 @@
 /** @file
- *  Loading a driver's communication library, and one wrapper for each of its entry points.
+ *  Loads a driver's communication library, and wraps each of its entry points.
  *
- *  A wrapper hands its arguments to the entry point of its name without "Bidi_" (see
+ *  A wrapper passes its arguments to the entry point of its name without "Bidi_" (see
  *  communication_library.h for what each does). When the context is NULL or the entry point is not
- *  bound, which cannot happen with a context of Bidi_Create(), nothing is called and the wrapper
- *  answers its failure value. */
+ *  bound, the wrapper calls nothing and returns its failure value. A context of Bidi_Create() has
+ *  all entry points bound. */
 #ifndef INFO_ANALYZE_BIDI_H_
 #define INFO_ANALYZE_BIDI_H_
 
@@ -29,16 +29,16 @@ typedef struct BidiContext {
 /** Loads the communication library of a driver folder, "<folder>/Bidi/libmqpd_util.so".
  *  @param driver_folder  folder, copied; NULL is refused
  *  @return new context, released with Bidi_Destroy(); NULL when the argument is NULL, the library
- *          cannot be loaded (dlerror() then tells why) or lacks an entry point, or memory ran out
- */
+ *          cannot be loaded (dlerror() then returns the reason) or lacks an entry point, or an
+ *          allocation fails */
 IA_EXPORT BidiContext* Bidi_Create(const char* driver_folder) IA_NOEXCEPT;
 
 /** Unloads a communication library and releases the context. An open socket is not closed:
- *  Bidi_qvsktwrapDestroy() comes first.
- *  @param context  context, or NULL for nothing to do */
+ *  call Bidi_qvsktwrapDestroy() first.
+ *  @param context  context; NULL does nothing */
 IA_EXPORT void Bidi_Destroy(BidiContext* context) IA_NOEXCEPT;
 
-/** Names an entry point that a communication library must have.
+/** Returns the name of an entry point that a communication library must have.
  *  @param index  number from 0 to 35, in the order in which they are bound
  *  @return borrowed name; NULL when the number is out of range */
 IA_EXPORT const char* Bidi_GetEntryPointName(int32_t index) IA_NOEXCEPT;
@@ -50,7 +50,7 @@ IA_EXPORT BidiLibrary* z_LoadBidiLibrary(const char* library_path) IA_NOEXCEPT;
 
 /** Calls the library's qvxmlwrapCleanup() when it is bound, unloads the library and releases the
  *  binding.
- *  @param library  binding, or NULL for nothing to do */
+ *  @param library  binding; NULL does nothing */
 IA_EXPORT void z_FreeBidiLibrary(BidiLibrary* library) IA_NOEXCEPT;
 
 /** @name Sockets
@@ -231,7 +231,7 @@ IA_EXPORT QvXmlReader* Bidi_qvxmlwrapGet_New(BidiContext* context, const void* d
  *  @param reader  reader
  *  @param key  key
  *  @param count  receives the number
- *  @return 1 when the call answered non-zero, else 0; 0 when nothing was called */
+ *  @return 1 when the call returned non-zero, else 0; 0 when nothing was called */
 IA_EXPORT int32_t Bidi_qvxmlwrapGet_DictCount(BidiContext* context, QvXmlReader* reader,
                                               const char* key, int32_t* count) IA_NOEXCEPT;
 
@@ -240,7 +240,7 @@ IA_EXPORT int32_t Bidi_qvxmlwrapGet_DictCount(BidiContext* context, QvXmlReader*
  *  @param reader  reader
  *  @param key  key
  *  @param index  which of the dictionaries, from 0
- *  @return 1 when the call answered non-zero, else 0; 0 when nothing was called */
+ *  @return 1 when the call returned non-zero, else 0; 0 when nothing was called */
 IA_EXPORT int32_t Bidi_qvxmlwrapGet_OpenDict(BidiContext* context, QvXmlReader* reader,
                                              const char* key, int32_t index) IA_NOEXCEPT;
 
@@ -250,7 +250,7 @@ IA_EXPORT int32_t Bidi_qvxmlwrapGet_OpenDict(BidiContext* context, QvXmlReader* 
  *  @param key  key
  *  @param value  receives the number
  *  @param word  word of the communication library
- *  @return 1 when the call answered non-zero, else 0; 0 when nothing was called */
+ *  @return 1 when the call returned non-zero, else 0; 0 when nothing was called */
 IA_EXPORT int32_t Bidi_qvxmlwrapGet_Long(BidiContext* context, QvXmlReader* reader, const char* key,
                                          int32_t* value, intptr_t word) IA_NOEXCEPT;
 
@@ -260,7 +260,7 @@ IA_EXPORT int32_t Bidi_qvxmlwrapGet_Long(BidiContext* context, QvXmlReader* read
  *  @param key  key
  *  @param value  receives the number
  *  @param default_value  number of the communication library's own use
- *  @return 1 when the call answered non-zero, else 0; 0 when nothing was called */
+ *  @return 1 when the call returned non-zero, else 0; 0 when nothing was called */
 IA_EXPORT int32_t Bidi_qvxmlwrapGet_Double(BidiContext* context, QvXmlReader* reader,
                                            const char* key, double* value,
                                            double default_value) IA_NOEXCEPT;
@@ -273,7 +273,7 @@ IA_EXPORT int32_t Bidi_qvxmlwrapGet_Double(BidiContext* context, QvXmlReader* re
  *  @param auxiliary  word of the communication library
  *  @param encoding  name of the encoding wanted
  *  @param word  word of the communication library
- *  @return 1 when the call answered non-zero, else 0; 0 when nothing was called */
+ *  @return 1 when the call returned non-zero, else 0; 0 when nothing was called */
 IA_EXPORT int32_t Bidi_qvxmlwrapGet_String(BidiContext* context, QvXmlReader* reader,
                                            const char* key, char** text, void* auxiliary,
                                            const char* encoding, intptr_t word) IA_NOEXCEPT;
@@ -284,7 +284,7 @@ IA_EXPORT int32_t Bidi_qvxmlwrapGet_String(BidiContext* context, QvXmlReader* re
  *  @param key  key
  *  @param data  receives malloc'd bytes
  *  @param length  receives the number of bytes
- *  @return 1 when the call answered non-zero, else 0; 0 when nothing was called */
+ *  @return 1 when the call returned non-zero, else 0; 0 when nothing was called */
 IA_EXPORT int32_t Bidi_qvxmlwrapGet_Binary(BidiContext* context, QvXmlReader* reader,
                                            const char* key, void** data,
                                            int32_t* length) IA_NOEXCEPT;
@@ -294,7 +294,7 @@ IA_EXPORT int32_t Bidi_qvxmlwrapGet_Binary(BidiContext* context, QvXmlReader* re
  *  @param reader  reader
  *  @param key  key
  *  @param count  receives the number
- *  @return 1 when the call answered non-zero, else 0; 0 when nothing was called */
+ *  @return 1 when the call returned non-zero, else 0; 0 when nothing was called */
 IA_EXPORT int32_t Bidi_qvxmlwrapGet_ArrayCount(BidiContext* context, QvXmlReader* reader,
                                                const char* key, int32_t* count) IA_NOEXCEPT;
 
@@ -302,7 +302,7 @@ IA_EXPORT int32_t Bidi_qvxmlwrapGet_ArrayCount(BidiContext* context, QvXmlReader
  *  @param context  context
  *  @param reader  reader
  *  @param key  key
- *  @return 1 when the call answered non-zero, else 0; 0 when nothing was called */
+ *  @return 1 when the call returned non-zero, else 0; 0 when nothing was called */
 IA_EXPORT int32_t Bidi_qvxmlwrapGet_OpenArray(BidiContext* context, QvXmlReader* reader,
                                               const char* key) IA_NOEXCEPT;
 
@@ -312,7 +312,7 @@ IA_EXPORT int32_t Bidi_qvxmlwrapGet_OpenArray(BidiContext* context, QvXmlReader*
  *  @param index  position, from 0
  *  @param value  receives the number
  *  @param word  word of the communication library
- *  @return 1 when the call answered non-zero, else 0; 0 when nothing was called */
+ *  @return 1 when the call returned non-zero, else 0; 0 when nothing was called */
 IA_EXPORT int32_t Bidi_qvxmlwrapGet_LongFromArray(BidiContext* context, QvXmlReader* reader,
                                                   int32_t index, int32_t* value,
                                                   intptr_t word) IA_NOEXCEPT;
@@ -323,7 +323,7 @@ IA_EXPORT int32_t Bidi_qvxmlwrapGet_LongFromArray(BidiContext* context, QvXmlRea
  *  @param index  position, from 0
  *  @param value  receives the number
  *  @param default_value  number of the communication library's own use
- *  @return 1 when the call answered non-zero, else 0; 0 when nothing was called */
+ *  @return 1 when the call returned non-zero, else 0; 0 when nothing was called */
 IA_EXPORT int32_t Bidi_qvxmlwrapGet_DoubleFromArray(BidiContext* context, QvXmlReader* reader,
                                                     int32_t index, double* value,
                                                     double default_value) IA_NOEXCEPT;
@@ -336,7 +336,7 @@ IA_EXPORT int32_t Bidi_qvxmlwrapGet_DoubleFromArray(BidiContext* context, QvXmlR
  *  @param auxiliary  word of the communication library
  *  @param encoding  name of the encoding wanted
  *  @param word  word of the communication library
- *  @return 1 when the call answered non-zero, else 0; 0 when nothing was called */
+ *  @return 1 when the call returned non-zero, else 0; 0 when nothing was called */
 IA_EXPORT int32_t Bidi_qvxmlwrapGet_StringFromArray(BidiContext* context, QvXmlReader* reader,
                                                     int32_t index, char** text, void* auxiliary,
                                                     const char* encoding,
@@ -348,7 +348,7 @@ IA_EXPORT int32_t Bidi_qvxmlwrapGet_StringFromArray(BidiContext* context, QvXmlR
  *  @param index  position, from 0
  *  @param data  receives malloc'd bytes
  *  @param length  receives the number of bytes
- *  @return 1 when the call answered non-zero, else 0; 0 when nothing was called */
+ *  @return 1 when the call returned non-zero, else 0; 0 when nothing was called */
 IA_EXPORT int32_t Bidi_qvxmlwrapGet_BinaryFromArray(BidiContext* context, QvXmlReader* reader,
                                                     int32_t index, void** data,
                                                     int32_t* length) IA_NOEXCEPT;

@@ -1,14 +1,14 @@
 /** @file
- *  Calibration: the settings that a calibration tool sends to a printer, and the information that
- *  it starts from when the printer has none. Both exist in two generations, Calib3 and Calib4.
+ *  Calibration settings that a calibration tool sends to a printer, and the default information
+ *  that it uses when the printer has none. Both exist in two generations, Calib3 and Calib4.
  *
  *  The analyser's driver model code selects a row of a model table: the first row, in table order,
- *  whose code is the beginning of the model code, with regard to letter case. The row names the
- *  handler that answers. Of the analyser nothing but the model code is read; it may be NULL, and
- *  then no row is selected.
+ *  whose code is a prefix of the model code (case-sensitive). The row names the handler to call.
+ *  The functions read only the model code of the analyser; when it is NULL, no row is selected.
  *
- *  Options are read from a table that the caller passes in; it is not modified. Unknown option
- *  values never fail. Calls may run in parallel as long as nobody changes their arguments. */
+ *  The functions read options from the caller's table and do not modify it. Unknown option values
+ *  never cause a failure. Calls may run in parallel as long as no thread changes their arguments.
+ */
 #ifndef INFO_ANALYZE_CALIBRATION_H_
 #define INFO_ANALYZE_CALIBRATION_H_
 
@@ -20,7 +20,7 @@
 
 IA_BEGIN_DECLS
 
-/** Shapes of the records and tables below. */
+/** Sizes of the records and tables below. */
 enum {
   IA_CALIB_LEVEL_COUNT = 1024, /**< levels of a curve; the highest level is 1023 */
   IA_CALIB_CURVE_COUNT = 8,    /**< curves of a table, one after the other */
@@ -34,16 +34,16 @@ enum {
  *  Eight curves each. A curve gives an output level, 0 to 1023, for each input level, its index. It
  *  starts at 0, never decreases and ends at 1023, which it first reaches at index 1020
  *  (LARCH_Def_Calib) or 1021 (the others). Curves 0 to 3 are the first curve set of a record,
- *  curves 4 to 7 the second. Values are in the byte order of the machine. The tables are constant
+ *  curves 4 to 7 the second. Values are in the byte order of the processor. The tables are constant
  *  and may be read by any thread.
  *  @{ */
 /** Curves of analyze_CreateDefault_Calib3InfoLARCH(). */
 IA_EXPORT_DATA extern const uint16_t LARCH_Def_Calib[IA_CALIB_TABLE_VALUES];
-/** Curves of analyze_CreateDefault_Calib3InfoLINDEN(), but for "High2". */
+/** Curves of analyze_CreateDefault_Calib3InfoLINDEN(), except for "High2". */
 IA_EXPORT_DATA extern const uint16_t Linden_Def_Calib_2bit[IA_CALIB_TABLE_VALUES];
 /** Curves of analyze_CreateDefault_Calib3InfoLINDEN() for "High2". */
 IA_EXPORT_DATA extern const uint16_t Linden_Def_Calib_4bit[IA_CALIB_TABLE_VALUES];
-/** Curves of analyze_CreateDefault_Calib3InfoPINE_POPLAR(), but for "High2". */
+/** Curves of analyze_CreateDefault_Calib3InfoPINE_POPLAR(), except for "High2". */
 IA_EXPORT_DATA extern const uint16_t PinePoplar_Def_Calib_2bit[IA_CALIB_TABLE_VALUES];
 /** Curves of analyze_CreateDefault_Calib3InfoPINE_POPLAR() for "High2". */
 IA_EXPORT_DATA extern const uint16_t PinePoplar_Def_Calib_4bit[IA_CALIB_TABLE_VALUES];
@@ -69,7 +69,7 @@ typedef struct Calib4Header {
   uint32_t entry_count;        /**< set to 3 */
   uint32_t first_model_value;  /**< set to 8 or 12, by model */
   uint32_t second_model_value; /**< set to 8 */
-  Calib4Entry* entries;        /**< three entries that the caller has provided */
+  Calib4Entry* entries;        /**< three entries, provided by the caller */
 } Calib4Header;
 
 /** Calib4 default information. The caller provides the record, its header and its entries. */
@@ -77,13 +77,13 @@ typedef struct Calib4Info {
   uint32_t words[14];   /**< set to zero */
   uint32_t values[4];   /**< each set to 100 */
   uint8_t bytes[4];     /**< set to zero */
-  Calib4Header* header; /**< header that the caller has linked in before the call */
+  Calib4Header* header; /**< header; the caller sets the pointer before the call */
 } Calib4Info;
 
-/** @name Handler kinds
+/** @name Handler types
  *  @{ */
 
-/** Tells which Calib3 settings to send: three halftone codes of the printer, bits as those of
+/** Returns the Calib3 settings to send: three halftone codes of the printer, with the bits of
  *  analyze_common_convertHalftoneTypePPDtoBidi().
  *  @param context  analyser
  *  @param options  print options
@@ -98,13 +98,13 @@ typedef int32_t (*Calib3SettingsHandler)(const AnalyzeContext* context, const Op
  *  @param context  analyser
  *  @param options  print options
  *  @param info     record to fill; what it points to is not released
- *  @return 0; -1 for a NULL argument, with nothing written, or when memory ran out. Then the curve
- *          set that failed is NULL, and the first set may be there and is the caller's to release
- */
+ *  @return 0; -1 for a NULL argument, with nothing written, or a failed allocation. Then the
+ *          curve set that failed is NULL; the caller still releases the first set when it is not
+ *          NULL */
 typedef int32_t (*Calib3InfoHandler)(const AnalyzeContext* context, const OptTable* options,
                                      Calib3Info* info);
 
-/** Tells which Calib4 settings to send.
+/** Returns the Calib4 settings to send.
  *  @param context  analyser
  *  @param options  print options
  *  @param flag     receives 0 or 1, by model
@@ -117,7 +117,7 @@ typedef int32_t (*Calib4SettingsHandler)(const AnalyzeContext* context, const Op
                                          uint32_t* flag, uint32_t* x_dpi, uint32_t* y_dpi,
                                          uint32_t* words);
 
-/** Fills Calib4 default information; its entries stand for the three halftone values of
+/** Fills Calib4 default information, with one entry for each of the three halftone values of
  *  analyze_common_get_halftone().
  *  @param context  analyser
  *  @param options  print options
@@ -127,19 +127,19 @@ typedef int32_t (*Calib4InfoHandler)(const AnalyzeContext* context, const OptTab
                                      Calib4Info* info);
 
 /** @}
- *  @name Questions
- *  Arguments and results are those of the handler kinds above.
+ *  @name Queries
+ *  Arguments and results are those of the handler types above.
  *  @{ */
 
-/** Tells which Calib3 settings to send. A model without a row has none: the result is 0, and
- *  nothing is written.
+/** Returns the Calib3 settings to send. For a model without a row the result is 0, and nothing is
+ *  written.
  *  @copydetails Calib3SettingsHandler */
 IA_EXPORT int32_t Analyze_Info_GetCalib3Settings(const AnalyzeContext* context,
                                                  const OptTable* options, uint32_t* out1,
                                                  uint32_t* out2, uint32_t* out3) IA_NOEXCEPT;
 
-/** Tells which Calib4 settings to send. A model without a row has none: the result is -1, and
- *  nothing is written.
+/** Returns the Calib4 settings to send. For a model without a row the result is -1, and nothing is
+ *  written.
  *  @copydetails Calib4SettingsHandler */
 IA_EXPORT int32_t Analyze_Info_GetCalib4Settings(const AnalyzeContext* context,
                                                  const OptTable* options, uint32_t* flag,
@@ -162,7 +162,7 @@ IA_EXPORT int32_t Analyze_Info_CreateDefault_Calib4Info(const AnalyzeContext* co
 
 /** @}
  *  @name Dispatch
- *  What the questions call; each does the same as its question.
+ *  The functions that the queries call; each does the same as its query.
  *  @{ */
 
 /** Selects a Calib3SettingsHandler and returns its result.
@@ -191,7 +191,7 @@ IA_EXPORT int32_t analyze_CreateDefault_Calib4Info(const AnalyzeContext* context
 
 /** @}
  *  @name Calib3 settings
- *  Handlers of Calib3SettingsHandler.
+ *  Handlers of type Calib3SettingsHandler.
  *  @{ */
 
 /** Codes 0, 0x10000, 0x80000, whatever the options say.
@@ -213,9 +213,9 @@ IA_EXPORT int32_t analyze_GetCalibSettingsPINE_POPLAR(const AnalyzeContext* cont
                                                       uint32_t* out2, uint32_t* out3) IA_NOEXCEPT;
 
 /** Codes 0x80000, 0x80000, 0x10000 when the halftone begins with "gradation", else 0x10000,
- * 0x80000, 0x10000. The halftone is "QVHalftone" when "QVColorMode" begins with "mono",
- * "QVColorHalftone" when it does not; without "QVColorMode" there is none. Letter case matters,
- * unlike in analyze_common_get_halftone().
+ *  0x80000, 0x10000. The halftone is the value of "QVHalftone" when "QVColorMode" begins with
+ *  "mono", else of "QVColorHalftone"; without "QVColorMode" there is none. Comparisons are
+ *  case-sensitive, unlike those of analyze_common_get_halftone().
  *  @copydetails Calib3SettingsHandler */
 IA_EXPORT int32_t analyze_GetCalibSettingsSFP(const AnalyzeContext* context,
                                               const OptTable* options, uint32_t* out1,
@@ -223,7 +223,7 @@ IA_EXPORT int32_t analyze_GetCalibSettingsSFP(const AnalyzeContext* context,
 
 /** @}
  *  @name Calib3 default information
- *  Handlers of Calib3InfoHandler, and the common one.
+ *  Handlers of type Calib3InfoHandler, and the common one.
  *  @{ */
 
 /** Sets the whole record to zero.
@@ -233,8 +233,8 @@ IA_EXPORT int32_t analyze_GetCalibSettingsSFP(const AnalyzeContext* context,
 IA_EXPORT int32_t analyze_CreateDefault_Calib3InfoCommon(const AnalyzeContext* context,
                                                          Calib3Info* info) IA_NOEXCEPT;
 
-/** Copies of the two halves of LARCH_Def_Calib. When the first copy finds no memory, the second
- *  pointer keeps what it held.
+/** Copies of the two halves of LARCH_Def_Calib. When the first copy cannot be allocated, the
+ *  second pointer stays unchanged.
  *  @copydetails Calib3InfoHandler */
 IA_EXPORT int32_t analyze_CreateDefault_Calib3InfoLARCH(const AnalyzeContext* context,
                                                         const OptTable* options,
@@ -256,9 +256,9 @@ IA_EXPORT int32_t analyze_CreateDefault_Calib3InfoPINE_POPLAR(const AnalyzeConte
 
 /** @}
  *  @name Calib4 settings
- *  Handlers of Calib4SettingsHandler. Unless told otherwise the resolution is that of
- *  analyze_common_get_resolution(), a group's first word is the code of
- *  analyze_common_convertHalftoneTypePPDtoBidi() and its second word 3.
+ *  Handlers of type Calib4SettingsHandler. Unless a handler says otherwise, the resolution is that
+ *  of analyze_common_get_resolution(). The first word of a group is the code of
+ *  analyze_common_convertHalftoneTypePPDtoBidi(), and the second word is 3.
  *  @{ */
 
 /** Flag 1; the third word is 3 for type 2 or 3, 1 for type 4, else 2.
@@ -292,7 +292,8 @@ IA_EXPORT int32_t analyze_GetCalibSettingsTUPELO(const AnalyzeContext* context,
 
 /** @}
  *  @name Calib4 default information
- *  Handlers of Calib4InfoHandler. They differ in the first model value and in the entries' codes.
+ *  Handlers of type Calib4InfoHandler. They differ in the first model value and in the entries'
+ *  codes.
  *  @{ */
 
 /** First model value 8; code 1 for type 2, 2 for type 4, else 0.

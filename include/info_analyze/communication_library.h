@@ -4,14 +4,14 @@
  *  (qvxmlwrap). libinfo_analyze loads it at run time and calls it through these types; a
  *  communication library includes this header to define them.
  *
- *  Unless an entry point says otherwise: a "Get" of the document family answers non-zero when it
- *  has stored a value and 0, with the output untouched, when it has not; every other function
- *  answers 0 for success and -1 for failure. Words whose meaning is the communication library's
- *  own are called words and are pointer-sized.
+ *  Unless an entry point says otherwise, a "Get" of the document family returns non-zero when it
+ *  has stored a value, and 0, with the output unchanged, when it has not. Every other function
+ *  returns 0 for success and -1 for failure. Arguments called "word" are pointer-sized, and only
+ *  the communication library defines their meaning.
  *
  *  Documents are trees: a dictionary holds values under keys, an array holds values by position.
- *  Several dictionaries under one key are told apart by an index from 0. A writer or reader stands
- *  in one dictionary or array at a time, at first in the outermost dictionary. */
+ *  Several dictionaries under one key are numbered from 0. A writer or reader has one current
+ *  dictionary or array at a time, at first the outermost dictionary. */
 #ifndef INFO_ANALYZE_COMMUNICATION_LIBRARY_H_
 #define INFO_ANALYZE_COMMUNICATION_LIBRARY_H_
 
@@ -46,11 +46,11 @@ IA_EXPORT int32_t qvsktwrapQueueListDestroy(intptr_t word1, intptr_t word2, intp
  *  @param word1,word2    words of the communication library
  *  @param driver_folder  driver folder
  *  @param port           TCP port of the driver family
- *  @return socket handle, or NULL */
+ *  @return socket handle, or NULL on failure */
 IA_EXPORT void* qvsktwrapNew(intptr_t word1, intptr_t word2, const char* driver_folder,
                              int32_t port);
 
-/** Talks over a connection.
+/** Exchanges data over a connection.
  *  @param socket  handle of qvsktwrapNew()
  *  @param word1,word2,word3,word4,word5  words of the communication library
  *  @return the communication library's status */
@@ -80,7 +80,7 @@ IA_EXPORT QvXmlWriter* qvxmlwrapSet_New(void);
 
 /** Opens a dictionary in the current one, or in the current array.
  *  @param writer  writer
- *  @param key     key; not looked at in an array
+ *  @param key     key; ignored in an array
  *  @param word    word of the communication library
  *  @return 0 or -1 */
 IA_EXPORT int32_t qvxmlwrapSet_OpenDict(QvXmlWriter* writer, const char* key, intptr_t word);
@@ -160,7 +160,7 @@ IA_EXPORT int32_t qvxmlwrapSet_CloseArray(QvXmlWriter* writer);
  *  @return 0 or -1 */
 IA_EXPORT int32_t qvxmlwrapSet_CloseDict(QvXmlWriter* writer);
 
-/** Ends a document and releases its writer; what becomes of the document is told by the words.
+/** Ends a document and releases its writer. The words specify where the document goes.
  *  @param writer             writer
  *  @param word1,word2,word3  words of the communication library
  *  @return 0 or -1 */
@@ -172,9 +172,10 @@ IA_EXPORT int32_t qvxmlwrapSet_Destroy(QvXmlWriter* writer, intptr_t word1, intp
  *  @{ */
 
 /** Parses a document.
- *  @param data    document; may be released as soon as the call returns
+ *  @param data    document; the caller may release it as soon as the call returns
  *  @param length  bytes of the document
- *  @return new reader, released with qvxmlwrapGet_Destroy(); NULL when this is no document */
+ *  @return new reader, released with qvxmlwrapGet_Destroy(); NULL when the data are not a valid
+ *  document */
 IA_EXPORT QvXmlReader* qvxmlwrapGet_New(const void* data, int32_t length);
 
 /** Counts the dictionaries under a key of the current dictionary.
@@ -184,9 +185,9 @@ IA_EXPORT QvXmlReader* qvxmlwrapGet_New(const void* data, int32_t length);
  *  @return non-zero when the number was stored */
 IA_EXPORT int32_t qvxmlwrapGet_DictCount(QvXmlReader* reader, const char* key, int32_t* count);
 
-/** Enters a dictionary of the current dictionary. Every call is followed by a
- *  qvxmlwrapGet_CloseDict(), also after a failure; until then a failed one reads as an empty
- *  dictionary.
+/** Enters a dictionary of the current dictionary. Each call needs a
+ *  qvxmlwrapGet_CloseDict(), even after a failure; until then the current dictionary is an empty
+ *  one.
  *  @param reader  reader
  *  @param key     key
  *  @param index   which of the dictionaries under the key, from 0
@@ -206,7 +207,7 @@ IA_EXPORT int32_t qvxmlwrapGet_Long(QvXmlReader* reader, const char* key, int32_
  *  @param reader         reader
  *  @param key            key
  *  @param value          receives the number
- *  @param default_value  number of the communication library's own use
+ *  @param default_value  number that only the communication library interprets
  *  @return non-zero when the number was stored */
 IA_EXPORT int32_t qvxmlwrapGet_Double(QvXmlReader* reader, const char* key, double* value,
                                       double default_value);
@@ -238,9 +239,8 @@ IA_EXPORT int32_t qvxmlwrapGet_Binary(QvXmlReader* reader, const char* key, void
  *  @return non-zero when the number was stored */
 IA_EXPORT int32_t qvxmlwrapGet_ArrayCount(QvXmlReader* reader, const char* key, int32_t* count);
 
-/** Enters an array of the current dictionary. Every call is followed by a
- *  qvxmlwrapGet_CloseArray(), also after a failure; until then a failed one reads as an empty
- *  array.
+/** Enters an array of the current dictionary. Each call needs a
+ *  qvxmlwrapGet_CloseArray(), even after a failure; until then the current array is an empty one.
  *  @param reader  reader
  *  @param key     key
  *  @return non-zero when it was entered */
@@ -259,7 +259,7 @@ IA_EXPORT int32_t qvxmlwrapGet_LongFromArray(QvXmlReader* reader, int32_t index,
  *  @param reader         reader
  *  @param index          position, from 0
  *  @param value          receives the number
- *  @param default_value  number of the communication library's own use
+ *  @param default_value  number that only the communication library interprets
  *  @return non-zero when the number was stored */
 IA_EXPORT int32_t qvxmlwrapGet_DoubleFromArray(QvXmlReader* reader, int32_t index, double* value,
                                                double default_value);

@@ -1,6 +1,6 @@
 /** @file
- *  The nine device-information documents of an analyser, and reading values from them through
- *  tables of key descriptors. */
+ *  Loads an analyser's nine device-information documents and reads values from them through tables
+ *  of key descriptors. */
 #ifndef INFO_ANALYZE_DEVICE_DOCUMENTS_H_
 #define INFO_ANALYZE_DEVICE_DOCUMENTS_H_
 
@@ -31,7 +31,7 @@ enum {
 enum {
   IA_DOCUMENT_MAX_SIZE = 16777216,    /**< bytes of a file: 16 MiB */
   IA_DOCUMENT_MAX_PATH_LENGTH = 1023, /**< bytes of a file's path */
-  IA_DOCUMENT_MAX_ITEMS = 1048576     /**< items that are counted of a list */
+  IA_DOCUMENT_MAX_ITEMS = 1048576     /**< maximum items counted in a list */
 };
 
 /** One document slot of an analyser. */
@@ -50,41 +50,41 @@ enum {
   IA_KEY_STRING_ELEMENTS = 9 /**< texts, inside IA_KEY_ARRAY */
 };
 
-/** Describes one value to read, and where to. A value that the document lacks leaves its
- *  destination as it was, so destinations are set to their defaults before.
+/** Describes one value to read and where to store it. When the document lacks the value, its
+ *  destination keeps its contents, so the caller stores defaults there first.
  *
  *  | type | destination | count |
  *  |---|---|---|
  *  | IA_KEY_DICTIONARY | XmlKeyDescriptor**: the descriptors to read inside | their number |
  *  | IA_KEY_LONG | int32_t* | not used |
- *  | IA_KEY_STRING | char**: receives a text to be released with free() | not used |
+ *  | IA_KEY_STRING | char**: receives a text that the caller releases with free() | not used |
  *  | IA_KEY_ARRAY | XmlKeyDescriptor**: the elements' one descriptor | receives their number |
  *  | IA_KEY_LONG_ELEMENTS | int32_t[] | NULL, or the capacity of the destination |
- *  | IA_KEY_STRING_ELEMENTS | char*[]: each receives a text to be released with free() | likewise |
+ *  | IA_KEY_STRING_ELEMENTS | char*[]: each receives a text that the caller releases with free() |
+ *  likewise |
  *
- *  The number that an array receives is at most the capacity that the descriptor of its elements
- *  names. */
+ *  An array receives at most as many elements as the capacity in the descriptor of its elements. */
 typedef struct XmlKeyDescriptor {
   intptr_t document;           /**< IA_DOCUMENT_... */
   const char* key;             /**< name in the current dictionary; not used for elements */
   intptr_t type;               /**< IA_KEY_... */
   void* destination;           /**< see above */
   const char* const* encoding; /**< address of the encoding name of texts, "UTF-8"; else NULL */
-  void* auxiliary;             /**< handed to the communication library with texts */
+  void* auxiliary;             /**< passed to the communication library with texts */
   int32_t* count;              /**< see above */
 } XmlKeyDescriptor;
 
-/** Loads one document from the analyser's folder into its slot.
+/** Loads one document from the analyser's document directory into its slot.
  *
- *  Only a regular file of at most 16 MiB is read, and never by waiting. A file that the
- *  communication library cannot parse leaves the slot as it was, which is no failure. A reader
- *  already in the slot is not released: analyze_common_destroy_xmldata() comes first.
+ *  Reads only a regular file of at most 16 MiB, and never blocks. When the communication library
+ *  cannot parse the file, the slot stays unchanged and the call succeeds. A reader that is already
+ *  in the slot is not released: call analyze_common_destroy_xmldata() first.
  *
  *  @param context  analyser
  *  @param index    document index
- *  @return 0; the errno of a failed read; -1 for any other failure: a NULL argument or folder, an
- *          index out of range, a path of 1024 bytes or more, no such file, a file that is not
- *          regular, too large or shrinking, or exhausted memory */
+ *  @return 0; the errno of a failed read; -1 for any other failure: a NULL argument or directory,
+ *  an index out of range, a path of 1024 bytes or more, a missing file, a file that is not regular,
+ *  is too large or shrinks while it is read, or a failed allocation */
 IA_EXPORT int32_t analyze_common_create_xmldata(AnalyzeContext* context, int32_t index) IA_NOEXCEPT;
 
 /** Loads all nine documents in order and stops at the first that fails.
@@ -92,13 +92,13 @@ IA_EXPORT int32_t analyze_common_create_xmldata(AnalyzeContext* context, int32_t
  *  @return 0, or the first non-zero result of analyze_common_create_xmldata() */
 IA_EXPORT int32_t analyze_common_create_all_xmldata(AnalyzeContext* context) IA_NOEXCEPT;
 
-/** Puts a document that is in memory into its slot.
+/** Parses a document that is in memory and stores its reader in the document's slot.
  *  @param context   analyser
  *  @param index     document index
  *  @param bytes     document, not kept
  *  @param length    its length in bytes
- *  @param list_key  key of the repeated dictionary to be counted, or NULL
- *  @return 0, also when the communication library cannot parse it (the slot then stays as it was);
+ *  @param list_key  key of the repeated dictionary to count, or NULL
+ *  @return 0, also when the communication library cannot parse it (the slot then stays unchanged);
  *          -1 for a NULL context, NULL bytes, a negative length or an index out of range */
 IA_EXPORT int32_t analyze_common_initialize_xmldata(AnalyzeContext* context, int32_t index,
                                                     const void* bytes, int32_t length,
@@ -118,37 +118,38 @@ IA_EXPORT int32_t analyze_common_destroy_all_xmldata(AnalyzeContext* context) IA
  *  @param context      analyser
  *  @param descriptors  what to read, in this order
  *  @param count        number of descriptors; below 1 reads nothing
- *  @return 0; -1 for a NULL argument, a document that is not loaded or a descriptor of another
- *          kind, which ends the reading */
+ *  @return 0; -1 for a NULL argument, a document that is not loaded or a descriptor of a
+ *          different type. Reading stops at the first failure */
 IA_EXPORT int32_t analyze_common_readxml(AnalyzeContext* context,
                                          const XmlKeyDescriptor* descriptors,
                                          int32_t count) IA_NOEXCEPT;
 
-/** Reads one plain value, or the elements of the array that the reader stands in.
+/** Reads one plain value, or the elements of the reader's current array.
  *  @param context     analyser
  *  @param reader      reader of a document
  *  @param descriptor  what to read: a plain value or elements
  *  @param elements    number of elements to read; not used for plain values
- *  @return 0, whether or not the values exist; -1 for a NULL argument, a descriptor of another kind
- *          or without key, destination or encoding where it needs one, or exhausted memory */
+ *  @return 0, whether or not the values exist; -1 for a NULL argument, a descriptor of a
+ *          different type, one that lacks a key, destination or encoding that it needs, or a failed
+ *          allocation */
 IA_EXPORT int32_t analyze_common_getxmlkeydata(AnalyzeContext* context, QvXmlReader* reader,
                                                const XmlKeyDescriptor* descriptor,
                                                int32_t elements) IA_NOEXCEPT;
 
-/** Reads values of any kind, dictionaries and arrays included.
+/** Reads values of any type, dictionaries and arrays included.
  *  @param context      analyser
  *  @param reader       reader of a document
  *  @param descriptors  what to read, in this order
  *  @param count        number of descriptors; below 1 reads nothing
  *  @param index        which dictionary of its key an IA_KEY_DICTIONARY enters, and how many
  *                      elements a descriptor of elements reads
- *  @return 0; -1 for a NULL argument, a descriptor that cannot be read or exhausted memory, which
- *          ends the reading */
+ *  @return 0; -1 for a NULL argument, an invalid descriptor or a failed allocation. Reading
+ *          stops at the first failure */
 IA_EXPORT int32_t analyze_common_getxmloneinfo(AnalyzeContext* context, QvXmlReader* reader,
                                                const XmlKeyDescriptor* descriptors, int32_t count,
                                                int32_t index) IA_NOEXCEPT;
 
-/** Reads values of one item of documents' lists.
+/** Reads values of one item in the lists of documents.
  *  @param context      analyser
  *  @param descriptors  what to read, in this order, usually one IA_KEY_DICTIONARY "list"
  *  @param count        number of descriptors; below 1 reads nothing

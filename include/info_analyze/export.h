@@ -23,7 +23,7 @@
 #endif
 
 #ifdef __cplusplus
-/** Tells C++ that a function throws nothing. */
+/** Declares in C++ that a function does not throw. */
 #define IA_NOEXCEPT noexcept
 /** Begins declarations with C linkage. */
 #define IA_BEGIN_DECLS extern "C" {

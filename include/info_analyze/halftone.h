@@ -1,6 +1,6 @@
 /** @file
- *  A job's halftone and resolution, as an option table tells them, and the codes by which a printer
- *  knows them. */
+ *  Reads a job's halftone and resolution from an option table, and converts them to the printer's
+ *  codes. */
 #ifndef INFO_ANALYZE_HALFTONE_H_
 #define INFO_ANALYZE_HALFTONE_H_
 
@@ -23,14 +23,13 @@ enum {
 
 /** Reads the job's three halftone values.
  *
- *  A job is colour unless "QVColorMode" is absent or begins with "mono", ignoring case. Its
- *  halftone is named by "QVColorHalftone" or, monochrome, by "QVHalftone"; the beginning of that
- *  value counts, ignoring case. "None", "resolution", "highresolution", "gradation", "colortone"
- *  and "errdiffusion" give all three values the type of that name. "pattern1" to "pattern9" stand
- *  for three digits in "QVCHTPattern1" to "QVCHTPattern9" (monochrome "QVHTPattern1" to
- *  "QVHTPattern9"): the last digit is the first value. The digits are not checked: each value is
- *  the signed byte's distance from '0', modulo 2^32, and bytes that a shorter text lacks count as
- * NUL.
+ *  A job is monochrome when "QVColorMode" is absent or begins with "mono", ignoring case; otherwise
+ *  it is colour. "QVColorHalftone" (monochrome: "QVHalftone") names the halftone by its prefix,
+ *  ignoring case. "None", "resolution", "highresolution", "gradation", "colortone" and
+ *  "errdiffusion" give all three values the type of that name. "pattern1" to "pattern9" select the
+ *  three digits in "QVCHTPattern1" to "QVCHTPattern9" (monochrome: "QVHTPattern1" to
+ *  "QVHTPattern9"); the last digit is the first value. The digits are not checked: each value is
+ *  the signed byte minus '0', modulo 2^32, and bytes beyond the end of the text count as NUL.
  *
  *  @param options  option table, not modified
  *  @param first    receives the first value
@@ -50,12 +49,12 @@ IA_EXPORT int32_t analyze_common_get_halftone(const OptTable* options, uint32_t*
 IA_EXPORT int32_t analyze_common_get_resolution(const OptTable* options, uint32_t* x_dpi,
                                                 uint32_t* y_dpi) IA_NOEXCEPT;
 
-/** The bit by which a printer knows a halftone type.
+/** Converts a halftone type to the printer's bit for it.
  *  @param type  halftone type
  *  @return 0x40000 for 1, 0x10000 for 2, 0x20000 for 3, 0x80000 for 4, 0x100000 for 5, else 0 */
 IA_EXPORT uint32_t analyze_common_convertHalftoneTypePPDtoBidi(uint32_t type) IA_NOEXCEPT;
 
-/** The number by which a printer knows a density characteristic.
+/** Converts a density characteristic to the printer's number for it.
  *  @param value  density characteristic
  *  @return 2 for 0, 3 for 1, 1 for 2, else 0 */
 IA_EXPORT uint32_t analyze_common_convertDensityCharCMMtoBidi(uint32_t value) IA_NOEXCEPT;

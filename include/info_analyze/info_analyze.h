@@ -1,15 +1,15 @@
 /** @mainpage
- *  The whole interface of libinfo_analyze, but for the three functions of libc_names.h.
+ *  The whole interface of libinfo_analyze, except the three functions of libc_names.h.
  *
  *  Conventions, unless a function says otherwise:
  *  - Texts are NUL-terminated bytes. Lengths and sizes count bytes.
- *  - A status is a signed 32-bit integer: 0 for success, -1 for a null argument or exhausted
- *    memory. Other non-zero values (an errno of a failed read, a handler's result) are passed up
- *    unchanged. A lookup answers 1 (found) or 0. A constructor answers NULL when it fails.
+ *  - A status is a signed 32-bit integer: 0 for success, -1 for a null argument or a failed
+ *    allocation. Other non-zero values (the errno of a failed read, a handler's result) are
+ *    returned unchanged. A lookup returns 1 (found) or 0. A constructor returns NULL when it fails.
  *  - Every pointer argument is checked; NULL is refused with the failure result.
- *  - A text or buffer handed out through a result or an output argument is a fresh allocation
- *    that the caller releases with free(). What is only lent is called "borrowed".
- *  - "Ignoring case" means the 26 ASCII letters, whatever the locale.
+ *  - A text or buffer returned as a result or through an output argument is a fresh allocation that
+ *    the caller releases with free(). A pointer that the caller must not free is called "borrowed".
+ *  - "Ignoring case" applies to the 26 ASCII letters only, in every locale.
  *  - The library creates no threads, takes no locks and keeps no state of its own. An analyser, a
  *    communication library context, a list or a store is used by one thread at a time; different
  *    ones may be used in parallel. Pure functions may be called from any thread.

@@ -1,16 +1,16 @@
 /** @file
  *  The three functions that the library exports under names of the C library: strlcpy, strlcat and
- *  strnstr. They do not do what the usual functions of these names do, so this header, which
- *  info_analyze.h leaves out, offers them as info_strlcpy, info_strlcat and info_strnstr, bound to
- *  the exported symbols.
+ *  strnstr. They behave differently from the usual functions of these names. So this header, which
+ *  info_analyze.h does not include, declares them as info_strlcpy, info_strlcat and info_strnstr,
+ *  bound to the exported symbols.
  *
  *  The exports carry the symbol version INFO_ANALYZE_1, so a library that was linked against
  *  versioned functions of these names keeps its own. A program's own calls of these names are bound
- *  to the library that it links first: one that means another library's functions names that one
- *  before libinfo_analyze, the C library (-lc) too. A library with its own unversioned strlcpy,
- *  strlcat or strnstr gets ours when a program links it behind libinfo_analyze; the remedy is to
- *  hide its copy, to link it with -Bsymbolic-functions, or to dlopen() libinfo_analyze with
- *  RTLD_LOCAL. */
+ *  to the library that it links first. To use the functions of a different library, even those of
+ *  the C library (-lc), name that library before libinfo_analyze. A library with its own
+ *  unversioned strlcpy, strlcat or strnstr gets those of libinfo_analyze when a program links it
+ *  after libinfo_analyze. To prevent this, hide that library's copy, link it with
+ *  -Bsymbolic-functions, or dlopen() libinfo_analyze with RTLD_LOCAL. */
 #ifndef INFO_ANALYZE_LIBC_NAMES_H_
 #define INFO_ANALYZE_LIBC_NAMES_H_
 
@@ -44,7 +44,7 @@ IA_EXPORT size_t info_strlcat(char* destination, const char* source, size_t size
     __asm__("strlcat");
 
 /** Finds a text within the first bytes of a buffer; exported as strnstr. NUL bytes in the buffer
- *  do not end the search: the caller vouches for the length.
+ *  do not end the search: the buffer must have @p length bytes.
  *  @param haystack  buffer
  *  @param needle    text; the empty one is found at the start
  *  @param length    bytes of the buffer

@@ -1,7 +1,7 @@
 /** @file
  *  Getters (see OptionGetter) for the items of list documents: finishers, bins and fax lines. All
- *  of them answer a malloc'd text, or NULL for no value, for NULL or when memory ran out. A list
- *  whose pointer or count is NULL is an empty one. */
+ *  of them return a malloc'd text, or NULL for no value, a NULL argument or a failed allocation. A
+ *  list whose pointer or count is NULL is empty. */
 #ifndef INFO_ANALYZE_LIST_GETTERS_H_
 #define INFO_ANALYZE_LIST_GETTERS_H_
 
@@ -11,7 +11,7 @@
 
 IA_BEGIN_DECLS
 
-/** One item of the Finisher_list document, as the finisher getters look at it. */
+/** One item of the Finisher_list document, as the finisher getters read it. */
 typedef struct FinisherUnit {
   int32_t type;                  /**< type code */
   const char* name;              /**< product name; may be NULL */
@@ -56,12 +56,13 @@ IA_EXPORT char* zGetTrimmerFunctionOptionString(const void* datum) IA_NOEXCEPT;
  *  @return malloc'd text or NULL */
 IA_EXPORT char* zGetInnerTrimmerFunctionOptionString(const void* datum) IA_NOEXCEPT;
 
-/** QVInsertUnit: "INSU1" for a unit with "inserter" that is no binder (type 18).
+/** QVInsertUnit: "INSU1" for a unit with "inserter" that is not a binder (type 18).
  *  @param datum  FinisherUnit*
  *  @return malloc'd text or NULL */
 IA_EXPORT char* zGetFinisherInserterOptionString(const void* datum) IA_NOEXCEPT;
 
-/** QVEnableMultiInserter: "True" for such a unit with "inserting_multiple_sheet".
+/** QVEnableMultiInserter: "True" for a unit that zGetFinisherInserterOptionString() accepts and
+ *  that has "inserting_multiple_sheet".
  *  @param datum  FinisherUnit*
  *  @return malloc'd text or NULL */
 IA_EXPORT char* zGetMultiInserterOptionString(const void* datum) IA_NOEXCEPT;

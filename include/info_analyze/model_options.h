@@ -1,9 +1,9 @@
 /** @file
- *  Model mapping: what a device reports, in the terms of one driver model's options.
+ *  Model mapping: turns what a device reports into the options of one driver model.
  *
  *  The driver model code ("RA-H2", the PPD's QVAnlz_DriverName) selects a row of a model table: the
- *  first row, in table order, whose code is the beginning of the model code. The row names the
- *  handlers that decide each option. A model without a row gets the common handlers. */
+ *  first row, in table order, whose code is a prefix of the model code. The row names the handlers
+ *  that decide each option. A model without a row gets the common handlers. */
 #ifndef INFO_ANALYZE_MODEL_OPTIONS_H_
 #define INFO_ANALYZE_MODEL_OPTIONS_H_
 
@@ -29,23 +29,23 @@ typedef struct FinisherEntry {
   char* name;     /**< product name; may be NULL or empty */
 } FinisherEntry;
 
-/** An accessory, by the beginning of its product name, and a number of bins. */
+/** The prefix of an accessory's product name, and a number of bins. */
 typedef struct AccessoryBinRule {
   int32_t bin_count;          /**< number of bins */
-  const char* accessory_name; /**< beginning of the product name */
+  const char* accessory_name; /**< prefix of the product name */
 } AccessoryBinRule;
 
-/** What a detailed function means as an option value. */
+/** The option value of a detailed function. */
 typedef struct FunctionPair {
   const char* detail_function; /**< detailed function that a device reports */
   const char* value;           /**< option value */
 } FunctionPair;
 
-/** Asks for the option value of one finishing function of a finisher. A word counts as reported in
- *  a list when zStringExistenceCheck() finds it there. */
+/** Query for the option value of one finishing function of a finisher. A word counts as reported in
+ *  a list when zStringExistenceCheck() finds it in the list. */
 typedef struct FunctionQuery {
   const char* driver_name;          /**< driver model code; may be NULL */
-  const char* function;             /**< function asked for: "punch", "staple" or "folding" */
+  const char* function;             /**< wanted function: "punch", "staple" or "folding" */
   char* const* functions;           /**< functions that the device reports */
   const int32_t* function_count;    /**< their number; NULL: none */
   const FunctionPair* search_table; /**< values of detailed functions, or NULL */
@@ -55,7 +55,7 @@ typedef struct FunctionQuery {
   const char* default_value;        /**< value without a search table, or NULL */
 } FunctionQuery;
 
-/** @name Handler kinds
+/** @name Handler types
  *  @{ */
 
 /** Decides options of paper sources. Appends rows at index *row_count and adds to it: the keyword
@@ -64,14 +64,14 @@ typedef struct FunctionQuery {
  *  @param trays           trays; not NULL even when there are none
  *  @param tray_count      number of trays
  *  @param extra_tray_count  number of trays of type 3 or 6
- *  @param rows            room for tray_count + 3 rows
+ *  @param rows            array of at least tray_count + 3 rows
  *  @param row_count       rows in use
  *  @return 0; -1 for a NULL argument or a negative *row_count */
 typedef int32_t (*InputOptionHandler)(AnalyzeContext* context, const TrayEntry* trays,
                                       int32_t tray_count, int32_t extra_tray_count,
                                       OptionSetter* rows, int32_t* row_count);
 
-/** Decides one option of finishers: replaces the value of the row, or leaves it.
+/** Decides one option of finishers: replaces the value of the row, or keeps it.
  *  @param context         analyser
  *  @param finishers       finishers; not NULL even when there are none
  *  @param finisher_count  number of finishers; below 1 nothing is done
@@ -98,7 +98,7 @@ typedef char* (*FunctionStringHandler)(const FunctionQuery* query);
  *  @param trays           trays; not NULL even when there are none
  *  @param tray_count      number of trays
  *  @param extra_tray_count  number of trays of type 3 or 6
- *  @param rows            room for tray_count + 3 rows
+ *  @param rows            array of at least tray_count + 3 rows
  *  @param row_count       rows in use */
 IA_EXPORT void analyze_GetInputOptions(AnalyzeContext* context, const TrayEntry* trays,
                                        int32_t tray_count, int32_t extra_tray_count,
@@ -118,13 +118,13 @@ IA_EXPORT void analyze_GetFinisherOption(AnalyzeContext* context, const Finisher
 
 /** Collects the alias codes of all bins from the Bin_list document; zeros are left out.
  *  @param context      analyser
- *  @param aliases      room for 10 codes; further ones are not seen
- *  @param alias_count  receives their number, also when a read fails
- *  @return 0; -1 for a NULL argument, with the number untouched; else the failed read's result */
+ *  @param aliases      array for 10 codes; further codes are dropped
+ *  @param alias_count  receives their number, even when a read fails
+ *  @return 0; -1 for a NULL argument, with the number unchanged; else the failed read's result */
 IA_EXPORT int32_t analyze_GetBinAlias(AnalyzeContext* context, int32_t* aliases,
                                       int32_t* alias_count) IA_NOEXCEPT;
 
-/** Tells whether an alias code lies in a closed range.
+/** Checks whether an alias code lies in a closed range.
  *  @param aliases      alias codes; NULL: none
  *  @param alias_count  their number
  *  @param low,high     ends of the range
@@ -133,7 +133,8 @@ IA_EXPORT int32_t analyze_CheckBinAlias(const int32_t* aliases, int32_t alias_co
                                         int32_t high) IA_NOEXCEPT;
 
 /** Decides the puncher by the model's handler. A model without a row gets "PUNF24" when the device
- *  punches 2 holes and French 4 holes, else the first row of the search table that is reported.
+ *  punches 2 holes and French 4 holes, else the value of the first row of the search table that is
+ *  reported.
  *  @param query  query; NULL gives NULL
  *  @return malloc'd value, or NULL */
 IA_EXPORT char* analyze_GetPuncherOptionString(const FunctionQuery* query) IA_NOEXCEPT;
@@ -151,10 +152,9 @@ IA_EXPORT char* analyze_GetFinishingFunctionOptionString(const FunctionQuery* qu
 IA_EXPORT int32_t zFindTrayByAlias(const TrayEntry* trays, int32_t count,
                                    int32_t alias) IA_NOEXCEPT;
 
-/** Tells whether some text of a list is the beginning of a word. A shorter text of the list fits
- *  every word that begins with it.
+/** Checks whether some text of a list is a prefix of a word.
  *  @param texts  list, whose elements may be NULL; NULL: none
- *  @param word   word; NULL is not found
+ *  @param word   word; NULL gives 0
  *  @param count  length of the list
  *  @return 1 or 0 */
 IA_EXPORT int32_t zStringExistenceCheck(char* const* texts, const char* word,
@@ -162,7 +162,7 @@ IA_EXPORT int32_t zStringExistenceCheck(char* const* texts, const char* word,
 
 /** @}
  *  @name Side paper deck
- *  QVSidePaperDeck, default "None". Handlers of kind InputOptionHandler.
+ *  QVSidePaperDeck, default "None". Handlers of type InputOptionHandler.
  *  @{ */
 
 /** "Large" when the first tray of alias 161 is of type 6, else "Small".
@@ -179,8 +179,8 @@ IA_EXPORT int32_t analyze_GetQVSidePaperDeck_CYPRESS(AnalyzeContext* context,
                                                      int32_t extra_tray_count, OptionSetter* rows,
                                                      int32_t* row_count) IA_NOEXCEPT;
 
-/** By the first tray of alias 161: type 6 gives "None" beside a tray of alias 162 and "Large"
- * without one, type 3 gives "Small", another type no value.
+/** By the first tray of alias 161: type 6 gives "None" when some tray has alias 162, else
+ *  "Large"; type 3 gives "Small"; a different type gives no value.
  *  @copydetails InputOptionHandler */
 IA_EXPORT int32_t analyze_GetQVSidePaperDeckOAK(AnalyzeContext* context, const TrayEntry* trays,
                                                 int32_t tray_count, int32_t extra_tray_count,
@@ -188,11 +188,11 @@ IA_EXPORT int32_t analyze_GetQVSidePaperDeckOAK(AnalyzeContext* context, const T
 
 /** @}
  *  @name Source option
- *  QVSrcOption, default "None". Handlers of kind InputOptionHandler.
+ *  QVSrcOption, default "None". Handlers of type InputOptionHandler.
  *  @{ */
 
-/** The names of all QVAnlz_SrcOption flags whose value is a tray's alias, joined by commas; a name
- * that occurs in the list already is left out, and so is one beyond 255 bytes.
+/** The names of all QVAnlz_SrcOption flags whose value is a tray's alias, joined by commas.
+ *  Omits a name that already occurs in the list, and a name that would extend it beyond 255 bytes.
  *  @copydetails InputOptionHandler */
 IA_EXPORT int32_t analyze_GetQVSrcOptionCommon(AnalyzeContext* context, const TrayEntry* trays,
                                                int32_t tray_count, int32_t extra_tray_count,
@@ -256,7 +256,7 @@ IA_EXPORT int32_t analyze_GetQVSrcOptionOAK(AnalyzeContext* context, const TrayE
                                             OptionSetter* rows, int32_t* row_count) IA_NOEXCEPT;
 
 /** Alias 167 gives "PODDeck3", else alias 164 "PODDeck2", else the first tray of alias 161
- * "MltDeck1" for a capacity above 1999 and "PODDeck1" otherwise.
+ *  "MltDeck1" for a capacity above 1999 and "PODDeck1" otherwise.
  *  @copydetails InputOptionHandler */
 IA_EXPORT int32_t analyze_GetQVSrcOptionROWAN(AnalyzeContext* context, const TrayEntry* trays,
                                               int32_t tray_count, int32_t extra_tray_count,
@@ -271,7 +271,7 @@ IA_EXPORT int32_t analyze_GetQVSrcOptionREDWOOD(AnalyzeContext* context, const T
 
 /** @}
  *  @name Envelope feeder
- *  QVEnvelopeFeeder. Handler of kind InputOptionHandler.
+ *  QVEnvelopeFeeder. Handler of type InputOptionHandler.
  *  @{ */
 
 /** "True" when some tray has alias 6, else "False".
@@ -284,7 +284,7 @@ IA_EXPORT int32_t analyze_GetQVEnvelopeFeederCommon(AnalyzeContext* context, con
 /** @}
  *  @name Media types
  *  The keyword that QVAnlz_SlotMediaInfo names for a tray's slot, default "PlainPaper". Handlers of
- *  kind InputOptionHandler.
+ *  type InputOptionHandler.
  *  @{ */
 
 /** For each tray: the QV_Prot_MediaType flag of its medium type, under the keyword of the slot that
@@ -295,23 +295,23 @@ IA_EXPORT int32_t analyze_GetQVXXXMediaTypeCommon(AnalyzeContext* context, const
                                                   OptionSetter* rows,
                                                   int32_t* row_count) IA_NOEXCEPT;
 
-/** As the common one, but with 4 or fewer trays of type 3 or 6 a tray of alias 161 takes the second
- * slot of that alias, and a slot's name need only begin the name of its keyword's flag.
+/** As the common one, with two differences. With 4 or fewer trays of type 3 or 6, a tray of alias
+ *  161 takes the second slot of that alias. A slot's name may be a prefix of its flag's name.
  *  @copydetails InputOptionHandler */
 IA_EXPORT int32_t analyze_GetQVXXXMediaType_CYPRESS(AnalyzeContext* context, const TrayEntry* trays,
                                                     int32_t tray_count, int32_t extra_tray_count,
                                                     OptionSetter* rows,
                                                     int32_t* row_count) IA_NOEXCEPT;
 
-/** As the common one with fixed slots for the aliases; a tray of another alias takes the slot of
- * the tray before it.
+/** As the common one with fixed slots for the aliases; a tray of any other alias takes the slot of
+ *  the tray before it.
  *  @copydetails InputOptionHandler */
 IA_EXPORT int32_t analyze_GetQVXXXMediaTypeYEW(AnalyzeContext* context, const TrayEntry* trays,
                                                int32_t tray_count, int32_t extra_tray_count,
                                                OptionSetter* rows, int32_t* row_count) IA_NOEXCEPT;
 
-/** As the common one, but the slot of alias 161 follows from the other trays, and there is no
- *  row while one of the three flag stores is missing, or when memory runs out for its texts.
+/** As the common one, but the slot of alias 161 depends on the other trays. Appends no row while
+ *  one of the three flag stores is missing, or when a text of the row cannot be allocated.
  *  @copydetails InputOptionHandler */
 IA_EXPORT int32_t analyze_GetQVXXXMediaTypeREDWOOD(AnalyzeContext* context, const TrayEntry* trays,
                                                    int32_t tray_count, int32_t extra_tray_count,
@@ -320,22 +320,22 @@ IA_EXPORT int32_t analyze_GetQVXXXMediaTypeREDWOOD(AnalyzeContext* context, cons
 
 /** @}
  *  @name Finisher
- *  QVFinisher, default "None". Handlers of kind FinisherOptionHandler. "By bin alias" is
+ *  QVFinisher, default "None". Handlers of type FinisherOptionHandler. "By bin alias" is
  *  analyze_GetQVFinisherByBinTrayAlias(), "the value string" analyze_GetQVFinisherValueString().
  *  @{ */
 
-/** Finds the value that QVAnlz_FinisherName gives for the finishers' names; the last finisher with
- *  a flag decides.
+/** Finds the QVAnlz_FinisherName flag of the finishers' names; the last finisher with a flag
+ *  decides.
  *  @param context         analyser
  *  @param finishers       finishers
  *  @param finisher_count  number of finishers
- *  @return malloc'd value; NULL when there is none, for a NULL argument or when memory ran out */
+ *  @return malloc'd value; NULL when there is none, for a NULL argument or a failed allocation */
 IA_EXPORT char* analyze_GetQVFinisherValueString(const AnalyzeContext* context,
                                                  const FinisherEntry* finishers,
                                                  int32_t finisher_count) IA_NOEXCEPT;
 
-/** The value string, unless each named finisher is one that serves as a tray: its name begins with
- * that of a rule, it has no more bins than the rule, and a bin alias lies in the range.
+/** The value string, unless each named finisher counts as a tray: its name begins with that of a
+ *  rule, it has at most the rule's bin count, and a bin alias lies in the range.
  *  @param context         analyser
  *  @param finishers       finishers
  *  @param finisher_count  number of finishers; below 1 nothing is done
@@ -358,8 +358,8 @@ IA_EXPORT int32_t analyze_GetQVFinisherCommon(AnalyzeContext* context,
                                               int32_t finisher_count, const int32_t* aliases,
                                               int32_t alias_count, OptionSetter* row) IA_NOEXCEPT;
 
-/** "IN2TRAY" when a name begins with "Vorel Inner 2way Tray", ignoring case, and bin alias 119 is
- * there, else the value string.
+/** "IN2TRAY" when a name begins with "Vorel Inner 2way Tray", ignoring case, and the bin aliases
+ *  contain 119, else the value string.
  *  @copydetails FinisherOptionHandler */
 IA_EXPORT int32_t analyze_GetQVFinisherSpecialIn2TrayCommon(
     AnalyzeContext* context, const FinisherEntry* finishers, int32_t finisher_count,
@@ -386,7 +386,7 @@ IA_EXPORT int32_t analyze_GetQVFinisher_BEECH(AnalyzeContext* context,
                                               int32_t alias_count, OptionSetter* row) IA_NOEXCEPT;
 
 /** "None" when a "Vorel 3 Way Unit-D1" or "-D2" has 1 bin, else by bin alias 101 to 105 with both
- * of 2 bins.
+ *  of 2 bins.
  *  @copydetails FinisherOptionHandler */
 IA_EXPORT int32_t analyze_GetQVFinisher_BIRCH(AnalyzeContext* context,
                                               const FinisherEntry* finishers,
@@ -394,7 +394,7 @@ IA_EXPORT int32_t analyze_GetQVFinisher_BIRCH(AnalyzeContext* context,
                                               int32_t alias_count, OptionSetter* row) IA_NOEXCEPT;
 
 /** "None" when a "Vorel Inner 2 Way Tray-S1" has 1 bin, else by bin alias 101 to 105 with it of 2
- * bins.
+ *  bins.
  *  @copydetails FinisherOptionHandler */
 IA_EXPORT int32_t analyze_GetQVFinisher_CEDAR(AnalyzeContext* context,
                                               const FinisherEntry* finishers,
@@ -409,28 +409,29 @@ IA_EXPORT int32_t analyze_GetQVFinisher_HAZEL(AnalyzeContext* context,
                                               int32_t alias_count, OptionSetter* row) IA_NOEXCEPT;
 
 /** "None" when a "Vorel Inner 2Way Tray-R1" has 1 bin, else by bin alias 101 to 105 with it of 2
- * bins.
+ *  bins.
  *  @copydetails FinisherOptionHandler */
 IA_EXPORT int32_t analyze_GetQVFinisherMAPLE(AnalyzeContext* context,
                                              const FinisherEntry* finishers, int32_t finisher_count,
                                              const int32_t* aliases, int32_t alias_count,
                                              OptionSetter* row) IA_NOEXCEPT;
 
-/** "IN2TRAYF1" when bin alias 119 is there, else the value string.
+/** "IN2TRAYF1" when the bin aliases contain 119, else the value string.
  *  @copydetails FinisherOptionHandler */
 IA_EXPORT int32_t analyze_GetQVFinisherSPRUCE(AnalyzeContext* context,
                                               const FinisherEntry* finishers,
                                               int32_t finisher_count, const int32_t* aliases,
                                               int32_t alias_count, OptionSetter* row) IA_NOEXCEPT;
 
-/** "IN2TRAYF1" when bin alias 119 is one of exactly 2, else the value string.
+/** "IN2TRAYF1" when there are exactly 2 bin aliases and one is 119, else the value string.
  *  @copydetails FinisherOptionHandler */
 IA_EXPORT int32_t analyze_GetQVFinisherWILLOW(AnalyzeContext* context,
                                               const FinisherEntry* finishers,
                                               int32_t finisher_count, const int32_t* aliases,
                                               int32_t alias_count, OptionSetter* row) IA_NOEXCEPT;
 
-/** "IN2TRAY" when there is a "Vorel Inner 2way Tray-N1" and bin alias 119, else the value string.
+/** "IN2TRAY" when there is a "Vorel Inner 2way Tray-N1" and a bin alias is 119, else the value
+ *  string.
  *  @copydetails FinisherOptionHandler */
 IA_EXPORT int32_t analyze_GetQVFinisherSUMAC(AnalyzeContext* context,
                                              const FinisherEntry* finishers, int32_t finisher_count,
@@ -453,12 +454,12 @@ IA_EXPORT int32_t analyze_GetQVFinisherWALNUT(AnalyzeContext* context,
 
 /** @}
  *  @name Copy tray
- *  QVCopyTray, default "None". Handlers of kind FinisherOptionHandler. "By bin alias" is
+ *  QVCopyTray, default "None". Handlers of type FinisherOptionHandler. "By bin alias" is
  *  analyze_GetQVCopyTrayByBinTrayAlias().
  *  @{ */
 
 /** "CPTU1" when a finisher's name begins with that of a rule and it has more bins than the rule or
- * a bin alias lies in the range.
+ *  a bin alias lies in the range.
  *  @param context         analyser
  *  @param finishers       finishers
  *  @param finisher_count  number of finishers; below 1 nothing is done
@@ -474,7 +475,7 @@ IA_EXPORT int32_t analyze_GetQVCopyTrayByBinTrayAlias(
     const AccessoryBinRule* rules, int32_t rule_count, const int32_t* aliases, int32_t alias_count,
     int32_t low, int32_t high, OptionSetter* row) IA_NOEXCEPT;
 
-/** Never a value.
+/** Keeps the row's value.
  *  @copydetails FinisherOptionHandler */
 IA_EXPORT int32_t analyze_GetQVCopyTrayCommon(AnalyzeContext* context,
                                               const FinisherEntry* finishers,
@@ -495,7 +496,7 @@ IA_EXPORT int32_t analyze_GetQVCopyTray_FIR(AnalyzeContext* context, const Finis
                                             int32_t alias_count, OptionSetter* row) IA_NOEXCEPT;
 
 /** By bin alias 101 to 105, with "Vorel Inner 2 Way Tray-S1" of 2 bins and "Vorel Finisher-A1"
- * of 1.
+ *  of 1.
  *  @copydetails FinisherOptionHandler */
 IA_EXPORT int32_t analyze_GetQVCopyTray_CEDAR(AnalyzeContext* context,
                                               const FinisherEntry* finishers,
@@ -523,7 +524,7 @@ IA_EXPORT int32_t analyze_GetQVCopyTray_HAZEL(AnalyzeContext* context,
                                               int32_t finisher_count, const int32_t* aliases,
                                               int32_t alias_count, OptionSetter* row) IA_NOEXCEPT;
 
-/** "CPTU1" when bin alias 101 is there.
+/** "CPTU1" when the bin aliases contain 101.
  *  @copydetails FinisherOptionHandler */
 IA_EXPORT int32_t analyze_GetQVCopyTrayMAPLE(AnalyzeContext* context,
                                              const FinisherEntry* finishers, int32_t finisher_count,
@@ -532,18 +533,18 @@ IA_EXPORT int32_t analyze_GetQVCopyTrayMAPLE(AnalyzeContext* context,
 
 /** @}
  *  @name Finisher tray
- *  QVFinTray, default "None". Handlers of kind FinisherOptionHandler. "By bin count" is
+ *  QVFinTray, default "None". Handlers of type FinisherOptionHandler. "By bin count" is
  *  analyze_GetQVFinTrayByBinTrayCount().
  *  @{ */
 
-/** "FNTU1" when a finisher has more bins than the first rule whose name begins its name.
+/** "FNTU1" when a finisher has more bins than the first rule whose name is a prefix of its name.
  *  @param context         analyser
  *  @param finishers       finishers
  *  @param finisher_count  number of finishers; below 1 nothing is done
  *  @param rules           rules; NULL: none
  *  @param rule_count      number of rules
- *  @param aliases         not looked at
- *  @param alias_count     not looked at
+ *  @param aliases         ignored
+ *  @param alias_count     ignored
  *  @param row             option row
  *  @return 0; -1 when the context, the finishers or the row is NULL */
 IA_EXPORT int32_t analyze_GetQVFinTrayByBinTrayCount(
@@ -551,7 +552,7 @@ IA_EXPORT int32_t analyze_GetQVFinTrayByBinTrayCount(
     const AccessoryBinRule* rules, int32_t rule_count, const int32_t* aliases, int32_t alias_count,
     OptionSetter* row) IA_NOEXCEPT;
 
-/** Never a value.
+/** Keeps the row's value.
  *  @copydetails FinisherOptionHandler */
 IA_EXPORT int32_t analyze_GetQVFinTrayCommon(AnalyzeContext* context,
                                              const FinisherEntry* finishers, int32_t finisher_count,
@@ -579,7 +580,7 @@ IA_EXPORT int32_t analyze_GetQVFinTray_FIR(AnalyzeContext* context, const Finish
                                            int32_t finisher_count, const int32_t* aliases,
                                            int32_t alias_count, OptionSetter* row) IA_NOEXCEPT;
 
-/** "FNTU1" when bin alias 121 is there.
+/** "FNTU1" when the bin aliases contain 121.
  *  @copydetails FinisherOptionHandler */
 IA_EXPORT int32_t analyze_GetQVFinTray_BEECH(AnalyzeContext* context,
                                              const FinisherEntry* finishers, int32_t finisher_count,
@@ -620,14 +621,15 @@ IA_EXPORT int32_t analyze_GetQVFinTrayWILLOW(AnalyzeContext* context,
                                              const int32_t* aliases, int32_t alias_count,
                                              OptionSetter* row) IA_NOEXCEPT;
 
-/** "EXTU1" when a name begins with "Vorel Inner Finisher-F1" and bin alias 119 is there.
+/** "EXTU1" when a name begins with "Vorel Inner Finisher-F1" and the bin aliases
+ *  contain 119.
  *  @copydetails FinisherOptionHandler */
 IA_EXPORT int32_t analyze_GetQVFinTraySUMAC(AnalyzeContext* context, const FinisherEntry* finishers,
                                             int32_t finisher_count, const int32_t* aliases,
                                             int32_t alias_count, OptionSetter* row) IA_NOEXCEPT;
 
 /** "FNTU1" when a name is "Vorel Inner Finisher-W1" or "Vorel Inner Shift Sorter-D1", in full, and
- * bin alias 119 is there.
+ *  the bin aliases contain 119.
  *  @copydetails FinisherOptionHandler */
 IA_EXPORT int32_t analyze_GetQVFinTrayHORNBEAM(AnalyzeContext* context,
                                                const FinisherEntry* finishers,
@@ -636,18 +638,18 @@ IA_EXPORT int32_t analyze_GetQVFinTrayHORNBEAM(AnalyzeContext* context,
 
 /** @}
  *  @name Puncher
- *  QVPuncher. Handlers of kind FunctionStringHandler; none gives a value when the function is not
+ *  QVPuncher. Handlers of type FunctionStringHandler. They return NULL when the function is not
  *  reported.
  *  @{ */
 
 /** The value of the first row of the search table that is reported; without a table the default
- * value.
+ *  value.
  *  @copydetails FunctionStringHandler */
 IA_EXPORT char* analyze_GetPuncherOptionStringSearchTableListOrder(const FunctionQuery* query)
     IA_NOEXCEPT;
 
-/** The value of the first reported detailed function that begins the name of a row of the search
- * table; without a table the default value.
+/** The value of the first reported detailed function that is a prefix of a row's detailed function
+ *  in the search table; without a table the default value.
  *  @copydetails FunctionStringHandler */
 IA_EXPORT char* analyze_GetPuncherOptionStringDetailFuncListOrder(const FunctionQuery* query)
     IA_NOEXCEPT;
@@ -657,7 +659,7 @@ IA_EXPORT char* analyze_GetPuncherOptionStringDetailFuncListOrder(const Function
 IA_EXPORT char* analyze_GetPuncherOptionStringJUNIPER(const FunctionQuery* query) IA_NOEXCEPT;
 
 /** "PUNU24" when 2 holes and French 4 holes are reported, "PUNU2" when 2 holes are, else the search
- * in table order.
+ *  in table order.
  *  @copydetails FunctionStringHandler */
 IA_EXPORT char* analyze_GetPuncherOptionStringJUNIPER_MLT(const FunctionQuery* query) IA_NOEXCEPT;
 
@@ -667,12 +669,12 @@ IA_EXPORT char* analyze_GetPuncherOptionStringMultipleHoles(const FunctionQuery*
 
 /** @}
  *  @name Other finishing functions
- *  QVOptionStaple, QVFolder. Handlers of kind FunctionStringHandler; none gives a value when the
+ *  QVOptionStaple, QVFolder. Handlers of type FunctionStringHandler. They return NULL when the
  *  function is not reported.
  *  @{ */
 
 /** The value of the last row of the search table that is reported; without a table the default
- * value.
+ *  value.
  *  @copydetails FunctionStringHandler */
 IA_EXPORT char* analyze_GetFinishingFunctionOptionStringCommon(const FunctionQuery* query)
     IA_NOEXCEPT;

@@ -1,5 +1,5 @@
 /** @file
- *  The option list that an analyser fills for its caller, and the indexed flag keys in it. */
+ *  The option list that an analyser fills for its caller, and its indexed flag keys. */
 #ifndef INFO_ANALYZE_OPTION_LIST_H_
 #define INFO_ANALYZE_OPTION_LIST_H_
 
@@ -24,7 +24,7 @@ IA_EXPORT void OptionList_Add(OptionList* list, const char* key, const char* val
  *  @param list   list; NULL gives 0 and leaves @p value untouched
  *  @param key    keyword; NULL likewise
  *  @param value  receives malloc'd text that the caller releases with free(), or NULL when there is
- *                none or memory ran out; NULL likewise
+ *                none or an allocation fails; NULL likewise
  *  @return 1 when a value was stored, else 0 */
 IA_EXPORT int32_t OptionList_Get(const OptionList* list, const char* key, char** value) IA_NOEXCEPT;
 
@@ -35,7 +35,7 @@ IA_EXPORT void OptionList_Terminate(OptionList** list) IA_NOEXCEPT;
 /** Finds the next entry whose key contains a text, ignoring case, and moves the cursor past it.
  *  @param cursor  address of the node to start from; afterwards the node after the match, or NULL
  *                 when none was left
- *  @param needle  text looked for anywhere in the key; the empty text fits every key
+ *  @param needle  text to find anywhere in the key; the empty text is in every key
  *  @param key     receives the borrowed key, or NULL when there is no match
  *  @param value   receives the borrowed value, or NULL when there is no match
  *  @return 1 when a match with both texts was found, else 0; 0 with the outputs untouched when an
@@ -45,9 +45,9 @@ IA_EXPORT int32_t z_get_key_value_from_option_list(OptTable** cursor, const char
 
 /** Finds the next entry of an indexed flag key whose index does not exceed a limit.
  *
- *  The first key containing @p base (ignoring case) is taken to begin with it: what follows the
- *  byte after it, up to the next "_", is its decimal index. A key that ends after the base is
- *  accepted whatever the limit; a suffix that is no number counts as index 0.
+ *  The first key that contains @p base (ignoring case) is assumed to begin with it. The decimal
+ *  index starts after the byte that follows the base, and ends at the next "_". A key that ends
+ *  after the base is accepted whatever the limit; a suffix that is not a number has index 0.
  *
  *  @param cursor         as in z_get_key_value_from_option_list()
  *  @param base           base key
@@ -63,29 +63,30 @@ IA_EXPORT int32_t OptionList_Get_FlagValue(OptTable** cursor, const char* base,
  *  @param first   list, or NULL for an empty one
  *  @param second  list, or NULL for an empty one
  *  @param base    base key; NULL is refused
- *  @return malloc'd key that the caller releases with free(); NULL when @p base is NULL or memory
- *          ran out */
+ *  @return malloc'd key that the caller releases with free(); NULL when @p base is NULL or an
+ *          allocation fails */
 IA_EXPORT char* z_create_flag_key_fom_option_list(const OptTable* first, const OptTable* second,
                                                   const char* base) IA_NOEXCEPT;
 
 /** Appends each item of a text to a list under the next free indexed flag key.
- *  @param source  list whose keys count as taken, beside those of @p target
+ *  @param source  list whose keys are in use too, like those of @p target
  *  @param base    base key
- *  @param text    items separated by "," or "_"; empty items are passed over
+ *  @param text    items separated by "," or "_"; empty items are skipped
  *  @param target  list that the entries are appended to
- *  @return 0, also when an argument is NULL; -1 when memory ran out, with the items before kept */
+ *  @return 0, also when an argument is NULL; -1 when an allocation fails; items appended before it
+ *  stay */
 IA_EXPORT int32_t OptionList_Set_FlagValue(const OptTable* source, const char* base,
                                            const char* text, OptionList* target) IA_NOEXCEPT;
 
 /** Appends each "key:value" item of a text to a list.
  *
- *  An item of colons only is passed over. The key is the item up to the first ":" behind its first
- *  other byte (leading colons stay part of the key), the value what follows, or empty. Because "_"
- *  separates items, a key cannot contain it.
+ *  An item of colons only is skipped. Leading colons are part of the key. The key ends at the first
+ *  ":" after them; the value is what follows, or empty. A key cannot contain "_", which separates
+ *  items.
  *
  *  @param text    items separated by "," or "_"
  *  @param target  list that the entries are appended to
- *  @return 0, also when an argument is NULL; -1 when memory ran out */
+ *  @return 0, also when an argument is NULL; -1 when an allocation fails */
 IA_EXPORT int32_t OptionList_Set_ArrrayFlagValue(const char* text, OptionList* target) IA_NOEXCEPT;
 
 IA_END_DECLS

@@ -1,5 +1,5 @@
 /** @file
- *  How update handlers turn values into options: rows of keyword, getter and default. */
+ *  Rows of keyword, getter and default, by which update handlers turn values into options. */
 #ifndef INFO_ANALYZE_OPTION_SETTER_H_
 #define INFO_ANALYZE_OPTION_SETTER_H_
 
@@ -11,16 +11,16 @@
 IA_BEGIN_DECLS
 
 /** Turns a raw datum into the text of an option.
- *  @param datum  address of the datum, as the getter wants it; NULL gives NULL
+ *  @param datum  address of the datum, of the type that the getter documents; NULL gives NULL
  *  @return malloc'd text, or NULL to keep the option's value or default */
 typedef char* (*OptionGetter)(const void* datum);
 
 /** One option of an update handler. */
 typedef struct OptionSetter {
-  const char* keyword;       /**< PPD keyword; NULL: the row is passed over */
+  const char* keyword;       /**< PPD keyword; NULL: the row is skipped */
   char* value;               /**< owned text found so far, or NULL */
-  OptionGetter getter;       /**< or NULL */
-  const void* getter_arg;    /**< handed to the getter */
+  OptionGetter getter;       /**< may be NULL */
+  const void* getter_arg;    /**< argument of the getter */
   const char* default_value; /**< text used while value is NULL */
 } OptionSetter;
 
@@ -43,7 +43,7 @@ IA_EXPORT int32_t zSetOptionList(OptionSetter* rows, int32_t count,
  *  @param context      analyser
  *  @param descriptors  values to read
  *  @param key_count    number of descriptors
- *  @param rows         rows whose getters look at the values
+ *  @param rows         rows whose getters use the values
  *  @param row_count    number of rows
  *  @param options      list
  *  @return 0; -1 for a NULL argument; else the reader's result, with nothing appended */
@@ -54,27 +54,27 @@ IA_EXPORT int32_t zReadXMLandSetOptionList(AnalyzeContext* context,
 
 /** Getter: "True" for a non-zero number, "False" for zero.
  *  @param datum  int32_t*
- *  @return malloc'd text; NULL for NULL or when memory ran out */
+ *  @return malloc'd text; NULL for NULL or when an allocation fails */
 IA_EXPORT char* zGetBoolString(const void* datum) IA_NOEXCEPT;
 
 /** Getter: the number in decimal.
  *  @param datum  int32_t*
- *  @return malloc'd text; NULL for NULL or when memory ran out */
+ *  @return malloc'd text; NULL for NULL or when an allocation fails */
 IA_EXPORT char* zGetBinaryString(const void* datum) IA_NOEXCEPT;
 
 /** Getter: the number in upper-case hexadecimal, at least four digits; a negative one has eight.
  *  @param datum  int32_t*
- *  @return malloc'd text; NULL for NULL or when memory ran out */
+ *  @return malloc'd text; NULL for NULL or when an allocation fails */
 IA_EXPORT char* zGetSpecIDString(const void* datum) IA_NOEXCEPT;
 
 /** Getter: as zGetSpecIDString().
  *  @param datum  int32_t*
- *  @return malloc'd text; NULL for NULL or when memory ran out */
+ *  @return malloc'd text; NULL for NULL or when an allocation fails */
 IA_EXPORT char* zGetHexString(const void* datum) IA_NOEXCEPT;
 
 /** Getter: a copy of the text.
  *  @param datum  char**
- *  @return malloc'd text; NULL for NULL, a NULL text or when memory ran out */
+ *  @return malloc'd text; NULL for NULL, a NULL text or when an allocation fails */
 IA_EXPORT char* zGetString(const void* datum) IA_NOEXCEPT;
 
 /** Releases the texts of an array and sets them to NULL.

@@ -51,7 +51,7 @@ IA_EXPORT int32_t z_Update_Prn_resolutions(AnalyzeContext* context,
 
 /** Reads the Finisher_list document and sets QVOptionStaple, QVPuncher, QVFolder, QVTrimmer,
  *  QVInnerTrimmer, QVInsertUnit, QVEnableMultiInserter, QVStacker, QVBinderOption, QVProPuncher and
- *  QVTopBottomTrimmer. A value that one unit gives stays unless a later unit gives another.
+ *  QVTopBottomTrimmer. A later unit that gives a value replaces that of an earlier one.
  *  @param context  analyser
  *  @param options  list
  *  @return 0; -1 for a NULL argument; else the result of the read that failed, with nothing set */
@@ -64,19 +64,19 @@ IA_EXPORT int32_t z_Update_Prn_finisher_list(AnalyzeContext* context,
  *  @return 0; -1 for a NULL argument; else the result of the read that failed, with nothing set */
 IA_EXPORT int32_t z_Update_Prn_bin_list(AnalyzeContext* context, OptionList* options) IA_NOEXCEPT;
 
-/** Reads the Tray_list document and sets what analyze_GetInputOptions() makes of it.
+/** Reads the Tray_list document and sets the options of analyze_GetInputOptions().
  *  @param context  analyser
  *  @param options  list
- *  @return 0; -1 for a NULL argument or exhausted memory; else the result of the last item's read,
- *          with nothing set */
+ *  @return 0; -1 for a NULL argument or a failed allocation; else the result of the last item's
+ *          read, with nothing set */
 IA_EXPORT int32_t z_Update_Prn_tray_list(AnalyzeContext* context, OptionList* options) IA_NOEXCEPT;
 
 /** Reads the Bin_list and Finisher_list documents and sets QVFinisher, QVCopyTray and QVFinTray by
  *  analyze_GetFinisherOption().
  *  @param context  analyser
  *  @param options  list
- *  @return 0; -1 for a NULL argument or exhausted memory; else the result of analyze_GetBinAlias()
- *          or of the last item's read, with nothing set */
+ *  @return 0; -1 for a NULL argument or a failed allocation; else the result of
+ *          analyze_GetBinAlias() or of the last item's read, with nothing set */
 IA_EXPORT int32_t z_Update_Prn_Complex_FinisherInformations(AnalyzeContext* context,
                                                             OptionList* options) IA_NOEXCEPT;
 
@@ -88,7 +88,7 @@ IA_EXPORT int32_t z_Update_Prn_Complex_FinisherInformations(AnalyzeContext* cont
 IA_EXPORT int32_t z_Update_Prn_fax_line_list(AnalyzeContext* context,
                                              OptionList* options) IA_NOEXCEPT;
 
-/** Sets the extra options of the one model that has some, "RA-Z5" in full.
+/** Sets the extra options of the only model that has some: the model code must equal "RA-Z5".
  *  @param context  analyser
  *  @param options  list
  *  @return 0, also for other models; -1 for a NULL argument; else the result of
@@ -100,9 +100,9 @@ IA_EXPORT int32_t z_Update_Prn_extra(AnalyzeContext* context, OptionList* option
  *  @param source_key  function-version key of the PPD
  *  @param version     highest index that applies
  *  @param target_key  protocol flag key that the values are put under, indexed; NULL: the values
- * are "key:value" items and bring their keys
+ *                     are "key:value" items with keys of their own
  *  @param options     list
- *  @return 0; -1 for a NULL argument (but @p target_key) or exhausted memory */
+ *  @return 0; -1 for a NULL argument (except @p target_key) or a failed allocation */
 IA_EXPORT int32_t z_Update_FuncVer(AnalyzeContext* context, const char* source_key, int32_t version,
                                    const char* target_key, OptionList* options) IA_NOEXCEPT;
 

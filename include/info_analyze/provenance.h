@@ -2,12 +2,12 @@
  *  Why an option has its value: the update handlers of Analyze_Info_FromPrinter(), the options that
  *  each sets, the inputs that each option depends on, and the model tables.
  *
- *  Everything here comes from the tables by which the library itself decides. Whatever there is
- *  several of has numbers from 0; the first number that a getter refuses is their count.
+ *  The information comes from the tables by which the library itself decides. Records are numbered
+ *  from 0; the first number that a getter refuses is their count.
  *
- *  A getter copies a record into the caller's. The caller passes the size of its record, because
- *  later 1.x versions may append fields: a caller that knows fewer fields than the library gets
- *  those it knows, and a caller that knows more gets zeros in the others.
+ *  A getter copies a record into that of the caller. The caller passes the size of its record,
+ *  because later 1.x versions may append fields: a caller with fewer fields than the library gets
+ *  those fields, and a caller with more fields gets zeros in the rest.
  *
  *  @code{.c}
  *  OptionSource option;
@@ -33,14 +33,14 @@
 
 IA_BEGIN_DECLS
 
-/** Numbers with a meaning of their own. */
+/** Special numbers. */
 enum {
   IA_INPUT_OF_PPD = -1, /**< in place of a document */
   IA_NO_INPUT = -1,     /**< in place of an input's number */
   IA_GUARD_NONE = -1,   /**< the update handler always runs */
   IA_GUARD_FLAGS = 9,   /**< it runs when the analyser has its media_type_flags */
   IA_FAMILY_NONE = -1,  /**< the same for all models */
-  IA_OTHER_MODELS = -1  /**< the row of models that have none */
+  IA_OTHER_MODELS = -1  /**< the row of models that have no row of their own */
 };
 
 /** Option families: columns of the model tables, each with handlers of its own. */
@@ -58,7 +58,7 @@ enum {
   IA_FAMILY_COUNT = 10              /**< number of families */
 };
 
-/** Something that an option depends on: a value of a device document or a text of the PPD. */
+/** An input that an option depends on: a value of a device document or a text of the PPD. */
 typedef struct InputKey {
   int32_t document; /**< IA_DOCUMENT_..., or IA_INPUT_OF_PPD */
   int32_t in_list;  /**< 1: a key of each item of the document's "list"; 0: an outermost one */
@@ -90,10 +90,9 @@ typedef struct UpdateSource {
 
 /** One family's part of a row of the model tables. */
 typedef struct ModelRow {
-  const char* code; /**< prefix of the model codes that the row is for; "": other models */
-  const char*
-      handler;         /**< exported name of the function that decides; NULL: none, the option then
-                            keeps its default, or is not set at all where its handler would add it */
+  const char* code;    /**< prefix of the model codes that the row is for; "": other models */
+  const char* handler; /**< exported name of the function that decides; NULL: none, the option then
+                            keeps its default, or is not set when its handler would add it */
   int32_t whole_code;  /**< 1: the code in full, not its prefix */
   int32_t input_count; /**< number of the inputs that the handler reads, see
                             Analyze_Provenance_GetModelRowInput() */
@@ -101,7 +100,7 @@ typedef struct ModelRow {
 
 /** Gets an input.
  *  @param input   number from 0
- *  @param key     receives the input; untouched when there is none
+ *  @param key     receives the input; unchanged on failure
  *  @param size    sizeof *key
  *  @return 1; 0 when the number is out of range or @p key is NULL */
 IA_EXPORT int32_t Analyze_Provenance_GetInput(int32_t input, InputKey* key,
@@ -114,7 +113,7 @@ IA_EXPORT const char* Analyze_Provenance_GetDocumentName(int32_t document) IA_NO
 
 /** Gets an update handler of the query.
  *  @param update  number from 0, in the order in which they run
- *  @param source  receives the update handler; untouched when there is none
+ *  @param source  receives the update handler; unchanged on failure
  *  @param size    sizeof *source
  *  @return 1; 0 when the number is out of range or @p source is NULL */
 IA_EXPORT int32_t Analyze_Provenance_GetUpdate(int32_t update, UpdateSource* source,
@@ -123,7 +122,7 @@ IA_EXPORT int32_t Analyze_Provenance_GetUpdate(int32_t update, UpdateSource* sou
 /** Gets an option that an update handler sets.
  *  @param update  number of the update handler, from 0
  *  @param option  number of the option among those of the update handler, from 0
- *  @param source  receives the option; untouched when there is none
+ *  @param source  receives the option; unchanged on failure
  *  @param size    sizeof *source
  *  @return 1; 0 when a number is out of range or @p source is NULL */
 IA_EXPORT int32_t Analyze_Provenance_GetOption(int32_t update, int32_t option, OptionSource* source,
@@ -141,8 +140,7 @@ IA_EXPORT int32_t Analyze_Provenance_GetOptionInput(int32_t update, int32_t opti
  *  Documents are not loaded. Run in order, all with their defaults, they give the query's options.
  *  @param context        analyser
  *  @param update         number from 0
- *  @param with_defaults  0: an option that nothing gives a value is left out; else it is set to its
- *                        default
+ *  @param with_defaults  0: omit an option without a value; else set it to its default
  *  @param options        list that receives the options; holds at least one node
  *  @return 0, also when the guard is missing; -1 for a NULL argument or a number out of range; else
  *          the handler's result */
@@ -160,7 +158,7 @@ IA_EXPORT int32_t Analyze_Provenance_FindModelRow(int32_t family,
 /** Gets a row of a family's table.
  *  @param family  IA_FAMILY_...
  *  @param row     row from 0, or IA_OTHER_MODELS
- *  @param source  receives the row; untouched when there is none
+ *  @param source  receives the row; unchanged on failure
  *  @param size    sizeof *source
  *  @return 1; 0 when the family or the row is out of range or @p source is NULL */
 IA_EXPORT int32_t Analyze_Provenance_GetModelRow(int32_t family, int32_t row, ModelRow* source,

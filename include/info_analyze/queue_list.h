@@ -19,44 +19,45 @@ typedef struct QueueRecord {
 /** Print queues, of CUPS or of the printer daemon. */
 typedef struct QueueList {
   int32_t count;        /**< number of queues */
-  QueueRecord* records; /**< room for these queues or more; NULL for an empty list */
+  QueueRecord* records; /**< array of at least count records; NULL for an empty list */
 } QueueList;
 
 /** Lists the queues of the CUPS spooler: the files "<queue>.ppd" of "/etc/cups/ppd", in no
- *  particular order, with the times at which they were modified (that which a signed 32-bit number
- *  cannot hold becomes the nearest that it can). Letter case of ".ppd" matters.
+ *  particular order, with their modification times. A time beyond the range of a signed 32-bit
+ *  number becomes the nearest one in range. The suffix ".ppd" is case-sensitive.
  *  @param count  receives the number of queues, 0 when the call fails; may be NULL
  *  @return new list, released with CupsQueueList_Terminate(), also when the folder is empty or
- *          cannot be read; NULL when memory ran out */
+ *          cannot be read; NULL when an allocation fails */
 IA_EXPORT QueueList* CupsQueueList_Initialize(int32_t* count) IA_NOEXCEPT;
 
-/** Lists the queues of a daemon configuration, in the order of the file, with no times.
+/** Lists the queues of a daemon configuration, in the order of the file. All modification times
+ *  are 0.
  *
- *  The '>' behind each name becomes a NUL in the configuration's text: a second list that is made
- *  from the same handle has none of these queues, and neither do lookups in it.
+ *  Overwrites the '>' after each name in the configuration's text with a NUL. So a second list
+ *  made from the same handle, and lookups in it, no longer find these queues.
  *
- *  @param conf   configuration; NULL, or one without text, is refused
+ *  @param conf   configuration; NULL or one without text is refused
  *  @param count  receives the number of queues, 0 when the call fails; NULL is refused
- *  @return new list, released with MqpdQueueList_Terminate(); NULL for a refused argument or when
- *          memory ran out; then the queues before that point are lost to the handle */
+ *  @return new list, released with MqpdQueueList_Terminate(); NULL for a refused argument or a
+ *          failed allocation; then the handle has lost the queues up to that point */
 IA_EXPORT QueueList* MqpdQueueList_Initialize(FolderConf* conf, int32_t* count) IA_NOEXCEPT;
 
 /** Releases a list from either source, with its names.
- *  @param list  list, or NULL for nothing to do */
+ *  @param list  list; NULL does nothing */
 IA_EXPORT void CupsQueueList_Terminate(QueueList* list) IA_NOEXCEPT;
 
 /** Does what CupsQueueList_Terminate() does.
  *  @param list  as in CupsQueueList_Terminate() */
 IA_EXPORT void MqpdQueueList_Terminate(QueueList* list) IA_NOEXCEPT;
 
-/** Names a queue of a list from either source.
+/** Returns the name of a queue in a list from either source.
  *  @param list   list; NULL has no queues
  *  @param index  index from 0
- *  @return borrowed name, valid as long as the list; NULL when the index is negative or not below
- *          the count */
+ *  @return borrowed name, valid until the list is released; NULL when the index is negative or not
+ *  below the count */
 IA_EXPORT const char* CupsQueueList_GetQueueName(const QueueList* list, int32_t index) IA_NOEXCEPT;
 
-/** Tells when a queue's PPD was modified.
+/** Returns the time at which a queue's PPD was modified.
  *  @param list   list from either source; NULL has no queues
  *  @param index  index from 0
  *  @return seconds since the epoch; 0 where unknown, and when the index is negative or not below

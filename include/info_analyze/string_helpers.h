@@ -1,7 +1,7 @@
 /** @file
- *  Text helpers for the components of the driver package. The tb_util_ functions do what their
- *  util_ namesakes do. None of them knows the size of its destination: that is the caller's care.
- */
+ *  Text helpers for the components of the driver package. A tb_util_ function does what the
+ *  util_ function of the same name does. The functions do not know the size of the destination; the
+ *  caller must ensure that it is large enough. */
 #ifndef INFO_ANALYZE_STRING_HELPERS_H_
 #define INFO_ANALYZE_STRING_HELPERS_H_
 
@@ -12,10 +12,10 @@
 IA_BEGIN_DECLS
 
 /** Formats as printf() does, into a buffer of its own first: an argument may be the destination.
- *  @param destination  receives the text and its NUL and must have room for them; NULL is refused
+ *  @param destination  buffer for the text and its NUL, large enough for both; NULL is refused
  *  @param format       format of printf(); NULL is refused
- *  @return length of the text; -1 for a NULL argument, a text that cannot be formatted or exhausted
- *          memory, and then the destination is untouched */
+ *  @return length of the text; -1 for a NULL argument, a text that cannot be formatted or a failed
+ *          allocation, and then the destination is unchanged */
 IA_EXPORT int32_t util_sprintf(char* destination, const char* format, ...) IA_NOEXCEPT
     IA_PRINTF(2, 3);
 
@@ -27,7 +27,7 @@ IA_EXPORT int32_t tb_util_sprintf(char* destination, const char* format, ...) IA
     IA_PRINTF(2, 3);
 
 /** Copies a text; the two may overlap.
- *  @param destination  receives the text and its NUL and must have room for them
+ *  @param destination  buffer for the text and its NUL, large enough for both
  *  @param source       text
  *  @return @p destination, unchanged when an argument is NULL */
 IA_EXPORT char* util_strcpy(char* destination, const char* source) IA_NOEXCEPT;
@@ -39,7 +39,7 @@ IA_EXPORT char* util_strcpy(char* destination, const char* source) IA_NOEXCEPT;
 IA_EXPORT char* tb_util_strcpy(char* destination, const char* source) IA_NOEXCEPT;
 
 /** Appends a text; the two may overlap.
- *  @param destination  text that is extended; must have room for the whole
+ *  @param destination  text to extend; its buffer must be large enough for the whole
  *  @param source       text
  *  @return @p destination, unchanged when an argument is NULL */
 IA_EXPORT char* util_strcat(char* destination, const char* source) IA_NOEXCEPT;
