@@ -1,4 +1,4 @@
-/* Asks a printer what it is and has, and prints the answer as PPD options.
+/* Queries a printer and prints the result as PPD options.
  *
  * usage: query DRIVER_FOLDER QUEUE DEVICE_INFO */
 #include <stdio.h>

@@ -1,5 +1,4 @@
-// What fuzzers make of their bytes. Inputs are lines, so that seeds can be read and written by
-// hand.
+// Parses the bytes of a fuzzer. Inputs are lines, so that seeds can be read and written by hand.
 #ifndef FUZZ_INPUT_H_
 #define FUZZ_INPUT_H_
 
