@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# ctags, and with it a reader's search, finds the definition of every exported name.
+# Checks that ctags, and so an editor's search, finds the definition of every exported name.
 # usage: definitions.sh SOURCE_FOLDER VERSION_SCRIPT
 source "$(dirname "$0")/gate.sh"
 source_folder=$1 map=$2

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""The manual pages, written and made ones, are without a finding of mandoc and refer to pages that
-there are; those of section 3 name everything that is exported.
+"""mandoc accepts the manual pages, written and generated ones, and they refer to existing pages; those
+of section 3 name everything that is exported.
 
 usage: check_pages.py MANDOC PAGES_FOLDER XML_FOLDER VERSION_SCRIPT
 """

@@ -3,8 +3,8 @@
 
 usage: tests/docs/commands.py [--slow | --all] BUILD_FOLDER
 
-A command is a line behind "$ " in a block of a console: ```console in Markdown, .Bd -literal in a
-manual page. Lines that follow are its output, and a line "..." stands for any number of them. The
+A command is a line that starts with "$ " in a console block: ```console in Markdown, .Bd -literal in a
+manual page. Lines that follow are its output, and a line "..." means any number of them. The
 commands of a document run one after the other in a scratch copy of the tree, in which the tool of
 the build is found first. A command ends with status 0, or "$ echo $?" follows it.
 
