@@ -1,4 +1,4 @@
-// Bytes that nobody wrote with good intent: they give no reader, or one that can be used.
+// Malicious bytes give no reader, or one that can be used.
 #include <gtest/gtest.h>
 #include <sys/mman.h>
 #include <unistd.h>
@@ -200,7 +200,7 @@ TEST(HostileInputTest, MutatedDocumentsAreRefusedOrRead) {
   int documents = 0;
   constexpr int kRounds = 20'000;
   for (int i = 0; i < kRounds; ++i) documents += ReadAllOf(Mutate(std::string(kSample), random));
-  EXPECT_GT(documents, kRounds / 10) << "too few well-formed ones to tell anything";
+  EXPECT_GT(documents, kRounds / 10) << "too few well-formed documents to prove anything";
   EXPECT_LT(documents, kRounds) << "nothing was damaged";
 }
 

@@ -76,7 +76,7 @@ TEST(ReaderTest, FirstOfSeveralEqualKeysCounts) {
   EXPECT_EQ(GetLong(reader, "d"), nullopt) << "the first is no number";
 }
 
-TEST(ReaderTest, ValueOfAnotherKindIsNotThere) {
+TEST(ReaderTest, ValueOfADifferentTypeIsMissing) {
   const Reader reader = ReadContent(
       "<long key=\"long\">1</long><double key=\"double\">1</double>"
       "<string key=\"string\">1</string><binary key=\"binary\">AAAA</binary>"
@@ -105,7 +105,7 @@ TEST(ReaderTest, ValueOfAnotherKindIsNotThere) {
   }
 }
 
-TEST(ReaderTest, KindsUnderOneKeyDoNotHideEachOther) {
+TEST(ReaderTest, TypesUnderOneKeyDoNotHideEachOther) {
   const Reader reader = ReadContent(
       "<string key=\"a\">one</string><dict key=\"a\"/><long key=\"a\">2</long><dict key=\"a\"/>");
   EXPECT_EQ(GetLong(reader, "a"), 2);
@@ -167,7 +167,7 @@ TEST(ReaderTest, RepeatedDictionariesAreTheItemsOfAList) {
   }
 }
 
-TEST(ReaderTest, ItemsBeforeTheFirstAndBehindTheLastAreNotThere) {
+TEST(ReaderTest, ItemsBeforeTheFirstAndAfterTheLastAreMissing) {
   const Reader reader = ReadContent("<dict key=\"list\"/><dict key=\"list\"/>");
   for (const std::int32_t index : {-1, 2, 3, std::numeric_limits<std::int32_t>::max(),
                                    std::numeric_limits<std::int32_t>::min()}) {
@@ -221,7 +221,7 @@ TEST(ReaderTest, ElementsOfAnArrayAreReadByPosition) {
   EXPECT_EQ(CloseArray(reader), 0);
 }
 
-TEST(ReaderTest, ElementOfAnotherKindOrOutsideTheArrayIsNotThere) {
+TEST(ReaderTest, ElementOfADifferentTypeOrOutsideTheArrayIsMissing) {
   const Reader reader = ReadContent("<array key=\"a\"><long>5</long><string>6</string></array>");
   ASSERT_TRUE(OpenArray(reader, "a"));
   EXPECT_EQ(LongAt(reader, 1), nullopt);
@@ -323,7 +323,7 @@ TEST(ReaderTest, OutermostDictionaryCannotBeClosed) {
   EXPECT_EQ(GetLong(reader, "a"), 1);
 }
 
-TEST(ReaderTest, ClosingTheOtherKindChangesNothing) {
+TEST(ReaderTest, ClosingTheOtherTypeChangesNothing) {
   const Reader reader = ReadContent(
       "<dict key=\"d\"><long key=\"a\">1</long><array key=\"e\"><long>2</long></array></dict>");
   ASSERT_TRUE(OpenDict(reader, "d"));
@@ -360,7 +360,7 @@ TEST(ReaderTest, AnyNumberOfFailedOpensIsBalancedByAsManyCloses) {
   EXPECT_EQ(CloseDict(reader), -1);
 }
 
-TEST(ReaderTest, KindOfAFailedOpenIsKnownFor127LevelsAndOnlyCountedBeyond) {
+TEST(ReaderTest, TypeOfAFailedOpenIsKnownFor127LevelsAndOnlyCountedBeyond) {
   const Reader reader = ReadContent("");
   for (int i = 0; i < 127; ++i) OpenDict(reader, "none");
   EXPECT_EQ(CloseArray(reader), -1);

@@ -226,7 +226,7 @@ TEST(ValueTest, EncodingMayBeUtf8InAnyCaseOrLeftOut) {
   }
 }
 
-TEST(ValueTest, TextInAnotherEncodingIsNotThere) {
+TEST(ValueTest, TextInAnUnsupportedEncodingIsMissing) {
   const Reader reader =
       ReadContent("<string key=\"a\">x</string><array key=\"b\"><string>y</string></array>");
   char* text = nullptr;

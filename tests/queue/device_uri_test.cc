@@ -99,7 +99,7 @@ INSTANTIATE_TEST_SUITE_P(NearMisses, UnknownPrefix,
                                        {"NotUseLong", "notused:/PDLType=ps"},
                                        {"NotUseCase", "notUse:/PDLType=ps"},
                                        {"BlankBefore", " net:host/PDLType=ps"},
-                                       {"NotAtTheBeginning", "xnet:host/PDLType=ps"}}),
+                                       {"NotAtTheStart", "xnet:host/PDLType=ps"}}),
                          RowName<UriRow>);
 
 TEST(EndpointPrefixNull, IsNotRecognised) {
@@ -140,7 +140,7 @@ INSTANTIATE_TEST_SUITE_P(
 INSTANTIATE_TEST_SUITE_P(
     Shapes, PrinterAddress,
     Rows<AddressRow>({{"Empty", "net:/PDLType=ps", ""},
-                      {"EmptyBehindSlashes", "usb:///PDLType=ps", ""},
+                      {"EmptyAfterSlashes", "usb:///PDLType=ps", ""},
                       {"UnknownFamily", "net:host/PDLType=none", "host"},
                       {"EmptyPdlType", "net:host/PDLType=", "host"},
                       {"FirstPdlTypeCounts", "net:a/PDLType=b/PDLType=c", "a"},

@@ -134,8 +134,8 @@ TEST_F(CupsQueues, MayBeFoldersAndLinks) {
               UnorderedElementsAre(Pair("a", 5), Pair("link", 5), Pair("folder", testing::Gt(5))));
 }
 
-// A link to nothing cannot be looked at.
-TEST_F(CupsQueues, HaveNoTimeWhenItCannotBeTold) {
+// stat() fails for a dangling link.
+TEST_F(CupsQueues, HaveNoTimeWhenItCannotBeRead) {
   std::filesystem::create_symlink(folder_ / "nowhere", folder_ / "link.ppd");
   EXPECT_THAT(Queues(Read().get()), ElementsAre(Pair("link", 0)));
 }
@@ -158,7 +158,7 @@ TEST_F(CupsQueues, AreFoundInAnyNumber) {
   for (const auto& [name, time] : queues) EXPECT_EQ(name, "q" + std::to_string(time));
 }
 
-// A path of 2048 bytes or more cannot be looked at.
+// A path of 2048 bytes or more is too long.
 TEST_F(CupsQueues, AreRefusedWhereTheirPathsAreTooLong) {
   std::string folder = folder_.path();
   for (int i = 0; i < 9; ++i) folder += "/" + std::string(200, 'd');

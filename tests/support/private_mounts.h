@@ -15,7 +15,7 @@
 
 namespace ia_test {
 
-// What stands in for what.
+// Pairs of a folder and the folder that it replaces.
 using Mounts = std::vector<std::pair<std::string, std::string>>;
 
 inline constexpr char kNoNamespaces[] = "mount namespaces are not allowed here";
