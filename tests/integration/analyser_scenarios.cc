@@ -74,7 +74,7 @@ void LoadsDocuments(Round& round) {
 
 const char* const kUtf8 = "UTF-8";
 
-// An element that finds no memory ends the reading; its place and those behind it keep what they
+// An element that cannot be allocated ends the reading; its slot and the later ones keep what they
 // held.
 void ReadsTexts(Round& round) {
   const SampleAnalyser analyser;
@@ -256,7 +256,7 @@ void AsksPrinterAgain(Round& round) {
 }
 
 // The flags before the one that failed are kept.
-void TellsFunctionVersion(Round& round) {
+void QueriesFunctionVersion(Round& round) {
   const std::string right =
       "QVSecureErase=True\nQV_Prot_CommonFlag=Proof\nQV_Prot_CommonFlag_1=Quota\n";
   const SampleAnalyser analyser;
@@ -349,7 +349,7 @@ std::span<const Scenario> AnalyserScenarios() {
       {"CreatesAnalyser", CreatesAnalyser},
       {"AsksPrinter", AsksPrinter},
       {"AsksPrinterAgain", AsksPrinterAgain},
-      {"TellsFunctionVersion", TellsFunctionVersion},
+      {"QueriesFunctionVersion", QueriesFunctionVersion},
       {"UpdatesAccessories", UpdatesAccessories},
       {"UpdatesFunctions", UpdatesFunctions},
       {"UpdatesSpecId", UpdatesSpecId},

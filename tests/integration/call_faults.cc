@@ -103,8 +103,8 @@ ssize_t Read(int descriptor, void* buffer, size_t size) {
   return ReadOrFail(__builtin_return_address(0), descriptor, buffer, size);
 }
 
-ssize_t ReadChecked(int descriptor, void* buffer, size_t size, size_t room) {
-  if (size > room) abort();
+ssize_t ReadChecked(int descriptor, void* buffer, size_t size, size_t capacity) {
+  if (size > capacity) abort();
   return ReadOrFail(__builtin_return_address(0), descriptor, buffer, size);
 }
 
@@ -132,7 +132,7 @@ int Stat(const char* path, struct stat* status) {
   return IA_GOES_WRONG(kStat) ? -1 : stat(Faults().UnderRoot(path).c_str(), status);
 }
 
-// The entries are libc's blocks until they are handed out.
+// The entries are libc's blocks until the caller gets them.
 int Scandir(const char* folder, dirent*** entries, int (*filter)(const dirent*),
             int (*compare)(const dirent**, const dirent**)) {
   if (IA_GOES_WRONG(kScandir)) return -1;
@@ -152,8 +152,8 @@ size_t Fread(void* buffer, size_t size, size_t count, FILE* stream) {
   return IA_GOES_WRONG(kFread) ? 0 : fread(buffer, size, count, stream);
 }
 
-size_t FreadChecked(void* buffer, size_t room, size_t size, size_t count, FILE* stream) {
-  if (size * count > room) abort();
+size_t FreadChecked(void* buffer, size_t capacity, size_t size, size_t count, FILE* stream) {
+  if (size * count > capacity) abort();
   return IA_GOES_WRONG(kFread) ? 0 : fread(buffer, size, count, stream);
 }
 
@@ -167,9 +167,9 @@ int Vsnprintf(char* text, size_t size, const char* format, va_list arguments) {
   return IA_GOES_WRONG(kVsnprintf) ? -1 : vsnprintf(text, size, format, arguments);
 }
 
-int VsnprintfChecked(char* text, size_t size, int, size_t room, const char* format,
+int VsnprintfChecked(char* text, size_t size, int, size_t capacity, const char* format,
                      va_list arguments) {
-  if (size > room) abort();
+  if (size > capacity) abort();
   return IA_GOES_WRONG(kVsnprintf) ? -1 : vsnprintf(text, size, format, arguments);
 }
 

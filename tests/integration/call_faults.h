@@ -68,8 +68,8 @@ class CalleeSet {
 // Every call by which the library gets memory.
 const CalleeSet& AllocatingCallees();
 
-// Which of them a symbol of a system library stands for, under all of its spellings; nothing for
-// one that is not made to fail.
+// The callee of a symbol of a system library, under any of its spellings; nothing for one that is
+// not made to fail.
 std::optional<Callee> CalleeNamed(std::string_view symbol);
 
 inline constexpr int kOnce = 1;
@@ -89,7 +89,7 @@ struct Fault {
   Manner manner = Manner::kFails;
 };
 
-// The allocations fail; a call of one kind fails.
+// Allocations fail; calls of one function fail.
 inline Fault OutOfMemory(int times) { return {.callees = AllocatingCallees(), .times = times}; }
 inline Fault Failing(Callee callee, int error) { return {.callees = {callee}, .error = error}; }
 
@@ -98,8 +98,8 @@ class CallFaults {
   // The one of this process; the library is patched at the first call.
   static CallFaults& Instance();
 
-  // The nth call (1: the next) of the fault's kind goes wrong, and those after it while the fault
-  // has times left.
+  // The nth call (1: the next) of the fault's callees goes wrong, and those after it while the
+  // fault has times left.
   void Arm(const Fault& fault, int nth);
 
   // How many calls went wrong since Arm().
@@ -132,7 +132,7 @@ class CallFaults {
 
   // A text that the library is to release.
   char* NewText(std::string_view text);
-  // free() for what the library handed out.
+  // free() for what the library returned.
   void Release(void* block);
 
   // For each function the places in the library from which it was called in vain: the return

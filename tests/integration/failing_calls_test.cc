@@ -1,5 +1,5 @@
-// Files, libraries and a print server that fail: the told failure or the right answer, and nothing
-// left open or behind.
+// When files, libraries or the print server fail, a function returns the documented failure or the
+// right answer, and leaves no descriptor or file.
 #include <cups/file.h>
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -132,7 +132,7 @@ Scenario LoadsEmptyDocument() {
   return {"LoadsEmptyDocument", run};
 }
 
-// The tables of the PPD when it ends behind each of its lines.
+// The tables of the PPD when it ends after each of its lines.
 std::set<std::string> TablesOfBegins() {
   std::set<std::string> tables;
   const std::string_view ppd(kPpd);
@@ -145,7 +145,7 @@ std::set<std::string> TablesOfBegins() {
   return tables;
 }
 
-// libcups tells a read error as it tells the end of the file.
+// libcups reports a read error as the end of the file.
 Scenario ReadsPpdUpToSomeLine() {
   const auto run = [](Round& round) {
     static const std::set<std::string> begins = TablesOfBegins();
@@ -230,27 +230,27 @@ std::vector<FailingCall> DocumentAndPpdCalls() {
       {"UnlinkByItself", LeavingFiles(ClosesPpd()), Failing(Callee::kUnlink, EACCES)},
       {"Unlink", LeavingFiles(ReadsPpdAllTheSame()), Failing(Callee::kUnlink, EACCES)},
       // In the wake of another failure.
-      {"CloseBehindFstat", LoadsDocument(-1),
+      {"CloseAfterFstat", LoadsDocument(-1),
        FailingWithCleanUp(Callee::kFstat, Callee::kClose, EIO)},
-      {"CloseBehindLseek", LoadsDocument(-1),
+      {"CloseAfterLseek", LoadsDocument(-1),
        FailingWithCleanUp(Callee::kLseek, Callee::kClose, EIO)},
-      {"CloseBehindRead", LoadsDocument(EIO),
+      {"CloseAfterRead", LoadsDocument(EIO),
        FailingWithCleanUp(Callee::kRead, Callee::kClose, EIO)},
-      {"CloseBehindEnd",
+      {"CloseAfterEnd",
        LoadsDocument(-1),
        {.callees = {Callee::kRead, Callee::kClose},
         .times = kFromThenOn,
         .error = kNoErrno,
         .manner = Fault::Manner::kReadsEnd}},
-      {"CloseBehindMalloc", LoadsDocument(-1),
+      {"CloseAfterMalloc", LoadsDocument(-1),
        FailingWithCleanUp(Callee::kMalloc, Callee::kClose, ENOMEM)},
       {"CloseOfEmptyDocument", LoadsEmptyDocument(), Failing(Callee::kClose, EIO)},
       {"CloseOfDescriptorZero", RefusesDescriptorZero(), Failing(Callee::kClose, EIO)},
-      {"CupsFileCloseBehindMalloc", ReadsPpdOrNothing(),
+      {"CupsFileCloseAfterMalloc", ReadsPpdOrNothing(),
        FailingWithCleanUp(Callee::kMalloc, Callee::kCupsFileClose, ENOMEM)},
-      {"UnlinkBehindMalloc", LeavingFiles(ReadsPpdOrNothing()),
+      {"UnlinkAfterMalloc", LeavingFiles(ReadsPpdOrNothing()),
        FailingWithCleanUp(Callee::kMalloc, Callee::kUnlink, ENOMEM)},
-      {"UnlinkBehindCupsFileOpen", LeavingFiles(ReadsPpdOrNothing()),
+      {"UnlinkAfterCupsFileOpen", LeavingFiles(ReadsPpdOrNothing()),
        FailingWithCleanUp(Callee::kCupsFileOpen, Callee::kUnlink, EIO)},
       {"CupsFileGets", ReadsPpdUpToSomeLine(), Failing(Callee::kCupsFileGets, EIO)},
       {"InterruptedSleep",
@@ -274,7 +274,7 @@ class FailingCalls : public testing::TestWithParam<FailingCall> {
   }
 };
 
-TEST_P(FailingCalls, GiveTheToldFailureOrTheRightAnswer) {
+TEST_P(FailingCalls, GiveTheDocumentedFailureOrTheRightAnswer) {
   const auto& [name, scenario, fault] = GetParam();
   EXPECT_GT(RunWithEachCallFailing(scenario, fault), 0) << "nothing was made to fail";
 }
@@ -298,7 +298,7 @@ TEST_F(FailingCalls, ClosingAPpdPassesOnTheResultOfCupsFileClose) {
   Faults().Release(path);
 }
 
-// libcups tells a read error as it tells the end of the file.
+// libcups reports a read error as the end of the file.
 TEST_F(FailingCalls, APpdEndsWhereItsReadingFails) {
   const std::string_view ppd(kPpd);
   int line = 1;

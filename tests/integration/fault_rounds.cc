@@ -48,9 +48,10 @@ void RunAndExpectBalance(const Scenario& scenario, Round& round) {
 
 }  // namespace
 
-void Round::Expect(bool is_right, bool is_told_failure, const std::string& answer) const {
-  EXPECT_TRUE(is_right || (HasFired() && is_told_failure))
-      << (HasFired() ? "neither right nor the told failure: " : "not right: ") << answer;
+void Round::Expect(bool is_right, bool is_documented_failure, const std::string& answer) const {
+  EXPECT_TRUE(is_right || (HasFired() && is_documented_failure))
+      << (HasFired() ? "neither the right answer nor the documented failure: " : "not right: ")
+      << answer;
 }
 
 void PrintTo(const Scenario& scenario, std::ostream* out) { *out << scenario.name; }

@@ -1,4 +1,4 @@
-// A process that uses the library for years: it neither grows nor collects descriptors, mappings or
+// A process that uses the library for years does not grow and leaks no descriptors, mappings or
 // temporary files.
 #include <gtest/gtest.h>
 #include <malloc.h>
@@ -61,7 +61,7 @@ std::ostream& operator<<(std::ostream& out, const Holdings& holdings) {
              << " bytes of heap";
 }
 
-TEST(LongRun, LeavesNothingBehind) {
+TEST(LongRun, LeaksNothing) {
   const std::vector<SampleQueue> queues = SampleQueue::All();
   const auto ask = [&](int rounds) {
     for (int round = 0; round < rounds; ++round) {
