@@ -87,7 +87,7 @@ TEST(FlagInfoFind, ComparesTheWholeNameAndItsCase) {
   }
 }
 
-TEST(FlagInfoFind, NameOfAnotherPairDoesNotMatchItsBeginning) {
+TEST(FlagInfoFind, PrefixOfANameDoesNotMatch) {
   const Store shorter = StoreOf("A:1");
   EXPECT_THAT(zflaginfo_find(shorter.get(), "AB"), IsNull());
   const Store longer = StoreOf("AB:1");
@@ -154,8 +154,8 @@ INSTANTIATE_TEST_SUITE_P(
          {"OnlyColonsAreSkipped", "A:1,::,B:2", {{"A", "1"}, {"B", "2"}}},
          {"OnlyColonsFirst", ":::,A:1", {{"A", "1"}}},
          {"LaterEmptyValueReplacesToo", "A:1,A", {{"A", ""}}},
-         {"CasesAreApart", "A:1,a:2", {{"A", "1"}, {"a", "2"}}},
-         {"BeginningsAreApart", "AB:1,A:2,ABC:3", {{"AB", "1"}, {"A", "2"}, {"ABC", "3"}}},
+         {"CasesAreSeparateNames", "A:1,a:2", {{"A", "1"}, {"a", "2"}}},
+         {"PrefixesAreSeparateNames", "AB:1,A:2,ABC:3", {{"AB", "1"}, {"A", "2"}, {"ABC", "3"}}},
          {"BlanksAreKept", " A : 1 , B", {{" A ", " 1 "}, {" B", ""}}},
          {"UnderscoreAndSemicolonAreOrdinary", "A_B:1;C:2", {{"A_B", "1;C:2"}}},
          {"BytesAbove127", "\xC3\xA4:\xFF", {{"\xC3\xA4", "\xFF"}}}}),

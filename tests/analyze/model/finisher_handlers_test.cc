@@ -1,4 +1,4 @@
-// What every handler of finisher options keeps to.
+// Rules that every handler of finisher options follows.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <string.h>
@@ -43,7 +43,7 @@ std::int32_t FinTrayByCount(AnalyzeContext* context, const FinisherEntry* finish
                                             alias_count, row);
 }
 
-// A handler and a finisher for which it sets a value, when all three kinds of aliases are there.
+// A handler, and a finisher for which it sets a value if all three types of aliases are present.
 struct HandlerRow : NamedRow {
   FinisherOptionHandler handler;
   const char* unit;

@@ -37,7 +37,7 @@ class FunctionVersion : public testing::Test {
  protected:
   void TearDown() override { OptionList_Terminate(&context_.ppd_options); }
 
-  // The PPD's entries, the last line first. A key that another one begins with comes behind it.
+  // The PPD's entries, the last line first. A key follows the keys that it is a prefix of.
   void SetPpd(const Entries& entries) {
     OptionList_Terminate(&context_.ppd_options);
     context_.ppd_options = NewTable(entries);

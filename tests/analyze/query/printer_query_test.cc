@@ -312,7 +312,7 @@ TEST_F(PrinterQuery, LoadsAllDocumentsInOrderAndRunsAllHandlers) {
   EXPECT_EQ(lengths, expected);
 }
 
-TEST_F(PrinterQuery, AppendsBehindWhatTheListHolds) {
+TEST_F(PrinterQuery, AppendsAfterExistingOptions) {
   WriteDocuments(kAllDocuments);
   CallersList list;
   OptionList_Add(list.get(), "QVOther", "kept");
@@ -798,7 +798,7 @@ TEST_F(WholeQuery, PassesOverADocumentThatIsNoXml) {
   EXPECT_THAT(entries, Contains(Pair("QVDupUnit", "True")));
 }
 
-TEST_F(WholeQuery, LeavesNothingBehind) {
+TEST_F(WholeQuery, LeavesNoTemporaryFiles) {
   Query(0);
   analyzer_.reset();
   EXPECT_EQ(CountEntries(PrintQueues::Get().temporary_folder()), 0);
