@@ -31,7 +31,7 @@ class Input {
   [[nodiscard]] bool IsEmpty() const { return rest_.empty(); }
   [[nodiscard]] std::string_view Rest() const { return rest_; }
 
-  // The bytes up to the next line end, which is passed over.
+  // The bytes up to the next line end, which is skipped.
   std::string_view TakeLine() {
     const std::string_view line = rest_.substr(0, rest_.find('\n'));
     rest_.remove_prefix(std::min(line.size() + 1, rest_.size()));

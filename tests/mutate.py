@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Checks that the tests notice changes in the library. Makes one small change after the other in a copy
 of the tree (mutations.py lists them), builds and runs the tests that see the changed module, and names
-the changes that none notices. Passed over are changes that do not compile, unless a static_assert
+the changes that none notices. Changes are skipped that do not compile, unless a static_assert
 notices them, and changes whose object code is that of the original.
 
 usage: tests/mutate.py [--cells] [--sample N] [--seed N] [--jobs N] [--folder DIR] [FILE...]
@@ -41,7 +41,7 @@ TESTS = {
 # Integration tests that notice nothing more than the rest, or take long.
 PASSED_OVER = {"long_run_test", "parallel_users_test", "argument_matrix_test", "cupsd_query_test"}
 # Tests by names as GoogleTest filters them: most changes are noticed by the quick ones. Those that
-# make a locale first are passed over, because no change here can matter to them.
+# make a locale first are skipped, because no change here can matter to them.
 SLOW_TESTS = ("*Lying*:*EverySet*:Large*:*Inputs.AreThoseThatMatter*:CupsQueues.AreFoundInAnyNumber:"
               "UnreadableStream*:OptionTableDestroy.ReleasesALongTable:CallSites*")
 QUICK_RUN = f"-*Turkish*:{SLOW_TESTS}"

@@ -39,7 +39,7 @@ TEST(FindModel, FindsTheRowThatIsAPrefixOfTheCode) {
   EXPECT_EQ(PlaceOf(kRows, ("RB-X1-1" + std::string(100 * 1024, 'x')).c_str()), 2);
 }
 
-TEST(FindModel, FindsNoRowForAnotherCode) {
+TEST(FindModel, FindsNoRowForADifferentCode) {
   for (const char* code : {"", "RA", "RA-P", "RA-P8", "RB-X1", "RB-X1-", "RB-X1-2", "ra-p9",
                            " RA-P9", "XRA-P9", "RA_P9"}) {
     EXPECT_EQ(PlaceOf(kRows, code), -1) << code;

@@ -15,7 +15,7 @@ namespace {
 
 using std::string_literals::operator""s;
 
-// What stands around the outermost element.
+// Text around the outermost element.
 
 struct Bytes {
   const char* what;
@@ -179,7 +179,7 @@ std::string Nested(std::string_view element_name, int levels, std::string_view i
   return DocumentOf(open + std::string(innermost) + close);
 }
 
-TEST(DocumentTest, ElementsMayStandSixtyFourDeep) {
+TEST(DocumentTest, ElementsMayNestSixtyFourDeep) {
   const Reader reader = Read(Nested("dict", 62, "<long key=\"a\">7</long>"));
   ASSERT_NE(reader, nullptr);
   for (int i = 0; i < 62; ++i) ASSERT_TRUE(OpenDict(reader, "d"));

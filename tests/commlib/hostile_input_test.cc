@@ -70,7 +70,7 @@ void ReadAllAt(const Reader& reader, std::int32_t index) {
   BinaryAt(reader, index);
 }
 
-// Asks for everything, at keys that are there and keys that are not.
+// Reads values of every type, with existing and missing keys.
 void ReadAll(const Reader& reader, int levels) {
   for (const char* key : {"a", "b", "c", "d", "e", "list", "none"}) {
     GetLong(reader, key);

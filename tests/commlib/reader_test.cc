@@ -73,7 +73,7 @@ TEST(ReaderTest, FirstOfSeveralEqualKeysCounts) {
   EXPECT_EQ(GetLong(reader, "a"), 1);
   EXPECT_EQ(GetString(reader, "b"), "one");
   EXPECT_EQ(CountElements(reader, "c"), 1);
-  EXPECT_EQ(GetLong(reader, "d"), nullopt) << "the first is no number";
+  EXPECT_EQ(GetLong(reader, "d"), nullopt) << "the first one is not a number";
 }
 
 TEST(ReaderTest, ValueOfADifferentTypeIsMissing) {
@@ -289,7 +289,7 @@ TEST(ReaderTest, DictionaryInAnArrayIsEnteredByPosition) {
   EXPECT_FALSE(OpenDict(reader, "x", 3));
 }
 
-// Where the reader stands.
+// The position of the reader.
 
 TEST(ReaderTest, FailedOpenIsALevelThatIsEmptyAndHasToBeClosed) {
   const Reader reader = ReadContent("<long key=\"a\">1</long><dict key=\"d\"/>");
@@ -378,7 +378,7 @@ TEST(ReaderTest, MayBeReleasedWithOpenLevels) {
   EXPECT_EQ(qvxmlwrapGet_Destroy(reader.release()), 0);
 }
 
-TEST(ReaderTest, ReadersStandEachOnTheirOwn) {
+TEST(ReaderTest, ReadersAreIndependent) {
   const Reader first = ReadContent("<dict key=\"d\"><long key=\"a\">1</long></dict>");
   const Reader second = ReadContent("<dict key=\"d\"><long key=\"a\">2</long></dict>");
   OpenDict(first, "d");

@@ -145,7 +145,7 @@ TEST(WriterTest, KeysThatNoDocumentCanHaveAreRefused) {
     EXPECT_EQ(qvxmlwrapSet_Binary(writer.get(), key, "x", 1), -1);
     EXPECT_EQ(qvxmlwrapSet_OpenDict(writer.get(), key, 0), -1);
     EXPECT_EQ(qvxmlwrapSet_OpenArray(writer.get(), key), -1);
-    EXPECT_EQ(qvxmlwrapSet_CloseDict(writer.get()), -1) << "a failed open is no level";
+    EXPECT_EQ(qvxmlwrapSet_CloseDict(writer.get()), -1) << "a failed open adds no level";
     EXPECT_EQ(Finish(std::move(writer)), kEmptyDocument);
   }
 }
@@ -168,7 +168,7 @@ TEST(WriterTest, TextsThatNoDocumentCanHoldAreRefused) {
   }
 }
 
-TEST(WriterTest, TextInAnotherEncodingIsRefused) {
+TEST(WriterTest, TextInAnUnsupportedEncodingIsRefused) {
   Writer writer = NewWriter();
   for (const char* encoding : {"", "UTF8", "UTF-16", "ISO-8859-1"}) {
     EXPECT_EQ(qvxmlwrapSet_String(writer.get(), "a", "x", AddressWord(encoding), 0), -1);

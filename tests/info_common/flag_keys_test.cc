@@ -272,7 +272,7 @@ TEST_P(SetFlagValue, AppendsEachItemUnderTheNextKey) {
 
   EXPECT_EQ(OptionList_Set_FlagValue(source.get(), "Base", text.get(), target.get()), 0);
   EXPECT_EQ(EntriesOf(target.get()), expected);
-  EXPECT_STREQ(text.get(), GetParam().text) << "the text is not the list's to change";
+  EXPECT_STREQ(text.get(), GetParam().text) << "the function changed the caller's text";
 }
 
 const Entries kFirstNode = {{"", ""}};
@@ -365,7 +365,7 @@ TEST_P(SetArrayFlagValue, AppendsEachItemWithItsOwnKey) {
 
   EXPECT_EQ(OptionList_Set_ArrrayFlagValue(text.get(), target.get()), 0);
   EXPECT_EQ(EntriesOf(target.get()), expected);
-  EXPECT_STREQ(text.get(), GetParam().text) << "the text is not the list's to change";
+  EXPECT_STREQ(text.get(), GetParam().text) << "the function changed the caller's text";
 }
 
 INSTANTIATE_TEST_SUITE_P(

@@ -216,7 +216,7 @@ TEST(OptionListCursor, MatchWithoutAValueIsPassedButNotFound) {
   EXPECT_EQ(cursor, list->next);
 }
 
-TEST(OptionListCursor, EntryWithoutAKeyIsPassedOver) {
+TEST(OptionListCursor, EntryWithoutAKeyIsSkipped) {
   const Table list(NewNode(nullptr, "1", NewNode("Key", "2", nullptr)));
   OptTable* cursor = list.get();
   char* key = nullptr;

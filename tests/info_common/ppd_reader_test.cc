@@ -292,21 +292,21 @@ INSTANTIATE_TEST_SUITE_P(
         {{"KeyOf254Bytes",
           "*QV" + Fill(252, 'k') + ": 1\n*QVB: 2\n",
           {{"QVB", "2"}, {"QV" + Fill(252, 'k'), "1"}}},
-         {"KeyOf255BytesIsPassedOver", "*QV" + Fill(253, 'k') + ": 1\n*QVB: 2\n", {{"QVB", "2"}}},
-         {"KeyOf400BytesIsPassedOver", "*QV" + Fill(398, 'k') + ": 1\n*QVB: 2\n", {{"QVB", "2"}}},
+         {"KeyOf255BytesIsSkipped", "*QV" + Fill(253, 'k') + ": 1\n*QVB: 2\n", {{"QVB", "2"}}},
+         {"KeyOf400BytesIsSkipped", "*QV" + Fill(398, 'k') + ": 1\n*QVB: 2\n", {{"QVB", "2"}}},
          {"ValueOf254Bytes", "*QVA:" + Fill(254, 'v') + "\n", {{"QVA", Fill(254, 'v')}}},
-         {"ValueOf255BytesIsPassedOver", "*QVA: 1\n*QVA:" + Fill(255, 'v') + "\n", {{"QVA", "1"}}},
+         {"ValueOf255BytesIsSkipped", "*QVA: 1\n*QVA:" + Fill(255, 'v') + "\n", {{"QVA", "1"}}},
          {"QuotedValueOf254Bytes", "*QVA: \"" + Fill(254, 'v') + "\"\n", {{"QVA", Fill(254, 'v')}}},
-         {"QuotedValueOf255BytesIsPassedOver", "*QVA: \"" + Fill(255, 'v') + "\"\n", {}},
+         {"QuotedValueOf255BytesIsSkipped", "*QVA: \"" + Fill(255, 'v') + "\"\n", {}},
          {"BothOf254Bytes",
           "*QV" + Fill(252, 'k') + ":" + Fill(254, 'v') + "\n",
           {{"QV" + Fill(252, 'k'), Fill(254, 'v')}}},
          {"UiKeyOf254Bytes", "*%QVUIValue:" + Fill(254, 'k') + "(1)\n", {{Fill(254, 'k'), "1"}}},
-         {"UiKeyOf255BytesIsPassedOver", "*%QVUIValue:" + Fill(255, 'k') + "(1)\n", {}},
+         {"UiKeyOf255BytesIsSkipped", "*%QVUIValue:" + Fill(255, 'k') + "(1)\n", {}},
          {"UiValueOf254Bytes",
           "*%QVUIValue:QVA(" + Fill(254, 'v') + ")\n",
           {{"QVA", Fill(254, 'v')}}},
-         {"UiValueOf255BytesIsPassedOver", "*%QVUIValue:QVA(" + Fill(255, 'v') + ")\n", {}},
+         {"UiValueOf255BytesIsSkipped", "*%QVUIValue:QVA(" + Fill(255, 'v') + ")\n", {}},
          {"ListsHaveNoLimit",
           kSpecOpen + "*QVSpecID " + Fill(300, 'a') + "/\n*QVSpecID " + Fill(300, 'b') + "/\n" +
               kSpecClose,
@@ -439,7 +439,7 @@ TEST_F(PpdReaderCall, FolderInPlaceOfThePpdGivesNull) {
   EXPECT_THAT(info_common_optlist_create("folder"), IsNull());
 }
 
-TEST_F(PpdReaderCall, TablesOfTwoQueuesAreApart) {
+TEST_F(PpdReaderCall, TablesOfTwoQueuesAreIndependent) {
   PrintQueues::Get().Add("first", "*QVA: 1\n");
   PrintQueues::Get().Add("second", "*QVB: 2\n");
   const Table first(info_common_optlist_create("first"));

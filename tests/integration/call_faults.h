@@ -1,8 +1,8 @@
 // Makes the calls of the loaded libinfo_analyze.so.1 into other libraries fail on demand.
 //
 // The slots through which the library calls malloc(), read(), cupsGetPPD() and so on are replaced
-// in its own global offset table, so that nobody else's calls fail: neither libcups' nor the
-// test's, nor a sanitizer's. It works on the shipped file as on an instrumented one.
+// in its own global offset table, so that no other calls fail: not those of libcups, the
+// test or a sanitizer. It works on the shipped file as on an instrumented one.
 #ifndef TESTS_INTEGRATION_CALL_FAULTS_H_
 #define TESTS_INTEGRATION_CALL_FAULTS_H_
 
@@ -118,8 +118,8 @@ class CallFaults {
   // so that it leads to files of the test.
   void SetRoot(std::string root) { root_ = std::move(root); }
 
-  // Blocks that the library, or a library that is tracked beside it, allocated and that nobody
-  // released.
+  // Blocks that the library, or a library that is tracked beside it, allocated and that were
+  // not released.
   [[nodiscard]] std::size_t LiveBlocks() const { return live_.size(); }
   // Libraries that the library opened and did not close.
   [[nodiscard]] int OpenLibraries() const { return open_libraries_; }
@@ -135,7 +135,7 @@ class CallFaults {
   // free() for what the library returned.
   void Release(void* block);
 
-  // For each function the places in the library from which it was called in vain: the return
+  // For each function the places in the library at which its call was made to fail: the return
   // addresses, relative to the load address. A place outside the library is absolute.
   using Places = std::map<Callee, std::set<std::uintptr_t>>;
   [[nodiscard]] const Places& FailedPlaces() const { return failed_places_; }

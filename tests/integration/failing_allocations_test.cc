@@ -91,7 +91,7 @@ TEST(WithoutMemoryOnce, RoomForTraysEndsTheTrayList) {
   }
 }
 
-TEST(WithoutMemoryOnce, StackerWhoseTextFindsNoneIsCountedAllTheSame) {
+TEST(WithoutMemoryOnce, StackerIsCountedWhenItsTextCannotBeAllocated) {
   SampleSetting::Get();
   int32_t stackers = 0;
   FinisherUnit unit{};

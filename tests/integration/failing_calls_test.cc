@@ -96,13 +96,13 @@ Scenario ReadsPpdOrNothing() {
 }
 
 // What goes wrong after the last line does not matter any more.
-Scenario ReadsPpdAllTheSame() {
+Scenario ReadsPpdAnyway() {
   const auto run = [](Round& round) {
     OptTable* table = round.Try([] { return info_common_optlist_create(kQueue); });
     round.Expect(Shown(table) == kPpdTable, false, Shown(table));
     info_common_optlist_destroy(table);
   };
-  return {"ReadsPpdAllTheSame", run};
+  return {"ReadsPpdAnyway", run};
 }
 
 Scenario ClosesPpd() {
@@ -165,7 +165,7 @@ Fault EndingEarly() {
   return {.callees = {Callee::kRead}, .error = kNoErrno, .manner = Fault::Manner::kReadsEnd};
 }
 
-// Whatever fails first, and whatever is called in its wake to clean up, fails too.
+// The first call fails, and so does the call that cleans up after it.
 Fault FailingWithCleanUp(Callee first, Callee clean_up, int error) {
   return {.callees = {first, clean_up}, .times = kFromThenOn, .error = error};
 }
@@ -225,11 +225,11 @@ std::vector<FailingCall> DocumentAndPpdCalls() {
       {"CupsGetPpdWithoutErrno", ReadsPpdOrNothing(), Failing(Callee::kCupsGetPpd, kNoErrno)},
       {"CupsFileOpen", ReadsPpdOrNothing(), Failing(Callee::kCupsFileOpen, EIO)},
       {"CupsFileOpenWithoutErrno", ReadsPpdOrNothing(), Failing(Callee::kCupsFileOpen, kNoErrno)},
-      {"CupsFileClose", ReadsPpdAllTheSame(), Failing(Callee::kCupsFileClose, EIO)},
+      {"CupsFileClose", ReadsPpdAnyway(), Failing(Callee::kCupsFileClose, EIO)},
       {"CupsFileCloseByItself", ClosesPpd(), Failing(Callee::kCupsFileClose, EIO)},
       {"UnlinkByItself", LeavingFiles(ClosesPpd()), Failing(Callee::kUnlink, EACCES)},
-      {"Unlink", LeavingFiles(ReadsPpdAllTheSame()), Failing(Callee::kUnlink, EACCES)},
-      // In the wake of another failure.
+      {"Unlink", LeavingFiles(ReadsPpdAnyway()), Failing(Callee::kUnlink, EACCES)},
+      // While cleaning up after a failure.
       {"CloseAfterFstat", LoadsDocument(-1),
        FailingWithCleanUp(Callee::kFstat, Callee::kClose, EIO)},
       {"CloseAfterLseek", LoadsDocument(-1),
@@ -254,7 +254,7 @@ std::vector<FailingCall> DocumentAndPpdCalls() {
        FailingWithCleanUp(Callee::kCupsFileOpen, Callee::kUnlink, EIO)},
       {"CupsFileGets", ReadsPpdUpToSomeLine(), Failing(Callee::kCupsFileGets, EIO)},
       {"InterruptedSleep",
-       ReadsPpdAllTheSame(),
+       ReadsPpdAnyway(),
        {.callees = {Callee::kCupsFileOpen, Callee::kSleep}, .times = 2, .error = EMFILE}},
       {"Vsnprintf", Formats(100), Failing(Callee::kVsnprintf, EOVERFLOW)},
       {"VsnprintfOfLongText", Formats(600), Failing(Callee::kVsnprintf, EOVERFLOW)},
@@ -369,7 +369,7 @@ TEST_P(PpdRetry, AnyOtherErrorEndsTheAttemptsAtOnce) {
   }
 }
 
-TEST_P(PpdRetry, AnotherErrorAfterTheFirstWaitEndsTheAttempts) {
+TEST_P(PpdRetry, ADifferentErrorAfterTheFirstWaitEndsTheAttempts) {
   for (const int error : {EIO, kNoErrno}) {
     SCOPED_TRACE(error);
     Faults().ForgetCalls();

@@ -79,7 +79,7 @@ std::vector<FailingCall> QueueCalls() {
       // The stream has no error of its own here.
       {"FreadInLookup", FindsQueueOfUri(-1), Failing(Callee::kFread, EIO)},
       {"FcloseInLookup", FindsQueueOfUri(0), Failing(Callee::kFclose, EIO)},
-      // In the wake of another failure.
+      // While cleaning up after a failure.
       {"CloseAfterFdopen",
        ReadsConf("(none)"),
        {.callees = {Callee::kFdopen, Callee::kClose}, .times = kFromThenOn, .error = EIO}},
@@ -107,7 +107,7 @@ TEST_P(FailingQueueCalls, GiveTheDocumentedFailureOrTheRightAnswer) {
 INSTANTIATE_TEST_SUITE_P(Each, FailingQueueCalls, testing::ValuesIn(QueueCalls()),
                          [](const auto& info) { return std::string(info.param.name); });
 
-// It would keep whoever opens it waiting for a writer, for ever; a device might never end.
+// Opening a FIFO would wait for a writer for ever, and reading a device might never end.
 TEST(ConfThatIsNoFile, IsNotOpened) {
   QueueSetting::Get();
   const TempFolder root;

@@ -29,7 +29,7 @@ void ExpectUnchanged(const Balance& before, bool leaves_files) {
   EXPECT_EQ(after.live_blocks, before.live_blocks) << "blocks leaked";
   EXPECT_EQ(after.unknown_releases, before.unknown_releases) << "foreign blocks released";
   EXPECT_EQ(after.open_libraries, before.open_libraries) << "libraries left open";
-  EXPECT_EQ(after.seconds_slept, before.seconds_slept) << "waited in vain";
+  EXPECT_EQ(after.seconds_slept, before.seconds_slept) << "the library slept";
   EXPECT_EQ(after.descriptors, before.descriptors) << "descriptors leaked";
   if (!leaves_files) {
     EXPECT_EQ(after.temporary_files, before.temporary_files) << "temporary files left";

@@ -169,7 +169,7 @@ TEST_F(FixedPaths, AMissingConfigurationIsAFailure) {
   });
 }
 
-TEST_F(FixedPaths, AFifoInPlaceOfTheConfigurationKeepsNobodyWaiting) {
+TEST_F(FixedPaths, AFifoInPlaceOfTheConfigurationDoesNotBlock) {
   const std::string conf = root_ / "cache/Vorel/CUPSKAPPA2/MQPD/mqpd.conf";
   std::filesystem::create_directories(std::filesystem::path(conf).parent_path());
   ASSERT_EQ(mkfifo(conf.c_str(), 0600), 0);

@@ -83,7 +83,7 @@ class TrayAnalyser {
   AnalyzeContext context_ = {};
 };
 
-// "keyword=value" of each row; without keyword a row is passed over, but its texts are seen.
+// "keyword=value" of each row, with "(none)" for a missing text.
 std::string TakeRows(OptionSetter* rows, int32_t count) {
   std::string shown;
   for (OptionSetter* row = rows; row != rows + count; ++row) {
@@ -94,8 +94,8 @@ std::string TakeRows(OptionSetter* rows, int32_t count) {
   return shown;
 }
 
-// A row without keyword is passed over, so nobody would release a value in it. One without value
-// gets the default. The rows of REDWOOD are whole or not there.
+// The library skips a row without keyword, so a value in it would leak. A row without value gets
+// the default. The rows of REDWOOD are complete or missing.
 void AppendsRow(Round& round, const InputCase& handler) {
   TrayAnalyser analyser;
   OptionSetter rows[4] = {};

@@ -363,7 +363,7 @@ INSTANTIATE_TEST_SUITE_P(
                      {"EmptyPath", "<Printer a>\nDevicePath \nnet:h", "a", kNone}}),
     RowName<DeviceRow>);
 
-// Null rules of the functions that take a text; outputs are set all the same.
+// Null rules of the functions that take a text; outputs are set anyway.
 char g_other[] = "other";
 
 TEST(NullText, HasNoQueues) {

@@ -120,7 +120,7 @@ struct AddressRow : NamedRow {
 
 class PrinterAddress : public testing::TestWithParam<AddressRow> {};
 
-TEST_P(PrinterAddress, StandsBetweenThePrefixAndThePdlType) {
+TEST_P(PrinterAddress, IsBetweenThePrefixAndThePdlType) {
   const auto uri = ExactText(GetParam().uri);
   char* address = nullptr;
   EXPECT_EQ(MqpdUriToPrinterAddress(uri.get(), &address), 0);

@@ -83,7 +83,7 @@ TEST_P(AllDataFromStream, AreReadToTheEnd) {
   EXPECT_EQ(data.bytes(), bytes);
 }
 
-TEST_P(AllDataFromStream, AreReadFromWhereTheStreamStands) {
+TEST_P(AllDataFromStream, AreReadFromTheStreamPosition) {
   const std::string bytes = Bytes(GetParam());
   folder_.Write("file", bytes);
   const Stream stream = Open(folder_ / "file");

@@ -120,7 +120,7 @@ INSTANTIATE_TEST_SUITE_P(Files, CupsQueueOfFile,
                                         {"Text", "notes.txt", nullptr}}),
                          RowName<FileRow>);
 
-TEST_F(CupsQueues, MayHaveTheLongestNameThereIs) {
+TEST_F(CupsQueues, MayHaveTheLongestPossibleName) {
   const std::string name(251, 'n');
   Add(name + ".ppd", 5);
   EXPECT_THAT(Queues(Read().get()), ElementsAre(Pair(name, 5)));

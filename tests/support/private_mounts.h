@@ -1,4 +1,4 @@
-// Folders of the system replaced by folders of a test, for one child process and nobody else.
+// Replaces folders of the system by folders of a test, for one child process only.
 #ifndef TESTS_SUPPORT_PRIVATE_MOUNTS_H_
 #define TESTS_SUPPORT_PRIVATE_MOUNTS_H_
 

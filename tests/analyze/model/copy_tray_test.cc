@@ -198,7 +198,7 @@ TEST_P(CopyTrayAliasRules, UnitWhoseNameHasASuffixIsTheSame) {
   }
 }
 
-TEST_P(CopyTrayAliasRules, UnitOfAnotherNameHasNone) {
+TEST_P(CopyTrayAliasRules, UnitOfADifferentNameHasNone) {
   const std::string accessory = GetParam().accessory;
   for (const std::string& name : {WithoutLast(accessory), WithoutLast(accessory) + "9",
                                   InLowerCase(accessory), InUpperCase(accessory)}) {

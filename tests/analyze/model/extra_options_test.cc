@@ -164,7 +164,7 @@ TEST_F(InsertUnitReads, StopAtTheFirstInsertUnit) {
   EXPECT_THAT(TraysRead(), ElementsAre(0));
 }
 
-TEST_F(InsertUnitReads, ThatFailArePassedOver) {
+TEST_F(InsertUnitReads, ThatFailAreSkipped) {
   EXPECT_EQ(OutcomeFor({101, 101, 198}, {{0, -1}, {1, 12}}), InsertUnit("MINSU1"));
   EXPECT_THAT(TraysRead(), ElementsAre(0, 1, 2));
 }

@@ -145,7 +145,7 @@ TEST_P(FinTrayBinRules, UnitWhoseNameHasASuffixIsTheSame) {
   }
 }
 
-TEST_P(FinTrayBinRules, UnitOfAnotherNameHasNone) {
+TEST_P(FinTrayBinRules, UnitOfADifferentNameHasNone) {
   const std::string accessory = GetParam().accessory;
   for (const std::string& name : {WithoutLast(accessory), WithoutLast(accessory) + "9",
                                   InLowerCase(accessory), InUpperCase(accessory)}) {
@@ -311,7 +311,7 @@ TEST_P(FinTrayInnerUnits, UnitWhoseNameHasASuffix) {
   }
 }
 
-TEST_P(FinTrayInnerUnits, UnitOfAnotherNameHasNone) {
+TEST_P(FinTrayInnerUnits, UnitOfADifferentNameHasNone) {
   const std::string unit = GetParam().unit;
   for (const std::string& name :
        {WithoutLast(unit), WithoutLast(unit) + "9", InLowerCase(unit), InUpperCase(unit),

@@ -83,13 +83,13 @@ INSTANTIATE_TEST_SUITE_P(
                        {{1, "Other"}, {1, "Vorel A"}},
                        "Vorel A:FINA",
                        "FINA"},
-        ValueStringRow{{"NullNameIsPassedOver"},
+        ValueStringRow{{"NullNameIsSkipped"},
                        {{1, std::nullopt}, {1, "Vorel A"}, {1, std::nullopt}},
                        "Vorel A:FINA",
                        "FINA"},
         ValueStringRow{{"NullNameOnly"}, {{1, std::nullopt}}, "Vorel A:FINA", kNoValue},
         ValueStringRow{
-            {"EmptyNameIsPassedOver"}, {{1, ""}, {1, "Vorel A"}, {1, ""}}, "Vorel A:FINA", "FINA"},
+            {"EmptyNameIsSkipped"}, {{1, ""}, {1, "Vorel A"}, {1, ""}}, "Vorel A:FINA", "FINA"},
         ValueStringRow{{"EmptyNameOnly"}, {{1, ""}}, "Vorel A:FINA", kNoValue},
         ValueStringRow{{"EmptyValueOfAFlag"}, {{1, "Vorel A"}}, "Vorel A", ""},
         ValueStringRow{{"EmptyValueReplacesAnEarlierOne"},
@@ -216,7 +216,7 @@ Value ByBinAlias(const Rules& rules, const Units& units, const Aliases& aliases,
 
 const Rules kTrayRule = {{2, "Vorel Tray"}};
 
-TEST(FinisherByBinAlias, UnitOfARuleBesideAnAliasOfTheRangeIsPassedOver) {
+TEST(FinisherByBinAlias, UnitOfARuleBesideAnAliasOfTheRangeIsSkipped) {
   EXPECT_EQ(ByBinAlias(kTrayRule, {{2, "Vorel Tray-A1"}}, {103}), kNoValue);
   EXPECT_EQ(ByBinAlias(kTrayRule, {{1, "Vorel Tray-A1"}}, {103}), kNoValue);
   EXPECT_EQ(ByBinAlias(kTrayRule, {{kSmallest, "Vorel Tray-A1"}}, {103}), kNoValue);
@@ -308,7 +308,7 @@ TEST(FinisherByBinAlias, AllUnitsGiveTheValueOnceOneIsAFinisher) {
   EXPECT_EQ(ByBinAlias(kTrayRule, {tray, tray}, {103}, {101, 105}, names), kNoValue);
 }
 
-TEST(FinisherByBinAlias, UnitOfNoFlagIsAFinisherAllTheSame) {
+TEST(FinisherByBinAlias, UnitOfNoFlagIsAFinisherAnyway) {
   const char* const names = "Vorel Tray:TRAY";
   EXPECT_EQ(ByBinAlias(kTrayRule, {{2, "Vorel Tray"}, {2, ""}}, {103}, {101, 105}, names), "TRAY");
 }
@@ -391,7 +391,7 @@ TEST_P(FinisherAliasRules, UnitWithoutAliasIsAFinisher) {
   }
 }
 
-TEST_P(FinisherAliasRules, UnitOfAnotherNameIsAFinisher) {
+TEST_P(FinisherAliasRules, UnitOfADifferentNameIsAFinisher) {
   const std::string accessory = GetParam().accessory;
   for (const std::string& name : {WithoutLast(accessory), WithoutLast(accessory) + "9",
                                   InLowerCase(accessory), InUpperCase(accessory)}) {

@@ -212,7 +212,7 @@ TEST_P(EachFunctionHandler, AnswersNothingWithoutFunctionWord) {
   EXPECT_EQ(Ask(query), std::nullopt);
 }
 
-TEST_P(EachFunctionHandler, SeesNoDetailsWhereNoneAreReported) {
+TEST_P(EachFunctionHandler, ReadsNoDetailsWhereNoneAreReported) {
   EXPECT_EQ(Ask(Query("staple", {"staple"}, {})), GetParam().without_details);
   EXPECT_EQ(Ask(Query("staple", {"staple"}, {{}, {}})), GetParam().without_details);
   EXPECT_EQ(Ask(Query("staple", {"staple"}, {"Punching_2_holes", "punching_2_holes_more"})),
@@ -221,7 +221,7 @@ TEST_P(EachFunctionHandler, SeesNoDetailsWhereNoneAreReported) {
   EXPECT_EQ(Ask(stapler_), GetParam().without_details);
 }
 
-TEST_P(EachFunctionHandler, SeesNoDetailsForACountBelowOne) {
+TEST_P(EachFunctionHandler, ReadsNoDetailsForACountBelowOne) {
   for (const std::int32_t count : {0, -1, kLowest}) {
     stapler_.record.detail_count = &count;
     EXPECT_EQ(Ask(stapler_), GetParam().without_details) << count;

@@ -215,7 +215,7 @@ TEST_F(BinList, FailsAtOnceForItemsOfADocumentThatIsNotLoaded) {
   }
 }
 
-// What the communication library is asked --------------------------------------------------------
+// Calls to the communication library -------------------------------------------------------------
 
 class LyingBinList : public LyingLists {};
 

@@ -447,7 +447,7 @@ TEST_F(FaxLines, ThatAreMissingRepeatThePreviousOne) {
             LinesWith(3, {{"QVFAXLineType", "isdn"}, {"QVFAXDialLineA", "True"}}));
 }
 
-// What the communication library is asked --------------------------------------------------------
+// Calls to the communication library -------------------------------------------------------------
 
 class LyingFaxLines : public LyingLists {};
 

@@ -438,7 +438,7 @@ TEST_F(FinisherList, HasDefaultsForMissingItems) {
   EXPECT_EQ(Appended(z_Update_Prn_finisher_list), kDefaults);
 }
 
-// What the communication library is asked --------------------------------------------------------
+// Calls to the communication library -------------------------------------------------------------
 
 class LyingFinisherList : public LyingLists {};
 

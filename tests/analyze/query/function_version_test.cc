@@ -305,7 +305,7 @@ TEST_F(FunctionVersion, EntryWithoutAValueEndsTheSearchForItsKey) {
   EXPECT_EQ(ForVersion(2), (Outcome{0, {{kTarget, "A"}}}));
 }
 
-TEST_F(FunctionVersion, EntryWithoutAKeyIsPassedOver) {
+TEST_F(FunctionVersion, EntryWithoutAKeyIsSkipped) {
   SetPpd({{"QVAnlz_FuncVer_UI_2", "QVSecond:2"}, {"QVAnlz_FuncVer_UI_1", "QVFirst:1"}});
   std::free(std::exchange(context_.ppd_options->key, nullptr));
   EXPECT_THAT(ForVersion(2).entries, SizeIs(1));

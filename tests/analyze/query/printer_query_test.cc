@@ -784,7 +784,7 @@ TEST_F(WholeQuery, ReportsWhatTheDocumentsSayInTheTermsOfThePpd) {
                                {"QVFinTray", "None"}}));
 }
 
-TEST_F(WholeQuery, SeesAChangedFileOnReloadOnly) {
+TEST_F(WholeQuery, ReadsAChangedFileOnReloadOnly) {
   Query(0);
   folder_.Write("Accessories.xml", Document(Number("memory", 1024)));
   EXPECT_THAT(Query(0), IsSupersetOf(Entries{{"QVHardDisk", "True"}, {"QVTotalMemSize", "512"}}));

@@ -275,7 +275,7 @@ TEST_F(TrayList, MissingItemsAreEmptyTrays) {
               ElementsAre(Tray{3, 161, 2000, 1}, Tray{0, 0, 0, 0}, Tray{0, 0, 0, 0}));
 }
 
-// What the communication library is asked --------------------------------------------------------
+// Calls to the communication library -------------------------------------------------------------
 
 class LyingTrayList : public LyingLists {};
 
