@@ -384,7 +384,7 @@ TEST_F(DeviceDocuments, StayAbsentWithoutCommunicationLibrary) {
   EXPECT_EQ(context_.documents[0].xml, nullptr);
 }
 
-// Runs `check` in a child process, where it may close what the test needs; it answers 0 for
+// Runs `check` in a child process, where it may close descriptors that the test needs; 0 means
 // success.
 template <class Check>
 int StatusOfChild(Check check) {

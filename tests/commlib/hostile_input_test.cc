@@ -36,8 +36,8 @@ constexpr std::string_view kSample =
     "  <other><?target data?></other>\n"
     "</document>\n";
 
-// A block that ends where the process's memory ends: any byte read too many is a crash, with and
-// without a sanitizer.
+// A block that ends at an inaccessible page: reading past its end crashes, with and without a
+// sanitizer.
 class WalledBytes {
  public:
   explicit WalledBytes(std::string_view bytes) {

@@ -67,7 +67,7 @@ GATES = {
     "newer_declarations": Gate("", (), ("bash", "tests/abi/newer_declarations.sh", str(COPY), "gcc",
                                         "g++")),
     "reference": Gate("release", ("info_analyze_reference",), is_build=True),
-    "reference_is_whole": docs("reference_is_whole"),
+    "reference_is_complete": docs("reference_is_complete"),
     "pages_are_clean": docs("pages_are_clean"),
     "commands": docs("commands"),
     "embedding": build_test("EmbeddedProject"),
@@ -324,7 +324,7 @@ FAULTS = (
           ((LIST_HEADER, " *  @param list   list; NULL has no queues\n"
             " *  @param index  index from 0\n *  @return borrowed name",
             " *  @param list   list; NULL has no queues\n *  @return borrowed name"),)),
-    Fault("constant that the reference lacks", "reference_is_whole", "IA_HALFTONE_NONE",
+    Fault("constant that the reference lacks", "reference_is_complete", "IA_HALFTONE_NONE",
           (("include/info_analyze/halftone.h", "/**< \"None\" */", ""),)),
     Fault("macro that is no macro", "pages_are_clean", "unknown macro",
           (("docs/man/libinfo_analyze.3", ".Ss Conventions\n", ".Sx Conventions\n.Zz\n"),)),

@@ -117,7 +117,7 @@ void ReadsTexts(Round& round) {
 
 bool Is(const char* text, std::string_view right) { return text != nullptr && text == right; }
 
-// A store may be missing. One that is there may lack flags, except the last one made.
+// A store may be missing. An existing one may lack flags, except the last one made.
 bool IsUsable(const AnalyzeContext& context) {
   const auto is_part = [](const FlagInfo* store, const std::string& right) {
     return store == nullptr || IsSomeOf(Shown(store), right);
@@ -154,8 +154,8 @@ void CreatesAnalyser(Round& round) {
   Analyze_Destroy(context);
 }
 
-// What the query adds when nothing goes wrong. Handlers of later documents add to it; it is made
-// once, from an undisturbed query, and begins with what the documents of the setting say.
+// The options that an undisturbed query adds, starting with those of the setting's documents. The
+// query runs once.
 const std::string& RightOptions() {
   static const std::string right = [] {
     const SampleAnalyser analyser;

@@ -23,7 +23,7 @@
 #include "tests/integration/sample_setting.h"
 #include "tests/support/build_folders.h"
 
-// More than there can be is refused with null, as without sanitizers.
+// An allocation that is too large returns null, as without sanitizers.
 extern "C" const char* __asan_default_options() { return "allocator_may_return_null=1"; }
 
 namespace ia_test {

@@ -89,7 +89,7 @@ off_t Lseek(int descriptor, off_t offset, int whence) {
   return IA_GOES_WRONG(kLseek) ? -1 : lseek(descriptor, offset, whence);
 }
 
-// A read may always give less than was asked for, and these do.
+// A read may return less than requested, and these do.
 constexpr std::size_t kLongestRead = 64;
 
 ssize_t ReadOrFail(const void* return_address, int descriptor, void* buffer, size_t size) {
@@ -114,7 +114,7 @@ int Succeeded(int result) {
   return result;
 }
 
-// What gives something back has done so even when it reports a failure.
+// A call that releases something has released it even when it reports a failure.
 int FailedAfterAll(int error) {
   if (error != 0) errno = error;
   return -1;
@@ -147,7 +147,7 @@ FILE* Fdopen(int descriptor, const char* mode) {
   return IA_GOES_WRONG(kFdopen) ? nullptr : fdopen(descriptor, mode);
 }
 
-// What has been read is not taken back.
+// Bytes that were read before stay in the buffer.
 size_t Fread(void* buffer, size_t size, size_t count, FILE* stream) {
   return IA_GOES_WRONG(kFread) ? 0 : fread(buffer, size, count, stream);
 }
@@ -293,7 +293,7 @@ const auto kTracked = std::to_array<Import>({
     {"free", Address(Free), std::nullopt},
 });
 
-// What takes the place of an import; nothing for one that is not in the list.
+// The replacement of an import; null for one that is not in the list.
 std::function<void*(std::string_view)> ReplacementsOf(std::span<const Import> imports) {
   return [imports](std::string_view name) {
     const auto import = std::ranges::find(imports, name, &Import::name);

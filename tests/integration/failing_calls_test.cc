@@ -32,7 +32,7 @@ constexpr int kNoErrno = 0;
 
 CallFaults& Faults() { return CallFaults::Instance(); }
 
-// Loads a document; where a failing call cannot be hidden, with the given status.
+// Loads a document. If the failing call makes it fail, it returns the given status.
 Scenario LoadsDocument(int32_t failure) {
   const auto run = [failure](Round& round) {
     const SampleAnalyser analyser;
@@ -47,9 +47,9 @@ Scenario LoadsDocument(int32_t failure) {
   return {"LoadsDocument", run};
 }
 
-// The status of the last document is the query's, and then nothing is added. The options of an
-// earlier one are left out, or are the defaults; a handler of plain values that wants it although
-// it is guarded by another one's slot ends the query with -1.
+// If the last document fails, the query returns its status and adds nothing. If an earlier one
+// fails, its options are missing or have their defaults. A handler of plain values whose own
+// document failed, but which runs because a different one is loaded, ends the query with -1.
 Scenario AsksPrinter(int32_t failure) {
   const auto ask = [](Round& round, CallersList& list) {
     const SampleAnalyser analyser;
@@ -95,7 +95,7 @@ Scenario ReadsPpdOrNothing() {
   return {"ReadsPpdOrNothing", run};
 }
 
-// What goes wrong after the last line does not matter any more.
+// A failure after the last line does not matter.
 Scenario ReadsPpdAnyway() {
   const auto run = [](Round& round) {
     OptTable* table = round.Try([] { return info_common_optlist_create(kQueue); });

@@ -23,7 +23,7 @@
 namespace ia_test {
 namespace {
 
-// Lists the spooler's queues. A failing call cannot be hidden, and then there are these.
+// Lists the spooler's queues. A failing call gives one of the lists `with_failure`.
 Scenario ListsCupsQueues(const std::set<std::string>& with_failure) {
   const auto run = [with_failure](Round& round) {
     const std::string shown =

@@ -14,7 +14,7 @@ namespace {
 
 constexpr int kTooManyRounds = 100'000;
 
-// What a call must leave as it found it.
+// The resources that a call must leave unchanged.
 struct Balance {
   std::size_t live_blocks = CallFaults::Instance().LiveBlocks();
   int unknown_releases = CallFaults::Instance().UnknownReleases();

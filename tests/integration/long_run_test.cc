@@ -20,7 +20,7 @@ namespace {
 
 constexpr int kWarmUpRounds = 50;
 
-// What the heap may gain in all by blocks that fit less well than the first ones did.
+// The heap may grow by this much in all, because of fragmentation.
 constexpr std::size_t kPadding = 16 << 10;
 
 // A sanitizer's allocator keeps mapping memory for itself.

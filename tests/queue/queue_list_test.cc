@@ -172,7 +172,7 @@ TEST_F(CupsQueues, AreRefusedWhereTheirPathsAreTooLong) {
   EXPECT_THAT(List(ia::NewCupsQueueList(folder.c_str())), IsNull());
 }
 
-// Of whatever spooler runs on this machine.
+// Reads the queues of this machine's spooler, if any.
 TEST(CupsQueueList, GivesItsCount) {
   int32_t count = -1;
   const List list(CupsQueueList_Initialize(&count));

@@ -88,7 +88,7 @@ INSTANTIATE_TEST_SUITE_P(
         HandlerRow{{"FinTrayByBinTrayCount"}, FinTrayByCount, "Vorel A", "FNTU1"}),
     RowName<HandlerRow>);
 
-// Calls the handler with a report for which it sets its value, but for what a test changes.
+// Calls the handler with a report for which it sets its value; a test changes parts of the report.
 struct Arguments {
   explicit Arguments(const HandlerRow& row)
       : handler(row.handler), report({{9, row.unit}}, {101, 119, 121}) {}
