@@ -47,7 +47,7 @@ def main(mandoc, folder, xml, version_script):
         named = set().union(*map(names_of, made))
     exported = declared_names(Path(version_script))
     wrong += [f"{name} has no page" for name in sorted(exported - named)]
-    print(f"{len(written)} written and {len(made)} made pages")
+    print(f"{len(written)} written and {len(made)} generated pages")
     return "\n".join(wrong) if wrong else 0
 
 

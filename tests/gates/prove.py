@@ -92,7 +92,7 @@ def is_green(name):
     """Whether a gate passes without a fault, and has checked something."""
     is_red, said = check(GATES[name])
     if is_red or GATES[name].proof not in said:
-        print(f"{name} is not green without a fault:\n{said}", file=sys.stderr)
+        print(f"{name} fails without a fault:\n{said}", file=sys.stderr)
         return False
     return True
 
