@@ -1,5 +1,5 @@
-// Counts allocations of the code that is linked into the program, which the linker leads past here;
-// those that libc, libcups or a communication library makes for it are theirs.
+// Counts the allocations of the code that is linked into the program: the linker redirects them
+// here. Allocations by libc, libcups or a communication library do not count.
 #ifndef BENCH_ALLOCATIONS_H_
 #define BENCH_ALLOCATIONS_H_
 

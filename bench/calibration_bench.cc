@@ -1,5 +1,5 @@
-// The calibration questions: copying default curves, beside the floor of allocating and copying as
-// many bytes, and reading a job's options, beside the floor of walking its option table.
+// Calibration: copying default curves, compared with allocating and copying as many bytes; and
+// reading a job's options, compared with walking its option table.
 #include <benchmark/benchmark.h>
 
 #include <cstdint>

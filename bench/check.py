@@ -7,9 +7,9 @@ Callgrind counts the same work alike on a busy machine and an idle one. Counted 
 itself does, with what libc does for it; what libcups and the communication library do is theirs.
 
 The counts depend on the compiler and on libc: the baseline is that of Debian 12, on x86-64. They
-do not depend on the processor, because libc is kept from choosing its functions by it. Where a text
-stands in the heap changes what strlen() takes for it, so a change to the making of the option table
-also moves the counts of walks over it, by some percent.
+do not depend on the processor, because libc is kept from choosing its functions by it. The cost of
+strlen() depends on the address of the text, so a change to how the option table is built also moves
+the counts of walks over it, by some percent.
 """
 
 import concurrent.futures
@@ -58,12 +58,12 @@ def own_instructions(profile):
     caller = callee = ""
     is_call = False
     for line in profile.splitlines():
-        kind, _, text = line.partition("=")
-        if kind == "ob":
+        field, _, text = line.partition("=")
+        if field == "ob":
             caller = callee = names.of(text)
-        elif kind == "cob":
+        elif field == "cob":
             callee = names.of(text)
-        elif kind == "calls":
+        elif field == "calls":
             is_call = True
         elif re.match(r"[0-9+*-]", line):
             cost = int(line.split()[1])

@@ -1,2 +1,2 @@
-/* A library that holds nothing, to measure others beside it. */
+/* An empty library, as the baseline for others. */
 typedef int nothing;

@@ -1,4 +1,4 @@
-// A communication library that does next to nothing: it answers from the sample printer's data. A
+// A communication library that costs next to nothing: it answers from the sample printer's data. A
 // document is one digit, the number of the sample's document.
 #include <cstdlib>
 #include <cstring>

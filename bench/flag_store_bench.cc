@@ -1,6 +1,6 @@
-// The flag store at its capacity. Filling it, beside the floor of one pass over the text that finds
-// where names and values end; finding a flag, beside walking the names with strcmp(), which is all
-// that an array in order of first appearance allows.
+// The flag store at its capacity. Filling it is compared with one pass over the text that finds
+// where names and values end. Finding a flag is compared with walking the names with strcmp(),
+// which is all that an array in order of first appearance allows.
 #include <benchmark/benchmark.h>
 
 #include <cstring>

@@ -8,7 +8,7 @@
 namespace ia_bench {
 namespace {
 
-// Such as "option_table/300": as the limits have it, without the kind of time and such.
+// The name that the limits use, such as "option_table/300".
 std::string NameOf(const benchmark::BenchmarkReporter::Run& run) {
   const benchmark::BenchmarkName& name = run.run_name;
   return name.args.empty() ? name.function_name : name.function_name + "/" + name.args;

@@ -1,4 +1,4 @@
-// What the benchmarks may cost, all in one place.
+// The limits of all benchmarks.
 #ifndef BENCH_LIMITS_H_
 #define BENCH_LIMITS_H_
 

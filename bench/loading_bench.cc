@@ -1,5 +1,4 @@
-// Loading and unloading the library as it is installed, and its size, beside a library that holds
-// nothing.
+// Loading and unloading the installed library, and its size, compared with an empty library.
 #include <benchmark/benchmark.h>
 #include <dlfcn.h>
 

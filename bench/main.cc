@@ -9,7 +9,7 @@
 
 namespace {
 
-// Defaults first, which what the user asks for takes the place of. "--json FILE" is short for
+// Defaults first, so that the user's arguments override them. "--json FILE" is short for
 // writing the library's own form to a file.
 std::vector<std::string> Arguments(int argc, char** argv) {
   std::vector<std::string> arguments = {argv[0], "--benchmark_repetitions=5",

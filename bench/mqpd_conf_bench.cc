@@ -1,5 +1,5 @@
-// Finding the last queue of a daemon configuration, and listing all of them, beside the floor:
-// reading the same file into memory and searching it once.
+// Finding the last queue of a daemon configuration, and listing all queues, compared with reading
+// the same file into memory and searching it once.
 #include <benchmark/benchmark.h>
 #include <sys/stat.h>
 

@@ -1,5 +1,5 @@
-// Reading a queue's PPD, beside libcups reading the same lines and beside libcups taking the same
-// PPD apart.
+// Reading a queue's PPD, compared with libcups reading the same lines and libcups parsing the same
+// PPD.
 #include <benchmark/benchmark.h>
 #include <cups/ppd.h>
 

@@ -17,8 +17,8 @@ struct Library {
   const char* document_folder;
   std::string (*content)(const SampleDocument& document);
 
-  // A link to the driver folder, by a name of the same length wherever the tree stands: the names
-  // that are kept in the heap move the texts behind them, which moves the count of instructions.
+  // A link to the driver folder whose name has the same length in every tree. The library copies
+  // the name to the heap, and its length shifts later allocations and so the instruction count.
   [[nodiscard]] std::string LinkDriverFolder() const;
   // Returns the folder.
   [[nodiscard]] std::string WriteDocuments() const;

@@ -1,4 +1,5 @@
-// A cache folder whose daemon configuration has so many queues, and finding the last of them.
+// A cache folder with a daemon configuration of a given number of queues, and a search for the
+// last.
 #ifndef BENCH_SAMPLE_CONF_H_
 #define BENCH_SAMPLE_CONF_H_
 

@@ -1,4 +1,4 @@
-// What calibration is asked about: an analyser's model and a job's options.
+// The input of calibration: an analyser with a model, and a job's options.
 #ifndef BENCH_SAMPLE_JOB_H_
 #define BENCH_SAMPLE_JOB_H_
 

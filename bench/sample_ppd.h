@@ -1,5 +1,5 @@
-// PPDs as drivers have them: the sample printer's lines for the analyser and as many more entries
-// as wanted, amid some 2,500 lines of ordinary options.
+// PPDs like those of drivers: the sample printer's lines for the analyser and a given number of
+// further entries, amid some 2,500 lines of ordinary options.
 #ifndef BENCH_SAMPLE_PPD_H_
 #define BENCH_SAMPLE_PPD_H_
 

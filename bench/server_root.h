@@ -1,5 +1,5 @@
-// A folder of the program's own that libcups takes for a server's, so that queues of a benchmark
-// need no server.
+// A folder that libcups takes for a print server's, so that the queues of a benchmark need no
+// server.
 #ifndef BENCH_SERVER_ROOT_H_
 #define BENCH_SERVER_ROOT_H_
 
@@ -14,7 +14,7 @@ namespace ia_bench {
 
 class ServerRoot {
  public:
-  // One for the whole program: libcups looks at its environment once.
+  // One for the whole program, because libcups reads its environment once.
   static const ServerRoot& Get() {
     static const ServerRoot root;
     return root;

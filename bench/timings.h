@@ -1,5 +1,5 @@
-// Times of one kind of work, of which the median counts: others use the machine as well. Works that
-// are compared run in turn, so that all see the machine in one state.
+// Timings of an operation. The median counts, because other programs use the machine as well.
+// Operations that are compared run in turn, so that all see the machine in one state.
 #ifndef BENCH_TIMINGS_H_
 #define BENCH_TIMINGS_H_
 

@@ -47,8 +47,8 @@ void CheckEndpoint(const char* uri) {
   CheckAddress(uri, prefix);
 }
 
-// The library of an endpoint stands in the folder of the driver family, whose cache folder is the
-// same from the URI and from that folder.
+// The library of an endpoint is in the folder of its driver family. The cache folder is the same
+// whether it is derived from the URI or from that folder.
 void CheckPaths(const char* uri) {
   const OwnedText folder = Derive(MqpdUriToFullPathOfDriverFolder, uri);
   Require(!folder || std::strstr(uri, kMark) != nullptr);

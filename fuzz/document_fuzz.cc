@@ -1,4 +1,4 @@
-// Any bytes as a device document, read by every kind of question.
+// Parses any bytes as a device document, and reads it with every function.
 #include <cstdint>
 #include <cstdlib>
 

@@ -14,8 +14,8 @@
 
 namespace {
 
-constexpr std::size_t kLongest = 1024;     // each flag is found by walking the store
-constexpr std::int32_t kMostFlags = 1024;  // as many as an analyser's stores hold
+constexpr std::size_t kLongest = 1024;    // each flag is found by walking the store
+constexpr std::int32_t kMaxFlags = 1024;  // as many as an analyser's stores hold
 
 struct StoreDeleter {
   void operator()(FlagInfo* store) const { zflaginfo_term(store); }
@@ -58,7 +58,7 @@ void Compare(const FlagInfo* store, const Flags& flags) {
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   ia_fuzz::Input input(data, std::min(size, kLongest));
-  const std::int32_t capacity = std::min(input.TakeNumber(), kMostFlags);
+  const std::int32_t capacity = std::min(input.TakeNumber(), kMaxFlags);
   const Store store(zflaginfo_init("flags", capacity));
   ia_fuzz::Require((store == nullptr) == (capacity < 0));
   if (!store) return 0;

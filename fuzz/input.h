@@ -1,5 +1,4 @@
-// What fuzzers make of their bytes. Inputs are lines, so that seeds can be read and written by
-// hand.
+// Parses the bytes of a fuzzer. Inputs are lines, so that seeds can be read and written by hand.
 #ifndef FUZZ_INPUT_H_
 #define FUZZ_INPUT_H_
 
@@ -32,7 +31,7 @@ class Input {
   [[nodiscard]] bool IsEmpty() const { return rest_.empty(); }
   [[nodiscard]] std::string_view Rest() const { return rest_; }
 
-  // The bytes up to the next line end, which is passed over.
+  // The bytes up to the next line end, which is skipped.
   std::string_view TakeLine() {
     const std::string_view line = rest_.substr(0, rest_.find('\n'));
     rest_.remove_prefix(std::min(line.size() + 1, rest_.size()));

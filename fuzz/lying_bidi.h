@@ -20,7 +20,7 @@ inline BidiContext* LyingBidi() {
   return context;
 }
 
-inline void AttachScript(std::string_view script, std::int32_t most_items) {
+inline void AttachScript(std::string_view script, std::int32_t max_items) {
   static const auto attach = [] {
     LyingBidi();
     constexpr char kPath[] = IA_LYING_DRIVER_FOLDER "/Bidi/libmqpd_util.so";
@@ -28,7 +28,7 @@ inline void AttachScript(std::string_view script, std::int32_t most_items) {
     Require(handle != nullptr);
     return reinterpret_cast<decltype(&lying_attach)>(dlsym(handle, "lying_attach"));
   }();
-  attach(script.data(), script.size(), most_items);
+  attach(script.data(), script.size(), max_items);
 }
 
 }  // namespace ia_fuzz

@@ -21,14 +21,14 @@ using ia_fuzz::Input;
 using ia_fuzz::Require;
 
 constexpr std::size_t kLongText = 65'536;
-constexpr int kMostLongTexts = 4;    // in a script: they take time
+constexpr int kMaxLongTexts = 4;     // in a script: they take time
 constexpr std::int32_t kFound = -1;  // any number but 0 means found
 
 std::string g_script;
 std::string_view g_verdicts;
 std::size_t g_next_verdict = 0;
 Input g_answers(nullptr, 0);
-std::int32_t g_most_items = 0;
+std::int32_t g_max_items = 0;
 int g_long_texts = 0;
 
 bool Verdict() {
@@ -52,21 +52,21 @@ char* NewText(std::string_view text) {
 
 char* NewLongText(std::string_view piece) {
   std::string text(piece);
-  if (++g_long_texts > kMostLongTexts) return NewText(text);
+  if (++g_long_texts > kMaxLongTexts) return NewText(text);
   while (!text.empty() && text.size() < kLongText) text += text;
   return NewText(text);
 }
 
-// Answers a call with the next line; hand_out(value) makes what is stored of it.
+// Answers a call with the next line; make(value) returns what is stored in *output.
 template <class T>
-std::int32_t Answer(T* output, auto hand_out) {
+std::int32_t Answer(T* output, auto make) {
   Require(output != nullptr);
   std::string_view answer = g_answers.TakeText();
   if (answer.empty()) return 0;
   if (answer == "?") return kFound;
   const bool is_denied = answer.starts_with('!');
   if (is_denied) answer.remove_prefix(1);
-  *output = answer == "~" ? T{} : hand_out(answer);
+  *output = answer == "~" ? T{} : make(answer);
   return is_denied ? 0 : kFound;
 }
 
@@ -113,13 +113,13 @@ std::int32_t Leave(QvXmlReader* reader) {
 
 extern "C" {
 
-void lying_attach(const char* script, std::size_t length, std::int32_t most_items) {
+void lying_attach(const char* script, std::size_t length, std::int32_t max_items) {
   g_script.assign(script, length);
   g_answers = Input(reinterpret_cast<const std::uint8_t*>(g_script.data()), g_script.size());
   g_verdicts = g_answers.TakeLine();
   g_next_verdict = 0;
   g_long_texts = 0;
-  g_most_items = most_items;
+  g_max_items = max_items;
 }
 
 int32_t qvsktwrapQueueListNew(const char*, intptr_t, intptr_t, intptr_t, intptr_t) {
@@ -164,7 +164,7 @@ QvXmlReader* qvxmlwrapGet_New(const void* data, int32_t length) {
 int32_t qvxmlwrapGet_DictCount(QvXmlReader* reader, const char* key, int32_t* count) {
   Look(reader, key);
   const std::int32_t found = AnswerNumber(count);
-  *count = std::min(*count, g_most_items);
+  *count = std::min(*count, g_max_items);
   return found;
 }
 

@@ -1,13 +1,13 @@
-// A communication library that answers what a script tells it to, true or not.
+// A communication library that gives the answers of a script, true or not.
 //
 // The script's first line answers, a character for each call and from the front again when it ends,
-// the calls that hand out nothing or a reader: "0" is failure, anything else success. Each further
-// line answers the next call that hands out a value:
+// the calls that return nothing or a reader: "0" is failure, anything else success. Each further
+// line answers the next call that returns a value:
 //
 //   (empty)  the value is missing, as all are after the last line
-//   ?        reported as found, and nothing handed out
+//   ?        reported as found, but no value is stored
 //   ~        found, as a null pointer or 0
-//   !VALUE   handed out, and reported as missing
+//   !VALUE   stored, but reported as missing
 //   *TEXT    found: TEXT again and again, to 64 KiB or more; but TEXT after four of them
 //   VALUE    found: a number or a text
 #ifndef FUZZ_LYING_LIBRARY_H_
@@ -16,10 +16,10 @@
 #include <cstddef>
 #include <cstdint>
 
-// The library's own entry point: answers from now on come from the script, which is copied.
-// No list has more dictionaries than `most_items`: who believes in more is busy for long.
+// The library's own entry point: later answers come from the script, which is copied. No list has
+// more than `max_items` dictionaries, because a caller reads all of them and takes long.
 extern "C" __attribute__((visibility("default"))) void lying_attach(const char* script,
                                                                     std::size_t length,
-                                                                    std::int32_t most_items);
+                                                                    std::int32_t max_items);
 
 #endif  // FUZZ_LYING_LIBRARY_H_

@@ -5,7 +5,7 @@
 //   f bins name        r bins name           a alias-code   n low high extra-trays alias
 //   q function         w reported-function   d reported-detail
 //   p detail=value     v default-value       c count of each list that is not shorter
-// A name or a text that is not there is a null pointer.
+// A missing name or text is a null pointer.
 #include <dlfcn.h>
 #include <string.h>
 
@@ -107,7 +107,7 @@ struct Numbers {
   std::int32_t alias = 0;
 };
 
-// What the lines tell. Texts are heap blocks of their exact length.
+// What the lines describe. Texts are heap blocks of their exact length.
 class Case {
  public:
   explicit Case(ia_fuzz::Input input)

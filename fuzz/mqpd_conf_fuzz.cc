@@ -1,5 +1,5 @@
-// Any bytes as a daemon configuration, held against a plain reading of it. The first line is what
-// is asked for, as a URI and as a queue's name.
+// Any bytes as a daemon configuration, compared with a plain parser. The first line is looked up as
+// a URI and as a queue name.
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>

@@ -11,17 +11,17 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   ia_fuzz::Input input(data, size);
-  const std::int32_t room = input.TakeNumber();
+  const std::int32_t capacity = input.TakeNumber();
   const std::string_view text = input.Rest().substr(0, input.Rest().find('\0'));
 
   const auto source = ia_test::ExactText(text);
-  const std::size_t bytes = std::min<std::size_t>(std::max(room, 0), text.size() + 1);
+  const std::size_t bytes = std::min<std::size_t>(std::max(capacity, 0), text.size() + 1);
   const auto key = ia_test::ExactBytes(std::string(bytes, 'k'));
   const auto value = ia_test::ExactBytes(std::string(bytes, 'v'));
   const std::int32_t result =
-      info_common_optlist_getoptkeyandvalue(source.get(), key.get(), value.get(), room);
+      info_common_optlist_getoptkeyandvalue(source.get(), key.get(), value.get(), capacity);
 
-  const ia_test::ParsedLine expected = ia_test::ParseOptionLine(text, room);
+  const ia_test::ParsedLine expected = ia_test::ParseOptionLine(text, capacity);
   ia_fuzz::Require(result == expected.result);
   ia_fuzz::Require(result < 0 || (key.get() == expected.key && value.get() == expected.value));
   return 0;

@@ -19,7 +19,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const std::string_view line = rest.substr(0, rest.find('\n')).substr(0, sizeof buffer - 1);
     rest.remove_prefix(line.size());
     if (line.size() < sizeof buffer - 1 && !rest.empty()) rest.remove_prefix(1);
-    // Behind a shorter line the buffer keeps the bytes of the one before it.
+    // After a shorter line, the buffer still holds bytes of the previous one.
     std::memset(buffer, 0, ia::kPpdLineHead);
     std::memcpy(buffer, line.data(), line.size());
     buffer[line.size()] = '\0';

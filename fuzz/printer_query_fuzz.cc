@@ -23,7 +23,7 @@ using ia_fuzz::Input;
 using ia_fuzz::Require;
 
 // A query takes time with each of them.
-constexpr std::int32_t kMostItems = 8;
+constexpr std::int32_t kMaxItems = 8;
 constexpr std::int32_t kFlagCapacity = 16;
 
 struct Step {
@@ -110,7 +110,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   context->xml_folder = IA_FUZZ_DOCUMENTS;
   ReadPpd(input, context.get());
 
-  ia_fuzz::AttachScript(input.Rest(), kMostItems);
+  ia_fuzz::AttachScript(input.Rest(), kMaxItems);
   if (what != "reload") ia_fuzz::LoadDocuments(context.get());
   OptionList* options = nullptr;
   info_common_optlist_additem_front(&options, "", "");

@@ -1,5 +1,5 @@
-// Runs a fuzzer's saved inputs, one after the other, in builds without libFuzzer: each as it is,
-// and cut behind each of its bytes.
+// Runs a fuzzer's saved inputs, one after the other, in builds without libFuzzer: each input in
+// full, and each of its prefixes.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -17,7 +17,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 namespace {
 
 void Run(std::string_view input) {
-  const auto bytes = std::make_unique<std::uint8_t[]>(input.size());  // no byte to spare behind it
+  const auto bytes = std::make_unique<std::uint8_t[]>(input.size());  // of the exact size
   std::copy(input.begin(), input.end(), bytes.get());
   LLVMFuzzerTestOneInput(bytes.get(), input.size());
 }
@@ -26,7 +26,7 @@ void Replay(const std::filesystem::path& path) {
   std::ifstream file(path, std::ios::binary);
   const std::string text{std::istreambuf_iterator<char>(file), {}};
   for (std::size_t length = 0; length <= text.size(); ++length) {
-    // Told before it runs: the input may end the process.
+    // Printed first, because the input may end the process.
     std::cout << path.string() << ", " << length << " bytes" << std::endl;
     Run(std::string_view(text).substr(0, length));
   }

@@ -34,7 +34,7 @@ void CheckAppend(Join append, const std::string& head, const std::string& tail) 
   Require(buffer.get() == head + tail);
 }
 
-// The text behind the first byte, moved over the whole; and the whole, moved behind its first byte.
+// Moves the text down and up by one byte, so that source and target overlap.
 void CheckOverlap(Join copy, const std::string& text) {
   if (text.empty()) return;
   const auto down = ia_test::ExactText(text);

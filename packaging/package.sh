@@ -110,7 +110,7 @@ install_and_remove() {
   rm -r "$root/packages"
   list_root >"$work/after"
   diff "$work/before" "$work/after"
-  echo "nothing is left of them"
+  echo "the packages left no files"
 }
 
 [[ $(dpkg-parsechangelog -l packaging/debian/changelog -S Version) == "$version"-* ]] ||

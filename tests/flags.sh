@@ -41,7 +41,7 @@ build_and_test() {  # FOLDER ARGUMENT...
 rows=() status=0
 for name in "${@:-${names[@]}}"; do
   arguments=()
-  arguments_of "$name" || { echo "flags.sh: no flags '$name': ${names[*]}" >&2; exit 2; }
+  arguments_of "$name" || { echo "flags.sh: unknown flags '$name'; known are ${names[*]}" >&2; exit 2; }
   folder=build/flags/$name
   mkdir -p "$folder"
   result=passed

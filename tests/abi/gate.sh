@@ -1,9 +1,9 @@
 # shellcheck shell=bash
-# Sourced by the gates of this folder. A gate says what it found wrong and exits with 1.
+# Sourced by the gates of this folder. A gate prints what is wrong and exits with status 1.
 set -euo pipefail
 export LC_ALL=C
 
-# shellcheck disable=SC2034  # for the programs that stand beside the gates
+# shellcheck disable=SC2034  # used by the programs of this folder
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
@@ -28,7 +28,7 @@ expect_equal() {  # what is compared, one list, other list
     fail "$1 differ:" "$(cat "$scratch/difference")"
 }
 
-# Names that the library exports, with the letter of nm for their kind and their size.
+# Names that the library exports, each with the letter of nm for its type and with its size.
 exported() {  # library
   "$nm" -D --defined-only -S "$1" | awk '$(NF - 1) != "A" {print $NF, $(NF - 1), $2}' |
     sed 's/@@[^ ]*//' | sort

@@ -92,7 +92,7 @@ def main(library, source_folder, folder, compiler):
 
     today = answers(client, library)
     if len(today.splitlines()) < 250:
-        sys.exit(f"the library describes next to nothing:\n{today}")
+        sys.exit(f"the library describes too little:\n{today}")
     expect_same("what a program of today reads from a grown library", today,
                 answers(client, grown_library))
     lines = today.splitlines(keepends=True)

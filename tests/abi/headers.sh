@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # Each public header compiles by itself, and twice, as C99 and as C++20 with all warnings on; and
-# info_analyze.h takes all of them but libc_names.h.
+# info_analyze.h includes all of them but libc_names.h.
 # usage: headers.sh INCLUDE_FOLDER COMPILER...  (C++ compilers have a "+" in their names; one that is
-# not installed is passed over)
+# not installed is skipped)
 source "$(dirname "$0")/gate.sh"
 include=$1
 shift

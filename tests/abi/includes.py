@@ -3,8 +3,8 @@
 below it.
 
 In the library a public header belongs to the modules that define the functions it declares. A
-header without functions belongs to none, and every module may include it. The tool stands on the
-folder of the public headers, not on the library's modules.
+header without functions belongs to none, and every module may include it. The tool includes
+the folder of the public headers, not the library's modules.
 
 usage: includes.py SOURCE_FOLDER"""
 
@@ -14,7 +14,7 @@ from pathlib import Path
 
 PUBLIC = "include/info_analyze"  # the folder of the public headers
 
-# Each module and those right above which it stands; what is below those is below it too.
+# Each module and the modules directly below it, whose lower modules it may include too.
 MODULES = {
     "info_common": (),
     "queue": ("info_common",),

@@ -42,5 +42,5 @@ for language in "$cc -std=c99" "$cxx -std=c++20 -x c++"; do
   $language "${common[@]}" -c program.c -o program.o ||
     fail "the headers do not compile beside newer declarations"
   "$cxx" program.o libc_names.o -o program
-  ./program || fail "null pointers are not taken any more"
+  ./program || fail "null pointers are no longer accepted"
 done

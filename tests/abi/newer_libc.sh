@@ -60,12 +60,12 @@ export LD_LIBRARY_PATH=$scratch:$folder
 "$cc" -I"$include" program.c -o program -L. -L"$folder" -linfo_analyze -luser -Wl,-rpath-link,.
 "$cc" plain.c -o plain -L. -lfoo
 "$cc" plain.c -o plain_before -L. -L"$folder" -lfoo -linfo_analyze
-"$cc" plain.c -o plain_behind -L. -L"$folder" -linfo_analyze -lfoo
+"$cc" plain.c -o plain_after -L. -L"$folder" -linfo_analyze -lfoo
 "$cc" -I"$include" program.c -o captured -L. -lcapturing -luser -Wl,-rpath-link,.
 
 expect_equal "callers of the other strlcpy" $'user 6\nours 3' "$(./program)"
 expect_equal "a program that has us loaded" "plain 6" "$(LD_PRELOAD=$library ./plain)"
 expect_equal "a program that names the other first" "plain 6" "$(./plain_before)"
-expect_equal "a program that names us first" "plain 3" "$(./plain_behind)"
+expect_equal "a program that names us first" "plain 3" "$(./plain_after)"
 # The same set-up with an export that has no version: it is what this gate is here to notice.
 expect_equal "callers beside an export without version" $'user 3\nours 3' "$(./captured)"

@@ -1,5 +1,6 @@
-/* strlcpy, strlcat and strnstr as dlsym() finds them: ours, and none minds a null pointer. Answers
- * how many checks failed.
+/* Checks that dlsym() finds our strlcpy, strlcat and strnstr, and that they accept null pointers.
+ * The exit status is the number of failed checks.
+ *
  * usage: null_arguments LIBRARY */
 #define _GNU_SOURCE /* dladdr() */
 #include <dlfcn.h>

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# The library calls its own functions directly and takes no function of those three names from
-# others: nobody's definition of the same name gets between. (A table is different: it must have one
-# address in the process, so it is reached through a relocation.)
+# The library calls its own functions directly and imports none of the three functions under names of
+# the C library, so no other definition of the same name replaces them. (A table is different: it must
+# have one address in the process, so it is reached through a relocation.)
 # usage: relocations.sh LIBRARY
 source "$(dirname "$0")/gate.sh"
 library=$1

@@ -54,7 +54,7 @@ cp "$sample"/ppd/*.ppd server/ppd/sample.ppd
 export LD_LIBRARY_PATH=$folder CUPS_SERVER=localhost CUPS_SERVERROOT=$scratch/server \
   TMPDIR=$scratch/tmp HOME=$scratch
 ./alone "$driver" sample "$sample/device-info" >alone.txt || fail "the query fails"
-grep -q '^QVSpecID=' alone.txt || fail "the query answers nothing:" "$(cat alone.txt)"
+grep -q '^QVSpecID=' alone.txt || fail "the query returns no specification ID:" "$(cat alone.txt)"
 ./with_names "$driver" sample "$sample/device-info" >with_names.txt || true
 expect_equal "results alone (<) and beside functions of the same names (>)" "$(cat alone.txt)" \
   "$(cat with_names.txt)"

@@ -25,9 +25,9 @@ variables() {  # in .data and .bss, while the file has names
   sections=$(readelf -SW "$library" | sed -nE 's/^ *\[ *([0-9]+)\] \.(data|bss) .*/\1/p' | paste -sd'|')
   readelf -sW "$library" | awk '$4 == "OBJECT" {print $7, $8}' | sed -nE "s/^($sections) //p"
 }
-segments() { readelf -lW "$library" | awk -v kind="$1" '$1 == kind'; }
+segments() { readelf -lW "$library" | awk -v type="$1" '$1 == type'; }
 
-# The loader, of which some processors have a variable, comes with the C library.
+# The loader comes with the C library; some processors import a variable of it.
 expect_equal "needed libraries" "$(dynamic NEEDED | grep -vE '^ld(64|-linux-.*)\.so\.' || true)" "$needed"
 expect_equal "soname" "$(dynamic SONAME)" "libinfo_analyze.so.1"
 expect_none "search path for libraries" "$(dynamic 'RPATH|RUNPATH')"
@@ -60,11 +60,11 @@ expect_none "relocations in the code" "$(readelf -dW "$library" | grep TEXTREL |
 imported_names | grep -qx __stack_chk_fail || fail "no stack protector"
 imported_names | grep -vx __stack_chk_fail | grep -qE '^__.*_chk$' || fail "no fortified calls"
 # The property note is no witness: it is lost where the C run time's own objects have none.
-# What marks the beginning of a function that may be called from anywhere.
+# The instruction with which a function starts that may be called indirectly.
 case $(readelf -hW "$library" | sed -nE 's/^ *Machine: *//p') in
-  *X86-64*) landing_pad=endbr64 ;;
-  AArch64) landing_pad='paciasp|bti' ;;
+  *X86-64*) entry_mark=endbr64 ;;
+  AArch64) entry_mark='paciasp|bti' ;;
   *) exit 0 ;;  # has none
 esac
-landing_pads=$("$objdump" -d --no-show-raw-insn "$library" | grep -cE "$landing_pad" || true)
-((landing_pads >= $(exported_functions "$library" | wc -l))) || fail "no control-flow protection"
+entry_marks=$("$objdump" -d --no-show-raw-insn "$library" | grep -cE "$entry_mark" || true)
+((entry_marks >= $(exported_functions "$library" | wc -l))) || fail "no control-flow protection"

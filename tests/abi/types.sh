@@ -10,8 +10,8 @@ bash "$here/list_constants.sh" "$include" >"$scratch/constants"
 diff "$kept/constants.txt" "$scratch/constants" >"$scratch/changes" ||
   fail "the constants have changed:" "$(cat "$scratch/changes")" "${renewal[@]}"
 
-# Two dumps made in the same way: held against a library, abidiff takes all types of the kept dump,
-# which tells no places, for private ones and passes their changes over.
+# Compares two dumps made in the same way. Against a library, abidiff would take all types of the
+# kept dump for private, because it has no source locations, and ignore their changes.
 bash "$here/dump_types.sh" "$library" "$include" >"$scratch/types"
 format() { sed -nE "1s/.*version='([0-9]+).*/\1/p" "$1"; }
 bits=$(readelf -hW "$library" | sed -nE 's/^ *Class: *ELF//p')

@@ -1,5 +1,5 @@
 /* Loads and unloads the library again and again: each time it is really gone, and the process does
- * not grow. libcups, which loses memory whenever it is unloaded, is held all the time.
+ * not grow. libcups leaks memory whenever it is unloaded, so it stays loaded.
  * usage: unloading LIBRARY ROUNDS */
 #include <dlfcn.h>
 #include <malloc.h>

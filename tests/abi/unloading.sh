@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# The library can be loaded and unloaded for ever.
+# The library can be loaded and unloaded any number of times.
 # usage: unloading.sh LIBRARY C_COMPILER
 source "$(dirname "$0")/gate.sh"
 library=$1 cc=$2

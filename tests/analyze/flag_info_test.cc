@@ -87,7 +87,7 @@ TEST(FlagInfoFind, ComparesTheWholeNameAndItsCase) {
   }
 }
 
-TEST(FlagInfoFind, NameOfAnotherPairDoesNotMatchItsBeginning) {
+TEST(FlagInfoFind, PrefixOfANameDoesNotMatch) {
   const Store shorter = StoreOf("A:1");
   EXPECT_THAT(zflaginfo_find(shorter.get(), "AB"), IsNull());
   const Store longer = StoreOf("AB:1");
@@ -113,7 +113,7 @@ TEST(FlagInfoFind, CountBelowOneHidesThePairs) {
   store->count = 1;
 }
 
-TEST(FlagInfoFind, PairWithoutANameIsPassedOver) {
+TEST(FlagInfoFind, PairWithoutANameIsSkipped) {
   const Store store = StoreOf("A:1,B:2");
   free(store->entries[0].name);
   store->entries[0].name = nullptr;
@@ -131,7 +131,7 @@ class FlagText : public testing::TestWithParam<TextRow> {};
 TEST_P(FlagText, BecomesPairs) {
   const auto text = ExactText(GetParam().text);
   EXPECT_EQ(FlagsOf(StoreOf(text.get())), GetParam().flags);
-  EXPECT_STREQ(text.get(), GetParam().text) << "the text is not the store's to change";
+  EXPECT_STREQ(text.get(), GetParam().text) << "the function changed the caller's text";
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -154,8 +154,8 @@ INSTANTIATE_TEST_SUITE_P(
          {"OnlyColonsAreSkipped", "A:1,::,B:2", {{"A", "1"}, {"B", "2"}}},
          {"OnlyColonsFirst", ":::,A:1", {{"A", "1"}}},
          {"LaterEmptyValueReplacesToo", "A:1,A", {{"A", ""}}},
-         {"CasesAreApart", "A:1,a:2", {{"A", "1"}, {"a", "2"}}},
-         {"BeginningsAreApart", "AB:1,A:2,ABC:3", {{"AB", "1"}, {"A", "2"}, {"ABC", "3"}}},
+         {"CasesAreSeparateNames", "A:1,a:2", {{"A", "1"}, {"a", "2"}}},
+         {"PrefixesAreSeparateNames", "AB:1,A:2,ABC:3", {{"AB", "1"}, {"A", "2"}, {"ABC", "3"}}},
          {"BlanksAreKept", " A : 1 , B", {{" A ", " 1 "}, {" B", ""}}},
          {"UnderscoreAndSemicolonAreOrdinary", "A_B:1;C:2", {{"A_B", "1;C:2"}}},
          {"BytesAbove127", "\xC3\xA4:\xFF", {{"\xC3\xA4", "\xFF"}}}}),
@@ -257,7 +257,7 @@ TEST(FlagsOfTable, NoEntryIsNoFailure) {
   EXPECT_THAT(FlagsOf(store), IsEmpty());
 }
 
-TEST(FlagsOfTable, EntryWithoutAValueIsPassedOver) {
+TEST(FlagsOfTable, EntryWithoutAValueIsSkipped) {
   const Table table(NewNode("Flags", nullptr, NewNode("Flags", "A:1", nullptr)));
   const Store store = NewStore();
   EXPECT_EQ(zflaginfo_getflags(table.get(), "Flags", store.get()), 0);

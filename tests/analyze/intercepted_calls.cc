@@ -49,8 +49,8 @@ std::int32_t WrappedRead(AnalyzeContext* context, const XmlKeyDescriptor* descri
   if (ListReads::active == nullptr) return result;
   const ListReads::Item read(static_cast<std::int32_t>(descriptors->document), item);
   ListReads::active->reads.push_back(read);
-  const auto told = ListReads::active->results.find(read);
-  return told != ListReads::active->results.end() ? told->second : result;
+  const auto scripted = ListReads::active->results.find(read);
+  return scripted != ListReads::active->results.end() ? scripted->second : result;
 }
 
 void RealInputOptions(AnalyzeContext*, const TrayEntry*, std::int32_t, std::int32_t, OptionSetter*,
@@ -69,7 +69,7 @@ void WrappedInputOptions(AnalyzeContext* context, const TrayEntry* trays, std::i
   for (const TrayEntry* tray = trays; tray != trays + tray_count; ++tray) {
     call.trays.push_back({tray->type, tray->alias, tray->capacity, tray->medium_type});
   }
-  call.has_room = std::all_of(rows, rows + tray_count + 3, ia_test::IsEmpty);
+  call.has_empty_rows = std::all_of(rows, rows + tray_count + 3, ia_test::IsEmpty);
   mapping->calls.push_back(std::move(call));
   if (mapping->answer) mapping->answer(rows, row_count);
 }

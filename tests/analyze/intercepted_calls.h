@@ -1,5 +1,5 @@
-// Calls inside the library that a test sees and answers in its own way. The linker leads them here
-// (--wrap); while no object of a kind lives, its calls go through unchanged.
+// Calls inside the library that a test records and answers. The linker redirects them here
+// (--wrap). Calls go through unchanged while no interception object of their type exists.
 #ifndef TESTS_ANALYZE_INTERCEPTED_CALLS_H_
 #define TESTS_ANALYZE_INTERCEPTED_CALLS_H_
 
@@ -16,20 +16,20 @@
 
 namespace ia_test {
 
-// Of each kind one object lives at a time.
-template <class Kind>
+// At most one object of each derived type exists at a time.
+template <class Derived>
 class Interception {
  public:
-  Interception() { active = static_cast<Kind*>(this); }
+  Interception() { active = static_cast<Derived*>(this); }
   ~Interception() { active = nullptr; }
   Interception(const Interception&) = delete;
   Interception& operator=(const Interception&) = delete;
 
-  static inline Kind* active = nullptr;
+  static inline Derived* active = nullptr;
 };
 
-// Reads of list items. One that is to fail stores its values all the same, as a read does that
-// fails at its last key.
+// Reads of list items. One that is to fail stores its values anyway, like a read that fails at its
+// last key.
 struct ListReads : Interception<ListReads> {
   using Item = std::pair<std::int32_t, std::int32_t>;  // document, index in its list
   std::vector<Item> reads;
@@ -43,7 +43,7 @@ struct InputMapping : Interception<InputMapping> {
     std::vector<std::vector<std::int32_t>> trays;  // type, alias, capacity, medium type
     std::int32_t extra_trays;
     std::int32_t row_count;
-    bool has_room;  // for three rows more than trays, all empty
+    bool has_empty_rows;  // one for each tray and three more, all empty
   };
   std::vector<Call> calls;
   std::function<void(OptionSetter* rows, std::int32_t* row_count)> answer;

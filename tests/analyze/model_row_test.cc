@@ -30,7 +30,7 @@ TEST(FindModel, FindsTheRowOfTheCode) {
   EXPECT_EQ(PlaceOf(kRows, "RB-X1-1"), 2);
 }
 
-TEST(FindModel, FindsTheRowThatIsTheBeginningOfTheCode) {
+TEST(FindModel, FindsTheRowThatIsAPrefixOfTheCode) {
   EXPECT_EQ(PlaceOf(kRows, "RA-P9-1-JP"), 0);
   EXPECT_EQ(PlaceOf(kRows, "RA-P9-10"), 0);
   EXPECT_EQ(PlaceOf(kRows, "RA-P9-2"), 1);
@@ -39,7 +39,7 @@ TEST(FindModel, FindsTheRowThatIsTheBeginningOfTheCode) {
   EXPECT_EQ(PlaceOf(kRows, ("RB-X1-1" + std::string(100 * 1024, 'x')).c_str()), 2);
 }
 
-TEST(FindModel, FindsNoRowForAnotherCode) {
+TEST(FindModel, FindsNoRowForADifferentCode) {
   for (const char* code : {"", "RA", "RA-P", "RA-P8", "RB-X1", "RB-X1-", "RB-X1-2", "ra-p9",
                            " RA-P9", "XRA-P9", "RA_P9"}) {
     EXPECT_EQ(PlaceOf(kRows, code), -1) << code;
@@ -61,7 +61,7 @@ TEST(CountUnreachableRows, IsZeroForRowsThatCanBeReached) {
   EXPECT_EQ(ia::CountUnreachableRows<Row>({}), 0U);
 }
 
-TEST(CountUnreachableRows, CountsRowsBehindTheirBeginning) {
+TEST(CountUnreachableRows, CountsRowsAfterARowThatIsTheirPrefix) {
   constexpr auto kHidden =
       std::to_array<Row>({{"RA-P9", 0}, {"RB", 1}, {"RA-P9-1", 2}, {"RA-P9", 3}, {"RA-P8", 4}});
   EXPECT_EQ(ia::CountUnreachableRows<Row>(kHidden), 2U);

@@ -19,7 +19,7 @@ constexpr std::size_t kEnd = offsetof(Record, number) + sizeof(std::int32_t);
 
 using Bytes = std::array<unsigned char, 64>;
 
-// What a caller's memory holds after it was given a record of `size` bytes.
+// The bytes of a caller's buffer after the library copied `size` bytes of a record to it.
 Bytes After(std::size_t size) {
   alignas(Record) Bytes bytes;
   bytes.fill(0xAA);

@@ -110,7 +110,7 @@ struct FamilyRow {
 
 class PortOfDriverFolder : public testing::TestWithParam<FamilyRow> {};
 
-// Exit status of the child: the context's port, told in two bytes through a pipe, or none.
+// The port of a context that a child process creates under this root; below 0 on failure.
 std::int32_t PortInNewRoot(const std::string& root, const char* folder) {
   int ends[2];
   if (pipe(ends) != 0) return -1;

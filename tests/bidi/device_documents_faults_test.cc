@@ -1,4 +1,4 @@
-// Device documents whose files and caches behave as they hardly ever do.
+// Device documents whose files or caches fail in rare ways.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <string.h>

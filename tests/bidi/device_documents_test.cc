@@ -163,14 +163,14 @@ INSTANTIATE_TEST_SUITE_P(Table, EachDocument, testing::ValuesIn(kDocuments), [](
   return std::string(info.param.file, std::string(info.param.file).find('.'));
 });
 
-TEST_F(DeviceDocuments, AreHandedOverWhole) {
+TEST_F(DeviceDocuments, ArePassedOnWhole) {
   WriteDocument("Specid.xml");
   ASSERT_EQ(Create(2), 0);
   EXPECT_THAT(recording_.NamesOfCalls(), ElementsAre("qvxmlwrapGet_New"));
   EXPECT_EQ(recording_.calls[0].arguments[1], ArgumentOf(std::string("text of Specid.xml").size()));
 }
 
-TEST_F(DeviceDocuments, AreHandedOverWithTheirNuls) {
+TEST_F(DeviceDocuments, ArePassedOnWithTheirNuls) {
   const std::string text("\0a\0\xff\n\0", 6);
   folder_.Write("Specid.xml", text);
   recording_.documents[text] = {};
@@ -384,7 +384,7 @@ TEST_F(DeviceDocuments, StayAbsentWithoutCommunicationLibrary) {
   EXPECT_EQ(context_.documents[0].xml, nullptr);
 }
 
-// Runs `check` in a child process, where it may close what the test needs; it answers 0 for
+// Runs `check` in a child process, where it may close descriptors that the test needs; 0 means
 // success.
 template <class Check>
 int StatusOfChild(Check check) {

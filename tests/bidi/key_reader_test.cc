@@ -112,7 +112,7 @@ class KeyReader : public testing::Test {
 
 class PlainKeys : public KeyReader {
  protected:
-  FlagInfo behind_the_slots_ = {};
+  FlagInfo after_the_slots_ = {};
 };
 
 TEST_F(PlainKeys, AreReadInOrderFromTheirDocuments) {
@@ -224,7 +224,7 @@ TEST_F(PlainKeys, StopAtADocumentThatIsNotLoaded) {
 TEST_F(PlainKeys, StopAtADocumentThatThereIsNot) {
   Load(0, {.longs = {{"number", 1}}});
   Load(8, {.longs = {{"number", 1}}});
-  context_.media_type_flags = &behind_the_slots_;
+  context_.media_type_flags = &after_the_slots_;
   for (const std::intptr_t document :
        {std::intptr_t{-1}, std::intptr_t{9}, std::intptr_t{kHighest}, std::intptr_t{kLowest},
         std::numeric_limits<std::intptr_t>::min(), std::numeric_limits<std::intptr_t>::max()}) {
@@ -249,9 +249,9 @@ class OtherTypes : public KeyReader, public testing::WithParamInterface<std::int
 TEST_P(OtherTypes, StopTheReadingOfPlainKeys) {
   Load(0, {.longs = {{"number", 1}}});
   std::int32_t numbers[2] = {kUntouched, kUntouched};
-  char room[64] = {};
+  char buffer[64] = {};
   std::int32_t count = 0;
-  const XmlKeyDescriptor other = {0, "number", GetParam(), room, &kUtf8, nullptr, &count};
+  const XmlKeyDescriptor other = {0, "number", GetParam(), buffer, &kUtf8, nullptr, &count};
   EXPECT_EQ(Read(std::array{LongKey("number", &numbers[0]), other, LongKey("number", &numbers[1])}),
             -1);
   EXPECT_THAT(numbers, ElementsAre(1, kUntouched));
@@ -543,17 +543,18 @@ TEST_P(LyingArrays, WriteNothingBeyondTheRoomForNumbers) {
   ScriptedDocument document = {.array_counts = {{"bins", GetParam()}}};
   for (std::int32_t k = -2; k < 16; ++k) document.long_elements[k] = k;
   QvXmlReader* reader = Load(0, document);
-  std::array<std::int32_t, 8> room;
-  room.fill(kUntouched);
+  std::array<std::int32_t, 8> values;
+  values.fill(kUntouched);
   std::int32_t capacity = 4;
-  XmlKeyDescriptor element = LongElements(&room[2], &capacity);
+  XmlKeyDescriptor element = LongElements(&values[2], &capacity);
   XmlKeyDescriptor* elements = &element;
   std::int32_t count = 99;
   EXPECT_EQ(ReadNested(reader, std::array{ArrayKey("bins", &elements, &count)}, 0), 0);
   const std::int32_t expected = std::max(0, std::min(4, GetParam()));
   EXPECT_EQ(std::max(0, count), expected);
   for (std::int32_t k = -2; k < 6; ++k) {
-    EXPECT_EQ(room[static_cast<std::size_t>(k + 2)], k >= 0 && k < expected ? k : kUntouched) << k;
+    EXPECT_EQ(values[static_cast<std::size_t>(k + 2)], k >= 0 && k < expected ? k : kUntouched)
+        << k;
   }
   EXPECT_EQ(capacity, 4);
 }
@@ -562,16 +563,16 @@ TEST_P(LyingArrays, WriteNothingBeyondTheRoomForTexts) {
   ScriptedDocument document = {.array_counts = {{"names", GetParam()}}};
   for (std::int32_t k = -2; k < 16; ++k) document.string_elements[k] = std::to_string(k);
   QvXmlReader* reader = Load(0, document);
-  std::array<char*, 8> room = {};
+  std::array<char*, 8> values = {};
   std::int32_t capacity = 4;
-  XmlKeyDescriptor element = StringElements(&room[2], &capacity);
+  XmlKeyDescriptor element = StringElements(&values[2], &capacity);
   XmlKeyDescriptor* elements = &element;
   std::int32_t count = 99;
   EXPECT_EQ(ReadNested(reader, std::array{ArrayKey("names", &elements, &count)}, 0), 0);
   const std::int32_t expected = std::max(0, std::min(4, GetParam()));
   EXPECT_EQ(std::max(0, count), expected);
   for (std::int32_t k = -2; k < 6; ++k) {
-    char*& text = room[static_cast<std::size_t>(k + 2)];
+    char*& text = values[static_cast<std::size_t>(k + 2)];
     EXPECT_EQ(text != nullptr, k >= 0 && k < expected) << k;
     free(text);
   }
@@ -605,7 +606,7 @@ TEST_F(Arrays, RefuseDescriptorsWithoutElements) {
 class Dictionaries : public KeyReader {};
 
 TEST_F(Dictionaries, AreEnteredReadAndLeft) {
-  QvXmlReader* reader = Load(0, {.longs = {{"id", 3}}, .strings = {{"type", "kind"}}});
+  QvXmlReader* reader = Load(0, {.longs = {{"id", 3}}, .strings = {{"type", "tray"}}});
   std::int32_t id = 0;
   Text type;
   std::array nested = {LongKey("id", &id), StringKey("type", &type.text, &type)};
@@ -614,7 +615,7 @@ TEST_F(Dictionaries, AreEnteredReadAndLeft) {
   EXPECT_EQ(ReadNested(reader, std::array{DictionaryKey("list", &nested_keys, &nested_count)}, 6),
             0);
   EXPECT_EQ(id, 3);
-  EXPECT_EQ(std::string(type), "kind");
+  EXPECT_EQ(std::string(type), "tray");
   EXPECT_EQ(nested_count, 2);
   EXPECT_THAT(recording_.calls, ElementsAre(CallTo("qvxmlwrapGet_OpenDict", reader, "list", 6),
                                             CallTo("qvxmlwrapGet_Long", reader, "id", &id, 0),
@@ -931,7 +932,7 @@ TEST_F(RealDocument, IsReadItemByItem) {
   EXPECT_EQ(depth, 7);
 }
 
-TEST_F(RealDocument, HasNothingBehindItsLastItem) {
+TEST_F(RealDocument, HasNothingAfterItsLastItem) {
   std::int32_t id = kUntouched;
   XmlKeyDescriptor nested = LongKey("id", &id);
   XmlKeyDescriptor* nested_keys = &nested;

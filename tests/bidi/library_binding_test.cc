@@ -91,9 +91,9 @@ TEST(LoadBidiLibrary, RefusesFilesThatAreNoLibrary) {
   std::filesystem::create_directory(folder / "folder.so");
   std::string half;
   std::getline(std::ifstream(RecordingPath(), std::ios::binary), half, '\0');
-  folder.Write("beginning.so", half);
+  folder.Write("first-part.so", half);
   const auto descriptors = CountOpenDescriptors();
-  for (const char* name : {"text.so", "empty.so", "folder.so", "beginning.so"}) {
+  for (const char* name : {"text.so", "empty.so", "folder.so", "first-part.so"}) {
     EXPECT_EQ(z_LoadBidiLibrary((folder / name).c_str()), nullptr) << name;
   }
   EXPECT_EQ(CountOpenDescriptors(), descriptors);

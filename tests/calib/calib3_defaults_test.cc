@@ -32,7 +32,7 @@ static_assert(sizeof(Calib3Info) == 48 + 2 * kPointer);
 
 constexpr std::uint32_t kStaleWord = 0xA5A5A5A5;
 
-// A record that a caller used before; what its pointers led to is gone.
+// A record that a caller used before; its pointers are dangling.
 class Record {
  public:
   Record() {

@@ -97,7 +97,7 @@ TEST(Calib3Settings, AreNoneWithoutAModel) {
 }
 
 // The model is the dispatcher's concern.
-TEST(Calib3Settings, HandlersDoNotLookAtTheModel) {
+TEST(Calib3Settings, HandlersDoNotDependOnTheModel) {
   const Job job;
   EXPECT_EQ(Ask(analyze_GetCalibSettingsLARCH, &kWithoutModel, job), (Answer{0, kLarch}));
 }
@@ -230,7 +230,7 @@ INSTANTIATE_TEST_SUITE_P(
 // The reader of the job's halftone takes "Mono" for monochrome and "Gradation" for gradation; here
 // they are not.
 INSTANTIATE_TEST_SUITE_P(
-    LetterCaseMatters, SfpSettings,
+    CaseMatters, SfpSettings,
     Rows<OptionsRow>(
         {{"UpperMono",
           {{"QVColorMode", "Mono"}, {"QVHalftone", "x"}, {"QVColorHalftone", "gradation"}},

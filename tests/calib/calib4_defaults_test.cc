@@ -90,8 +90,8 @@ class Record {
 
 // Model table ------------------------------------------------------------------------------------
 
-// For the halftone values 2, 3, 4, by which all families can be told apart.
-const Entries kTellingJob = {{"QVHalftone", "pattern1"}, {"QVHTPattern1", "432"}};
+// Gives the halftone values 2, 3, 4, for which all families differ.
+const Entries kDistinctJob = {{"QVHalftone", "pattern1"}, {"QVHTPattern1", "432"}};
 constexpr Codes kCommonCodes = {1, 0, 2};
 constexpr Codes kBaobabCodes = {1, 1, 2};
 constexpr Codes kZeros = {0, 0, 0};
@@ -108,7 +108,7 @@ std::ostream& operator<<(std::ostream& out, const ModelRow& row) { return out <<
 
 class Calib4InfoOfModel : public testing::TestWithParam<ModelRow> {
  protected:
-  const Job job_{kTellingJob};
+  const Job job_{kDistinctJob};
 };
 
 TEST_P(Calib4InfoOfModel, ComesFromItsHandler) {
@@ -165,7 +165,7 @@ TEST(Calib4InfoOfModelTable, HasAnExpectationForEachRow) {
 }
 
 TEST(Calib4Info, IsTheCommonOneWithoutAModel) {
-  const Job job(kTellingJob);
+  const Job job(kDistinctJob);
   for (const Calib4InfoHandler create : std::initializer_list<Calib4InfoHandler>{
            Analyze_Info_CreateDefault_Calib4Info, analyze_CreateDefault_Calib4Info,
            analyze_CreateDefault_Calib4InfoCommon}) {
@@ -184,7 +184,7 @@ struct FunctionRow : NamedRow {
 class Calib4InfoFunction : public testing::TestWithParam<FunctionRow> {
  protected:
   const Analyser analyser_{"RA-H2"};
-  const Job job_{kTellingJob};
+  const Job job_{kDistinctJob};
 };
 
 TEST_P(Calib4InfoFunction, RefusesNullArgumentsAndWritesNothing) {

@@ -210,7 +210,7 @@ INSTANTIATE_TEST_SUITE_P(
     RowName<TypeRow>);
 
 // Group g belongs to halftone value g, and the last digit is the first value.
-TEST(Calib4Settings, GroupsStandInTheOrderOfTheHalftoneValues) {
+TEST(Calib4Settings, GroupsAreInTheOrderOfTheHalftoneValues) {
   const Job job(Entries{{"QVHalftone", "pattern1"}, {"QVHTPattern1", "124"}});
   EXPECT_EQ(Ask(analyze_GetCalibSettingsBAOBAB, &kWithoutModel, job).settings.words,
             (Words{0x80000, 3, 1, 0x10000, 3, 3, 0x40000, 3, 2}));
@@ -221,7 +221,7 @@ TEST(Calib4Settings, SequoiaDoesNotReadTheResolution) {
   EXPECT_EQ(Ask(analyze_GetCalibSettingsSEQUOIA, &kWithoutModel, job), (Answer{0, Settings{}}));
 }
 
-TEST(Calib4Settings, NothingIsWrittenBehindTheNinthWord) {
+TEST(Calib4Settings, NothingIsWrittenAfterTheNinthWord) {
   const Job job(kResolutionJob);
   std::array<std::uint32_t, 10> words;
   words.fill(7);

@@ -68,13 +68,13 @@ INSTANTIATE_TEST_SUITE_P(Table, HalftoneName,
                                         {"ErrorDiffusion", "errdiffusion", 5}}),
                          RowName<TypeRow>);
 
-INSTANTIATE_TEST_SUITE_P(Beginnings, HalftoneName,
+INSTANTIATE_TEST_SUITE_P(Prefixes, HalftoneName,
                          Rows<TypeRow>({{"LongerResolution", "resolution2", 2},
                                         {"LongerGradation", "gradation high", 1},
                                         {"LongerColorTone", "colortones", 4}}),
                          RowName<TypeRow>);
 
-INSTANTIATE_TEST_SUITE_P(LetterCase, HalftoneName,
+INSTANTIATE_TEST_SUITE_P(Case, HalftoneName,
                          Rows<TypeRow>({{"UpperResolution", "RESOLUTION", 2},
                                         {"CamelHighResolution", "HighResolution", 3},
                                         {"UpperErrorDiffusion", "ErrDiffusion", 5},
@@ -144,7 +144,7 @@ TEST(PatternDigits, AreNotChecked) {
             (Triple{2, 1, 0xFFFFFFB4}));
 }
 
-TEST(PatternDigits, BehindTheThirdAreNotRead) { EXPECT_EQ(PatternOf("1245"), (Triple{4, 2, 1})); }
+TEST(PatternDigits, AfterTheThirdAreNotRead) { EXPECT_EQ(PatternOf("1245"), (Triple{4, 2, 1})); }
 
 TEST(PatternDigits, MissingOnesCountAsNul) {
   constexpr std::uint32_t kNul = 0U - '0';

@@ -1,4 +1,4 @@
-// What calibration calls are given: an analyser that knows its model, and a job's options.
+// Arguments of calibration calls: an analyser that knows its model, and a job's options.
 #ifndef TESTS_CALIB_JOB_H_
 #define TESTS_CALIB_JOB_H_
 

@@ -34,7 +34,7 @@ INSTANTIATE_TEST_SUITE_P(Table, ResolutionOption,
                                               {"R1200", "1200", 1200, 1200}}),
                          RowName<ResolutionRow>);
 
-INSTANTIATE_TEST_SUITE_P(LetterCase, ResolutionOption,
+INSTANTIATE_TEST_SUITE_P(Case, ResolutionOption,
                          Rows<ResolutionRow>({{"Unit", "1200x600DPI", 1200, 600},
                                               {"Sign", "1200X1200dpi", 1200, 1200}}),
                          RowName<ResolutionRow>);

@@ -1,5 +1,5 @@
 #!/bin/sh
-# On a release of Debian that is too old ./dev stops with one sentence, and does so before it installs
+# On a release of Debian that is too old, ./dev prints one sentence and stops before it installs
 # anything.
 set -eu
 

@@ -1,4 +1,4 @@
-// Keeps docs/document-format.md true: its nine documents are read, and hold what its tables tell.
+// Keeps docs/document-format.md true: its nine documents are valid and hold the keys of its tables.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -42,7 +42,7 @@ std::vector<std::string> KeysInTables(std::string_view section) {
 
 struct Key {
   const char* name;
-  const char* kind;  // as the page has it
+  const char* type;  // as the page spells it
 };
 
 struct DocumentCase {
@@ -95,7 +95,7 @@ const DocumentCase kDocuments[] = {
 };
 
 bool HasArray(const Reader& reader, const Key& key) {
-  const bool is_of_longs = std::string_view(key.kind) == "array of longs";
+  const bool is_of_longs = std::string_view(key.type) == "array of longs";
   const std::int32_t count = CountElements(reader, key.name).value_or(-1);
   bool is_whole = OpenArray(reader, key.name);
   for (std::int32_t i = 0; i < count; ++i) {
@@ -106,9 +106,9 @@ bool HasArray(const Reader& reader, const Key& key) {
 }
 
 bool Has(const Reader& reader, const Key& key) {
-  const std::string_view kind = key.kind;
-  if (kind == "long") return GetLong(reader, key.name).has_value();
-  if (kind == "string") return GetString(reader, key.name).has_value();
+  const std::string_view type = key.type;
+  if (type == "long") return GetLong(reader, key.name).has_value();
+  if (type == "string") return GetString(reader, key.name).has_value();
   return HasArray(reader, key);
 }
 
@@ -119,11 +119,11 @@ class DocumentFormatPageTest : public testing::TestWithParam<DocumentCase> {
       Between(page_, "\n### " + std::string(GetParam().file) + "\n", "\n### ");
 };
 
-TEST_P(DocumentFormatPageTest, TableNamesTheKeysAndTheirKinds) {
+TEST_P(DocumentFormatPageTest, TableNamesTheKeysAndTheirTypes) {
   std::vector<std::string> names;
   for (const Key& key : GetParam().keys) {
     names.emplace_back(key.name);
-    const std::string row = "\n| `" + names.back() + "` | " + key.kind + " | ";
+    const std::string row = "\n| `" + names.back() + "` | " + key.type + " | ";
     EXPECT_NE(section_.find(row), std::string_view::npos) << row;
   }
   EXPECT_THAT(KeysInTables(section_), testing::ElementsAreArray(names));

@@ -1,4 +1,4 @@
-// What is read as a document, and what is not.
+// Which bytes are accepted as a document.
 #include <gtest/gtest.h>
 
 #include <cstdint>
@@ -15,7 +15,7 @@ namespace {
 
 using std::string_literals::operator""s;
 
-// What stands around the outermost element.
+// Text around the outermost element.
 
 struct Bytes {
   const char* what;
@@ -76,12 +76,12 @@ INSTANTIATE_TEST_SUITE_P(
         Bytes{"LongerVersion", "<document version=\"1.0\"/>"},
         Bytes{"TwoRoots", "<document version=\"1\"/><document version=\"1\"/>"},
         Bytes{"OtherElementBefore", "<a/><document version=\"1\"/>"},
-        Bytes{"OtherElementBehind", "<document version=\"1\"/><a/>"},
+        Bytes{"OtherElementAfter", "<document version=\"1\"/><a/>"},
         Bytes{"TextBefore", "x<document version=\"1\"/>"},
-        Bytes{"TextBehind", "<document version=\"1\"/>x"},
-        Bytes{"BracketBehind", "<document version=\"1\"/><"},
-        Bytes{"ReferenceBehind", "<document version=\"1\"/>&#32;"},
-        Bytes{"CharacterDataSectionBehind", "<document version=\"1\"/><![CDATA[ ]]>"},
+        Bytes{"TextAfter", "<document version=\"1\"/>x"},
+        Bytes{"BracketAfter", "<document version=\"1\"/><"},
+        Bytes{"ReferenceAfter", "<document version=\"1\"/>&#32;"},
+        Bytes{"CharacterDataSectionAfter", "<document version=\"1\"/><![CDATA[ ]]>"},
         Bytes{"SecondByteOrderMark", "\xEF\xBB\xBF\xEF\xBB\xBF<document version=\"1\"/>"},
         Bytes{"NotClosed", "<document version=\"1\">"},
         Bytes{"ClosedWithOtherName", "<document version=\"1\"></dokument>"},
@@ -92,7 +92,7 @@ INSTANTIATE_TEST_SUITE_P(
         Bytes{"AttributesWithoutBlank", DocumentOf("<long key=\"a\"b=\"c\">1</long>")},
         Bytes{"CommentNotClosed", DocumentOf("<!-- ") + "x"},
         Bytes{"CharacterDataSectionNotClosed", DocumentOf("<![CDATA[")},
-        Bytes{"DeclarationBehindBlank", " <?xml version=\"1.0\"?><document version=\"1\"/>"},
+        Bytes{"DeclarationAfterBlank", " <?xml version=\"1.0\"?><document version=\"1\"/>"},
         Bytes{"DeclarationTwice",
               "<?xml version=\"1.0\"?><?xml version=\"1.0\"?><document version=\"1\"/>"},
         Bytes{"DeclarationInside", DocumentOf("<?xml version=\"1.0\"?>")}),
@@ -117,7 +117,7 @@ INSTANTIATE_TEST_SUITE_P(
         Bytes{"FiveBytes", DocumentOf("<string key=\"a\">\xF8\x88\x80\x80\x80</string>")},
         Bytes{"ByteFF", DocumentOf("<string key=\"a\">\xFF</string>")},
         Bytes{"Nul", DocumentOf("<string key=\"a\">x\0y</string>"s)},
-        Bytes{"NulBehind", DocumentOf("") + "\0"s},
+        Bytes{"NulAfter", DocumentOf("") + "\0"s},
         Bytes{"ControlCharacter", DocumentOf("<string key=\"a\">\x01</string>")},
         Bytes{"Escape", DocumentOf("<string key=\"a\x1B\">x</string>")},
         Bytes{"NoncharacterFFFE", DocumentOf("<string key=\"a\">\xEF\xBF\xBE</string>")},
@@ -133,7 +133,7 @@ INSTANTIATE_TEST_SUITE_P(
         Bytes{"InternalEntities",
               "<!DOCTYPE document [<!ENTITY a \"b\"><!ENTITY c \"&a;&a;&a;&a;\">]>"
               "<document version=\"1\"><string key=\"a\">&c;</string></document>"},
-        Bytes{"DocumentTypeBehind", "<document version=\"1\"/><!DOCTYPE document>"},
+        Bytes{"DocumentTypeAfter", "<document version=\"1\"/><!DOCTYPE document>"},
         Bytes{"DocumentTypeInside", DocumentOf("<!DOCTYPE document>")},
         Bytes{"UnknownEntity", DocumentOf("<string key=\"a\">&nbsp;</string>")},
         Bytes{"UnknownEntityInKey", DocumentOf("<string key=\"&nbsp;\">a</string>")},
@@ -179,7 +179,7 @@ std::string Nested(std::string_view element_name, int levels, std::string_view i
   return DocumentOf(open + std::string(innermost) + close);
 }
 
-TEST(DocumentTest, ElementsMayStandSixtyFourDeep) {
+TEST(DocumentTest, ElementsMayNestSixtyFourDeep) {
   const Reader reader = Read(Nested("dict", 62, "<long key=\"a\">7</long>"));
   ASSERT_NE(reader, nullptr);
   for (int i = 0; i < 62; ++i) ASSERT_TRUE(OpenDict(reader, "d"));

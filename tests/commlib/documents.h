@@ -133,7 +133,7 @@ using Writer = std::unique_ptr<QvXmlWriter, WriterDeleter>;
 
 inline Writer NewWriter() { return Writer(qvxmlwrapSet_New()); }
 
-// Ends the document; empty when that fails or the told length is not that of the text.
+// Ends the document; empty if that fails or the returned length is not that of the text.
 inline std::string Finish(Writer writer) {
   char* text = nullptr;
   std::int32_t length = -1;

@@ -1,4 +1,4 @@
-// What holds for the 36 entry points as such.
+// Properties of all 36 entry points.
 #include <dlfcn.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -38,10 +38,10 @@ std::vector<std::string> ExportedSymbols() {
       OutputOf("nm -D --defined-only --with-symbol-versions '" IA_COMMLIB_FILE "'"));
   std::vector<std::string> symbols;
   std::string address;
-  std::string kind;
+  std::string type;
   std::string name;
-  while (lines >> address >> kind >> name) {
-    if (kind != "A") symbols.push_back(kind + " " + name);
+  while (lines >> address >> type >> name) {
+    if (type != "A") symbols.push_back(type + " " + name);
   }
   return symbols;
 }
@@ -129,7 +129,7 @@ class NullArgumentsTest : public testing::Test {
       "<double>1</double><string>x</string><binary>AAAA</binary></array>");
 };
 
-TEST_F(NullArgumentsTest, NullKeyIsNotThere) {
+TEST_F(NullArgumentsTest, NullKeyIsMissing) {
   EXPECT_EQ(GetLong(reader_, nullptr), std::nullopt);
   EXPECT_EQ(GetDouble(reader_, nullptr), std::nullopt);
   EXPECT_EQ(GetString(reader_, nullptr), std::nullopt);

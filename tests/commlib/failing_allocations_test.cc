@@ -46,7 +46,7 @@ AllocationFault fault;
 void* AllocateForParser(std::size_t size) { return fault.Allocate(size); }
 void ReleaseForParser(void* block) { fault.Release(block); }
 
-// What the library allocates this way it hands out, so the test counts it when it frees it.
+// The library returns such blocks to its caller, so they do not count as the library's.
 void* AllocateForCaller(std::size_t size) {
   void* const block = fault.Allocate(size);
   if (block != nullptr) --fault.live_blocks;
@@ -178,7 +178,7 @@ TEST_F(FailingAllocationsTest, ReaderIsMadeWholeOrNotAtAll) {
   EXPECT_EQ(fault.live_blocks, live_before);
 }
 
-TEST_F(FailingAllocationsTest, ValueIsHandedOutWholeOrNotThere) {
+TEST_F(FailingAllocationsTest, ValueIsReturnedWholeOrMissing) {
   const Reader owned = ReadContent(
       "<long key=\"a\">                             1</long>"
       "<double key=\"b\">                             1</double>"

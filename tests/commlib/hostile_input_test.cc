@@ -1,4 +1,4 @@
-// Bytes that nobody wrote with good intent: they give no reader, or one that can be used.
+// Malicious bytes give no reader, or one that can be used.
 #include <gtest/gtest.h>
 #include <sys/mman.h>
 #include <unistd.h>
@@ -36,8 +36,8 @@ constexpr std::string_view kSample =
     "  <other><?target data?></other>\n"
     "</document>\n";
 
-// A block that ends where the process's memory ends: any byte read too many is a crash, with and
-// without a sanitizer.
+// A block that ends at an inaccessible page: reading past its end crashes, with and without a
+// sanitizer.
 class WalledBytes {
  public:
   explicit WalledBytes(std::string_view bytes) {
@@ -70,7 +70,7 @@ void ReadAllAt(const Reader& reader, std::int32_t index) {
   BinaryAt(reader, index);
 }
 
-// Asks for everything, at keys that are there and keys that are not.
+// Reads values of every type, with existing and missing keys.
 void ReadAll(const Reader& reader, int levels) {
   for (const char* key : {"a", "b", "c", "d", "e", "list", "none"}) {
     GetLong(reader, key);
@@ -200,7 +200,7 @@ TEST(HostileInputTest, MutatedDocumentsAreRefusedOrRead) {
   int documents = 0;
   constexpr int kRounds = 20'000;
   for (int i = 0; i < kRounds; ++i) documents += ReadAllOf(Mutate(std::string(kSample), random));
-  EXPECT_GT(documents, kRounds / 10) << "too few well-formed ones to tell anything";
+  EXPECT_GT(documents, kRounds / 10) << "too few well-formed documents to prove anything";
   EXPECT_LT(documents, kRounds) << "nothing was damaged";
 }
 

@@ -73,10 +73,10 @@ TEST(ReaderTest, FirstOfSeveralEqualKeysCounts) {
   EXPECT_EQ(GetLong(reader, "a"), 1);
   EXPECT_EQ(GetString(reader, "b"), "one");
   EXPECT_EQ(CountElements(reader, "c"), 1);
-  EXPECT_EQ(GetLong(reader, "d"), nullopt) << "the first is no number";
+  EXPECT_EQ(GetLong(reader, "d"), nullopt) << "the first one is not a number";
 }
 
-TEST(ReaderTest, ValueOfAnotherKindIsNotThere) {
+TEST(ReaderTest, ValueOfADifferentTypeIsMissing) {
   const Reader reader = ReadContent(
       "<long key=\"long\">1</long><double key=\"double\">1</double>"
       "<string key=\"string\">1</string><binary key=\"binary\">AAAA</binary>"
@@ -105,7 +105,7 @@ TEST(ReaderTest, ValueOfAnotherKindIsNotThere) {
   }
 }
 
-TEST(ReaderTest, KindsUnderOneKeyDoNotHideEachOther) {
+TEST(ReaderTest, TypesUnderOneKeyDoNotHideEachOther) {
   const Reader reader = ReadContent(
       "<string key=\"a\">one</string><dict key=\"a\"/><long key=\"a\">2</long><dict key=\"a\"/>");
   EXPECT_EQ(GetLong(reader, "a"), 2);
@@ -167,7 +167,7 @@ TEST(ReaderTest, RepeatedDictionariesAreTheItemsOfAList) {
   }
 }
 
-TEST(ReaderTest, ItemsBeforeTheFirstAndBehindTheLastAreNotThere) {
+TEST(ReaderTest, ItemsBeforeTheFirstAndAfterTheLastAreMissing) {
   const Reader reader = ReadContent("<dict key=\"list\"/><dict key=\"list\"/>");
   for (const std::int32_t index : {-1, 2, 3, std::numeric_limits<std::int32_t>::max(),
                                    std::numeric_limits<std::int32_t>::min()}) {
@@ -221,7 +221,7 @@ TEST(ReaderTest, ElementsOfAnArrayAreReadByPosition) {
   EXPECT_EQ(CloseArray(reader), 0);
 }
 
-TEST(ReaderTest, ElementOfAnotherKindOrOutsideTheArrayIsNotThere) {
+TEST(ReaderTest, ElementOfADifferentTypeOrOutsideTheArrayIsMissing) {
   const Reader reader = ReadContent("<array key=\"a\"><long>5</long><string>6</string></array>");
   ASSERT_TRUE(OpenArray(reader, "a"));
   EXPECT_EQ(LongAt(reader, 1), nullopt);
@@ -289,7 +289,7 @@ TEST(ReaderTest, DictionaryInAnArrayIsEnteredByPosition) {
   EXPECT_FALSE(OpenDict(reader, "x", 3));
 }
 
-// Where the reader stands.
+// The position of the reader.
 
 TEST(ReaderTest, FailedOpenIsALevelThatIsEmptyAndHasToBeClosed) {
   const Reader reader = ReadContent("<long key=\"a\">1</long><dict key=\"d\"/>");
@@ -323,7 +323,7 @@ TEST(ReaderTest, OutermostDictionaryCannotBeClosed) {
   EXPECT_EQ(GetLong(reader, "a"), 1);
 }
 
-TEST(ReaderTest, ClosingTheOtherKindChangesNothing) {
+TEST(ReaderTest, ClosingTheOtherTypeChangesNothing) {
   const Reader reader = ReadContent(
       "<dict key=\"d\"><long key=\"a\">1</long><array key=\"e\"><long>2</long></array></dict>");
   ASSERT_TRUE(OpenDict(reader, "d"));
@@ -360,7 +360,7 @@ TEST(ReaderTest, AnyNumberOfFailedOpensIsBalancedByAsManyCloses) {
   EXPECT_EQ(CloseDict(reader), -1);
 }
 
-TEST(ReaderTest, KindOfAFailedOpenIsKnownFor127LevelsAndOnlyCountedBeyond) {
+TEST(ReaderTest, TypeOfAFailedOpenIsKnownFor127LevelsAndOnlyCountedBeyond) {
   const Reader reader = ReadContent("");
   for (int i = 0; i < 127; ++i) OpenDict(reader, "none");
   EXPECT_EQ(CloseArray(reader), -1);
@@ -378,7 +378,7 @@ TEST(ReaderTest, MayBeReleasedWithOpenLevels) {
   EXPECT_EQ(qvxmlwrapGet_Destroy(reader.release()), 0);
 }
 
-TEST(ReaderTest, ReadersStandEachOnTheirOwn) {
+TEST(ReaderTest, ReadersAreIndependent) {
   const Reader first = ReadContent("<dict key=\"d\"><long key=\"a\">1</long></dict>");
   const Reader second = ReadContent("<dict key=\"d\"><long key=\"a\">2</long></dict>");
   OpenDict(first, "d");

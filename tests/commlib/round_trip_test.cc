@@ -1,4 +1,4 @@
-// What the writer writes, the reader reads back exactly.
+// The reader returns exactly what the writer wrote.
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
 

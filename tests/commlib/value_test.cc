@@ -55,7 +55,7 @@ const LongRow kLongRows[] = {
     {"\u00A01", nullopt},
 };
 
-TEST(ValueTest, LongIsAWholeDecimalNumberOf32BitsOrNotThere) {
+TEST(ValueTest, LongIsAWholeDecimalNumberOf32BitsOrMissing) {
   for (const LongRow& row : kLongRows) {
     SCOPED_TRACE(row.text);
     const std::string text = row.text;
@@ -98,7 +98,7 @@ const DoubleRow kDoubleRows[] = {
     {"one", nullopt},
 };
 
-TEST(ValueTest, DoubleIsAFiniteDecimalNumberOrNotThere) {
+TEST(ValueTest, DoubleIsAFiniteDecimalNumberOrMissing) {
   for (const DoubleRow& row : kDoubleRows) {
     SCOPED_TRACE(row.text);
     const std::string text = row.text;
@@ -186,7 +186,7 @@ const TextRow kBinaryRows[] = {
     {"Zm\u00E9", nullopt},
 };
 
-TEST(ValueTest, BinaryIsCanonicalBase64OrNotThere) {
+TEST(ValueTest, BinaryIsCanonicalBase64OrMissing) {
   for (const TextRow& row : kBinaryRows) {
     SCOPED_TRACE(row.content);
     const std::string content = row.content;
@@ -226,7 +226,7 @@ TEST(ValueTest, EncodingMayBeUtf8InAnyCaseOrLeftOut) {
   }
 }
 
-TEST(ValueTest, TextInAnotherEncodingIsNotThere) {
+TEST(ValueTest, TextInAnUnsupportedEncodingIsMissing) {
   const Reader reader =
       ReadContent("<string key=\"a\">x</string><array key=\"b\"><string>y</string></array>");
   char* text = nullptr;

@@ -145,7 +145,7 @@ TEST(WriterTest, KeysThatNoDocumentCanHaveAreRefused) {
     EXPECT_EQ(qvxmlwrapSet_Binary(writer.get(), key, "x", 1), -1);
     EXPECT_EQ(qvxmlwrapSet_OpenDict(writer.get(), key, 0), -1);
     EXPECT_EQ(qvxmlwrapSet_OpenArray(writer.get(), key), -1);
-    EXPECT_EQ(qvxmlwrapSet_CloseDict(writer.get()), -1) << "a failed open is no level";
+    EXPECT_EQ(qvxmlwrapSet_CloseDict(writer.get()), -1) << "a failed open adds no level";
     EXPECT_EQ(Finish(std::move(writer)), kEmptyDocument);
   }
 }
@@ -168,7 +168,7 @@ TEST(WriterTest, TextsThatNoDocumentCanHoldAreRefused) {
   }
 }
 
-TEST(WriterTest, TextInAnotherEncodingIsRefused) {
+TEST(WriterTest, TextInAnUnsupportedEncodingIsRefused) {
   Writer writer = NewWriter();
   for (const char* encoding : {"", "UTF8", "UTF-16", "ISO-8859-1"}) {
     EXPECT_EQ(qvxmlwrapSet_String(writer.get(), "a", "x", AddressWord(encoding), 0), -1);
@@ -203,14 +203,14 @@ TEST(WriterTest, SecondValueOfAKindUnderOneKeyIsRefused) {
   Writer writer = NewWriter();
   EXPECT_EQ(qvxmlwrapSet_Long(writer.get(), "a", 1), 0);
   EXPECT_EQ(qvxmlwrapSet_Long(writer.get(), "a", 2), -1);
-  EXPECT_EQ(SetText(writer, "a", "other kind"), 0);
+  EXPECT_EQ(SetText(writer, "a", "other type"), 0);
   EXPECT_EQ(SetText(writer, "a", "again"), -1);
   EXPECT_EQ(qvxmlwrapSet_OpenArray(writer.get(), "a"), 0);
   EXPECT_EQ(qvxmlwrapSet_CloseArray(writer.get()), 0);
   EXPECT_EQ(qvxmlwrapSet_OpenArray(writer.get(), "a"), -1);
   const Reader reader = Read(Finish(std::move(writer)));
   EXPECT_EQ(GetLong(reader, "a"), 1);
-  EXPECT_EQ(GetString(reader, "a"), "other kind");
+  EXPECT_EQ(GetString(reader, "a"), "other type");
 }
 
 TEST(WriterTest, DictionariesMayRepeatAKeyAndHaveKeysOfTheirOwn) {
@@ -232,7 +232,7 @@ TEST(WriterTest, OutermostDictionaryCannotBeClosed) {
   EXPECT_EQ(GetLong(Read(Finish(std::move(writer))), "a"), 1);
 }
 
-TEST(WriterTest, ClosingTheOtherKindChangesNothing) {
+TEST(WriterTest, ClosingTheOtherTypeChangesNothing) {
   Writer writer = NewWriter();
   qvxmlwrapSet_OpenDict(writer.get(), "d", 0);
   EXPECT_EQ(qvxmlwrapSet_CloseArray(writer.get()), -1);
@@ -274,17 +274,17 @@ TEST(WriterTest, NothingIsWrittenBeyondTheSizeThatAReaderAccepts) {
   ASSERT_EQ(qvxmlwrapSet_OpenDict(writer.get(), "d", 0), 0);
   const std::string_view around = "    <string key=\"a\"></string>\n";
   const std::string_view levels = "  <dict key=\"c\">\n  </dict>\n  <dict key=\"d\">\n  </dict>\n";
-  const std::size_t room = kMaxBytes - kEmptyDocument.size() - levels.size() - around.size();
+  const std::size_t free_bytes = kMaxBytes - kEmptyDocument.size() - levels.size() - around.size();
   EXPECT_EQ(SetText(writer, "a", std::string(kMaxBytes + 1, 'x').c_str()), -1);
-  EXPECT_EQ(SetText(writer, "a", std::string(room + 1, 'x').c_str()), -1);
-  EXPECT_EQ(SetText(writer, "a", std::string(room, 'x').c_str()), 0);
+  EXPECT_EQ(SetText(writer, "a", std::string(free_bytes + 1, 'x').c_str()), -1);
+  EXPECT_EQ(SetText(writer, "a", std::string(free_bytes, 'x').c_str()), 0);
   EXPECT_EQ(qvxmlwrapSet_OpenDict(writer.get(), "e", 0), -1);
   EXPECT_EQ(qvxmlwrapSet_Long(writer.get(), "b", 1), -1);
   const std::string document = Finish(std::move(writer));
   EXPECT_EQ(document.size(), kMaxBytes);
   const Reader reader = Read(document);
   ASSERT_TRUE(OpenDict(reader, "d"));
-  EXPECT_EQ(GetString(reader, "a").value_or("").size(), room);
+  EXPECT_EQ(GetString(reader, "a").value_or("").size(), free_bytes);
 }
 
 TEST(WriterTest, BytesThatDoNotFitAreRefused) {

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """The examples of the documents are code: those in C compile as C99 and as C++20 without a warning
 and link to the library, those in C++ as C++20; projects in CMake are built against what is
-installed. A block that is no code says so by the word behind its fence.
+installed. A block that is not code has a word after its fence.
 
 usage: check_examples.py SOURCE_FOLDER BUILD_FOLDER CMAKE C_COMPILER CXX_COMPILER
 """

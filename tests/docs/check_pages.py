@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""The manual pages, written and made ones, are without a finding of mandoc and refer to pages that
-there are; those of section 3 name everything that is exported.
+"""mandoc accepts the manual pages, written and generated ones, and they refer to existing pages; those
+of section 3 name everything that is exported.
 
 usage: check_pages.py MANDOC PAGES_FOLDER XML_FOLDER VERSION_SCRIPT
 """
@@ -47,7 +47,7 @@ def main(mandoc, folder, xml, version_script):
         named = set().union(*map(names_of, made))
     exported = declared_names(Path(version_script))
     wrong += [f"{name} has no page" for name in sorted(exported - named)]
-    print(f"{len(written)} written and {len(made)} made pages")
+    print(f"{len(written)} written and {len(made)} generated pages")
     return "\n".join(wrong) if wrong else 0
 
 

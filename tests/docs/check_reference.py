@@ -50,7 +50,7 @@ def main(folder, version_script):
         if entry.get("kind") not in ("file", "struct", "union"):
             continue
         compound = ElementTree.parse(folder / f"{entry.get('refid')}.xml").find("compounddef")
-        # The header that takes all others is told on the main page.
+        # The header that includes all others is described on the main page.
         if not is_described(compound) and entry.findtext("name") != "info_analyze.h":
             lacks.append(entry.findtext("name"))
         for member in compound.iter("memberdef"):
@@ -60,7 +60,7 @@ def main(folder, version_script):
     exported = declared_names(version_script)
     lacks += [f"{name}: no entry" for name in sorted(exported - names)]
     if not exported or not index.findall("compound[@kind='page']"):
-        lacks.append("nothing was looked at, or there is no main page")
+        lacks.append("nothing was checked, or there is no main page")
     print(f"{len(exported)} exported names, {len(names)} names in all")
     return "\n".join(["not described:", *lacks]) if lacks else 0
 

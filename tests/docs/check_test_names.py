@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Each test that a page names in brackets, [`suite`], is there.
+"""Each test that a page names in brackets, [`suite`], exists.
 
 usage: check_test_names.py SOURCE_FOLDER PAGE...
 """

@@ -3,8 +3,8 @@
 
 usage: tests/docs/commands.py [--slow | --all] BUILD_FOLDER
 
-A command is a line behind "$ " in a block of a console: ```console in Markdown, .Bd -literal in a
-manual page. Lines that follow are its output, and a line "..." stands for any number of them. The
+A command is a line that starts with "$ " in a console block: ```console in Markdown, .Bd -literal in a
+manual page. Lines that follow are its output, and a line "..." means any number of them. The
 commands of a document run one after the other in a scratch copy of the tree, in which the tool of
 the build is found first. A command ends with status 0, or "$ echo $?" follows it.
 
@@ -100,11 +100,11 @@ def blocks(document):
     for language, first, lines in (blocks_of_markdown if is_markdown
                                    else blocks_of_manual_page)(document):
         if language not in LANGUAGES:
-            sys.exit(f"{document.relative_to(ROOT)}:{first}: a block of the language '{language}'")
+            sys.exit(f"{document.relative_to(ROOT)}:{first}: unknown language '{language}' of a block")
         if language == "console":
             commands = commands_of_block(document, first, lines)
             if is_markdown and not commands:
-                sys.exit(f"{document.relative_to(ROOT)}:{first}: a console without a command")
+                sys.exit(f"{document.relative_to(ROOT)}:{first}: a console block without a command")
             yield commands
 
 
@@ -145,7 +145,7 @@ def check(commands, folder, environment):
             print(f"{command}\n  ends with status {status}:\n{output}")
             failures += 1
         elif command.shown and not re.fullmatch(as_pattern(command.shown), output):
-            print(f"{command}\n  prints something else:\n{output}")
+            print(f"{command}\n  prints a different output:\n{output}")
             failures += 1
     return failures
 
@@ -164,18 +164,18 @@ def verbs():
 
 
 def check_verbs(documents_):
-    """Each ./dev VERB that is spoken of is one."""
+    """Checks that each ./dev VERB in the documents exists."""
     known, failures = verbs(), 0
     for document in documents_:
         for verb in re.findall(r"\./dev ([a-z]\w*)", document.read_text()):
             if verb not in known:
-                print(f"{document.relative_to(ROOT)}: there is no ./dev {verb}")
+                print(f"{document.relative_to(ROOT)}: ./dev has no verb '{verb}'")
                 failures += 1
     return failures
 
 
 def check_counts(commands, build):
-    """The number of tests that is shown is that of the build."""
+    """Checks that the number of tests in a document is that of the build."""
     shown = re.findall(r"tests failed out of (\d+)",
                        "\n".join(line for command in commands for line in command.shown))
     if not shown:
@@ -184,7 +184,7 @@ def check_counts(commands, build):
                             text=True).stdout
     count = re.search(r"^Total Tests: (\d+)$", listed, re.M)[1]
     for number in set(shown) - {count}:
-        print(f"{commands[0]}\n  {number} tests are shown, there are {count}")
+        print(f"{commands[0]}\n  the document shows {number} tests, the build has {count}")
     return len(set(shown) - {count})
 
 

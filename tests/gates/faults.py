@@ -1,4 +1,4 @@
-"""The gates, and for each the faults that it is there for."""
+"""The gates, and the faults that each must notice."""
 
 from pathlib import Path
 from typing import NamedTuple
@@ -11,7 +11,7 @@ class Gate(NamedTuple):
     targets: tuple
     command: tuple = ()
     is_build: bool = False  # the build itself is the gate
-    proof: str = ""  # said by a run that has looked at something
+    proof: str = ""  # printed by a run that has checked something
 
 
 class Fault(NamedTuple):
@@ -67,7 +67,7 @@ GATES = {
     "newer_declarations": Gate("", (), ("bash", "tests/abi/newer_declarations.sh", str(COPY), "gcc",
                                         "g++")),
     "reference": Gate("release", ("info_analyze_reference",), is_build=True),
-    "reference_is_whole": docs("reference_is_whole"),
+    "reference_is_complete": docs("reference_is_complete"),
     "pages_are_clean": docs("pages_are_clean"),
     "commands": docs("commands"),
     "embedding": build_test("EmbeddedProject"),
@@ -112,7 +112,7 @@ FAULTS = (
             "if (index < 0 || index >= list->count) return nullptr;"),)),
     Fault("use after release in queue_list.cc", "asan", "heap-use-after-free",
           ((LIST, "  std::free(list->records);\n  std::free(list);",
-            "  void (*volatile release)(void*) = std::free;  // behind the compiler's back\n"
+            "  void (*volatile release)(void*) = std::free;  // hidden from the compiler\n"
             "  release(list);\n  std::free(list->records);"),)),
     Fault("data race in bidi_context.cc", "tsan", "ThreadSanitizer: data race",
           (("bidi/bidi_context.cc",
@@ -130,13 +130,13 @@ FAULTS = (
     # Failing calls
     Fault("unchecked allocation", "failing_calls", "killed by signal 11",
           (("queue/queue_list.cc", "  if (!name) return false;\n", ""),)),
-    Fault("leak behind a failed allocation", "failing_calls", "blocks leaked",
+    Fault("leak after a failed allocation", "failing_calls", "blocks leaked",
           (("bidi/bidi_context.cc", "if (context->library == nullptr) return nullptr;",
             "if (context->library == nullptr) return context.release(), nullptr;"),)),
-    Fault("temporary file left behind a failure", "failing_calls", "temporary files left",
+    Fault("temporary file left after a failure", "failing_calls", "temporary files left",
           (("info_common/ppd_file.cc", "  unlink(path);\n  errno = reason;",
             "  if (file == nullptr) unlink(path);\n  errno = reason;"),)),
-    Fault("descriptor left behind a failure", "failing_calls", "descriptors leaked",
+    Fault("descriptor left after a failure", "failing_calls", "descriptors leaked",
           (("queue/mqpd_conf.cc", "  if (!file) close(descriptor);\n", ""),)),
     Fault("call that no scenario makes fail", "failing_calls", "never failed",
           ((LIST, "#include <dirent.h>\n", "#include <dirent.h>\n#include <unistd.h>\n"),
@@ -324,7 +324,7 @@ FAULTS = (
           ((LIST_HEADER, " *  @param list   list; NULL has no queues\n"
             " *  @param index  index from 0\n *  @return borrowed name",
             " *  @param list   list; NULL has no queues\n *  @return borrowed name"),)),
-    Fault("constant that the reference lacks", "reference_is_whole", "IA_HALFTONE_NONE",
+    Fault("constant that the reference lacks", "reference_is_complete", "IA_HALFTONE_NONE",
           (("include/info_analyze/halftone.h", "/**< \"None\" */", ""),)),
     Fault("macro that is no macro", "pages_are_clean", "unknown macro",
           (("docs/man/libinfo_analyze.3", ".Ss Conventions\n", ".Sx Conventions\n.Zz\n"),)),

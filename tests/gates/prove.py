@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Can the gates turn red? Plants one fault after the other in a copy of the tree and shows that the
-gate that is there for it notices. A fault is a row of faults.py: to add one is to add a row.
+"""Shows that the gates can fail. Plants one fault after the other in a copy of the tree and checks
+that the gate meant for it notices. A fault is a row of faults.py.
 
 usage: tests/gates/prove.py [PART_OF_A_NAME...]
 
@@ -11,14 +11,14 @@ import subprocess
 import sys
 from pathlib import Path
 
-sys.dont_write_bytecode = True  # the table stands in the tree
+sys.dont_write_bytecode = True  # faults.py is in the tree, which stays clean
 from faults import COPY, FAULTS, GATES
 
 ROOT = Path(__file__).resolve().parent.parent.parent
 
 
 class BadRow(Exception):
-    """A row that proves nothing: its text is not there exactly once, or the tree does not build."""
+    """A row that proves nothing: its text does not occur exactly once, or the tree does not build."""
 
 
 def make_copy():
@@ -59,7 +59,7 @@ def run(*command):
 
 
 def check(gate):
-    """Builds what a gate looks at and asks it. Answers whether it is red, and what was said."""
+    """Builds what a gate checks and runs it. Returns whether it failed, and its output."""
     if gate.preset:
         status, said = run("cmake", "--preset", gate.preset)
         if status == 0:
@@ -74,14 +74,14 @@ def check(gate):
 
 
 def is_noticed(fault, change):
-    """Whether the gate turns red for the right reason; tells it in one line, or why not."""
+    """Prints and returns whether the gate fails for the right reason."""
     try:
         with change:
             is_red, said = check(GATES[fault.gate])
         noticed = is_red and fault.says in said
-        verdict = "red" if noticed else "RED FOR ANOTHER REASON" if is_red else "STAYS GREEN"
+        verdict = "red" if noticed else "RED FOR THE WRONG REASON" if is_red else "STAYS GREEN"
     except BadRow as bad:
-        noticed, said, verdict = False, str(bad), "NOT ASKED"
+        noticed, said, verdict = False, str(bad), "NOT RUN"
     print(f"{fault.name}: {fault.gate} {verdict}", flush=True)
     if not noticed:
         print(said[-3000:], file=sys.stderr)
@@ -89,10 +89,10 @@ def is_noticed(fault, change):
 
 
 def is_green(name):
-    """Whether a gate is green without a fault, having looked at something."""
+    """Whether a gate passes without a fault, and has checked something."""
     is_red, said = check(GATES[name])
     if is_red or GATES[name].proof not in said:
-        print(f"{name} is not green without a fault:\n{said}", file=sys.stderr)
+        print(f"{name} fails without a fault:\n{said}", file=sys.stderr)
         return False
     return True
 
@@ -102,7 +102,7 @@ def main():
     wanted = sys.argv[1:]
     faults = [fault for fault in FAULTS
               if not wanted or any(part in fault.name for part in wanted)]
-    changes = [Planted(fault) for fault in faults]  # a stale row is told before anything is built
+    changes = [Planted(fault) for fault in faults]  # reports a stale row before anything is built
     if not all([is_green(name) for name in dict.fromkeys(fault.gate for fault in faults)]):
         return 1
     noticed = sum([is_noticed(fault, change) for fault, change in zip(faults, changes)])

@@ -108,7 +108,7 @@ INSTANTIATE_TEST_SUITE_P(
          {"EmptyBaseFitsEveryKey", {"", "_1", "2", "_3", "A4"}, 2, {"", "_1", "2"}, ""}}),
     RowName<FlagValueRow>);
 
-// The base is found anywhere in a key, the index read as if it stood at the beginning.
+// The base is found anywhere in a key, but the index is read as if the base were the prefix.
 INSTANTIATE_TEST_SUITE_P(
     BaseInTheMiddle, FlagValue,
     Rows<FlagValueRow>({{"IndexIsReadFromTheWrongPlace",
@@ -122,7 +122,7 @@ INSTANTIATE_TEST_SUITE_P(
                         {"BaseTwice", {"Base_Base_8"}, 0, {"Base_Base_8"}}}),
     RowName<FlagValueRow>);
 
-TEST(FlagValueCursor, StandsBehindTheAcceptedEntryAndLendsItsValue) {
+TEST(FlagValueCursor, IsAfterTheAcceptedEntryAndLendsItsValue) {
   const Table list = ListOfKeys({"Base_7", "Other", "Base_1", "Last"});
   OptTable* cursor = list.get();
   char* value = nullptr;
@@ -212,7 +212,7 @@ INSTANTIATE_TEST_SUITE_P(
                       {"UnderscoreNeedNotFollowTheBase", {"BaseMore_7"}, {}, "Base_8"},
                       {"LongerWordCountsAsTheBase", {"BaseMore"}, {}, "Base_1"},
                       {"OtherSeparatorIsNone", {"Base-7"}, {}, "Base_1"},
-                      {"BaseBehindOtherText", {"XBase_4"}, {}, "Base_5"},
+                      {"BaseAfterOtherText", {"XBase_4"}, {}, "Base_5"},
                       {"IndexBeforeTheBaseIsSeen", {"ABCD_6Base"}, {}, "Base_7"},
                       {"IndexBeforeThePlaceOfTheBaseIsNotSeen", {"A_3Base"}, {}, "Base_1"},
                       {"BaseWithUnderscores", {"A_1_B", "A_1_B_4"}, {}, "A_1_B_5", "A_1_B"},
@@ -272,7 +272,7 @@ TEST_P(SetFlagValue, AppendsEachItemUnderTheNextKey) {
 
   EXPECT_EQ(OptionList_Set_FlagValue(source.get(), "Base", text.get(), target.get()), 0);
   EXPECT_EQ(EntriesOf(target.get()), expected);
-  EXPECT_STREQ(text.get(), GetParam().text) << "the text is not the list's to change";
+  EXPECT_STREQ(text.get(), GetParam().text) << "the function changed the caller's text";
 }
 
 const Entries kFirstNode = {{"", ""}};
@@ -322,7 +322,7 @@ INSTANTIATE_TEST_SUITE_P(
          {"OfTheTarget", {"x"}, "A,B", {{"Base_4", "t"}}, {{"Base_5", "A"}, {"Base_6", "B"}}},
          {"OfBoth", {"Base_6"}, "A,B", {{"Base_4", "t"}}, {{"Base_7", "A"}, {"Base_8", "B"}}},
          {"LongerWordInTheTarget", {"x"}, "A", {{"BaseMore", "t"}}, {{"Base_1", "A"}}},
-         // The next key is the base alone, which the target takes for the beginning of a known key.
+         // The next key is the base alone, which is a prefix of a key in the target.
          {"NegativeIndexInTheTargetSwallowsAll", {"x"}, "A,B", {{"Base_-3", "t"}}, {}}}),
     RowName<SetRow>);
 
@@ -365,7 +365,7 @@ TEST_P(SetArrayFlagValue, AppendsEachItemWithItsOwnKey) {
 
   EXPECT_EQ(OptionList_Set_ArrrayFlagValue(text.get(), target.get()), 0);
   EXPECT_EQ(EntriesOf(target.get()), expected);
-  EXPECT_STREQ(text.get(), GetParam().text) << "the text is not the list's to change";
+  EXPECT_STREQ(text.get(), GetParam().text) << "the function changed the caller's text";
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -387,8 +387,8 @@ INSTANTIATE_TEST_SUITE_P(
                        {"OnlySeparators", "_,_", {}},
                        {"LastOfTwoEqualKeysWins", "A:1,B:2,A:3", {{"A", "3"}, {"B", "2"}}},
                        {"OtherCaseIsAKeyOfItsOwn", "A:1,a:2", {{"A", "1"}, {"a", "2"}}},
-                       {"BeginningOfAKeyIsPassedOver", "Long:1,Lo:2", {{"Long", "1"}}},
-                       {"BeginningOfTheFirstNode", "fir:2", {}},
+                       {"PrefixOfAKeyIsIgnored", "Long:1,Lo:2", {{"Long", "1"}}},
+                       {"PrefixOfTheFirstNode", "fir:2", {}},
                        {"BlanksBelongToKeyAndValue", " A : 1 ", {{" A ", " 1 "}}},
                        {"BytesAbove127", "\xC3\xA4:\xFF", {{"\xC3\xA4", "\xFF"}}}}),
     RowName<SetArrayRow>);

@@ -89,7 +89,7 @@ class HexText : public testing::TestWithParam<HexRow> {};
 TEST_P(HexText, BecomesAnAscendingList) {
   const auto text = ExactText(GetParam().text);
   EXPECT_EQ(NumbersOf(Convert(text.get())), GetParam().numbers);
-  EXPECT_STREQ(text.get(), GetParam().text) << "the text is not the list's to change";
+  EXPECT_STREQ(text.get(), GetParam().text) << "the function changed the caller's text";
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -139,7 +139,7 @@ TEST(HexTextNull, GivesNoList) { EXPECT_THAT(Convert(nullptr), IsNull()); }
 
 TEST(HexTextWithoutItem, IsTheNullList) { EXPECT_THAT(Convert(",,"), IsNull()); }
 
-TEST(HexTextWithZero, IsAListAllTheSame) { EXPECT_THAT(Convert("0"), NotNull()); }
+TEST(HexTextWithZero, IsAListAnyway) { EXPECT_THAT(Convert("0"), NotNull()); }
 
 RC_GTEST_PROP(HexTextProperty, EveryWrittenNumberIsReadBack, ()) {
   Numbers numbers = *rc::gen::arbitrary<Numbers>();

@@ -33,7 +33,7 @@ TEST(OptionListAdd, KnownKeyGetsTheNewValueInItsPlace) {
   EXPECT_THAT(EntriesOf(list.get()), ElementsAre(Pair("A", "3"), Pair("B", "2")));
 }
 
-TEST(OptionListAdd, KnownKeyChangesItsCaseTwinsToo) {
+TEST(OptionListAdd, KnownKeyChangesItsCaseVariantsToo) {
   const Table list = MakeTable({{"Key", "1"}, {"KEY", "2"}});
   OptionList_Add(list.get(), "Key", "3");
   EXPECT_THAT(EntriesOf(list.get()), ElementsAre(Pair("Key", "3"), Pair("KEY", "3")));
@@ -45,7 +45,7 @@ TEST(OptionListAdd, KeyInOtherCaseIsAnEntryOfItsOwn) {
   EXPECT_THAT(EntriesOf(list.get()), ElementsAre(Pair("Key", "1"), Pair("kEY", "2")));
 }
 
-TEST(OptionListAdd, BeginningOfAKeyDoesNothing) {
+TEST(OptionListAdd, PrefixOfAKeyDoesNothing) {
   const Table list = MakeTable({{"QVFinisher", "1"}});
   OptionList_Add(list.get(), "QVFin", "2");
   EXPECT_THAT(EntriesOf(list.get()), ElementsAre(Pair("QVFinisher", "1")));
@@ -69,7 +69,7 @@ TEST(OptionListGet, CopiesTheValueOfAKeyIgnoringCase) {
   EXPECT_NE(value, list->next->value);
 }
 
-TEST(OptionListGet, TakesTheFirstOfTwoCaseTwins) {
+TEST(OptionListGet, TakesTheFirstOfTwoCaseVariants) {
   const Table list = MakeTable({{"KEY", "first"}, {"Key", "second"}});
   char* value = nullptr;
   EXPECT_EQ(OptionList_Get(list.get(), "Key", &value), 1);
@@ -141,7 +141,7 @@ TEST_P(OptionListSearch, VisitsEveryKeyThatContainsTheNeedleInAnyCase) {
 INSTANTIATE_TEST_SUITE_P(
     Needles, OptionListSearch,
     Rows<SearchRow>(
-        {{"AtTheBeginning", "QVFin", {"QVFinisher", "qvfin", "XQVFIN"}},
+        {{"AtTheStart", "QVFin", {"QVFinisher", "qvfin", "XQVFIN"}},
          {"InTheMiddle", "FINI", {"QVFinisher"}},
          {"AtTheEnd", "SHER", {"QVFinisher"}},
          {"WholeKey", "OTHER", {"Other"}},
@@ -153,7 +153,7 @@ INSTANTIATE_TEST_SUITE_P(
          {"SignLast", "b-", {"A_a_b-C"}},
          {"SignAlone", "_", {"\xC4_\xFF", "A_a_b-C"}},
          {"SignWithOtherLettersBefore", "c_a", {}},
-         {"SignWithOtherLettersBehind", "a_c", {}},
+         {"SignWithOtherLettersAfter", "a_c", {}},
          {"SignEarlierThanInTheNeedle", "AAA_a", {}},
          {"SignBeforeTheKeysEnd", "-CC", {}},
          {"BytesAbove127", "\xFF", {"\xC4_\xFF"}},
@@ -161,7 +161,7 @@ INSTANTIATE_TEST_SUITE_P(
          {"SignsBesideTheLettersHaveNoCase", "\x7F", {}}}),
     RowName<SearchRow>);
 
-TEST(OptionListCursor, StandsBehindTheMatchAndLendsItsTexts) {
+TEST(OptionListCursor, IsAfterTheMatchAndLendsItsTexts) {
   const Table list = MakeTable({{"A", "0"}, {"Key", "1"}, {"B", "2"}, {"Key2", "3"}});
   OptTable* cursor = list.get();
   char* key = nullptr;
@@ -216,7 +216,7 @@ TEST(OptionListCursor, MatchWithoutAValueIsPassedButNotFound) {
   EXPECT_EQ(cursor, list->next);
 }
 
-TEST(OptionListCursor, EntryWithoutAKeyIsPassedOver) {
+TEST(OptionListCursor, EntryWithoutAKeyIsSkipped) {
   const Table list(NewNode(nullptr, "1", NewNode("Key", "2", nullptr)));
   OptTable* cursor = list.get();
   char* key = nullptr;

@@ -90,7 +90,7 @@ TEST_F(LargePpd, OneOfAllCasesAgainChangesThemAll) {
   EXPECT_EQ(ReadPpd(ppd), InReverse(entries));
 }
 
-TEST_F(LargePpd, BeginningOfALongerKeyChangesAllCasesOfItself) {
+TEST_F(LargePpd, PrefixOfALongerKeyChangesAllItsCaseVariants) {
   Entries entries = AllCasesOf("fini");
   entries.erase(entries.begin());
   entries.emplace_back("finisher", "long");

@@ -63,7 +63,7 @@ TEST_P(OptionTableFind, AnswersTheFirstKeyThatBeginsWithTheWantedOne) {
 INSTANTIATE_TEST_SUITE_P(Keys, OptionTableFind,
                          Rows<FindRow>({{"WholeKey", "QVFin", 0},
                                         {"OneByte", "Q", 0},
-                                        {"LongerKeyBehindItsPrefix", "QVFini", 1},
+                                        {"LongerKeyAfterItsPrefix", "QVFini", 1},
                                         {"WholeLongerKey", "QVFinisher", 1},
                                         {"OtherCase", "qv", 2},
                                         {"MixedCase", "Qv", -1},
@@ -257,23 +257,23 @@ INSTANTIATE_TEST_SUITE_P(
           {{"QVA", "1"}, {"QVFoo", "2"}, {"QVB", "3"}},
           "QVFoo",
           {{"QVA", "1"}, {"QVFoo", "new"}, {"QVB", "3"}}},
-         {"BeginningOfAKeyIsNeitherAddedNorChanged",
+         {"PrefixOfAKeyIsNeitherAddedNorChanged",
           {{"QVFinisher", "1"}},
           "QVFin",
           {{"QVFinisher", "1"}}},
-         {"SameKeyBehindALongerOne",
+         {"SameKeyAfterALongerOne",
           {{"QVFinisher", "1"}, {"QVFin", "2"}},
           "QVFin",
           {{"QVFinisher", "1"}, {"QVFin", "new"}}},
-         {"BeginningOfOneKeyChangesTheCaseTwinOfItself",
+         {"PrefixOfOneKeyChangesItsOwnCaseVariant",
           {{"QVFooBar", "1"}, {"qvfoo", "2"}},
           "QVFoo",
           {{"QVFooBar", "1"}, {"qvfoo", "new"}}},
-         {"SameKeyChangesItsCaseTwinsToo",
+         {"SameKeyChangesItsCaseVariantsToo",
           {{"QVFoo", "1"}, {"qvfoo", "2"}, {"QVFOO", "3"}},
           "qvfoo",
           {{"QVFoo", "new"}, {"qvfoo", "new"}, {"QVFOO", "new"}}},
-         {"EmptyKeyIsTheBeginningOfEveryKey", {{"A", "1"}}, "", {{"A", "1"}}},
+         {"EmptyKeyIsAPrefixOfEveryKey", {{"A", "1"}}, "", {{"A", "1"}}},
          {"EmptyKeyChangesAnEmptyKey", {{"A", "1"}, {"", "2"}}, "", {{"A", "1"}, {"", "new"}}}}),
     RowName<KnownKeyRow>);
 
@@ -305,7 +305,7 @@ std::ostream& operator<<(std::ostream& out, const Insertion& insertion) {
              << insertion.value;
 }
 
-// Few letters in both cases, so that prefixes and case twins are the rule.
+// Few letters in both cases, so that prefixes and case variants are common.
 rc::Gen<std::string> ShortKey() {
   return rc::gen::mapcat(rc::gen::inRange<std::size_t>(0, 5), [](std::size_t length) {
     return rc::gen::container<std::string>(length, rc::gen::element('a', 'A', 'b', 'B'));

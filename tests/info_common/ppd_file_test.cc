@@ -100,7 +100,7 @@ TEST_F(PpdFile, NullArgumentOfOpenGivesNull) {
   EXPECT_EQ(path, kUntouched);
 }
 
-TEST_F(PpdFile, LackOfDescriptorsGivesNullAndTellsSo) {
+TEST_F(PpdFile, LackOfDescriptorsGivesNullAndEmfile) {
   const std::string queue = QueueOf("*QVA: 1\n");
   char* path = kUntouched;
   NoFreeDescriptor shortage;

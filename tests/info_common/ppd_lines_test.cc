@@ -30,9 +30,9 @@ ParsedLine Outcome(std::int32_t result, const GuardedBuffer& key, const GuardedB
 
 ParsedLine ReadOptionLine(std::string_view line, std::int32_t size = 256) {
   const auto source = ExactText(line);
-  const auto room = static_cast<std::size_t>(std::clamp(size, 0, 4096));
-  GuardedBuffer key(room);
-  GuardedBuffer value(room);
+  const auto capacity = static_cast<std::size_t>(std::clamp(size, 0, 4096));
+  GuardedBuffer key(capacity);
+  GuardedBuffer value(capacity);
   const auto result =
       info_common_optlist_getoptkeyandvalue(source.get(), key.data(), value.data(), size);
   return Outcome(result, key, value);
@@ -72,7 +72,7 @@ INSTANTIATE_TEST_SUITE_P(
                    {"OnlyAKey", "QVFoo", "QVFoo", ""},
                    {"EmptyQuotes", "QVFoo:   \"\"", "QVFoo", ""},
                    {"BlanksInsideStay", "QVFoo: \"a b\"c", "QVFoo", "a b"},
-                   {"TextBehindTheQuoteIsDropped", "QVFoo: \"a\" \"b\"", "QVFoo", "a"},
+                   {"TextAfterTheQuoteIsDropped", "QVFoo: \"a\" \"b\"", "QVFoo", "a"},
                    {"OpenQuoteRunsToTheEnd", "QVFoo: \"a b c", "QVFoo", "a b c"},
                    {"TrailingBlanksStay", "QVFoo: bar  ", "QVFoo", "bar  "},
                    {"EmptyLine", "", "", ""},
@@ -106,8 +106,7 @@ INSTANTIATE_TEST_SUITE_P(ValueEnds, OptionLine,
                                         {"NotAtAColon", "QVFoo:bar:x", "QVFoo", "bar:x"},
                                         {"AtOnceAtACarriageReturn", "QVFoo:\rx", "QVFoo", ""},
                                         {"AtOnceAtALineFeed", "QVFoo:\nx", "QVFoo", ""},
-                                        {"AtOnceAtATabBehindTheQuote", "QVFoo:\"\tx", "QVFoo",
-                                         ""}}),
+                                        {"AtOnceAtATabAfterTheQuote", "QVFoo:\"\tx", "QVFoo", ""}}),
                          RowName<LineRow>);
 
 // After the byte that ends the key: blanks, colons, blanks, quotes; each run once, in this order.
@@ -120,9 +119,9 @@ INSTANTIATE_TEST_SUITE_P(
                    {"QuotesOnly", "QVFoo:\"\"\"bar", "QVFoo", "bar"},
                    {"QuoteEndsTheKeyThenColon", "QVFoo\":bar", "QVFoo", "bar"},
                    {"SecondRunOfColonsIsValue", "QVFoo : : bar", "QVFoo", ": bar"},
-                   {"BlankBehindQuotesIsValue", "QVFoo:\" bar\"", "QVFoo", " bar"},
-                   {"ColonBehindQuotesIsValue", "QVFoo:\":bar\"", "QVFoo", ":bar"},
-                   {"QuoteBehindABlankBehindQuotesEnds", "QVFoo:\" \"bar", "QVFoo", " "},
+                   {"BlankAfterQuotesIsValue", "QVFoo:\" bar\"", "QVFoo", " bar"},
+                   {"ColonAfterQuotesIsValue", "QVFoo:\":bar\"", "QVFoo", ":bar"},
+                   {"QuoteAfterABlankAfterQuotesEnds", "QVFoo:\" \"bar", "QVFoo", " "},
                    {"OnlyOneEndingByteIsPassed", "QVFoo\r\nbar", "QVFoo", ""},
                    {"CarriageReturnThenColon", "QVFoo\r: \"bar\"", "QVFoo", "bar"},
                    {"QuotesThenTheEnd", "QVFoo:\"\"", "QVFoo", ""},
@@ -228,12 +227,12 @@ INSTANTIATE_TEST_SUITE_P(
                    {"OnlyAKey", " *QVFoo", "QVFoo", ""},
                    {"EmptyKey", "(x)", "", "x"},
                    {"EmptyValue", "QVFoo()", "QVFoo", ""},
-                   {"NothingBehindTheParenthesis", "QVFoo(", "QVFoo", ""},
+                   {"NothingAfterTheParenthesis", "QVFoo(", "QVFoo", ""},
                    {"BlanksTabsAndStarsVanishAnywhere", "\t* Q *V\tF o*o \t*(x)", "QVFoo", "x"},
                    {"ValueKeepsThem", "QVFoo( *a\tb )", "QVFoo", " *a\tb "},
                    {"OpenParenthesisInTheValue", "QVFoo((a)", "QVFoo", "(a"},
                    {"MissingClosingParenthesis", "QVFoo(bar", "QVFoo", "bar"},
-                   {"TextBehindTheValueIsDropped", "QVFoo(a)b(c)", "QVFoo", "a"},
+                   {"TextAfterTheValueIsDropped", "QVFoo(a)b(c)", "QVFoo", "a"},
                    {"ColonsAndQuotesAreOrdinary", "QV:\"Foo(\"a:b\")", "QV:\"Foo", "\"a:b\""},
                    {"ClosingParenthesisInTheKey", "QV)Foo(a)", "QV)Foo", "a"},
                    {"OtherControlBytesStay", "QV\v\f(\v\f)", "QV\v\f", "\v\f"},
@@ -307,7 +306,7 @@ TEST(UiValueLineNull, AnyNullPointerIsRefused) {
   EXPECT_EQ(info_common_optlist_qvuivalue_getoptkeyandvalue("a", buffer, nullptr), -1);
 }
 
-// Every beginning of a line is a line of its own; none is read beyond its end.
+// Every prefix of a line is a line of its own; none is read past its end.
 struct PrefixRow : NamedRow {
   std::string line;
 };

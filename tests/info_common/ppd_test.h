@@ -18,7 +18,7 @@ Entries ReadPpd(std::string_view ppd);
 // Makes a print queue with this PPD and gives its name.
 std::string QueueOf(std::string_view ppd);
 
-// Tests that read PPDs; none may leave a temporary file behind.
+// Tests that read PPDs; none may leave a temporary file.
 class PpdTest : public testing::Test {
  protected:
   PpdTest();

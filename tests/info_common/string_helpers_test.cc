@@ -55,7 +55,7 @@ TEST_P(UtilSprintf, EmptyFormatIsOneNul) {
   EXPECT_TRUE(buffer.IsUntouchedFrom(1));
 }
 
-TEST_P(UtilSprintf, WritesNothingBehindTheNulWhateverTheLength) {
+TEST_P(UtilSprintf, WritesNothingAfterTheNulWhateverTheLength) {
   for (const std::size_t length :
        {1, 2, 126, 127, 128, 129, 254, 255, 256, 257, 511, 512, 1000, 4095, 4096, 100'000}) {
     const std::string text(length, 'x');

@@ -29,7 +29,7 @@ bool IsSomeOf(const std::string& some, const std::string& all);
 // its handler falls back to.
 bool AreOptions(const std::string& added);
 
-// Expects a text, or nothing: what functions that hand out one text may answer. Releases it.
+// Expects this text, or null as the failure. Releases the text.
 void ExpectText(Round& round, char* text, const std::string& right);
 
 }  // namespace ia_test

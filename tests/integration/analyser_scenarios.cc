@@ -74,7 +74,7 @@ void LoadsDocuments(Round& round) {
 
 const char* const kUtf8 = "UTF-8";
 
-// An element that finds no memory ends the reading; its place and those behind it keep what they
+// An element that cannot be allocated ends the reading; its slot and the later ones keep what they
 // held.
 void ReadsTexts(Round& round) {
   const SampleAnalyser analyser;
@@ -117,7 +117,7 @@ void ReadsTexts(Round& round) {
 
 bool Is(const char* text, std::string_view right) { return text != nullptr && text == right; }
 
-// A store may be missing. One that is there may lack flags, except the last one made.
+// A store may be missing. An existing one may lack flags, except the last one made.
 bool IsUsable(const AnalyzeContext& context) {
   const auto is_part = [](const FlagInfo* store, const std::string& right) {
     return store == nullptr || IsSomeOf(Shown(store), right);
@@ -154,8 +154,8 @@ void CreatesAnalyser(Round& round) {
   Analyze_Destroy(context);
 }
 
-// What the query adds when nothing goes wrong. Handlers of later documents add to it; it is made
-// once, from an undisturbed query, and begins with what the documents of the setting say.
+// The options that an undisturbed query adds, starting with those of the setting's documents. The
+// query runs once.
 const std::string& RightOptions() {
   static const std::string right = [] {
     const SampleAnalyser analyser;
@@ -256,7 +256,7 @@ void AsksPrinterAgain(Round& round) {
 }
 
 // The flags before the one that failed are kept.
-void TellsFunctionVersion(Round& round) {
+void QueriesFunctionVersion(Round& round) {
   const std::string right =
       "QVSecureErase=True\nQV_Prot_CommonFlag=Proof\nQV_Prot_CommonFlag_1=Quota\n";
   const SampleAnalyser analyser;
@@ -349,7 +349,7 @@ std::span<const Scenario> AnalyserScenarios() {
       {"CreatesAnalyser", CreatesAnalyser},
       {"AsksPrinter", AsksPrinter},
       {"AsksPrinterAgain", AsksPrinterAgain},
-      {"TellsFunctionVersion", TellsFunctionVersion},
+      {"QueriesFunctionVersion", QueriesFunctionVersion},
       {"UpdatesAccessories", UpdatesAccessories},
       {"UpdatesFunctions", UpdatesFunctions},
       {"UpdatesSpecId", UpdatesSpecId},

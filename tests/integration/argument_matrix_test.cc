@@ -23,7 +23,7 @@
 #include "tests/integration/sample_setting.h"
 #include "tests/support/build_folders.h"
 
-// More than there can be is refused with null, as without sanitizers.
+// An allocation that is too large returns null, as without sanitizers.
 extern "C" const char* __asan_default_options() { return "allocator_may_return_null=1"; }
 
 namespace ia_test {
@@ -31,12 +31,12 @@ namespace {
 
 // Arguments that every function can work with --------------------------------------------------
 
-constexpr std::size_t kRoom = 4096;  // bytes behind each pointer to something plain
+constexpr std::size_t kBlockBytes = 4096;  // that each pointer to a plain type points to
 
-// Zeros, which are an empty record of every kind.
+// Zeros, which are an empty record of any type.
 template <class T>
 T* Zeros() {
-  return static_cast<T*>(std::calloc(1, kRoom));
+  return static_cast<T*>(std::calloc(1, kBlockBytes));
 }
 
 AnalyzeContext* NewAnalyzer() {
@@ -90,7 +90,7 @@ T Fitting() {
 
 // Arguments at the limits -----------------------------------------------------------------------
 
-// A number behind a pointer may tell how much is behind that pointer.
+// A number that follows a pointer may be the size of what it points to.
 template <class T, class Before>
 std::vector<T> Limits() {
   if constexpr (std::is_pointer_v<T>) {
@@ -100,7 +100,7 @@ std::vector<T> Limits() {
   } else if constexpr (std::is_floating_point_v<T>) {
     return {0, -1, std::numeric_limits<T>::infinity(), std::nan("")};
   } else if constexpr (std::is_same_v<T, std::size_t>) {
-    return {0, 1, kRoom};
+    return {0, 1, kBlockBytes};
   } else {
     using Limit = std::numeric_limits<T>;
     std::vector<T> limits = {Limit::min(), static_cast<T>(-1), T{0}, T{1}, Limit::max()};
@@ -112,7 +112,7 @@ std::vector<T> Limits() {
   }
 }
 
-// The numbers that tell how long the list or text two places before is.
+// The numbers that are the length of the list or text two places before.
 bool IsCountOfEarlierList(const std::string& function, std::size_t place) {
   return (function == "zStringExistenceCheck" || function == "strnstr") && place == 2;
 }

@@ -89,7 +89,7 @@ off_t Lseek(int descriptor, off_t offset, int whence) {
   return IA_GOES_WRONG(kLseek) ? -1 : lseek(descriptor, offset, whence);
 }
 
-// A read may always give less than was asked for, and these do.
+// A read may return less than requested, and these do.
 constexpr std::size_t kLongestRead = 64;
 
 ssize_t ReadOrFail(const void* return_address, int descriptor, void* buffer, size_t size) {
@@ -103,8 +103,8 @@ ssize_t Read(int descriptor, void* buffer, size_t size) {
   return ReadOrFail(__builtin_return_address(0), descriptor, buffer, size);
 }
 
-ssize_t ReadChecked(int descriptor, void* buffer, size_t size, size_t room) {
-  if (size > room) abort();
+ssize_t ReadChecked(int descriptor, void* buffer, size_t size, size_t capacity) {
+  if (size > capacity) abort();
   return ReadOrFail(__builtin_return_address(0), descriptor, buffer, size);
 }
 
@@ -114,7 +114,7 @@ int Succeeded(int result) {
   return result;
 }
 
-// What gives something back has done so even when it reports a failure.
+// A call that releases something has released it even when it reports a failure.
 int FailedAfterAll(int error) {
   if (error != 0) errno = error;
   return -1;
@@ -132,7 +132,7 @@ int Stat(const char* path, struct stat* status) {
   return IA_GOES_WRONG(kStat) ? -1 : stat(Faults().UnderRoot(path).c_str(), status);
 }
 
-// The entries are libc's blocks until they are handed out.
+// The entries are libc's blocks until the caller gets them.
 int Scandir(const char* folder, dirent*** entries, int (*filter)(const dirent*),
             int (*compare)(const dirent**, const dirent**)) {
   if (IA_GOES_WRONG(kScandir)) return -1;
@@ -147,13 +147,13 @@ FILE* Fdopen(int descriptor, const char* mode) {
   return IA_GOES_WRONG(kFdopen) ? nullptr : fdopen(descriptor, mode);
 }
 
-// What has been read is not taken back.
+// Bytes that were read before stay in the buffer.
 size_t Fread(void* buffer, size_t size, size_t count, FILE* stream) {
   return IA_GOES_WRONG(kFread) ? 0 : fread(buffer, size, count, stream);
 }
 
-size_t FreadChecked(void* buffer, size_t room, size_t size, size_t count, FILE* stream) {
-  if (size * count > room) abort();
+size_t FreadChecked(void* buffer, size_t capacity, size_t size, size_t count, FILE* stream) {
+  if (size * count > capacity) abort();
   return IA_GOES_WRONG(kFread) ? 0 : fread(buffer, size, count, stream);
 }
 
@@ -167,9 +167,9 @@ int Vsnprintf(char* text, size_t size, const char* format, va_list arguments) {
   return IA_GOES_WRONG(kVsnprintf) ? -1 : vsnprintf(text, size, format, arguments);
 }
 
-int VsnprintfChecked(char* text, size_t size, int, size_t room, const char* format,
+int VsnprintfChecked(char* text, size_t size, int, size_t capacity, const char* format,
                      va_list arguments) {
-  if (size > room) abort();
+  if (size > capacity) abort();
   return IA_GOES_WRONG(kVsnprintf) ? -1 : vsnprintf(text, size, format, arguments);
 }
 
@@ -293,7 +293,7 @@ const auto kTracked = std::to_array<Import>({
     {"free", Address(Free), std::nullopt},
 });
 
-// What takes the place of an import; nothing for one that is not in the list.
+// The replacement of an import; null for one that is not in the list.
 std::function<void*(std::string_view)> ReplacementsOf(std::span<const Import> imports) {
   return [imports](std::string_view name) {
     const auto import = std::ranges::find(imports, name, &Import::name);

@@ -1,8 +1,8 @@
 // Makes the calls of the loaded libinfo_analyze.so.1 into other libraries fail on demand.
 //
 // The slots through which the library calls malloc(), read(), cupsGetPPD() and so on are replaced
-// in its own global offset table, so that nobody else's calls fail: neither libcups' nor the
-// test's, nor a sanitizer's. It works on the shipped file as on an instrumented one.
+// in its own global offset table, so that no other calls fail: not those of libcups, the
+// test or a sanitizer. It works on the shipped file as on an instrumented one.
 #ifndef TESTS_INTEGRATION_CALL_FAULTS_H_
 #define TESTS_INTEGRATION_CALL_FAULTS_H_
 
@@ -68,8 +68,8 @@ class CalleeSet {
 // Every call by which the library gets memory.
 const CalleeSet& AllocatingCallees();
 
-// Which of them a symbol of a system library stands for, under all of its spellings; nothing for
-// one that is not made to fail.
+// The callee of a symbol of a system library, under any of its spellings; nothing for one that is
+// not made to fail.
 std::optional<Callee> CalleeNamed(std::string_view symbol);
 
 inline constexpr int kOnce = 1;
@@ -89,7 +89,7 @@ struct Fault {
   Manner manner = Manner::kFails;
 };
 
-// The allocations fail; a call of one kind fails.
+// Allocations fail; calls of one function fail.
 inline Fault OutOfMemory(int times) { return {.callees = AllocatingCallees(), .times = times}; }
 inline Fault Failing(Callee callee, int error) { return {.callees = {callee}, .error = error}; }
 
@@ -98,8 +98,8 @@ class CallFaults {
   // The one of this process; the library is patched at the first call.
   static CallFaults& Instance();
 
-  // The nth call (1: the next) of the fault's kind goes wrong, and those after it while the fault
-  // has times left.
+  // The nth call (1: the next) of the fault's callees goes wrong, and those after it while the
+  // fault has times left.
   void Arm(const Fault& fault, int nth);
 
   // How many calls went wrong since Arm().
@@ -118,8 +118,8 @@ class CallFaults {
   // so that it leads to files of the test.
   void SetRoot(std::string root) { root_ = std::move(root); }
 
-  // Blocks that the library, or a library that is tracked beside it, allocated and that nobody
-  // released.
+  // Blocks that the library, or a library that is tracked beside it, allocated and that were
+  // not released.
   [[nodiscard]] std::size_t LiveBlocks() const { return live_.size(); }
   // Libraries that the library opened and did not close.
   [[nodiscard]] int OpenLibraries() const { return open_libraries_; }
@@ -132,10 +132,10 @@ class CallFaults {
 
   // A text that the library is to release.
   char* NewText(std::string_view text);
-  // free() for what the library handed out.
+  // free() for what the library returned.
   void Release(void* block);
 
-  // For each function the places in the library from which it was called in vain: the return
+  // For each function the places in the library at which its call was made to fail: the return
   // addresses, relative to the load address. A place outside the library is absolute.
   using Places = std::map<Callee, std::set<std::uintptr_t>>;
   [[nodiscard]] const Places& FailedPlaces() const { return failed_places_; }

@@ -15,9 +15,9 @@
 namespace ia_test {
 namespace {
 
-// What never goes wrong, or not in a way that the library could be told of.
+// Functions that never fail, or cannot report a failure.
 constexpr auto kCannotFail = std::to_array<std::string_view>({
-    // memory and texts that are there already
+    // existing memory and texts
     "memchr",
     "memcmp",
     "memcpy",
@@ -40,7 +40,7 @@ constexpr auto kCannotFail = std::to_array<std::string_view>({
     "strtol",  // what is no number, or too large, is an answer
     "__isoc23_strtol",
     "log10",
-    // trees that are there already
+    // existing trees
     "tdestroy",
     "tfind",
     // answers about a stream; one without a file, as of memory, has no descriptor to fstat()
@@ -123,20 +123,20 @@ std::vector<CallSite> FindCallSites(const std::string& library_path) {
   std::vector<CallSite> sites;
   std::string function;
   std::string source;
-  bool is_behind_call = false;
+  bool is_after_call = false;
   for (const std::string& line :
        OutputLines(IA_OBJDUMP " -dl --no-show-raw-insn '" + library_path + "'")) {
     if (const auto name = ParseFunction(line)) function = *name;
     if (const auto place = ParseSource(line)) source = *place;
     const auto instruction = ParseInstruction(line);
     if (!instruction) continue;
-    if (is_behind_call) sites.back().return_address = instruction->address;
-    is_behind_call = false;
+    if (is_after_call) sites.back().return_address = instruction->address;
+    is_after_call = false;
     const bool is_call = IsCall(instruction->mnemonic);
     const auto callee = CalleeNamed(instruction->symbol);
     const bool is_stub = function.ends_with("@plt");
     if (!callee || is_stub || !(is_call || IsJump(instruction->mnemonic))) continue;
-    is_behind_call = is_call;
+    is_after_call = is_call;
     sites.push_back({*callee, 0, line + " in " + function, function + " at " + source});
   }
   return sites;

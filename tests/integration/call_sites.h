@@ -14,7 +14,7 @@ namespace ia_test {
 struct CallSite {
   Callee callee;
   std::uintptr_t return_address;  // relative to the load address; 0 for a jump
-  std::string text;               // the instruction and the function that it stands in
+  std::string text;               // the instruction and its function
   std::string source;  // the function and the line of the source; copies of one call share them
 };
 

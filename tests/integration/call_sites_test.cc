@@ -33,8 +33,8 @@ void FailEverything() {
   }
 }
 
-// A jump does not tell where it stands. It is the one place from which its function failed and that
-// is no call; two of them could not be told apart.
+// A jump leaves no return address of its own. The jump to a function is the one place from which
+// the function failed and that is not a call; two jumps could not be distinguished.
 std::set<std::uintptr_t> PlacesOfJumps(Callee callee, const std::vector<CallSite>& sites) {
   const auto& failed = CallFaults::Instance().FailedPlaces();
   if (!failed.contains(callee)) return {};
@@ -51,7 +51,7 @@ bool HasFailedItself(const CallSite& site, const std::vector<CallSite>& sites) {
   return failed.contains(site.callee) && failed.at(site.callee).contains(site.return_address);
 }
 
-// Some compilers copy a call into several branches, of which one is enough.
+// Some compilers copy a call into several branches; one of them is enough.
 bool HasFailed(const CallSite& site, const std::vector<CallSite>& sites) {
   return std::ranges::any_of(sites, [&](const CallSite& copy) {
     return copy.callee == site.callee && copy.source == site.source && HasFailedItself(copy, sites);

@@ -1,4 +1,5 @@
-// Whatever allocation fails: the told failure or the right answer, nothing leaked.
+// Whatever allocation fails, a function returns the documented failure or the right answer, and
+// leaks nothing.
 #include <gtest/gtest.h>
 
 #include <cstddef>
@@ -20,7 +21,7 @@ class FailingAllocations : public testing::TestWithParam<std::tuple<Scenario, in
   static void SetUpTestSuite() { SampleSetting::Get(); }
 };
 
-TEST_P(FailingAllocations, GiveTheToldFailureOrTheRightAnswer) {
+TEST_P(FailingAllocations, GiveTheDocumentedFailureOrTheRightAnswer) {
   const auto& [scenario, times] = GetParam();
   EXPECT_GT(RunWithEachCallFailing(scenario, OutOfMemory(times)), 0) << "nothing was made to fail";
 }
@@ -90,7 +91,7 @@ TEST(WithoutMemoryOnce, RoomForTraysEndsTheTrayList) {
   }
 }
 
-TEST(WithoutMemoryOnce, StackerWhoseTextFindsNoneIsCountedAllTheSame) {
+TEST(WithoutMemoryOnce, StackerIsCountedWhenItsTextCannotBeAllocated) {
   SampleSetting::Get();
   int32_t stackers = 0;
   FinisherUnit unit{};
@@ -115,7 +116,7 @@ std::string FaxLinesWithoutMemory(int nth, const std::string& lines) {
 }
 
 // Without a line the three texts for the device are the first that are made.
-TEST(WithoutMemoryOnce, DialLineOfADeviceThatFindsNoneIsNotTold) {
+TEST(WithoutMemoryOnce, DialLineIsFalseWhenItsTextCannotBeAllocated) {
   for (int line = 0; line < 3; ++line) {
     const std::string added = FaxLinesWithoutMemory(1 + line, "");
     for (int other = 0; other < 3; ++other) {

@@ -1,4 +1,4 @@
-// Calls of files, libraries and a print server that fail, each with a scenario that it is made in.
+// Failing calls on files, libraries and a print server, each with the scenario that makes it.
 #ifndef TESTS_INTEGRATION_FAILING_CALL_H_
 #define TESTS_INTEGRATION_FAILING_CALL_H_
 

@@ -1,5 +1,5 @@
-// Files, libraries and a print server that fail: the told failure or the right answer, and nothing
-// left open or behind.
+// When files, libraries or the print server fail, a function returns the documented failure or the
+// right answer, and leaves no descriptor or file.
 #include <cups/file.h>
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -32,7 +32,7 @@ constexpr int kNoErrno = 0;
 
 CallFaults& Faults() { return CallFaults::Instance(); }
 
-// Loads a document; where a failing call cannot be hidden, with the given status.
+// Loads a document. If the failing call makes it fail, it returns the given status.
 Scenario LoadsDocument(int32_t failure) {
   const auto run = [failure](Round& round) {
     const SampleAnalyser analyser;
@@ -47,9 +47,9 @@ Scenario LoadsDocument(int32_t failure) {
   return {"LoadsDocument", run};
 }
 
-// The status of the last document is the query's, and then nothing is added. The options of an
-// earlier one are left out, or are the defaults; a handler of plain values that wants it although
-// it is guarded by another one's slot ends the query with -1.
+// If the last document fails, the query returns its status and adds nothing. If an earlier one
+// fails, its options are missing or have their defaults. A handler of plain values whose own
+// document failed, but which runs because a different one is loaded, ends the query with -1.
 Scenario AsksPrinter(int32_t failure) {
   const auto ask = [](Round& round, CallersList& list) {
     const SampleAnalyser analyser;
@@ -95,14 +95,14 @@ Scenario ReadsPpdOrNothing() {
   return {"ReadsPpdOrNothing", run};
 }
 
-// What goes wrong after the last line does not matter any more.
-Scenario ReadsPpdAllTheSame() {
+// A failure after the last line does not matter.
+Scenario ReadsPpdAnyway() {
   const auto run = [](Round& round) {
     OptTable* table = round.Try([] { return info_common_optlist_create(kQueue); });
     round.Expect(Shown(table) == kPpdTable, false, Shown(table));
     info_common_optlist_destroy(table);
   };
-  return {"ReadsPpdAllTheSame", run};
+  return {"ReadsPpdAnyway", run};
 }
 
 Scenario ClosesPpd() {
@@ -132,7 +132,7 @@ Scenario LoadsEmptyDocument() {
   return {"LoadsEmptyDocument", run};
 }
 
-// The tables of the PPD when it ends behind each of its lines.
+// The tables of the PPD when it ends after each of its lines.
 std::set<std::string> TablesOfBegins() {
   std::set<std::string> tables;
   const std::string_view ppd(kPpd);
@@ -145,7 +145,7 @@ std::set<std::string> TablesOfBegins() {
   return tables;
 }
 
-// libcups tells a read error as it tells the end of the file.
+// libcups reports a read error as the end of the file.
 Scenario ReadsPpdUpToSomeLine() {
   const auto run = [](Round& round) {
     static const std::set<std::string> begins = TablesOfBegins();
@@ -165,7 +165,7 @@ Fault EndingEarly() {
   return {.callees = {Callee::kRead}, .error = kNoErrno, .manner = Fault::Manner::kReadsEnd};
 }
 
-// Whatever fails first, and whatever is called in its wake to clean up, fails too.
+// The first call fails, and so does the call that cleans up after it.
 Fault FailingWithCleanUp(Callee first, Callee clean_up, int error) {
   return {.callees = {first, clean_up}, .times = kFromThenOn, .error = error};
 }
@@ -225,36 +225,36 @@ std::vector<FailingCall> DocumentAndPpdCalls() {
       {"CupsGetPpdWithoutErrno", ReadsPpdOrNothing(), Failing(Callee::kCupsGetPpd, kNoErrno)},
       {"CupsFileOpen", ReadsPpdOrNothing(), Failing(Callee::kCupsFileOpen, EIO)},
       {"CupsFileOpenWithoutErrno", ReadsPpdOrNothing(), Failing(Callee::kCupsFileOpen, kNoErrno)},
-      {"CupsFileClose", ReadsPpdAllTheSame(), Failing(Callee::kCupsFileClose, EIO)},
+      {"CupsFileClose", ReadsPpdAnyway(), Failing(Callee::kCupsFileClose, EIO)},
       {"CupsFileCloseByItself", ClosesPpd(), Failing(Callee::kCupsFileClose, EIO)},
       {"UnlinkByItself", LeavingFiles(ClosesPpd()), Failing(Callee::kUnlink, EACCES)},
-      {"Unlink", LeavingFiles(ReadsPpdAllTheSame()), Failing(Callee::kUnlink, EACCES)},
-      // In the wake of another failure.
-      {"CloseBehindFstat", LoadsDocument(-1),
+      {"Unlink", LeavingFiles(ReadsPpdAnyway()), Failing(Callee::kUnlink, EACCES)},
+      // While cleaning up after a failure.
+      {"CloseAfterFstat", LoadsDocument(-1),
        FailingWithCleanUp(Callee::kFstat, Callee::kClose, EIO)},
-      {"CloseBehindLseek", LoadsDocument(-1),
+      {"CloseAfterLseek", LoadsDocument(-1),
        FailingWithCleanUp(Callee::kLseek, Callee::kClose, EIO)},
-      {"CloseBehindRead", LoadsDocument(EIO),
+      {"CloseAfterRead", LoadsDocument(EIO),
        FailingWithCleanUp(Callee::kRead, Callee::kClose, EIO)},
-      {"CloseBehindEnd",
+      {"CloseAfterEnd",
        LoadsDocument(-1),
        {.callees = {Callee::kRead, Callee::kClose},
         .times = kFromThenOn,
         .error = kNoErrno,
         .manner = Fault::Manner::kReadsEnd}},
-      {"CloseBehindMalloc", LoadsDocument(-1),
+      {"CloseAfterMalloc", LoadsDocument(-1),
        FailingWithCleanUp(Callee::kMalloc, Callee::kClose, ENOMEM)},
       {"CloseOfEmptyDocument", LoadsEmptyDocument(), Failing(Callee::kClose, EIO)},
       {"CloseOfDescriptorZero", RefusesDescriptorZero(), Failing(Callee::kClose, EIO)},
-      {"CupsFileCloseBehindMalloc", ReadsPpdOrNothing(),
+      {"CupsFileCloseAfterMalloc", ReadsPpdOrNothing(),
        FailingWithCleanUp(Callee::kMalloc, Callee::kCupsFileClose, ENOMEM)},
-      {"UnlinkBehindMalloc", LeavingFiles(ReadsPpdOrNothing()),
+      {"UnlinkAfterMalloc", LeavingFiles(ReadsPpdOrNothing()),
        FailingWithCleanUp(Callee::kMalloc, Callee::kUnlink, ENOMEM)},
-      {"UnlinkBehindCupsFileOpen", LeavingFiles(ReadsPpdOrNothing()),
+      {"UnlinkAfterCupsFileOpen", LeavingFiles(ReadsPpdOrNothing()),
        FailingWithCleanUp(Callee::kCupsFileOpen, Callee::kUnlink, EIO)},
       {"CupsFileGets", ReadsPpdUpToSomeLine(), Failing(Callee::kCupsFileGets, EIO)},
       {"InterruptedSleep",
-       ReadsPpdAllTheSame(),
+       ReadsPpdAnyway(),
        {.callees = {Callee::kCupsFileOpen, Callee::kSleep}, .times = 2, .error = EMFILE}},
       {"Vsnprintf", Formats(100), Failing(Callee::kVsnprintf, EOVERFLOW)},
       {"VsnprintfOfLongText", Formats(600), Failing(Callee::kVsnprintf, EOVERFLOW)},
@@ -274,7 +274,7 @@ class FailingCalls : public testing::TestWithParam<FailingCall> {
   }
 };
 
-TEST_P(FailingCalls, GiveTheToldFailureOrTheRightAnswer) {
+TEST_P(FailingCalls, GiveTheDocumentedFailureOrTheRightAnswer) {
   const auto& [name, scenario, fault] = GetParam();
   EXPECT_GT(RunWithEachCallFailing(scenario, fault), 0) << "nothing was made to fail";
 }
@@ -298,7 +298,7 @@ TEST_F(FailingCalls, ClosingAPpdPassesOnTheResultOfCupsFileClose) {
   Faults().Release(path);
 }
 
-// libcups tells a read error as it tells the end of the file.
+// libcups reports a read error as the end of the file.
 TEST_F(FailingCalls, APpdEndsWhereItsReadingFails) {
   const std::string_view ppd(kPpd);
   int line = 1;
@@ -369,7 +369,7 @@ TEST_P(PpdRetry, AnyOtherErrorEndsTheAttemptsAtOnce) {
   }
 }
 
-TEST_P(PpdRetry, AnotherErrorAfterTheFirstWaitEndsTheAttempts) {
+TEST_P(PpdRetry, ADifferentErrorAfterTheFirstWaitEndsTheAttempts) {
   for (const int error : {EIO, kNoErrno}) {
     SCOPED_TRACE(error);
     Faults().ForgetCalls();

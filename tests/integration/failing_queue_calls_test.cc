@@ -1,5 +1,5 @@
-// Folders and files of print queues that cannot be read: the told failure or the right answer, and
-// nothing left open.
+// When folders and files of print queues cannot be read, a function returns the documented failure
+// or the right answer, and leaves no descriptor open.
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <sys/types.h>
@@ -23,7 +23,7 @@
 namespace ia_test {
 namespace {
 
-// Lists the spooler's queues. A failing call cannot be hidden, and then there are these.
+// Lists the spooler's queues. A failing call gives one of the lists `with_failure`.
 Scenario ListsCupsQueues(const std::set<std::string>& with_failure) {
   const auto run = [with_failure](Round& round) {
     const std::string shown =
@@ -70,7 +70,7 @@ std::vector<FailingCall> QueueCalls() {
       {"Stat", ListsCupsQueues({"a office@7", "a@7 office"}), Failing(Callee::kStat, EACCES)},
       {"OpenOfConf", ReadsConf("(none)"), Failing(Callee::kOpen, EMFILE)},
       {"FdopenOfConf", ReadsConf("(none)"), Failing(Callee::kFdopen, ENOMEM)},
-      // Behind the first only a buffer of the file's size is missed.
+      // When a later call fails, only the buffer of the file's size is missing.
       {"FstatOfConf", ReadsConf("(none)"), Failing(Callee::kFstat, EIO)},
       {"FreadOfConf", ReadsConf("begin"), Failing(Callee::kFread, EIO)},
       {"FcloseOfConf", ReadsConf(kConf), Failing(Callee::kFclose, EIO)},
@@ -79,11 +79,11 @@ std::vector<FailingCall> QueueCalls() {
       // The stream has no error of its own here.
       {"FreadInLookup", FindsQueueOfUri(-1), Failing(Callee::kFread, EIO)},
       {"FcloseInLookup", FindsQueueOfUri(0), Failing(Callee::kFclose, EIO)},
-      // In the wake of another failure.
-      {"CloseBehindFdopen",
+      // While cleaning up after a failure.
+      {"CloseAfterFdopen",
        ReadsConf("(none)"),
        {.callees = {Callee::kFdopen, Callee::kClose}, .times = kFromThenOn, .error = EIO}},
-      {"FcloseBehindRealloc",
+      {"FcloseAfterRealloc",
        ReadsConf("(none)"),
        {.callees = {Callee::kRealloc, Callee::kFclose}, .times = kFromThenOn}},
   };
@@ -99,7 +99,7 @@ class FailingQueueCalls : public testing::TestWithParam<FailingCall> {
   }
 };
 
-TEST_P(FailingQueueCalls, GiveTheToldFailureOrTheRightAnswer) {
+TEST_P(FailingQueueCalls, GiveTheDocumentedFailureOrTheRightAnswer) {
   const auto& [name, scenario, fault] = GetParam();
   EXPECT_GT(RunWithEachCallFailing(scenario, fault), 0) << "nothing was made to fail";
 }
@@ -107,17 +107,17 @@ TEST_P(FailingQueueCalls, GiveTheToldFailureOrTheRightAnswer) {
 INSTANTIATE_TEST_SUITE_P(Each, FailingQueueCalls, testing::ValuesIn(QueueCalls()),
                          [](const auto& info) { return std::string(info.param.name); });
 
-// It would keep whoever opens it waiting for a writer, for ever; a device might never end.
+// Opening a FIFO would wait for a writer for ever, and reading a device might never end.
 TEST(ConfThatIsNoFile, IsNotOpened) {
   QueueSetting::Get();
   const TempFolder root;
   root.Write(kConfPath + 1, "");
   const std::string conf = root.path() + kConfPath;
   CallFaults::Instance().SetRoot(root.path());
-  for (const mode_t kind : {S_IFIFO, S_IFSOCK}) {
-    SCOPED_TRACE(kind);
+  for (const mode_t type : {S_IFIFO, S_IFSOCK}) {
+    SCOPED_TRACE(type);
     unlink(conf.c_str());
-    ASSERT_EQ(mknod(conf.c_str(), kind | 0600, 0), 0);
+    ASSERT_EQ(mknod(conf.c_str(), type | 0600, 0), 0);
     const std::ptrdiff_t descriptors = CountOpenDescriptors();
     alarm(20);
     EXPECT_EQ(FolderPathForConf_Initialize(kDriverFolder), nullptr);
@@ -130,7 +130,7 @@ TEST(ConfThatIsNoFile, IsNotOpened) {
   QueueSetting::Get().Use();
 }
 
-TEST(ConfThatIsNoFile, IsADeviceBehindALink) {
+TEST(ConfThatIsNoFile, LinkToADeviceIsRefused) {
   QueueSetting::Get();
   const TempFolder root;
   root.Write(kConfPath + 1, "");

@@ -14,7 +14,7 @@ namespace {
 
 constexpr int kTooManyRounds = 100'000;
 
-// What a call must leave as it found it.
+// The resources that a call must leave unchanged.
 struct Balance {
   std::size_t live_blocks = CallFaults::Instance().LiveBlocks();
   int unknown_releases = CallFaults::Instance().UnknownReleases();
@@ -29,7 +29,7 @@ void ExpectUnchanged(const Balance& before, bool leaves_files) {
   EXPECT_EQ(after.live_blocks, before.live_blocks) << "blocks leaked";
   EXPECT_EQ(after.unknown_releases, before.unknown_releases) << "foreign blocks released";
   EXPECT_EQ(after.open_libraries, before.open_libraries) << "libraries left open";
-  EXPECT_EQ(after.seconds_slept, before.seconds_slept) << "waited in vain";
+  EXPECT_EQ(after.seconds_slept, before.seconds_slept) << "the library slept";
   EXPECT_EQ(after.descriptors, before.descriptors) << "descriptors leaked";
   if (!leaves_files) {
     EXPECT_EQ(after.temporary_files, before.temporary_files) << "temporary files left";
@@ -48,9 +48,10 @@ void RunAndExpectBalance(const Scenario& scenario, Round& round) {
 
 }  // namespace
 
-void Round::Expect(bool is_right, bool is_told_failure, const std::string& answer) const {
-  EXPECT_TRUE(is_right || (HasFired() && is_told_failure))
-      << (HasFired() ? "neither right nor the told failure: " : "not right: ") << answer;
+void Round::Expect(bool is_right, bool is_documented_failure, const std::string& answer) const {
+  EXPECT_TRUE(is_right || (HasFired() && is_documented_failure))
+      << (HasFired() ? "neither the right answer nor the documented failure: " : "not right: ")
+      << answer;
 }
 
 void PrintTo(const Scenario& scenario, std::ostream* out) { *out << scenario.name; }

@@ -1,4 +1,4 @@
-// Runs a call again and again, each time with another of the calls that it makes going wrong.
+// Runs a call again and again, each time with a different one of the calls that it makes failing.
 #ifndef TESTS_INTEGRATION_FAULT_ROUNDS_H_
 #define TESTS_INTEGRATION_FAULT_ROUNDS_H_
 
@@ -28,9 +28,8 @@ class Round {
     return answer;
   }
 
-  // The answer must be the right one; when something went wrong, the failure that the function's
-  // contract tells will do as well. Nothing else will.
-  void Expect(bool is_right, bool is_told_failure, const std::string& answer) const;
+  // The answer must be the right one or, when a call failed, the documented failure.
+  void Expect(bool is_right, bool is_documented_failure, const std::string& answer) const;
 
   [[nodiscard]] bool HasFired() const { return fired_ > 0; }
 
@@ -52,7 +51,8 @@ void PrintTo(const Scenario& scenario, std::ostream* out);
 
 // Runs the scenario with the 1st, 2nd, 3rd, ... call going wrong until it makes no such call any
 // more. After each round no block, descriptor, library or temporary file is left over, nothing has
-// been waited for, and an undisturbed run answers right. Tells how many rounds went wrong.
+// been waited for, and an undisturbed run gives the right answer. Returns the number of rounds with
+// a failing call.
 int RunWithEachCallFailing(const Scenario& scenario, const Fault& fault);
 
 }  // namespace ia_test

@@ -1,5 +1,5 @@
-// The folders of the system in which queues are looked for, for real: each test's child process has
-// others in their place.
+// The real folders of the system in which the library searches for queues. Each test runs in a
+// child process that has other folders mounted there.
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -68,7 +68,7 @@ TEST_F(FixedPaths, SpoolerIsLookedForInEtcCupsPpd) {
   });
 }
 
-TEST_F(FixedPaths, SpoolerThatIsNotThereHasNoQueues) {
+TEST_F(FixedPaths, MissingSpoolerHasNoQueues) {
   ExpectAnswer("0", [] {
     int32_t count = -1;
     QueueList* const list = CupsQueueList_Initialize(&count);
@@ -169,7 +169,7 @@ TEST_F(FixedPaths, AMissingConfigurationIsAFailure) {
   });
 }
 
-TEST_F(FixedPaths, AFifoInPlaceOfTheConfigurationKeepsNobodyWaiting) {
+TEST_F(FixedPaths, AFifoInPlaceOfTheConfigurationDoesNotBlock) {
   const std::string conf = root_ / "cache/Vorel/CUPSKAPPA2/MQPD/mqpd.conf";
   std::filesystem::create_directories(std::filesystem::path(conf).parent_path());
   ASSERT_EQ(mkfifo(conf.c_str(), 0600), 0);

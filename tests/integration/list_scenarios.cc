@@ -36,8 +36,8 @@ void OpensPpd(Round& round) {
     error = errno;
     return opened;
   });
-  const bool is_told_failure = file == nullptr && path == untouched && error == ENOMEM;
-  round.Expect(file != nullptr && path != untouched, is_told_failure,
+  const bool is_documented_failure = file == nullptr && path == untouched && error == ENOMEM;
+  round.Expect(file != nullptr && path != untouched, is_documented_failure,
                std::string(path) + ", error " + std::to_string(error));
   wrapCupsFileClose2(file, path);
   if (path != untouched) Faults().Release(path);
@@ -49,7 +49,7 @@ void GetsValue(Round& round) {
              "0");
 }
 
-// A table with twins, whose values change together; one that cannot be copied stays.
+// A table with case variants, whose values change together; a value that cannot be copied stays.
 void ChangesValues(Round& round) {
   CallersList list;
   info_common_optlist_additem_front(list.address(), "start", "1");
@@ -147,7 +147,7 @@ void CreatesNextFlagKey(Round& round) {
              "Flag_10");
 }
 
-// Memory that ran out is told, and the items before are kept.
+// A failed allocation is reported, and the items before it are kept.
 void ExpectItems(Round& round, int32_t status, const CallersList& list, const std::string& right) {
   const std::string answer = list.Added();
   round.Expect(status == 0 && answer == right,
@@ -202,8 +202,8 @@ void ParsesFlags(Round& round) {
   FlagInfo* store = zflaginfo_init("Key", 8);
   const int32_t status = round.Try([&] { return zflaginfo_get(kFlags, store); });
   const std::string answer = Shown(store);
-  const bool is_beginning = std::string_view("Plain=1\nThick=2\n").starts_with(answer);
-  round.Expect(status == 0 && answer == "Plain=3\nThick=2\n", status == -1 && is_beginning,
+  const bool is_prefix = std::string_view("Plain=1\nThick=2\n").starts_with(answer);
+  round.Expect(status == 0 && answer == "Plain=3\nThick=2\n", status == -1 && is_prefix,
                std::to_string(status) + "\n" + answer);
   zflaginfo_term(store);
 }

@@ -1,4 +1,4 @@
-// A process that uses the library for years: it neither grows nor collects descriptors, mappings or
+// A process that uses the library for years does not grow and leaks no descriptors, mappings or
 // temporary files.
 #include <gtest/gtest.h>
 #include <malloc.h>
@@ -20,7 +20,7 @@ namespace {
 
 constexpr int kWarmUpRounds = 50;
 
-// What the heap may gain in all by blocks that fit less well than the first ones did.
+// The heap may grow by this much in all, because of fragmentation.
 constexpr std::size_t kPadding = 16 << 10;
 
 // A sanitizer's allocator keeps mapping memory for itself.
@@ -61,7 +61,7 @@ std::ostream& operator<<(std::ostream& out, const Holdings& holdings) {
              << " bytes of heap";
 }
 
-TEST(LongRun, LeavesNothingBehind) {
+TEST(LongRun, LeaksNothing) {
   const std::vector<SampleQueue> queues = SampleQueue::All();
   const auto ask = [&](int rounds) {
     for (int round = 0; round < rounds; ++round) {

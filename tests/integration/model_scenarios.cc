@@ -83,7 +83,7 @@ class TrayAnalyser {
   AnalyzeContext context_ = {};
 };
 
-// "keyword=value" of each row; without keyword a row is passed over, but its texts are seen.
+// "keyword=value" of each row, with "(none)" for a missing text.
 std::string TakeRows(OptionSetter* rows, int32_t count) {
   std::string shown;
   for (OptionSetter* row = rows; row != rows + count; ++row) {
@@ -94,8 +94,8 @@ std::string TakeRows(OptionSetter* rows, int32_t count) {
   return shown;
 }
 
-// A row without keyword is passed over, so nobody would release a value in it. One without value
-// gets the default. The rows of REDWOOD are whole or not there.
+// The library skips a row without keyword, so a value in it would leak. A row without value gets
+// the default. The rows of REDWOOD are complete or missing.
 void AppendsRow(Round& round, const InputCase& handler) {
   TrayAnalyser analyser;
   OptionSetter rows[4] = {};
@@ -105,10 +105,11 @@ void AppendsRow(Round& round, const InputCase& handler) {
   const std::string right = handler.row;
   const std::string keyword = right.substr(0, right.find('='));
   const std::string answer = TakeRows(rows, count);
-  const bool is_told_failure = handler.handler == analyze_GetQVXXXMediaTypeREDWOOD
-                                   ? answer.empty()
-                                   : answer == keyword + "=(none)" || answer == "(none)=(none)";
-  round.Expect(status == 0 && answer == right, status == 0 && is_told_failure,
+  const bool is_documented_failure =
+      handler.handler == analyze_GetQVXXXMediaTypeREDWOOD
+          ? answer.empty()
+          : answer == keyword + "=(none)" || answer == "(none)=(none)";
+  round.Expect(status == 0 && answer == right, status == 0 && is_documented_failure,
                std::to_string(status) + " " + answer);
 }
 
@@ -380,7 +381,7 @@ const UnitCase kUnitCases[] = {
 // A unit that does everything.
 void TakesUnit(Round& round, const UnitCase& unit) {
   std::string all;
-  char* const words[] = {all.data()};  // the empty word is the beginning of each
+  char* const words[] = {all.data()};  // the empty word is a prefix of every word
   const int32_t count = 1;
   int32_t stackers = 0;
   const FinisherUnit datum{unit.type, unit.accessory, words, &count, words, &count, &stackers};

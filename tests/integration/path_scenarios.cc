@@ -97,7 +97,7 @@ void FindsCommunicationLibrary(Round& round) {
   ExpectDerived(round, FolderPathToFullPathOfMqpdUtil, "/opt/d", "/opt/d/Bidi/libmqpd_util.so");
 }
 
-// Fails whether or not there is memory, and hands out what it has.
+// Fails in any case, and returns the address if it can be allocated.
 void FindsAddressWithoutEnd(Round& round) {
   char* address = nullptr;
   const int32_t status =

@@ -33,7 +33,7 @@ class PrivateCupsd {
 
   // What CUPS_SERVER names.
   [[nodiscard]] std::string socket() const { return folder_ / "socket"; }
-  // What CUPS_SERVERROOT names for a client that looks at the server's files by itself.
+  // What CUPS_SERVERROOT names for a client that reads the server's files itself.
   [[nodiscard]] std::string server_root() const { return folder_ / "etc"; }
 
  private:

@@ -51,9 +51,9 @@ void TakesFirstQueue(Round& round) {
   const int32_t found =
       round.Try([&] { return zGetFirstQueueName(conf.start(), conf.end(), &next, &name); });
   const std::string shown = Take(name);
-  const bool is_behind = next != nullptr && std::strncmp(next, "DevicePath net:", 15) == 0;
-  round.Expect(is_behind && found == 1 && shown == "office" && !conf.IsUnchanged(),
-               is_behind && found == 0 && shown == "(none)" && conf.IsUnchanged(), shown);
+  const bool is_at_device_path = next != nullptr && std::strncmp(next, "DevicePath net:", 15) == 0;
+  round.Expect(is_at_device_path && found == 1 && shown == "office" && !conf.IsUnchanged(),
+               is_at_device_path && found == 0 && shown == "(none)" && conf.IsUnchanged(), shown);
 }
 
 void ReadsConf(Round& round) {

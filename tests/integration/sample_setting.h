@@ -13,10 +13,10 @@ inline constexpr char kQueue[] = "office";
 inline constexpr char kModel[] = "RA-H2";
 inline constexpr char kFlags[] = "Plain:1,Thick:2,Plain:3";
 
-// The queue's PPD. Its lines make the option table grow in every way there is: keys that repeat,
-// that differ in letter case only, that begin other keys, choices of UI blocks.
+// The queue's PPD. Its lines add to the option table in every possible way: keys that repeat, that
+// differ only in case, that are prefixes of other keys, and choices of UI blocks.
 extern const char kPpd[];
-// What the table of that PPD holds, as Shown() tells it.
+// What the table of that PPD holds, as Shown() prints it.
 extern const char kPpdTable[];
 
 // One line "key=value" for each entry.

@@ -1,4 +1,4 @@
-// Users of the library that ask the sample printers again and again.
+// Users of the library that query the sample printers again and again.
 #ifndef TESTS_INTEGRATION_SAMPLE_USERS_H_
 #define TESTS_INTEGRATION_SAMPLE_USERS_H_
 
@@ -47,8 +47,8 @@ struct SampleQueue {
   std::string options;  // one line each
 };
 
-// One life of an analyser: asked, asked again with its documents loaded anew, asked for the flags
-// of a function version, destroyed. Tells whether every answer was right.
+// Creates an analyser, queries it, queries it again with reloaded documents, queries the flags of a
+// function version, and destroys it. Returns whether every answer was right.
 inline bool AskOnce(const SampleQueue& queue) {
   BidiContext* const bidi = Bidi_Create(ia_test::kReferenceDriver);
   AnalyzeContext* const analyzer =

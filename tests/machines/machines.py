@@ -201,7 +201,7 @@ def main(arguments):
     known = {machine.name: machine for machine in MACHINES}
     unknown = [name for name in arguments if name not in known]
     if unknown:
-        sys.exit(f"./dev machines: no machine '{unknown[0]}'; there are {', '.join(known)}")
+        sys.exit(f"./dev machines: unknown machine '{unknown[0]}'; known are {', '.join(known)}")
     RESULTS.mkdir(parents=True, exist_ok=True)
     with open(RESULTS / "answers", "wb") as output:
         subprocess.run(["tests/machines/answers.sh", "build/release"], cwd=SOURCE, stdout=output,

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Builds the Debian packages with nothing but what they ask for, holds them to lintian, installs
-# them, asks the sample printers and removes them. The tests have run before.
+# Builds the Debian packages with nothing but their build dependencies, checks them by lintian,
+# installs them, queries the sample printers and removes them. The tests have run before.
 # usage: packages.sh ARCHITECTURE
 set -euo pipefail
 architecture=$1

@@ -10,7 +10,7 @@ namespace ia_test {
 // Mostly entries as the daemon writes them, and every way of coming close to one.
 rc::Gen<std::string> AnyConf();
 
-// What is asked about such texts: often what stands in them.
+// Queue names and URIs to look up in such texts: often ones that they contain.
 rc::Gen<std::string> AnyQueueName();
 rc::Gen<std::string> AnyUri();
 

@@ -1,5 +1,5 @@
-// What the library answers about a configuration text, in the terms of the model. The text stands
-// in a block without a spare byte.
+// The library's results for a configuration text, in the terms of the model. The text is in a block
+// of its exact size.
 #ifndef TESTS_QUEUE_CONF_ANSWERS_H_
 #define TESTS_QUEUE_CONF_ANSWERS_H_
 

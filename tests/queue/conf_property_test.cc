@@ -1,4 +1,4 @@
-// Configurations of any kind, held against the plain model.
+// Compares the handling of any configuration with a plain model of it.
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
 
@@ -21,7 +21,7 @@ RC_GTEST_PROP(AnyConfiguration, HasTheQueuesOfTheModel, ()) {
   RC_ASSERT(CountOf(text) == static_cast<int32_t>(names.size()));
   ConfOf conf(text);
   RC_ASSERT(NamesOf(conf) == names);
-  RC_ASSERT(NamesOf(conf)->empty());  // a handle hands out each of its names once
+  RC_ASSERT(NamesOf(conf)->empty());  // a handle returns each of its names once
 }
 
 RC_GTEST_PROP(AnyConfiguration, LosesOnlyTheEndOfEachNameInAList, ()) {

@@ -65,7 +65,7 @@ INSTANTIATE_TEST_SUITE_P(
                     {"LinesThatFollowEachOther", "<Printer a>\n<Printer b>\n", {"a", "b"}},
                     {"SameNameTwice", "<Printer a>\n<Printer a>\n", {"a", "a"}},
                     {"TextBeforeTheMark", "x <Printer a>\n", {"a"}},
-                    {"TextBehindTheName", "<Printer a> x\n", {"a"}},
+                    {"TextAfterTheName", "<Printer a> x\n", {"a"}},
                     {"BlanksBeforeTheMark", "  <Printer a>\n", {"a"}},
                     {"BlanksAndHashAreNoComment", "  # <Printer a>\n", {"a"}},
                     {"TabAndHashAreNoComment", "\t#<Printer a>\n", {"a"}},
@@ -81,7 +81,7 @@ INSTANTIATE_TEST_SUITE_P(
                     {"EndBeforeTheMark", "> <Printer a>\n", {"a"}},
                     {"LineOfCarriageReturn", "<Printer a>\r\n<Printer b>\r\n", {"a", "b"}},
                     {"NulBeforeTheMark", "x\0y\n\0<Printer a>\n"s, {"a"}},
-                    {"NulBehindTheName", "<Printer a>\0\n<Printer b>"s, {"a", "b"}},
+                    {"NulAfterTheName", "<Printer a>\0\n<Printer b>"s, {"a", "b"}},
                     {"LineFeedsFirst", "\n\n\n<Printer a>\n\n", {"a"}}}),
     RowName<NamesRow>);
 
@@ -91,7 +91,7 @@ INSTANTIATE_TEST_SUITE_P(
                     {"LineFeed", "\n", {}},
                     {"Comment", "#<Printer a>\n", {}},
                     {"CommentBeforeAQueue", "# <Printer a>\n<Printer b>\n", {"b"}},
-                    {"CommentBehindAQueue", "<Printer a>\n# <Printer b>\n", {"a"}},
+                    {"CommentAfterAQueue", "<Printer a>\n# <Printer b>\n", {"a"}},
                     {"CommentAtTheEnd", "\n#<Printer a>", {}},
                     {"NoEnd", "<Printer a\n", {}},
                     {"NoEndAtTheEndOfTheText", "<Printer a", {}},
@@ -154,7 +154,7 @@ TEST(FirstQueueName, IsNullAndFollowedByTheEndWhereThereIsNone) {
   EXPECT_EQ(next, conf.end());
 }
 
-// A handle hands out each of its names once.
+// A handle returns each of its names once.
 TEST(SecondListOfAHandle, IsEmpty) {
   ConfOf conf("<Printer a>\nDevicePath net:h/PDLType=fax\n<Printer b> x\n");
   EXPECT_THAT(NamesOf(conf), Optional(ElementsAre("a", "b")));
@@ -181,7 +181,7 @@ TEST(DeviceOfAQueue, PdlTypeAheadOfTheDevicePathDoesNotEndTheAddress) {
             (ModelDevice{std::nullopt, "net:"}));
 }
 
-TEST(DeviceOfAQueue, IsToldWithoutChangingTheText) {
+TEST(DeviceOfAQueue, IsFoundWithoutChangingTheText) {
   ConfOf conf("<Printer a>\nDevicePath net:h/PDLType=fax\n");
   const std::string before = conf.text();
   char* address = nullptr;
@@ -255,10 +255,7 @@ INSTANTIATE_TEST_SUITE_P(
          {"OtherDevice", "<Printer a>\nDevicePath net:192.0.2.11/PDLType=kappa2\n", kUri, {}},
          {"OneByteShort", "<Printer a>\nDevicePath net:192.0.2.10/PDLType=kappa\n", kUri, {}},
          {"OtherCase", "<Printer a>\nDevicePath NET:192.0.2.10/PDLType=kappa2\n", kUri, {}},
-         {"NoBlankBehindDevicePath",
-          "<Printer a>\nDevicePath" + std::string(kUri) + "\n",
-          kUri,
-          {}},
+         {"NoBlankAfterDevicePath", "<Printer a>\nDevicePath" + std::string(kUri) + "\n", kUri, {}},
          {"DevicePathInOtherCase", "<Printer a>\ndevicepath " + std::string(kUri) + "\n", kUri, {}},
          {"BeforeDevicePathOnly",
           "<Printer a>\n" + std::string(kUri) + " DevicePath x\n",
@@ -277,7 +274,7 @@ struct DeviceRow : NamedRow {
 
 class DeviceOfQueue : public testing::TestWithParam<DeviceRow> {};
 
-TEST_P(DeviceOfQueue, IsToldByTheLineBehindIt) {
+TEST_P(DeviceOfQueue, IsReadFromTheNextLine) {
   EXPECT_EQ(DeviceOf(GetParam().text, GetParam().queue), GetParam().device);
 }
 
@@ -345,7 +342,7 @@ INSTANTIATE_TEST_SUITE_P(
          {"OnTheQueueLine", "<Printer a> DevicePath net:h/PDLType=\n", "a", ModelDevice{}},
          {"LastLine", "<Printer a>", "a", ModelDevice{}},
          {"LastLineWithLineFeed", "<Printer a>\n", "a", ModelDevice{}},
-         {"NoBlankBehindDevicePath", "<Printer a>\nDevicePath\n", "a", ModelDevice{}}}),
+         {"NoBlankAfterDevicePath", "<Printer a>\nDevicePath\n", "a", ModelDevice{}}}),
     RowName<DeviceRow>);
 
 INSTANTIATE_TEST_SUITE_P(
@@ -366,7 +363,7 @@ INSTANTIATE_TEST_SUITE_P(
                      {"EmptyPath", "<Printer a>\nDevicePath \nnet:h", "a", kNone}}),
     RowName<DeviceRow>);
 
-// Null rules of the functions that take a text; outputs are set all the same.
+// Null rules of the functions that take a text; outputs are set anyway.
 char g_other[] = "other";
 
 TEST(NullText, HasNoQueues) {

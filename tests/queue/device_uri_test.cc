@@ -99,7 +99,7 @@ INSTANTIATE_TEST_SUITE_P(NearMisses, UnknownPrefix,
                                        {"NotUseLong", "notused:/PDLType=ps"},
                                        {"NotUseCase", "notUse:/PDLType=ps"},
                                        {"BlankBefore", " net:host/PDLType=ps"},
-                                       {"NotAtTheBeginning", "xnet:host/PDLType=ps"}}),
+                                       {"NotAtTheStart", "xnet:host/PDLType=ps"}}),
                          RowName<UriRow>);
 
 TEST(EndpointPrefixNull, IsNotRecognised) {
@@ -120,7 +120,7 @@ struct AddressRow : NamedRow {
 
 class PrinterAddress : public testing::TestWithParam<AddressRow> {};
 
-TEST_P(PrinterAddress, StandsBetweenThePrefixAndThePdlType) {
+TEST_P(PrinterAddress, IsBetweenThePrefixAndThePdlType) {
   const auto uri = ExactText(GetParam().uri);
   char* address = nullptr;
   EXPECT_EQ(MqpdUriToPrinterAddress(uri.get(), &address), 0);
@@ -140,7 +140,7 @@ INSTANTIATE_TEST_SUITE_P(
 INSTANTIATE_TEST_SUITE_P(
     Shapes, PrinterAddress,
     Rows<AddressRow>({{"Empty", "net:/PDLType=ps", ""},
-                      {"EmptyBehindSlashes", "usb:///PDLType=ps", ""},
+                      {"EmptyAfterSlashes", "usb:///PDLType=ps", ""},
                       {"UnknownFamily", "net:host/PDLType=none", "host"},
                       {"EmptyPdlType", "net:host/PDLType=", "host"},
                       {"FirstPdlTypeCounts", "net:a/PDLType=b/PDLType=c", "a"},

@@ -169,7 +169,7 @@ INSTANTIATE_TEST_SUITE_P(Folders, NoCacheOfFolder,
                                           {"MfPrinterShort", PRINTERS "CUPS_MF_Printe"},
                                           {"PrinterShort", PRINTERS "CUPS_Printe"},
                                           {"OtherRoot", "/usr/lib/Vorel/CUPSFAX"},
-                                          {"NotAtTheBeginning", "x" PRINTERS "CUPSFAX"},
+                                          {"NotAtTheStart", "x" PRINTERS "CUPSFAX"},
                                           {"Key", "fax"}}),
                          RowName<SourceRow>);
 
@@ -182,7 +182,7 @@ TEST(CacheOfFolderNull, IsRefused) {
 
 class IoLibrary : public testing::TestWithParam<PathRow> {};
 
-TEST_P(IoLibrary, StandsInTheDriverFolder) {
+TEST_P(IoLibrary, IsInTheDriverFolder) {
   const auto uri = ExactText(GetParam().source);
   char* path = nullptr;
   EXPECT_EQ(MqpdUriToFullPathOfIOLib(uri.get(), &path), 0);
@@ -253,7 +253,7 @@ TEST(IoLibraryNull, IsRefused) {
 
 class MqpdUtil : public testing::TestWithParam<PathRow> {};
 
-TEST_P(MqpdUtil, StandsInTheGivenFolder) {
+TEST_P(MqpdUtil, IsInTheGivenFolder) {
   const auto folder = ExactText(GetParam().source);
   char* path = nullptr;
   EXPECT_EQ(FolderPathToFullPathOfMqpdUtil(folder.get(), &path), 0);

@@ -1,4 +1,4 @@
-// Configuration files: reading them, and what is asked of them by the family's folder.
+// Reading configuration files, and queries that find one by the folder of a driver family.
 #include "queue/mqpd_conf.h"
 
 #include <fcntl.h>
@@ -52,7 +52,7 @@ std::string Bytes(std::size_t length) {
   return bytes;
 }
 
-// What zGetAllDataFromStream() hands out.
+// What zGetAllDataFromStream() returns.
 struct Data {
   int32_t status;
   OwnedText owner;
@@ -83,7 +83,7 @@ TEST_P(AllDataFromStream, AreReadToTheEnd) {
   EXPECT_EQ(data.bytes(), bytes);
 }
 
-TEST_P(AllDataFromStream, AreReadFromWhereTheStreamStands) {
+TEST_P(AllDataFromStream, AreReadFromTheStreamPosition) {
   const std::string bytes = Bytes(GetParam());
   folder_.Write("file", bytes);
   const Stream stream = Open(folder_ / "file");

@@ -120,7 +120,7 @@ INSTANTIATE_TEST_SUITE_P(Files, CupsQueueOfFile,
                                         {"Text", "notes.txt", nullptr}}),
                          RowName<FileRow>);
 
-TEST_F(CupsQueues, MayHaveTheLongestNameThereIs) {
+TEST_F(CupsQueues, MayHaveTheLongestPossibleName) {
   const std::string name(251, 'n');
   Add(name + ".ppd", 5);
   EXPECT_THAT(Queues(Read().get()), ElementsAre(Pair(name, 5)));
@@ -134,8 +134,8 @@ TEST_F(CupsQueues, MayBeFoldersAndLinks) {
               UnorderedElementsAre(Pair("a", 5), Pair("link", 5), Pair("folder", testing::Gt(5))));
 }
 
-// A link to nothing cannot be looked at.
-TEST_F(CupsQueues, HaveNoTimeWhenItCannotBeTold) {
+// stat() fails for a dangling link.
+TEST_F(CupsQueues, HaveNoTimeWhenItCannotBeRead) {
   std::filesystem::create_symlink(folder_ / "nowhere", folder_ / "link.ppd");
   EXPECT_THAT(Queues(Read().get()), ElementsAre(Pair("link", 0)));
 }
@@ -158,7 +158,7 @@ TEST_F(CupsQueues, AreFoundInAnyNumber) {
   for (const auto& [name, time] : queues) EXPECT_EQ(name, "q" + std::to_string(time));
 }
 
-// A path of 2048 bytes or more cannot be looked at.
+// A path of 2048 bytes or more is too long.
 TEST_F(CupsQueues, AreRefusedWhereTheirPathsAreTooLong) {
   std::string folder = folder_.path();
   for (int i = 0; i < 9; ++i) folder += "/" + std::string(200, 'd');
@@ -172,7 +172,7 @@ TEST_F(CupsQueues, AreRefusedWhereTheirPathsAreTooLong) {
   EXPECT_THAT(List(ia::NewCupsQueueList(folder.c_str())), IsNull());
 }
 
-// Of whatever spooler runs on this machine.
+// Reads the queues of this machine's spooler, if any.
 TEST(CupsQueueList, GivesItsCount) {
   int32_t count = -1;
   const List list(CupsQueueList_Initialize(&count));

@@ -39,7 +39,7 @@ std::uintptr_t DynamicValue(const LoadedLibrary& library, std::uintptr_t tag) {
   return 0;
 }
 
-// The slot may stand in a page that was made read-only after relocation; it stays writable.
+// The slot may be in a page that was made read-only after relocation; the page stays writable.
 void Store(std::uintptr_t slot, void* value) {
   const auto page_size = static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE));
   const std::uintptr_t page = slot / page_size * page_size;

@@ -1,4 +1,4 @@
-// Folders of the system replaced by folders of a test, for one child process and nobody else.
+// Replaces folders of the system by folders of a test, for one child process only.
 #ifndef TESTS_SUPPORT_PRIVATE_MOUNTS_H_
 #define TESTS_SUPPORT_PRIVATE_MOUNTS_H_
 
@@ -15,7 +15,7 @@
 
 namespace ia_test {
 
-// What stands in for what.
+// Pairs of a folder and the folder that it replaces.
 using Mounts = std::vector<std::pair<std::string, std::string>>;
 
 inline constexpr char kNoNamespaces[] = "mount namespaces are not allowed here";

@@ -28,8 +28,8 @@ void Fault(const std::string& what) {
 
 std::int32_t Result(const char* name, std::int32_t truth) {
   if (g_recording == nullptr) return truth;
-  const auto told = g_recording->results.find(name);
-  return told != g_recording->results.end() ? told->second : truth;
+  const auto scripted = g_recording->results.find(name);
+  return scripted != g_recording->results.end() ? scripted->second : truth;
 }
 
 OpenReader* Reader(const char* name, QvXmlReader* reader) {

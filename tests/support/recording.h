@@ -1,4 +1,4 @@
-// A communication library that writes down how it is called and answers what a test tells it to.
+// A communication library that records its calls and gives the answers that a test sets.
 #ifndef TESTS_SUPPORT_RECORDING_H_
 #define TESTS_SUPPORT_RECORDING_H_
 
@@ -52,8 +52,9 @@ inline void PrintTo(const Call& call, std::ostream* out) {
   *out << " )";
 }
 
-// What a reader finds. Keys stand for themselves wherever the reader is; the calls tell where it
-// was. A key that is not here is missing; a text without value is found as a null pointer.
+// What a reader finds. A key has the same value at every place of the document; the recorded calls
+// show where the reader was. A key that is not here is missing; a text without value is found as a
+// null pointer.
 struct ScriptedDocument {
   std::map<std::string, std::int32_t> longs = {};
   std::map<std::string, std::optional<std::string>> strings = {};

@@ -40,7 +40,8 @@ class BinAliases : public ListUpdates {
     Load(kDocument, items);
   }
 
-  // The codes that are collected; `result` is answered. Nothing is written behind the tenth code.
+  // The codes that are collected; the getter returns `result`. Nothing is written after the tenth
+  // code.
   Codes Collect(std::int32_t result = 0) {
     constexpr std::int32_t kUntouched = -4711;
     std::array<std::int32_t, 12> codes;

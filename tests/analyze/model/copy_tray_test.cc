@@ -189,7 +189,7 @@ TEST_P(CopyTrayAliasRules, UnitBesideAnAliasFrom101To105HasIt) {
   }
 }
 
-TEST_P(CopyTrayAliasRules, UnitWithMoreBehindItsNameIsTheSame) {
+TEST_P(CopyTrayAliasRules, UnitWhoseNameHasASuffixIsTheSame) {
   const auto& [model, handler, accessory, bins] = GetParam();
   for (const char* suffix : {" with staples", "0", " "}) {
     EXPECT_EQ(ValueOf(bins, std::string(accessory) + suffix, {}), kNoValue) << suffix;
@@ -198,7 +198,7 @@ TEST_P(CopyTrayAliasRules, UnitWithMoreBehindItsNameIsTheSame) {
   }
 }
 
-TEST_P(CopyTrayAliasRules, UnitOfAnotherNameHasNone) {
+TEST_P(CopyTrayAliasRules, UnitOfADifferentNameHasNone) {
   const std::string accessory = GetParam().accessory;
   for (const std::string& name : {WithoutLast(accessory), WithoutLast(accessory) + "9",
                                   InLowerCase(accessory), InUpperCase(accessory)}) {

@@ -30,7 +30,7 @@ TEST_F(EnvelopeFeeder, IsNotFittedForOtherAliases) {
   }
 }
 
-TEST_F(EnvelopeFeeder, IsNotToldByOtherFields) {
+TEST_F(EnvelopeFeeder, DoesNotDependOnOtherFields) {
   EXPECT_EQ(ForTrays({{6, 161, 6, 6}}), kNotFitted);
 }
 

@@ -51,19 +51,19 @@ const TraysRow kTrays[] = {
     {{"Alias198"}, {OfAliases({198})}, "MINSU1"},
     {{"Alias196Then198"}, {OfAliases({196}), OfAliases({198})}, "INSU1"},
     {{"Alias198Then196"}, {OfAliases({198}), OfAliases({196})}, "MINSU1"},
-    {{"Alias196BehindOthers"}, {OfAliases({101}), OfAliases({102}), OfAliases({196})}, "INSU1"},
-    {{"Alias198BehindOthers"}, {OfAliases({101}), OfAliases({198}), OfAliases({102})}, "MINSU1"},
+    {{"Alias196AfterOthers"}, {OfAliases({101}), OfAliases({102}), OfAliases({196})}, "INSU1"},
+    {{"Alias198AfterOthers"}, {OfAliases({101}), OfAliases({198}), OfAliases({102})}, "MINSU1"},
     {{"NextAliases"},
      {OfAliases({195}), OfAliases({197}), OfAliases({199}), OfAliases({0}), OfAliases({-196})},
      "None"},
     {{"NoTrays"}, {}, "None"},
     {{"FirstOfItsAliases"}, {OfAliases({196, 101, 198})}, "INSU1"},
     {{"NotItsSecondAlias"}, {OfAliases({101, 196}), OfAliases({101, 102, 198})}, "None"},
-    {{"ItsFirstAliasBehindOneThatHasItSecond"},
+    {{"FirstAliasAfterATrayThatHasItSecond"},
      {OfAliases({101, 196}), OfAliases({198, 196})},
      "MINSU1"},
     {{"NoAliases"}, {OfAliases({}), OfAliases({})}, "None"},
-    {{"BehindATrayWithoutAliases"}, {OfAliases({}), Number("type", 3), OfAliases({198})}, "MINSU1"},
+    {{"AfterATrayWithoutAliases"}, {OfAliases({}), Number("type", 3), OfAliases({198})}, "MINSU1"},
     {{"NotTheAliasOfTheTrayBefore"}, {OfAliases({101}), OfAliases({}), ""}, "None"},
     {{"FirstAliasThatIsNoNumber"}, {OfAliases({{}, 196})}, "None"},
     {{"AliasThatIsNoArray"}, {Number("alias", 196)}, "None"},
@@ -98,13 +98,13 @@ TEST_F(InsertUnitOption, IsNoneForANegativeNumberOfTrays) {
   }
 }
 
-TEST_F(InsertUnitOption, IsThatOfTheToldTraysOnly) {
+TEST_F(InsertUnitOption, CountsOnlyTheTraysOfTheList) {
   Load(IA_DOCUMENT_TRAY_LIST, {OfAliases({101}), OfAliases({196})});
   context_.documents[IA_DOCUMENT_TRAY_LIST].count = 1;
   EXPECT_EQ(OutcomeOf(kHandler, context_), InsertUnit("None"));
 }
 
-TEST_F(InsertUnitOption, IsNotThatOfOtherLists) {
+TEST_F(InsertUnitOption, DoesNotDependOnOtherLists) {
   for (std::int32_t index = 0; index < IA_DOCUMENT_COUNT; ++index) {
     if (index != IA_DOCUMENT_TRAY_LIST) Load(index, {OfAliases({196}), OfAliases({196})});
   }
@@ -126,7 +126,7 @@ TEST_F(InsertUnitOption, ReplacesTheOneThatTheListHas) {
 
 class InsertUnitReads : public ListUpdates {
  protected:
-  // Loads trays of these aliases; the reads of some are told to fail.
+  // Loads trays of these aliases; the reads in `failures` fail.
   Outcome OutcomeFor(const std::vector<std::int32_t>& aliases,
                      const std::vector<std::pair<std::int32_t, std::int32_t>>& failures) {
     Items trays;
@@ -164,12 +164,12 @@ TEST_F(InsertUnitReads, StopAtTheFirstInsertUnit) {
   EXPECT_THAT(TraysRead(), ElementsAre(0));
 }
 
-TEST_F(InsertUnitReads, ThatFailArePassedOver) {
+TEST_F(InsertUnitReads, ThatFailAreSkipped) {
   EXPECT_EQ(OutcomeFor({101, 101, 198}, {{0, -1}, {1, 12}}), InsertUnit("MINSU1"));
   EXPECT_THAT(TraysRead(), ElementsAre(0, 1, 2));
 }
 
-TEST_F(InsertUnitReads, ThatFailTellNoAlias) {
+TEST_F(InsertUnitReads, ThatFailGiveNoAlias) {
   EXPECT_EQ(OutcomeFor({196, 101}, {{0, -1}}), InsertUnit("None"));
   EXPECT_EQ(OutcomeFor({196, 198}, {{0, -1}}), InsertUnit("MINSU1"));
 }

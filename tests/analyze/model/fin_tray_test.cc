@@ -137,7 +137,7 @@ TEST_P(FinTrayBinRules, UnitOfMoreBinsThanTheRuleHasIt) {
   EXPECT_EQ(ValueOf(kLargest, accessory), kFinisherTray);
 }
 
-TEST_P(FinTrayBinRules, UnitWithMoreBehindItsNameIsTheSame) {
+TEST_P(FinTrayBinRules, UnitWhoseNameHasASuffixIsTheSame) {
   const auto& [model, handler, accessory, bins] = GetParam();
   for (const char* suffix : {" with staples", "0", " "}) {
     EXPECT_EQ(ValueOf(bins, std::string(accessory) + suffix), kNoValue) << suffix;
@@ -145,7 +145,7 @@ TEST_P(FinTrayBinRules, UnitWithMoreBehindItsNameIsTheSame) {
   }
 }
 
-TEST_P(FinTrayBinRules, UnitOfAnotherNameHasNone) {
+TEST_P(FinTrayBinRules, UnitOfADifferentNameHasNone) {
   const std::string accessory = GetParam().accessory;
   for (const std::string& name : {WithoutLast(accessory), WithoutLast(accessory) + "9",
                                   InLowerCase(accessory), InUpperCase(accessory)}) {
@@ -303,7 +303,7 @@ TEST_P(FinTrayInnerUnits, BinsDoNotMatter) {
   }
 }
 
-TEST_P(FinTrayInnerUnits, UnitWithMoreBehindItsName) {
+TEST_P(FinTrayInnerUnits, UnitWhoseNameHasASuffix) {
   for (const char* suffix : {" with staples", "0", " "}) {
     EXPECT_EQ(ValueOf({{1, std::string(GetParam().unit) + suffix}}, {119}),
               GetParam().is_whole_name ? kNoValue : GetParam().value)
@@ -311,7 +311,7 @@ TEST_P(FinTrayInnerUnits, UnitWithMoreBehindItsName) {
   }
 }
 
-TEST_P(FinTrayInnerUnits, UnitOfAnotherNameHasNone) {
+TEST_P(FinTrayInnerUnits, UnitOfADifferentNameHasNone) {
   const std::string unit = GetParam().unit;
   for (const std::string& name :
        {WithoutLast(unit), WithoutLast(unit) + "9", InLowerCase(unit), InUpperCase(unit),

@@ -1,4 +1,4 @@
-// What every handler of finisher options keeps to.
+// Rules that every handler of finisher options follows.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <string.h>
@@ -43,7 +43,7 @@ std::int32_t FinTrayByCount(AnalyzeContext* context, const FinisherEntry* finish
                                             alias_count, row);
 }
 
-// A handler and a finisher for which it sets a value, when all three kinds of aliases are there.
+// A handler, and a finisher for which it sets a value if all three types of aliases are present.
 struct HandlerRow : NamedRow {
   FinisherOptionHandler handler;
   const char* unit;
@@ -88,7 +88,7 @@ INSTANTIATE_TEST_SUITE_P(
         HandlerRow{{"FinTrayByBinTrayCount"}, FinTrayByCount, "Vorel A", "FNTU1"}),
     RowName<HandlerRow>);
 
-// Calls the handler with a report for which it sets its value, but for what a test changes.
+// Calls the handler with a report for which it sets its value; a test changes parts of the report.
 struct Arguments {
   explicit Arguments(const HandlerRow& row)
       : handler(row.handler), report({{9, row.unit}}, {101, 119, 121}) {}

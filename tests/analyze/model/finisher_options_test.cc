@@ -293,12 +293,12 @@ TEST(FinisherOptionValues, UnitOfOneBinIsNoFinisherWhateverItsName) {
             (Values{"None", std::nullopt, std::nullopt}));
 }
 
-TEST(FinisherOptionValues, InnerTrayInAnyLetterCaseIsATray) {
+TEST(FinisherOptionValues, InnerTrayIsFoundCaseInsensitively) {
   EXPECT_EQ(ValuesOf("RA-X6", {{2, "VOREL inner 2WAY tRAY-Q1"}}, {119}),
             (Values{"IN2TRAY", std::nullopt, std::nullopt}));
 }
 
-TEST(FinisherOptionValues, WholeNameOrItsBeginningByModel) {
+TEST(FinisherOptionValues, WholeNameOrPrefixByModel) {
   EXPECT_EQ(ValuesOf("RA-H5", {{2, "Vorel Inner Finisher-W1 with staples"}}, {119}),
             (Values{"BYNAME", std::nullopt, std::nullopt}));
   EXPECT_EQ(ValuesOf("RA-H5", {{2, "Vorel Inner Finisher-W1"}}, {119}),

@@ -1,4 +1,4 @@
-// What a device reports of finishers, and what the handlers of finisher options make of it.
+// Finishers as a device reports them, and the results of the handlers of finisher options.
 #ifndef TESTS_ANALYZE_MODEL_FINISHER_REPORTS_H_
 #define TESTS_ANALYZE_MODEL_FINISHER_REPORTS_H_
 
@@ -106,8 +106,7 @@ class FinisherAnalyzer {
   AnalyzeContext context_ = {};
 };
 
-// Gives every unit of this maker, and of names that differ from its in letter case, the value
-// "BYNAME".
+// Gives every unit of this maker, in three cases of its name, the value "BYNAME".
 inline constexpr char kMakersNames[] = "Vorel:BYNAME,vorel:BYNAME,VOREL:BYNAME";
 
 // The value that a handler's row has after decide(context, report, row), which succeeds and leaves

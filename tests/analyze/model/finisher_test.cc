@@ -50,10 +50,10 @@ INSTANTIATE_TEST_SUITE_P(
     , FinisherValueString,
     testing::Values(
         ValueStringRow{{"WholeName"}, {{1, "Vorel A1"}}, "Vorel A1:FINA1", "FINA1"},
-        ValueStringRow{{"BeginningOfTheName"}, {{1, "Vorel A1 Plus"}}, "Vorel A1:FINA1", "FINA1"},
+        ValueStringRow{{"PrefixOfTheName"}, {{1, "Vorel A1 Plus"}}, "Vorel A1:FINA1", "FINA1"},
         ValueStringRow{{"ShortenedName"}, {{1, "Vorel A"}}, "Vorel A1:FINA1", kNoValue},
-        ValueStringRow{{"NameInOtherLetterCase"}, {{1, "vorel a1"}}, "Vorel A1:FINA1", kNoValue},
-        ValueStringRow{{"NameBehindOtherText"}, {{1, "A Vorel A1"}}, "Vorel A1:FINA1", kNoValue},
+        ValueStringRow{{"NameInDifferentCase"}, {{1, "vorel a1"}}, "Vorel A1:FINA1", kNoValue},
+        ValueStringRow{{"NameAfterOtherText"}, {{1, "A Vorel A1"}}, "Vorel A1:FINA1", kNoValue},
         ValueStringRow{{"OtherName"}, {{1, "Vorel B1"}}, "Vorel A1:FINA1", kNoValue},
         ValueStringRow{{"FirstFlagThatFits"},
                        {{1, "Vorel A1 Plus"}},
@@ -83,13 +83,13 @@ INSTANTIATE_TEST_SUITE_P(
                        {{1, "Other"}, {1, "Vorel A"}},
                        "Vorel A:FINA",
                        "FINA"},
-        ValueStringRow{{"NullNameIsPassedOver"},
+        ValueStringRow{{"NullNameIsSkipped"},
                        {{1, std::nullopt}, {1, "Vorel A"}, {1, std::nullopt}},
                        "Vorel A:FINA",
                        "FINA"},
         ValueStringRow{{"NullNameOnly"}, {{1, std::nullopt}}, "Vorel A:FINA", kNoValue},
         ValueStringRow{
-            {"EmptyNameIsPassedOver"}, {{1, ""}, {1, "Vorel A"}, {1, ""}}, "Vorel A:FINA", "FINA"},
+            {"EmptyNameIsSkipped"}, {{1, ""}, {1, "Vorel A"}, {1, ""}}, "Vorel A:FINA", "FINA"},
         ValueStringRow{{"EmptyNameOnly"}, {{1, ""}}, "Vorel A:FINA", kNoValue},
         ValueStringRow{{"EmptyValueOfAFlag"}, {{1, "Vorel A"}}, "Vorel A", ""},
         ValueStringRow{{"EmptyValueReplacesAnEarlierOne"},
@@ -216,7 +216,7 @@ Value ByBinAlias(const Rules& rules, const Units& units, const Aliases& aliases,
 
 const Rules kTrayRule = {{2, "Vorel Tray"}};
 
-TEST(FinisherByBinAlias, UnitOfARuleBesideAnAliasOfTheRangeIsPassedOver) {
+TEST(FinisherByBinAlias, UnitOfARuleBesideAnAliasOfTheRangeIsSkipped) {
   EXPECT_EQ(ByBinAlias(kTrayRule, {{2, "Vorel Tray-A1"}}, {103}), kNoValue);
   EXPECT_EQ(ByBinAlias(kTrayRule, {{1, "Vorel Tray-A1"}}, {103}), kNoValue);
   EXPECT_EQ(ByBinAlias(kTrayRule, {{kSmallest, "Vorel Tray-A1"}}, {103}), kNoValue);
@@ -308,7 +308,7 @@ TEST(FinisherByBinAlias, AllUnitsGiveTheValueOnceOneIsAFinisher) {
   EXPECT_EQ(ByBinAlias(kTrayRule, {tray, tray}, {103}, {101, 105}, names), kNoValue);
 }
 
-TEST(FinisherByBinAlias, UnitOfNoFlagIsAFinisherAllTheSame) {
+TEST(FinisherByBinAlias, UnitOfNoFlagIsAFinisherAnyway) {
   const char* const names = "Vorel Tray:TRAY";
   EXPECT_EQ(ByBinAlias(kTrayRule, {{2, "Vorel Tray"}, {2, ""}}, {103}, {101, 105}, names), "TRAY");
 }
@@ -375,7 +375,7 @@ TEST_P(FinisherAliasRules, UnitBesideAnAliasIsATrayUpToTheBinsOfTheRule) {
   }
 }
 
-TEST_P(FinisherAliasRules, UnitWithMoreBehindItsNameIsTheSame) {
+TEST_P(FinisherAliasRules, UnitWhoseNameHasASuffixIsTheSame) {
   const std::string accessory = GetParam().accessory;
   for (const char* suffix : {" with staples", "0", " "}) {
     for (const std::int32_t bins : kBins) {
@@ -391,7 +391,7 @@ TEST_P(FinisherAliasRules, UnitWithoutAliasIsAFinisher) {
   }
 }
 
-TEST_P(FinisherAliasRules, UnitOfAnotherNameIsAFinisher) {
+TEST_P(FinisherAliasRules, UnitOfADifferentNameIsAFinisher) {
   const std::string accessory = GetParam().accessory;
   for (const std::string& name : {WithoutLast(accessory), WithoutLast(accessory) + "9",
                                   InLowerCase(accessory), InUpperCase(accessory)}) {
@@ -552,7 +552,7 @@ TEST(TwoWayTrayInTurkish, IsKnownInAnyCase) {
   }
 }
 
-TEST_P(TwoWayTrays, TrayBesideAlias119IsTold) {
+TEST_P(TwoWayTrays, TrayBesideAlias119IsReported) {
   const std::string tray = GetParam().tray;
   for (const Aliases& aliases : WithCode119()) {
     for (const std::string& name : {tray, tray + "0", tray + " with more", tray + "-N1"}) {
@@ -580,7 +580,7 @@ TEST_P(TwoWayTrays, OtherUnitBesideAlias119IsAsNamed) {
   EXPECT_EQ(ValueOf({{2, "Vorel A"}}, {119}, "B:B"), kNoValue);
 }
 
-TEST_P(TwoWayTrays, OtherLetterCase) {
+TEST_P(TwoWayTrays, DifferentCase) {
   const std::string tray = GetParam().tray;
   for (const std::string& name : {InLowerCase(tray), InUpperCase(tray)}) {
     EXPECT_EQ(ValueOf({{2, name}}, {119}), GetParam().ignores_case ? "IN2TRAY" : "BYNAME") << name;

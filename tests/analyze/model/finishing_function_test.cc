@@ -57,22 +57,22 @@ TEST_P(FinishingFunctionModel, HasAHandlerThatKnowsStaplingOnly) {
   EXPECT_EQ(AnswersFor(GetParam().model, AskGetter), kOfStapleModels);
 }
 
-TEST_P(FinishingFunctionModel, HasItWithMoreBehindTheCode) {
+TEST_P(FinishingFunctionModel, LongerCodeIsTheSameModel) {
   for (const char* suffix : {"-MLT-JP", "2", " "}) {
     EXPECT_EQ(AnswersFor((GetParam().model + std::string(suffix)).c_str()), kOfStapleModels)
         << suffix;
   }
 }
 
-TEST_P(FinishingFunctionModel, IsAnotherWithAShorterCode) {
+TEST_P(FinishingFunctionModel, ShorterCodeIsADifferentModel) {
   EXPECT_EQ(AnswersFor(WithoutLast(GetParam().model).c_str()), kOfOtherModels);
 }
 
-TEST_P(FinishingFunctionModel, IsAnotherInOtherLetterCase) {
+TEST_P(FinishingFunctionModel, CodeInDifferentCaseIsADifferentModel) {
   EXPECT_EQ(AnswersFor(InLowerCase(GetParam().model).c_str()), kOfOtherModels);
 }
 
-TEST_P(FinishingFunctionModel, IsAnotherBehindOtherText) {
+TEST_P(FinishingFunctionModel, CodeAfterOtherTextIsADifferentModel) {
   EXPECT_EQ(AnswersFor((std::string("X") + GetParam().model).c_str()), kOfOtherModels);
 }
 
@@ -134,8 +134,8 @@ const SearchRow kSearchRows[] = {
     {{"OfFirstAndLast"}, kAbc, {"c", "a"}, "C"},
     {{"OfAll"}, kAbc, {"c", "b", "a"}, "C"},
     {{"NoLetters"}, kAbc, {""}, "C"},
-    {{"BehindNulls"}, kAbc, {{}, "b", {}, "a"}, "B"},
-    {{"Beginning"}, {{"xa", "A"}, {"xb", "B"}, {"y", "Y"}}, {"x"}, "B"},
+    {{"AfterNulls"}, kAbc, {{}, "b", {}, "a"}, "B"},
+    {{"Prefix"}, {{"xa", "A"}, {"xb", "B"}, {"y", "Y"}}, {"x"}, "B"},
     {{"LongerThanTheName"}, {{"xa", "A"}, {"xb", "B"}}, {"xa", "xbc"}, "A"},
     {{"LastOfEqualNames"}, {{"a", "A"}, {"a", "B"}}, {"a"}, "B"},
     {{"NullName"}, {{"a", "A"}, {nullptr, "X"}}, {"a", ""}, "A"},
@@ -148,7 +148,7 @@ const SearchRow kSearchRows[] = {
 
 INSTANTIATE_TEST_SUITE_P(Each, FinishingFunctionSearch, ValuesIn(kSearchRows), RowName<SearchRow>);
 
-TEST(FinishingFunctionSearchInTable, SeesTheToldRowsOnly) {
+TEST(FinishingFunctionSearchInTable, ReadsNoMoreRowsThanTheCount) {
   Query query = Punching({"a", "b", "c"}, kAbc);
   query.record.search_rows = 2;
   EXPECT_EQ(query.Ask(kCommon), "B");

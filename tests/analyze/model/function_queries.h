@@ -1,4 +1,4 @@
-// Asking the handlers of finishing functions as the update of the finisher list does.
+// Calls the handlers of finishing functions as the update of the finisher list does.
 #ifndef TESTS_ANALYZE_MODEL_FUNCTION_QUERIES_H_
 #define TESTS_ANALYZE_MODEL_FUNCTION_QUERIES_H_
 

@@ -47,14 +47,14 @@ struct WordRow : NamedRow {
 
 class WordTest : public testing::TestWithParam<WordRow> {};
 
-TEST_P(WordTest, TellsWhetherAnElementIsTheBeginningOfTheWord) {
+TEST_P(WordTest, FindsAnElementThatIsAPrefixOfTheWord) {
   const WordList list(GetParam().list);
   EXPECT_EQ(zStringExistenceCheck(list.texts(), GetParam().word, *list.count()), GetParam().found);
 }
 
 const WordRow kWordRows[] = {
     {{"Equal"}, {"staple"}, "staple", 1},
-    {{"Beginning"}, {"sta"}, "staple", 1},
+    {{"Prefix"}, {"sta"}, "staple", 1},
     {{"FirstLetter"}, {"s"}, "staple", 1},
     {{"EmptyElement"}, {""}, "staple", 1},
     {{"EmptyElementForEmptyWord"}, {""}, "", 1},
@@ -68,7 +68,7 @@ const WordRow kWordRows[] = {
     {{"LastOfSeveral"}, {"x", "y", "staple"}, "staple", 1},
     {{"NoneOfSeveral"}, {"x", "y", "z"}, "staple", 0},
     {{"NullElementsBefore"}, {{}, {}, "staple"}, "staple", 1},
-    {{"NullElementsBehind"}, {"staple", {}}, "staple", 1},
+    {{"NullElementsAfter"}, {"staple", {}}, "staple", 1},
     {{"NullElementsOnly"}, {{}, {}}, "staple", 0},
     {{"NullElementForEmptyWord"}, {{}}, "", 0},
     {{"NullWord"}, {"staple", ""}, nullptr, 0},
@@ -78,7 +78,7 @@ const WordRow kWordRows[] = {
 
 INSTANTIATE_TEST_SUITE_P(Each, WordTest, ValuesIn(kWordRows), RowName<WordRow>);
 
-TEST(WordTestOfCounts, SeesTheToldElementsOnly) {
+TEST(WordTestOfCounts, ReadsNoMoreElementsThanTheCount) {
   const WordList list({"x", "staple"});
   EXPECT_EQ(zStringExistenceCheck(list.texts(), "staple", 2), 1);
   EXPECT_EQ(zStringExistenceCheck(list.texts(), "staple", 1), 0);
@@ -158,7 +158,7 @@ TEST_P(EachFunctionHandler, AnswersForAFunctionThatIsReported) {
   EXPECT_EQ(Ask(Query("staple", {"punch", {}, "staple"}, kDetails)), GetParam().usual);
 }
 
-TEST_P(EachFunctionHandler, AnswersForAFunctionOfWhichTheBeginningIsReported) {
+TEST_P(EachFunctionHandler, AnswersForAFunctionWhosePrefixIsReported) {
   EXPECT_EQ(Ask(Query("staple", {"sta"}, kDetails)), GetParam().usual);
   EXPECT_EQ(Ask(Query("staple", {""}, kDetails)), GetParam().usual);
 }
@@ -199,7 +199,7 @@ TEST_P(EachFunctionHandler, AnswersNothingForACountOfFunctionsBelowOne) {
   EXPECT_EQ(Ask(stapler_), std::nullopt);
 }
 
-TEST_P(EachFunctionHandler, SeesTheToldFunctionsOnly) {
+TEST_P(EachFunctionHandler, ReadsNoMoreFunctionsThanTheCount) {
   Query query("staple", {"punch", "staple"}, kDetails);
   constexpr std::int32_t kOne = 1;
   query.record.function_count = &kOne;
@@ -212,7 +212,7 @@ TEST_P(EachFunctionHandler, AnswersNothingWithoutFunctionWord) {
   EXPECT_EQ(Ask(query), std::nullopt);
 }
 
-TEST_P(EachFunctionHandler, SeesNoDetailsWhereNoneAreReported) {
+TEST_P(EachFunctionHandler, ReadsNoDetailsWhereNoneAreReported) {
   EXPECT_EQ(Ask(Query("staple", {"staple"}, {})), GetParam().without_details);
   EXPECT_EQ(Ask(Query("staple", {"staple"}, {{}, {}})), GetParam().without_details);
   EXPECT_EQ(Ask(Query("staple", {"staple"}, {"Punching_2_holes", "punching_2_holes_more"})),
@@ -221,7 +221,7 @@ TEST_P(EachFunctionHandler, SeesNoDetailsWhereNoneAreReported) {
   EXPECT_EQ(Ask(stapler_), GetParam().without_details);
 }
 
-TEST_P(EachFunctionHandler, SeesNoDetailsForACountBelowOne) {
+TEST_P(EachFunctionHandler, ReadsNoDetailsForACountBelowOne) {
   for (const std::int32_t count : {0, -1, kLowest}) {
     stapler_.record.detail_count = &count;
     EXPECT_EQ(Ask(stapler_), GetParam().without_details) << count;
@@ -230,7 +230,7 @@ TEST_P(EachFunctionHandler, SeesNoDetailsForACountBelowOne) {
   EXPECT_EQ(Ask(stapler_), GetParam().without_details);
 }
 
-TEST_P(EachFunctionHandler, SeesTheToldDetailsOnly) {
+TEST_P(EachFunctionHandler, ReadsNoMoreDetailsThanTheCount) {
   Query query("staple", {"staple"},
               {"x", "punching_2_holes", "punching_French_4_holes", "punching_multiple_holes"});
   constexpr std::int32_t kOne = 1;

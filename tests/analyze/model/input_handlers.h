@@ -1,4 +1,4 @@
-// Calling the handlers of paper-source options as the update of the tray list does.
+// Calls the handlers of paper-source options as the update of the tray list does.
 #ifndef TESTS_ANALYZE_MODEL_INPUT_HANDLERS_H_
 #define TESTS_ANALYZE_MODEL_INPUT_HANDLERS_H_
 
@@ -43,7 +43,7 @@ inline void PrintTo(const OptionRow& row, std::ostream* out) {
 // Names and values of flags. No PPD makes null ones.
 using Flags = std::vector<std::pair<Text, Text>>;
 
-// A flag store without room to spare.
+// A full flag store.
 class FlagStore {
  public:
   explicit FlagStore(Flags flags) : flags_(std::move(flags)) {
@@ -114,7 +114,7 @@ class RowArray {
   std::vector<OptionSetter> rows_;
 };
 
-// An analyser of which only the model and the flags are known.
+// An analyser with a model and flags, and nothing else.
 class InputHandlers : public testing::Test {
  protected:
   void SetFlags(FlagInfo* AnalyzeContext::* store, Flags flags) {
@@ -166,7 +166,7 @@ class InputHandlers : public testing::Test {
   std::vector<std::unique_ptr<FlagStore>> stores_;
 };
 
-// Trays of which only one field matters.
+// Trays with one field set.
 inline TrayEntry OfAlias(std::int32_t alias) { return {0, alias, 0, 0}; }
 inline TrayEntry OfType(std::int32_t type) { return {type, 0, 0, 0}; }
 

@@ -199,7 +199,7 @@ INSTANTIATE_TEST_SUITE_P(Each, MediaKeyword, Combine(ValuesIn(kHandlers), Values
 
 const KeywordRow kKeywordsOfWholeNames[] = {
     {{"NotOfALongerName"}, {{"Cas10", "QVB"}, {"Cas1s", "QVC"}}, {}},
-    {{"BehindALongerName"}, {{"Cas10", "QVB"}, {"Cas1", "QVA"}}, {RowOf("QVA", "Thick")}},
+    {{"AfterALongerName"}, {{"Cas10", "QVB"}, {"Cas1", "QVA"}}, {RowOf("QVA", "Thick")}},
 };
 
 INSTANTIATE_TEST_SUITE_P(WholeName, MediaKeyword,
@@ -208,13 +208,13 @@ INSTANTIATE_TEST_SUITE_P(WholeName, MediaKeyword,
                          HandlerAndRowName<KeywordRow>);
 
 const MediaHandler kOnlyCypress[] = {{{"Cypress"}, kCypress}};
-const KeywordRow kKeywordsOfBeginnings[] = {
+const KeywordRow kKeywordsOfPrefixes[] = {
     {{"OfALongerName"}, {{"Cas10", "QVB"}, {"Cas1", "QVA"}}, {RowOf("QVB", "Thick")}},
     {{"OfALongerNameOnly"}, {{"Cas1Upper", "QVB"}}, {RowOf("QVB", "Thick")}},
 };
 
-INSTANTIATE_TEST_SUITE_P(BeginningOfName, MediaKeyword,
-                         Combine(ValuesIn(kOnlyCypress), ValuesIn(kKeywordsOfBeginnings)),
+INSTANTIATE_TEST_SUITE_P(PrefixOfName, MediaKeyword,
+                         Combine(ValuesIn(kOnlyCypress), ValuesIn(kKeywordsOfPrefixes)),
                          HandlerAndRowName<KeywordRow>);
 
 // Missing stores ---------------------------------------------------------------------------------
@@ -452,8 +452,8 @@ const YewRow kYewRows[] = {
     // A tray of another alias has the slot of the tray before it.
     {{"OtherAlone"}, {Tray(130)}, {}},
     {{"OthersBeforeTheFirst"}, {Tray(130), Tray(161), Tray(101)}, {"Cas1"}},
-    {{"OtherBehindOne"}, {Tray(101), Tray(130)}, {"Cas1", "Cas1"}},
-    {{"OthersBehindOne"}, {Tray(121), Tray(130), Tray(161)}, {"Cas2", "Cas2", "Cas2"}},
+    {{"OtherAfterOne"}, {Tray(101), Tray(130)}, {"Cas1", "Cas1"}},
+    {{"OthersAfterOne"}, {Tray(121), Tray(130), Tray(161)}, {"Cas2", "Cas2", "Cas2"}},
     {{"OtherBetween"}, {Tray(7), Tray(130), Tray(101)}, {"Manual", "Manual", "Cas1"}},
 };
 
@@ -473,7 +473,7 @@ TEST_F(YewMediaWithFewKeywords, GivesEachTrayItsOwnWord) {
             (OptionRows{RowOf("QVCas1", "Thin"), RowOf("QVCas1", "Thick"), RowOf("QVCas1")}));
 }
 
-TEST_F(YewMediaWithFewKeywords, OfModelRBT91HasARowForTheTrayBehind) {
+TEST_F(YewMediaWithFewKeywords, OfModelRBT91HasARowForTheNextTray) {
   SetPpd({{}, {}, Flags{{"Cas1", "QVCas1"}, {"Cas2", "QVCas2"}}});
   OptionRows rows = AppendedFor("RB-T9-1", {Tray(101), Tray(121), Tray(130)});
   ASSERT_EQ(rows.size(), 5U);
@@ -501,7 +501,7 @@ class RedwoodDeck : public MediaTypes, public testing::WithParamInterface<Redwoo
   }
 };
 
-TEST_P(RedwoodDeck, HasTheSlotBehindTheCassettes) {
+TEST_P(RedwoodDeck, HasTheSlotAfterTheCassettes) {
   const OptionRows rows{RowOf("QV" + GetParam().slot, "Thick")};
   Trays trays;
   for (const std::int32_t alias : GetParam().others) trays.push_back(Tray(alias));
@@ -549,7 +549,7 @@ TEST_F(RedwoodMedia, DoesNotKeepTheSlotOfTheTrayBefore) {
             (OptionRows{RowOf("QVCas1"), RowOf("QVCas6")}));
 }
 
-TEST_F(RedwoodMedia, OfModelRCW0PutsTheDeckBehindAlias123) {
+TEST_F(RedwoodMedia, OfModelRCW0PutsTheDeckAfterAlias123) {
   SetPpd({Flags{}, Flags{}, Flags{{"Cas9", "QVCas9"}, {"Cas7", "QVCas7"}}});
   const OptionRows rows = AppendedFor("RC-W0", {Tray(121), Tray(123), Tray(161)});
   ASSERT_EQ(rows.size(), 4U);

@@ -189,7 +189,7 @@ std::string TextOf(char* text) {
   return copy;
 }
 
-// Asks with changes of the inputs, and returns those that ever made a difference.
+// Calls the handlers with changed inputs, and returns the inputs that made a difference.
 template <class Report>
 std::set<Input> InputsThatMatter(
     const std::function<Report(Dice&)>& roll,
@@ -348,7 +348,7 @@ std::vector<char*> Pointers(const std::vector<std::string>& words) {
   return pointers;
 }
 
-// As the query asks: punchers with a table of details, staplers and folders without details.
+// As a query calls them: punchers with a table of details, staplers and folders without details.
 std::string AskPunch(FunctionStringHandler handler, const Functions& report) {
   static constexpr FunctionPair kTable[] = {{"punching_2_holes", "2"}, {"punching_3_holes", "3"}};
   const auto functions = Pointers(report.functions);

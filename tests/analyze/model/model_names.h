@@ -1,4 +1,4 @@
-// Codes and product names that are almost those of a rule.
+// Codes and product names that nearly match a rule.
 #ifndef TESTS_ANALYZE_MODEL_MODEL_NAMES_H_
 #define TESTS_ANALYZE_MODEL_MODEL_NAMES_H_
 

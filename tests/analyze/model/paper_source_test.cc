@@ -74,7 +74,7 @@ class SourceOptionByCount : public SourceOption, public testing::WithParamInterf
 
 TEST_P(SourceOptionByCount, HasTheValueOfTheCount) { ExpectValues({3, 101, 550, 1}, 0); }
 
-TEST_P(SourceOptionByCount, CountsTraysOfAllKinds) {
+TEST_P(SourceOptionByCount, CountsTraysOfAllTypes) {
   ExpectValues({}, 0);
   ExpectValues({6, 161, 3000, 0}, 0);
 }
@@ -151,7 +151,7 @@ TrayEntry Deck(std::int32_t capacity) { return {6, 161, capacity, 0}; }
 
 const SourceRow kSources[] = {
     {{"OakWithSecondDeck"}, kOak, {OfAlias(162)}, "OptCas1"},
-    {{"OakWithSecondDeckBehindOthers"}, kOak, {OfAlias(101), Deck(0), OfAlias(162)}, "OptCas1"},
+    {{"OakWithSecondDeckAfterOthers"}, kOak, {OfAlias(101), Deck(0), OfAlias(162)}, "OptCas1"},
     {{"OakWithTwoSecondDecks"}, kOak, {OfAlias(162), OfAlias(162)}, "OptCas1"},
     {{"OakWithOtherAliases"}, kOak, {Deck(2000), OfAlias(163), {162, 0, 162, 162}}, "None"},
 
@@ -298,11 +298,11 @@ const NamesRow kNames[] = {
     // Flags that no PPD makes.
     {{"NullName"}, {{{}, "1"}, {"B", "1"}}, {1}, "B"},
     {{"NullNameOnly"}, {{{}, "1"}}, {1}, {}},
-    {{"NullNameBehind"}, {{"A", "1"}, {{}, "1"}}, {1}, "A"},
+    {{"NullNameAfter"}, {{"A", "1"}, {{}, "1"}}, {1}, "A"},
     {{"NullValue"}, {{"A", {}}, {"B", "0"}}, {0}, "B"},
     {{"NullFlag"}, {{{}, {}}, {"B", "1"}}, {0, 1}, "B"},
     {{"EmptyNameFirst"}, {{"", "1"}, {"B", "1"}}, {1}, "B"},
-    {{"EmptyNameBehind"}, {{"A", "1"}, {"", "1"}, {"B", "1"}}, {1}, "A,B"},
+    {{"EmptyNameAfter"}, {{"A", "1"}, {"", "1"}, {"B", "1"}}, {1}, "A,B"},
     {{"EmptyNameOnly"}, {{"", "1"}}, {1}, {}},
 };
 
@@ -346,7 +346,7 @@ TEST_F(SourceNames, LeaveOutANameOf256Bytes) {
   EXPECT_EQ(ValueOf({{Long(100000), "1"}}, {1}), std::nullopt);
 }
 
-TEST_F(SourceNames, GoOnBehindANameThatDoesNotFit) {
+TEST_F(SourceNames, ContinueAfterANameThatDoesNotFit) {
   EXPECT_EQ(ValueOf({{Long(256), "1"}, {"A", "1"}, {"B", "1"}}, {1}), "A,B");
   EXPECT_EQ(ValueOf({{"A", "1"}, {Long(254), "1"}, {"B", "1"}}, {1}), "A,B");
 }

@@ -1,4 +1,4 @@
-// What holds whatever a device reports and a PPD says.
+// Properties that hold for any device report and any PPD.
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
 
@@ -83,9 +83,9 @@ rc::Gen<TrayEntry> AnyTray() {
 }
 
 bool IsSourceValue(const std::string& value) {
-  static const Words told = {"None",     "OptCas1",  "OptCas2",  "OptCas3", "OptCas4",
-                             "PODDeck1", "PODDeck2", "PODDeck3", "MltDeck1"};
-  if (Contains(told, value)) return true;
+  static const Words documented = {"None",     "OptCas1",  "OptCas2",  "OptCas3", "OptCas4",
+                                   "PODDeck1", "PODDeck2", "PODDeck3", "MltDeck1"};
+  if (Contains(documented, value)) return true;
   std::set<std::string> listed;
   std::istringstream list(value);
   for (std::string name; std::getline(list, name, ',');) {
@@ -230,7 +230,7 @@ RC_GTEST_FIXTURE_PROP(AnyFinisherOptions, AreTheSameForTheSameReport, ()) {
   RC_ASSERT(ValuesOf(model, units, aliases) == ValuesOf(model, units, aliases));
 }
 
-RC_GTEST_FIXTURE_PROP(AnyFinisherOptions, AreNotChangedByANamelessUnitBehindTheOthers, ()) {
+RC_GTEST_FIXTURE_PROP(AnyFinisherOptions, AreNotChangedByANamelessLastUnit, ()) {
   const Text model = *AnyModel();
   Units units =
       *rc::gen::suchThat(Few(AnyUnit(), 5), [](const Units& any) { return !any.empty(); });

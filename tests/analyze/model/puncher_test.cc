@@ -71,22 +71,22 @@ TEST_P(PuncherModel, HasTheHandlerOfItsRow) {
   EXPECT_EQ(AnswersFor(GetParam().model), GetParam().answers);
 }
 
-TEST_P(PuncherModel, HasItWithMoreBehindTheCode) {
+TEST_P(PuncherModel, LongerCodeIsTheSameModel) {
   for (const char* suffix : {"-MLT-JP", "2", " "}) {
     EXPECT_EQ(AnswersFor((GetParam().model + std::string(suffix)).c_str()), GetParam().answers)
         << suffix;
   }
 }
 
-TEST_P(PuncherModel, IsAnotherWithAShorterCode) {
+TEST_P(PuncherModel, ShorterCodeIsADifferentModel) {
   EXPECT_EQ(AnswersFor(WithoutLast(GetParam().model).c_str()), kOfOtherModels);
 }
 
-TEST_P(PuncherModel, IsAnotherInOtherLetterCase) {
+TEST_P(PuncherModel, CodeInDifferentCaseIsADifferentModel) {
   EXPECT_EQ(AnswersFor(InLowerCase(GetParam().model).c_str()), kOfOtherModels);
 }
 
-TEST_P(PuncherModel, IsAnotherBehindOtherText) {
+TEST_P(PuncherModel, CodeAfterOtherTextIsADifferentModel) {
   EXPECT_EQ(AnswersFor((std::string("X") + GetParam().model).c_str()), kOfOtherModels);
 }
 
@@ -124,7 +124,7 @@ TEST(PuncherDispatch, HandsTheHandlersAnswersOn) {
   EXPECT_EQ(AnswersFor(nullptr, kMultipleHoles), kOfMultipleHoles);
 }
 
-// Handlers do not look at the model.
+// Handlers do not depend on the model.
 TEST(PuncherDispatch, IsNotRepeatedByHandlers) {
   EXPECT_EQ(AnswersFor("RA-J3", kJuniper), kOfJuniper);
   EXPECT_EQ(AnswersFor("RA-H2-JP", kJuniperMlt), kOfJuniperMlt);
@@ -163,8 +163,8 @@ const PunchRow kPunches[] = {
     {{"OtherModelTwoThenFrench"}, kDispatch, {kTwo, kFrench}, "PUNF24"},
     {{"OtherModelFrenchThenTwo"}, kDispatch, {kFrench, kTwo}, "PUNF24"},
     {{"OtherModelAll"}, kDispatch, {kSwedish, kFrench, kThree, kTwoOrThree, kTwo}, "PUNF24"},
-    {{"OtherModelBeginnings"}, kDispatch, {"punching_2_", "punching_F"}, "PUNF24"},
-    {{"OtherModelBeginningOfAll"}, kDispatch, {"punching"}, "PUNF24"},
+    {{"OtherModelPrefixes"}, kDispatch, {"punching_2_", "punching_F"}, "PUNF24"},
+    {{"OtherModelPrefixOfAll"}, kDispatch, {"punching"}, "PUNF24"},
     {{"OtherModelNoLetters"}, kDispatch, {""}, "PUNF24"},
     {{"OtherModelTwo"}, kDispatch, {kTwo}, "PUNU2"},
     {{"OtherModelFrench"}, kDispatch, {kFrench}, "PUNF4"},
@@ -174,7 +174,7 @@ const PunchRow kPunches[] = {
 
     {{"JuniperTwo"}, kJuniper, {kTwo}, "PUNU2"},
     {{"JuniperTwoAndAll"}, kJuniper, {kFrench, kThree, kMultiple, kTwo}, "PUNU2"},
-    {{"JuniperBeginning"}, kJuniper, {"punching_2"}, "PUNU2"},
+    {{"JuniperPrefix"}, kJuniper, {"punching_2"}, "PUNU2"},
     {{"JuniperTwoOrThree"}, kJuniper, {kTwoOrThree}, {}},
     {{"JuniperThree"}, kJuniper, {kThree}, {}},
     {{"JuniperFrench"}, kJuniper, {kFrench}, {}},
@@ -185,7 +185,7 @@ const PunchRow kPunches[] = {
     {{"JuniperMltTwoThenFrench"}, kJuniperMlt, {kTwo, kFrench}, "PUNU24"},
     {{"JuniperMltFrenchThenTwo"}, kJuniperMlt, {kFrench, kTwo}, "PUNU24"},
     {{"JuniperMltAll"}, kJuniperMlt, {kSwedish, kFrench, kThree, kTwoOrThree, kTwo}, "PUNU24"},
-    {{"JuniperMltBeginningOfAll"}, kJuniperMlt, {"punching_"}, "PUNU24"},
+    {{"JuniperMltPrefixOfAll"}, kJuniperMlt, {"punching_"}, "PUNU24"},
     {{"JuniperMltTwoAndSwedish"}, kJuniperMlt, {kSwedish, kTwo}, "PUNU2"},
     {{"JuniperMltTwoAndThree"}, kJuniperMlt, {kThree, kTwo}, "PUNU2"},
     {{"JuniperMltFrench"}, kJuniperMlt, {kFrench}, "PUNF4"},
@@ -195,15 +195,15 @@ const PunchRow kPunches[] = {
     {{"MultipleHoles"}, kMultipleHoles, {kMultiple}, "PUNM"},
     {{"MultipleHolesAndTwo"}, kMultipleHoles, {kTwo, kMultiple}, "PUNM"},
     {{"MultipleHolesAndAll"}, kMultipleHoles, {kTwo, kFrench, kThree, kMultiple}, "PUNM"},
-    {{"MultipleHolesBeginning"}, kMultipleHoles, {"punching_m"}, "PUNM"},
+    {{"MultipleHolesPrefix"}, kMultipleHoles, {"punching_m"}, "PUNM"},
     {{"MultipleHolesTwoAndFrench"}, kMultipleHoles, {kTwo, kFrench}, "PUNU2"},
     {{"MultipleHolesSwedish"}, kMultipleHoles, {kSwedish}, "PUNS4"},
 };
 
 INSTANTIATE_TEST_SUITE_P(Each, Punches, ValuesIn(kPunches), RowName<PunchRow>);
 
-// A word that a device reports stands for what begins with it, not for its own beginning.
-TEST(PunchesBesideATable, LongerWordsAreOthers) {
+// A reported word matches the names that it is a prefix of, but no shorter name.
+TEST(PunchesBesideATable, LongerWordsAreDifferent) {
   for (const char* more : {"~", "s", " "}) {
     const std::string two = std::string(kTwo) + more;
     const std::string french = std::string(kFrench) + more;
@@ -270,9 +270,9 @@ const SearchRow kSearchRows[] = {
     {{"None"}, kAbc, {"d", "ab", "A"}, {}},
     {{"InOrderOfTable"}, kAbc, {"c", "b"}, "B"},
     {{"AllInReverse"}, kAbc, {"c", "b", "a"}, "A"},
-    {{"BehindNulls"}, kAbc, {{}, "c", {}, "b"}, "B"},
-    {{"Beginning"}, {{"xa", "A"}, {"xb", "B"}}, {"x"}, "A"},
-    {{"BeginningOfTheSecond"}, {{"xa", "A"}, {"xbc", "B"}}, {"xb"}, "B"},
+    {{"AfterNulls"}, kAbc, {{}, "c", {}, "b"}, "B"},
+    {{"Prefix"}, {{"xa", "A"}, {"xb", "B"}}, {"x"}, "A"},
+    {{"PrefixOfTheSecond"}, {{"xa", "A"}, {"xbc", "B"}}, {"xb"}, "B"},
     {{"LongerThanTheName"}, {{"xa", "A"}}, {"xab"}, {}},
     {{"FirstOfEqualNames"}, {{"a", "A"}, {"a", "B"}}, {"a"}, "A"},
     {{"NullName"}, {{nullptr, "X"}, {"a", "A"}}, {"a"}, "A"},
@@ -291,7 +291,7 @@ INSTANTIATE_TEST_SUITE_P(Each, PuncherSearch,
                                   std::get<1>(info.param).name;
                          });
 
-TEST(PuncherSearchInTable, SeesTheToldRowsOnly) {
+TEST(PuncherSearchInTable, ReadsNoMoreRowsThanTheCount) {
   Query query = Punching({"b", "c"}, kAbc);
   query.record.search_rows = 1;
   EXPECT_EQ(query.Ask(kTableOrder), std::nullopt);
@@ -322,10 +322,10 @@ const SearchRow kDeviceRows[] = {
     {{"Last"}, kAbc, {"c"}, "C"},
     {{"None"}, kAbc, {"d", "ab", "A"}, {}},
     {{"InOrderOfDevice"}, kAbc, {"d", "c", "a"}, "C"},
-    {{"BehindNulls"}, kAbc, {{}, "c", {}, "b"}, "C"},
+    {{"AfterNulls"}, kAbc, {{}, "c", {}, "b"}, "C"},
     {{"NullsOnly"}, kAbc, {{}, {}}, {}},
-    {{"Beginning"}, {{"xa", "A"}, {"xb", "B"}}, {"x"}, "A"},
-    {{"BeginningOfTheSecond"}, {{"xa", "A"}, {"xbc", "B"}}, {"xb"}, "B"},
+    {{"Prefix"}, {{"xa", "A"}, {"xb", "B"}}, {"x"}, "A"},
+    {{"PrefixOfTheSecond"}, {{"xa", "A"}, {"xbc", "B"}}, {"xb"}, "B"},
     {{"LongerThanTheName"}, {{"xa", "A"}}, {"xab"}, {}},
     {{"LongerThanTheNameThenName"}, {{"xa", "A"}}, {"xab", "xa"}, "A"},
     {{"OtherCase"}, {{"xa", "A"}}, {"X"}, {}},

@@ -139,7 +139,7 @@ TEST_P(EachInputHandler, WritesNoRowBeforeTheFirst) {
   }
 }
 
-TEST_P(EachInputHandler, AppendsItsRowBehindThoseInUse) {
+TEST_P(EachInputHandler, AppendsItsRowAfterThoseInUse) {
   EXPECT_EQ(Appended(GetParam().handler, {GetParam().tray}, 1), (OptionRows{GetParam().of_tray}));
 }
 
@@ -184,7 +184,7 @@ TEST_P(EachInputHandler, TakesANegativeNumberOfTraysAsNone) {
   }
 }
 
-TEST_P(EachInputHandler, SeesTheToldTraysOnly) {
+TEST_P(EachInputHandler, ReadsNoMoreTraysThanTheCount) {
   std::array<TrayEntry, 1 + kUnseen.size()> trays;
   trays[0] = GetParam().tray;
   std::copy(kUnseen.begin(), kUnseen.end(), trays.begin() + 1);
@@ -220,7 +220,7 @@ TEST(TrayByAlias, IsNotFoundByOtherFields) {
   }
 }
 
-TEST(TrayByAlias, IsLookedForInTheToldTraysOnly) {
+TEST(TrayByAlias, IsSearchedInNoMoreTraysThanTheCount) {
   EXPECT_EQ(zFindTrayByAlias(kTrays.data(), 4, 0), -1);
   EXPECT_EQ(zFindTrayByAlias(kTrays.data(), 1, 101), -1);
   EXPECT_EQ(zFindTrayByAlias(kTrays.data(), 2, 101), 1);

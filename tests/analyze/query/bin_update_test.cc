@@ -70,7 +70,7 @@ TEST(TrayCSettingGetter, AnswersNullForNull) {
   EXPECT_EQ(zGetTrayCSettingOptionString(&bin), nullptr);
 }
 
-TEST(TrayCSettingGetter, LooksAtNoMoreThanTheCount) {
+TEST(TrayCSettingGetter, ReadsNoMoreThanTheCount) {
   const std::int32_t aliases[] = {100, 101};
   for (const std::int32_t count : {kLowest, -1, 0}) {
     const BinUnit bin{3, &aliases[1], &count};
@@ -147,7 +147,7 @@ const std::vector<BinRow>& BinLists() {
       // Aliases never are.
       {"AliasesOfTheBinBefore", {Bin(1, {101}), Number("number", 3)}, false},
       {"UnreadableAliases", {Bin(1, {101, 101}), Bin(3, {std::nullopt, std::nullopt})}, false},
-      {"AliasBehindUnreadableOne", {Bin(3, {std::nullopt, 101})}, true},
+      {"AliasAfterUnreadableOne", {Bin(3, {std::nullopt, 101})}, true},
       {"NumberIsText", {Text("number", "3") + NumberArray("alias", {101})}, false},
       {"AliasIsNoArray", {Number("number", 3) + Number("alias", 101)}, false},
       {"ManyBins", kManyBins, false},
@@ -181,7 +181,7 @@ TEST_F(BinList, HasTheTopTrayForANegativeCount) {
   }
 }
 
-TEST_F(BinList, AppendsBehindWhatTheListHolds) {
+TEST_F(BinList, AppendsAfterExistingOptions) {
   Load(kBins, {});
   CallersList list;
   OptionList_Add(list.get(), "QVOther", "kept");
@@ -215,7 +215,7 @@ TEST_F(BinList, FailsAtOnceForItemsOfADocumentThatIsNotLoaded) {
   }
 }
 
-// What the communication library is asked --------------------------------------------------------
+// Calls to the communication library -------------------------------------------------------------
 
 class LyingBinList : public LyingLists {};
 

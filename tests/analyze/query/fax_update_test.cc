@@ -130,7 +130,7 @@ TEST_P(ModeGetter, DoesNotSeeThe21stMode) {
   }
 }
 
-TEST_P(ModeGetter, LooksAtNoMoreThanTheCount) {
+TEST_P(ModeGetter, ReadsNoMoreThanTheCount) {
   const std::vector<std::int32_t> modes = {1, 1, GetParam().code};
   EXPECT_EQ(Answer(modes, 2), "(null)");
   EXPECT_EQ(Answer(modes, 3), "True");
@@ -250,13 +250,13 @@ const std::vector<LinesRow>& LineLists() {
        {Type(3) + IdSupport(18)},
        LinesWith(0, {{"QVFAXDialLineA", "True"}})},
       {"Intranet", {Modes({17})}, LinesWith(1, {{"QVFAXIPFAXINTRA", "True"}})},
-      {"IntranetTwin", {Modes({145})}, LinesWith(1, {{"QVFAXIPFAXINTRA", "True"}})},
+      {"IntranetPlus128", {Modes({145})}, LinesWith(1, {{"QVFAXIPFAXINTRA", "True"}})},
       {"VoIP", {Modes({18})}, LinesWith(1, {{"QVFAXIPFAXVoIP", "True"}})},
-      {"VoIPTwin", {Modes({146})}, LinesWith(1, {{"QVFAXIPFAXVoIP", "True"}})},
+      {"VoIPPlus128", {Modes({146})}, LinesWith(1, {{"QVFAXIPFAXVoIP", "True"}})},
       {"Ngn", {Modes({16})}, LinesWith(1, {{"QVFAXIPFAXNGN", "True"}})},
-      {"NgnTwin", {Modes({144})}, LinesWith(1, {{"QVFAXIPFAXNGN", "True"}})},
+      {"NgnPlus128", {Modes({144})}, LinesWith(1, {{"QVFAXIPFAXNGN", "True"}})},
       {"MyNumber", {Modes({69})}, LinesWith(1, {{"QVFAXIPFAXMyNumberNGN", "True"}})},
-      {"MyNumberTwin", {Modes({197})}, LinesWith(1, {{"QVFAXIPFAXMyNumberNGN", "True"}})},
+      {"MyNumberPlus128", {Modes({197})}, LinesWith(1, {{"QVFAXIPFAXMyNumberNGN", "True"}})},
       {"AllModes",
        {Modes({1, 197, 144, 18}), Modes({17})},
        LinesWith(2, {{"QVFAXIPFAXINTRA", "True"},
@@ -270,7 +270,7 @@ const std::vector<LinesRow>& LineLists() {
        LinesWith(1, {{"QVFAXIPFAXINTRA", "True"}})},
       {"ModeAt21stPlaceIsNotSeen", {Modes(last_of_21)}, LinesWith(1, {})},
       {"ThousandsOfModes", {Modes(first_of_thousands)}, LinesWith(1, {{"QVFAXIPFAXVoIP", "True"}})},
-      {"ModeBehindAnUnreadableOne",
+      {"ModeAfterAnUnreadableOne",
        {Modes({std::nullopt, 17})},
        LinesWith(1, {{"QVFAXIPFAXINTRA", "True"}})},
       {"NoModes", {Modes({})}, LinesWith(1, {})},
@@ -311,7 +311,7 @@ TEST_F(FaxLines, AreNoneForANegativeCount) {
   }
 }
 
-TEST_F(FaxLines, AreAppendedBehindWhatTheListHolds) {
+TEST_F(FaxLines, AreAppendedAfterExistingOptions) {
   CallersList list;
   OptionList_Add(list.get(), "QVOther", "kept");
   EXPECT_EQ(z_Update_Prn_fax_line_list(&context_, list.get()), 0);
@@ -353,8 +353,8 @@ const std::vector<DeviceRow>& Devices() {
       {"WithEnding", Text("devicename", "HZL-A2"), false},
       {"WithBlank", Text("devicename", "HZL-A "), false},
       {"BCWithEnding", Text("devicename", "HZL-B/HZL-C/HZL-D"), false},
-      {"BehindText", Text("devicename", "XHZL-A"), false},
-      {"BehindBlank", Text("devicename", " HZL-A"), false},
+      {"AfterText", Text("devicename", "XHZL-A"), false},
+      {"AfterBlank", Text("devicename", " HZL-A"), false},
       {"OtherCase", Text("devicename", "hzl-a"), false},
       {"BCInOtherCase", Text("devicename", "hzl-b/hzl-c"), false},
       {"OtherOrder", Text("devicename", "HZL-C/HZL-B"), false},
@@ -392,7 +392,7 @@ TEST_F(FaxLines, AreReadOnceInOrder) {
                                        ListReads::Item(kLines, 2)));
 }
 
-TEST_F(FaxLines, LineThatCannotBeReadIsCountedButNotLookedAt) {
+TEST_F(FaxLines, UnreadableLineIsCountedButNotUsed) {
   Load(kLines, {Type(3) + IdSupport(18) + Modes({17}), Type(3) + IdSupport(19) + Modes({18}),
                 Type(2) + IdSupport(20) + Modes({16})});
   ListReads reads;
@@ -440,14 +440,14 @@ TEST_F(FaxLines, FailForItemsOfADocumentThatIsNotLoaded) {
   }
 }
 
-TEST_F(FaxLines, ThatAreNotThereAreThoseBefore) {
+TEST_F(FaxLines, ThatAreMissingRepeatThePreviousOne) {
   Load(kLines, {Type(2) + IdSupport(18)});
   context_.documents[kLines].count = 3;
   EXPECT_EQ(Appended(z_Update_Prn_fax_line_list),
             LinesWith(3, {{"QVFAXLineType", "isdn"}, {"QVFAXDialLineA", "True"}}));
 }
 
-// What the communication library is asked --------------------------------------------------------
+// Calls to the communication library -------------------------------------------------------------
 
 class LyingFaxLines : public LyingLists {};
 

@@ -24,7 +24,7 @@ namespace {
 constexpr std::int32_t kHighest = std::numeric_limits<std::int32_t>::max();
 constexpr std::int32_t kLowest = std::numeric_limits<std::int32_t>::min();
 
-// The answers of getters; "-" stands for null.
+// The answers of getters; "-" means null.
 constexpr char kNull[] = "-";
 
 std::string TakeText(char* text) {
@@ -101,7 +101,7 @@ TEST(StringExistence, AnswersOneOrZero) {
   EXPECT_EQ(zStringExistenceCheck(words.data(), "staple", 1), 0);
 }
 
-TEST(StringExistence, LooksAtNoMoreThanTheCount) {
+TEST(StringExistence, ReadsNoMoreThanTheCount) {
   Words words = {"staple", "punch"};
   EXPECT_EQ(zStringExistenceCheck(words.data(), "punch", 1), 0);
   EXPECT_EQ(zStringExistenceCheck(words.data(), "punch", 2), 1);
@@ -128,8 +128,8 @@ struct GetterRow {
   // A unit that the getter answers for.
   std::int32_t type;
   const char* name;
-  const char* function;  // null: not looked at
-  const char* detail;    // null: not looked at
+  const char* function;  // null: not used
+  const char* detail;    // null: not used
 };
 
 void PrintTo(const GetterRow& row, std::ostream* out) { *out << row.label; }
@@ -180,7 +180,7 @@ class EachFinisherGetter : public testing::TestWithParam<GetterRow> {
   }
 };
 
-// Of those that look at words.
+// The getters that read words.
 class FinisherGetterOfWords : public EachFinisherGetter {};
 
 TEST_P(EachFinisherGetter, AnswersNullForNull) { EXPECT_EQ(GetParam().getter(nullptr), nullptr); }
@@ -210,9 +210,9 @@ TEST_P(EachFinisherGetter, FindsItsWordAmongOthers) {
 TEST_P(EachFinisherGetter, TakesABeginningOfItsWord) {
   for (const char* own : OwnWords()) {
     const std::string word = own;
-    for (const std::string& beginning :
+    for (const std::string& prefix :
          {word, word.substr(0, word.size() - 1), word.substr(0, 1), std::string()}) {
-      EXPECT_EQ(AnswerFor(own, beginning), GetParam().value) << beginning;
+      EXPECT_EQ(AnswerFor(own, prefix), GetParam().value) << prefix;
     }
   }
 }
@@ -270,7 +270,7 @@ TEST_P(EachFinisherGetter, AnswersNullForListsWithoutWords) {
   }
 }
 
-TEST_P(FinisherGetterOfWords, LooksAtNoMoreThanTheCount) {
+TEST_P(FinisherGetterOfWords, ReadsNoMoreThanTheCount) {
   Words functions = {"fax", OwnFunction()};
   Words details = {"fax", OwnDetail()};
   EXPECT_EQ(Answer(UnitOf(GetParam().type, GetParam().name, functions, details)), GetParam().value);
@@ -278,7 +278,7 @@ TEST_P(FinisherGetterOfWords, LooksAtNoMoreThanTheCount) {
   EXPECT_EQ(Answer(UnitOf(GetParam().type, GetParam().name, functions, details)), kNull);
 }
 
-TEST_P(EachFinisherGetter, LooksAtTheNameOnlyForAName) {
+TEST_P(EachFinisherGetter, ReadsTheNameOnlyWhereItMatters) {
   Words functions = {OwnFunction()};
   Words details = {OwnDetail()};
   const char* otherwise = GetParam().name != nullptr ? kNull : GetParam().value;
@@ -449,28 +449,28 @@ const Names kProPunchers = {"Vorel Professional Puncher-E1",
                             "Vorel Booklet Finisher-P1",
                             "Vorel Multi Function Professional Puncher-D1"};
 
-bool HasBeginningOf(const Names& names, std::string_view name) {
-  for (const std::string_view beginning : names) {
-    if (name.starts_with(beginning)) return true;
+bool HasPrefixIn(const Names& names, std::string_view name) {
+  for (const std::string_view prefix : names) {
+    if (name.starts_with(prefix)) return true;
   }
   return false;
 }
 
 class UnitNames : public testing::TestWithParam<std::string_view> {
  protected:
-  // Each getter answers for the name exactly when one of its own names is its beginning.
+  // Each getter answers for the name exactly when one of its own names is a prefix of it.
   void Check(const std::string& name) {
     Words functions = {"trimming"};
     Words details = {"punching_multiple_holes"};
     const FinisherUnit unit = UnitOf(1, name.c_str(), functions, details);
     EXPECT_EQ(TakeText(zGetTrimmerFunctionOptionString(&unit)),
-              HasBeginningOf(kTrimmers, name) ? "TRMU1" : kNull)
+              HasPrefixIn(kTrimmers, name) ? "TRMU1" : kNull)
         << name.substr(0, 80);
     EXPECT_EQ(TakeText(zGetInnerTrimmerFunctionOptionString(&unit)),
-              HasBeginningOf(kInnerTrimmers, name) ? "ITRMU1" : kNull)
+              HasPrefixIn(kInnerTrimmers, name) ? "ITRMU1" : kNull)
         << name.substr(0, 80);
     EXPECT_EQ(TakeText(zGetProPuncherOptionString(&unit)),
-              HasBeginningOf(kProPunchers, name) ? "PUNU1" : kNull)
+              HasPrefixIn(kProPunchers, name) ? "PUNU1" : kNull)
         << name.substr(0, 80);
   }
 };
@@ -512,7 +512,7 @@ TEST_P(UnitNames, AreNotKnownInOtherCase) {
   }
 }
 
-TEST_P(UnitNames, AreNotKnownBehindOtherText) {
+TEST_P(UnitNames, AreNotKnownAfterOtherText) {
   Check(" " + std::string(GetParam()));
   Check("New " + std::string(GetParam()));
 }

@@ -85,7 +85,7 @@ TEST_F(FinisherList, HasDefaultsForANegativeCount) {
   }
 }
 
-TEST_F(FinisherList, AppendsBehindWhatTheListHolds) {
+TEST_F(FinisherList, AppendsAfterExistingOptions) {
   Load(kFinishers, {Type(18)});
   CallersList list;
   OptionList_Add(list.get(), "QVOther", "kept");
@@ -192,7 +192,7 @@ const std::vector<UnitRow>& Units() {
        Type(12) + Details({"trimming_3_direction"}),
        {{"QVTopBottomTrimmer", "TBTU1"}}},
       {"ArraysWithoutElements", nullptr, Type(1) + Functions({}) + Details({}), {}},
-      // An empty word is the beginning of every word.
+      // An empty word is a prefix of every word.
       {"EmptyWords",
        nullptr,
        Type(1) + Functions({""}) + Details({""}),
@@ -358,7 +358,7 @@ TEST_F(FinisherList, UnreadableWordsAreNone) {
             kDefaults);
 }
 
-TEST_F(FinisherList, WordsBehindAnUnreadableOneCount) {
+TEST_F(FinisherList, WordsAfterAnUnreadableOneCount) {
   EXPECT_EQ(AppendedFor({Functions({std::nullopt, "punch"}) +
                          Details({std::nullopt, "punching_3_holes", std::nullopt})}),
             With(kDefaults, {{"QVPuncher", "PUNU3"}}));
@@ -432,13 +432,13 @@ TEST_F(FinisherList, FailsAtOnceForItemsOfADocumentThatIsNotLoaded) {
   }
 }
 
-TEST_F(FinisherList, HasDefaultsForItemsThatAreNotThere) {
+TEST_F(FinisherList, HasDefaultsForMissingItems) {
   Load(kFinishers, {Type(1)});
   context_.documents[kFinishers].count = 100;
   EXPECT_EQ(Appended(z_Update_Prn_finisher_list), kDefaults);
 }
 
-// What the communication library is asked --------------------------------------------------------
+// Calls to the communication library -------------------------------------------------------------
 
 class LyingFinisherList : public LyingLists {};
 
@@ -612,7 +612,7 @@ TEST_F(CombinedPass, FinisherWithoutNumberOfBinsHasThatOfTheFinisherBefore) {
                                                       Unit{3, "D"}, Unit{0, "E"}, Unit{0, "F"}));
 }
 
-TEST_F(CombinedPass, TypesAndFunctionsAreNotLookedAt) {
+TEST_F(CombinedPass, TypesAndFunctionsAreNotRead) {
   Load(kFinishers, {Type(9) + Name("A") + Bins(2) + Functions({"punch"}) + Number("number", 4)});
   FinisherMapping mapping;
   Appended(z_Update_Prn_Complex_FinisherInformations);
@@ -654,8 +654,8 @@ TEST_F(CombinedPass, AppendsWhatTheModelsHandlersDecide) {
             With(kNone, {{"QVFinisher", "IN2TRAY"}}));
 }
 
-// This model tells the inner tray by having two alias codes in all, one of them 119.
-TEST_F(CombinedPass, CountsTheAliasesThatAreThere) {
+// This model has the inner tray if there are two alias codes in all, one of them 119.
+TEST_F(CombinedPass, CountsThePresentAliases) {
   context_.driver_name = const_cast<char*>("RA-H8");
   Load(kFinishers, {Name("A") + Bins(1)});
   const auto with_tray = With(kNone, {{"QVFinisher", "IN2TRAYF1"}});
@@ -669,7 +669,7 @@ TEST_F(CombinedPass, CountsTheAliasesThatAreThere) {
   EXPECT_EQ(Appended(z_Update_Prn_Complex_FinisherInformations), kNone);
 }
 
-TEST_F(CombinedPass, AppendsBehindWhatTheListHolds) {
+TEST_F(CombinedPass, AppendsAfterExistingOptions) {
   CallersList list;
   OptionList_Add(list.get(), "QVOther", "kept");
   OptionList_Add(list.get(), "QVFinTray", "old");

@@ -37,7 +37,7 @@ class FunctionVersion : public testing::Test {
  protected:
   void TearDown() override { OptionList_Terminate(&context_.ppd_options); }
 
-  // The PPD's entries, the last line first. A key that another one begins with comes behind it.
+  // The PPD's entries, the last line first. A key follows the keys that it is a prefix of.
   void SetPpd(const Entries& entries) {
     OptionList_Terminate(&context_.ppd_options);
     context_.ppd_options = NewTable(entries);
@@ -305,7 +305,7 @@ TEST_F(FunctionVersion, EntryWithoutAValueEndsTheSearchForItsKey) {
   EXPECT_EQ(ForVersion(2), (Outcome{0, {{kTarget, "A"}}}));
 }
 
-TEST_F(FunctionVersion, EntryWithoutAKeyIsPassedOver) {
+TEST_F(FunctionVersion, EntryWithoutAKeyIsSkipped) {
   SetPpd({{"QVAnlz_FuncVer_UI_2", "QVSecond:2"}, {"QVAnlz_FuncVer_UI_1", "QVFirst:1"}});
   std::free(std::exchange(context_.ppd_options->key, nullptr));
   EXPECT_THAT(ForVersion(2).entries, SizeIs(1));

@@ -1,4 +1,4 @@
-// Real documents with lists, for tests of what the update handlers make of them.
+// Real documents with lists, for tests of the update handlers.
 #ifndef TESTS_ANALYZE_LIST_UPDATES_H_
 #define TESTS_ANALYZE_LIST_UPDATES_H_
 
@@ -32,7 +32,7 @@ inline std::string Text(const std::string& key, const std::string& text) {
   return "<string key=\"" + key + "\">" + text + "</string>";
 }
 
-// Elements without value are there, but of a kind that is not asked for.
+// Elements without value are present, but of a type that is not requested.
 using Numbers = std::vector<std::optional<std::int32_t>>;
 using Texts = std::vector<std::optional<std::string>>;
 
@@ -132,7 +132,7 @@ class ListUpdates : public testing::Test {
   AnalyzeContext context_ = {};
 };
 
-// An analyser whose communication library says what it is told to, lies included.
+// An analyser whose communication library gives scripted answers, false ones included.
 class LyingLists : public testing::Test {
  protected:
   void SetUp() override {

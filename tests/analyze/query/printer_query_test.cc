@@ -39,9 +39,8 @@ constexpr std::size_t kDevicename = 8;
 using Documents = std::bitset<kFiles.size()>;
 const Documents kAllDocuments(0x1FF);
 
-// What a handler waits for: the document at its own place in the order of the handlers, whichever
-// document it reads; the tenth waits for the store of media-type flags, the combined pass for
-// nothing.
+// The condition for running a handler. Handler n runs if document n is loaded, whichever document
+// it reads. The tenth runs if the store of media-type flags exists, and the combined pass always.
 constexpr std::size_t kMediaTypeFlags = 9;
 constexpr std::size_t kNothing = 10;
 using Guards = std::bitset<11>;
@@ -138,7 +137,7 @@ const std::vector<QueryHandler>& Handlers() {
   return handlers;
 }
 
-// Adds to a list: a keyword that it has already gets the new value in its old place.
+// Adds to a list: an existing keyword keeps its place and gets the new value.
 void AddAll(Entries& entries, const Entries& added) {
   for (const Entry& entry : added) {
     const auto known = std::ranges::find(entries, entry.first, &Entry::first);
@@ -150,7 +149,7 @@ void AddAll(Entries& entries, const Entries& added) {
   }
 }
 
-// What a query answers once these documents are loaded.
+// The result of a query when these documents are loaded.
 Outcome RunHandlers(const Documents& loaded, bool has_media_type_flags = true) {
   const Guards guards = GuardsOf(loaded, has_media_type_flags);
   Outcome outcome = {0, {}};
@@ -312,7 +311,7 @@ TEST_F(PrinterQuery, LoadsAllDocumentsInOrderAndRunsAllHandlers) {
   EXPECT_EQ(lengths, expected);
 }
 
-TEST_F(PrinterQuery, AppendsBehindWhatTheListHolds) {
+TEST_F(PrinterQuery, AppendsAfterExistingOptions) {
   WriteDocuments(kAllDocuments);
   CallersList list;
   OptionList_Add(list.get(), "QVOther", "kept");
@@ -784,7 +783,7 @@ TEST_F(WholeQuery, ReportsWhatTheDocumentsSayInTheTermsOfThePpd) {
                                {"QVFinTray", "None"}}));
 }
 
-TEST_F(WholeQuery, SeesAChangedFileOnReloadOnly) {
+TEST_F(WholeQuery, ReadsAChangedFileOnReloadOnly) {
   Query(0);
   folder_.Write("Accessories.xml", Document(Number("memory", 1024)));
   EXPECT_THAT(Query(0), IsSupersetOf(Entries{{"QVHardDisk", "True"}, {"QVTotalMemSize", "512"}}));
@@ -798,7 +797,7 @@ TEST_F(WholeQuery, PassesOverADocumentThatIsNoXml) {
   EXPECT_THAT(entries, Contains(Pair("QVDupUnit", "True")));
 }
 
-TEST_F(WholeQuery, LeavesNothingBehind) {
+TEST_F(WholeQuery, LeavesNoTemporaryFiles) {
   Query(0);
   analyzer_.reset();
   EXPECT_EQ(CountEntries(PrintQueues::Get().temporary_folder()), 0);

@@ -264,7 +264,7 @@ const OptionCase kOptions[] = {
 INSTANTIATE_TEST_SUITE_P(All, ProvenanceOfOption, testing::ValuesIn(kOptions),
                          testing::PrintToStringParamName());
 
-TEST(ProvenanceOfOptions, ThoseOfAFamilyLookAtTheModelCodeBesideTheirHandler) {
+TEST(ProvenanceOfOptions, ThoseOfAFamilyDependOnTheModelCodeAndTheirHandler) {
   const std::map<std::string, std::int32_t> families = {
       {"QVFinisher", IA_FAMILY_FINISHER},       {"QVCopyTray", IA_FAMILY_COPY_TRAY},
       {"QVFinTray", IA_FAMILY_FIN_TRAY},        {"QVSidePaperDeck", IA_FAMILY_SIDE_PAPER_DECK},
@@ -365,7 +365,7 @@ TEST_F(ProvenanceRun, LeavesOutTheExtraOptionThatNoTrayGives) {
 TEST_F(ProvenanceRun, PassesOnTheResultOfTheHandler) {
   Load(IA_DOCUMENT_FINISHER_LIST, {});
   CallersList list;
-  context_.documents[IA_DOCUMENT_BIN_LIST].count = 1;  // an item that is not there to be read
+  context_.documents[IA_DOCUMENT_BIN_LIST].count = 1;  // a missing item
   EXPECT_EQ(Analyze_Provenance_RunUpdate(&context_, kFinishers, 1, list.get()), -1);
   context_.documents[IA_DOCUMENT_BIN_LIST].count = 0;
 }

@@ -1,4 +1,4 @@
-// What becomes of a query whose files or value getters fail.
+// Queries whose files or value getters fail.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -139,7 +139,7 @@ TEST_F(QueryFaults, NextQueryReadsWhatFailed) {
   EXPECT_THAT(list_.entries(), Contains(Pair("QVHardDisk", "True")));
 }
 
-// Getters fail when memory runs out.
+// Getters fail when an allocation fails.
 class FailingGetters : public QueryFaults {
  protected:
   void SetUp() override {

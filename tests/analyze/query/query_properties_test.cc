@@ -1,4 +1,4 @@
-// What holds of every query, whatever the device reports.
+// Properties of every query, whatever the device reports.
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
 
@@ -253,8 +253,8 @@ RC_GTEST_FIXTURE_PROP(AnyQuery, GivesNoValueThatItsKeywordDoesNotHave, ()) {
   }
 }
 
-// The insert unit, which one model tells by its trays, is the only option that two handlers set.
-RC_GTEST_FIXTURE_PROP(AnyQuery, HandlersKeepWhatIsThereButTheInsertUnit, ()) {
+// The insert unit is the only option that two handlers set: one model derives it from its trays.
+RC_GTEST_FIXTURE_PROP(AnyQuery, HandlersKeepExistingOptionsExceptTheInsertUnit, ()) {
   CallersList list;
   Entries before;
   for (const Handler handler :

@@ -1,4 +1,4 @@
-// The printers of examples/, asked as the callers of the library ask them.
+// Queries the printers of examples/ as a caller of the library does.
 #include <cups/ppd.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -32,15 +32,15 @@ const std::string kExamples = IA_SOURCE_FOLDER "/examples";
 
 struct Change {
   const char* keyword;
-  const char* value;  // null: the option is not told
+  const char* value;  // null: the option is not reported
 };
 
 struct SamplePrinter {
   const char* name;
-  // What a printer whose output bins are unknown has.
+  // The options of a printer whose output bins are unknown.
   const char* finisher_without_bins;
   const char* fin_tray_without_bins;
-  // What the common rules make of the printer, where that is not what its model's rules do.
+  // The options for which the common rules give a different value than the model's rules.
   std::vector<Change> without_model_code;
 };
 
@@ -118,7 +118,7 @@ auto IsOf(std::string_view keyword) {
   return [keyword](const Entry& entry) { return entry.first == keyword; };
 }
 
-// What a printer is expected to tell, as it changes when the printer tells less.
+// The options that are expected of a printer; a test changes them when the printer reports less.
 class ExpectedOptions {
  public:
   explicit ExpectedOptions(Entries options) : options_(std::move(options)) {}
@@ -174,7 +174,7 @@ class SamplePrinters : public testing::TestWithParam<SamplePrinter> {
   static std::string name() { return GetParam().name; }
   static std::string folder() { return kExamples + "/" + name(); }
   static std::string ppd_file() { return folder() + "/ppd/" + name() + ".ppd"; }
-  // This one model tells its insertion unit from the paper sources, last of all.
+  // Only this model derives its insertion unit from the paper sources, after all other options.
   static bool IsLightProduction() { return name() == "light-production"; }
 
   void RemoveDocument(std::string_view file) const {
@@ -203,36 +203,36 @@ class SamplePrinters : public testing::TestWithParam<SamplePrinter> {
   ExpectedOptions expected_{ReadOptions(folder() + "/expected-options.txt")};
 };
 
-TEST_P(SamplePrinters, TellTheirOptions) { ExpectQuery(0); }
+TEST_P(SamplePrinters, ReportTheirOptions) { ExpectQuery(0); }
 
-TEST_P(SamplePrinters, TellTheirOptionsInTurkish) {
+TEST_P(SamplePrinters, ReportTheirOptionsInTurkish) {
   const TurkishLocale locale;
   if (!locale.IsInForce()) GTEST_SKIP() << kNoTurkishLocale;
   ExpectQuery(0);
 }
 
-TEST_P(SamplePrinters, WithoutAccessoriesTellAllElse) {
+TEST_P(SamplePrinters, WithoutAccessoriesReportTheRest) {
   RemoveDocument("Accessories.xml");
   expected_.Remove("QVHardDisk");
   expected_.Remove("QVTotalMemSize");
   ExpectQuery(0);
 }
 
-TEST_P(SamplePrinters, WithoutFunctionsTellAllElse) {
+TEST_P(SamplePrinters, WithoutFunctionsReportTheRest) {
   RemoveDocument("Functions.xml");
   for (const char* keyword : kFunctions) expected_.Remove(keyword);
   ExpectQuery(0);
 }
 
-// The platform version is looked for in the missing document, because another one is there.
+// The query checks for the finishers before it reads the platform version from this document.
 TEST_P(SamplePrinters, WithoutSpecificationFailAtThePlatform) {
   RemoveDocument("Specid.xml");
   expected_.EndAfter("QVUseUsrManagement");
   ExpectQuery(-1);
 }
 
-// The platform is skipped in the place of the finishers, which are taken for none.
-TEST_P(SamplePrinters, WithoutFinishersTellNoneAndNoPlatform) {
+// The query skips the platform version instead of the finishers, which count as none.
+TEST_P(SamplePrinters, WithoutFinishersReportNoneAndNoPlatform) {
   RemoveDocument("Finisher_list.xml");
   expected_.Remove("QVPlatformVersion");
   expected_.Apply(kFinisherDefaults);
@@ -243,7 +243,7 @@ TEST_P(SamplePrinters, WithoutFinishersTellNoneAndNoPlatform) {
   ExpectQuery(0);
 }
 
-TEST_P(SamplePrinters, WithoutBinsTellNoFinishingFunctions) {
+TEST_P(SamplePrinters, WithoutBinsReportNoFinishingFunctions) {
   RemoveDocument("Bin_list.xml");
   for (const Change& option : kFinisherDefaults) expected_.Remove(option.keyword);
   if (IsLightProduction()) expected_.InsertBefore("QVFinisher", {"QVInsertUnit", "MINSU1"});
@@ -254,7 +254,7 @@ TEST_P(SamplePrinters, WithoutBinsTellNoFinishingFunctions) {
   ExpectQuery(0);
 }
 
-TEST_P(SamplePrinters, WithoutPaperSourcesTellNoneAndNoTrayC) {
+TEST_P(SamplePrinters, WithoutPaperSourcesReportNoneAndNoTrayC) {
   RemoveDocument("Tray_list.xml");
   expected_.Remove("QVTrayCSetting");
   expected_.RemoveWhereKeywordEnds("MediaType");
@@ -265,15 +265,15 @@ TEST_P(SamplePrinters, WithoutPaperSourcesTellNoneAndNoTrayC) {
   ExpectQuery(0);
 }
 
-TEST_P(SamplePrinters, WithoutResolutionsFailBehindTheBins) {
+TEST_P(SamplePrinters, WithoutResolutionsFailAfterTheBins) {
   RemoveDocument("Resolutions.xml");
   expected_.EndAfter("QVTrayCSetting");
   if (IsLightProduction()) expected_.Set("QVInsertUnit", "INSU1");
   ExpectQuery(-1);
 }
 
-// The device name goes on telling of dial lines.
-TEST_P(SamplePrinters, WithoutFaxLinesTellNoneAndNoResolutions) {
+// Dial lines still follow from the device name.
+TEST_P(SamplePrinters, WithoutFaxLinesReportNoneAndNoResolutions) {
   RemoveDocument("Fax_line_list.xml");
   for (const char* keyword : {"QVEnableQuick", "QVEnableFine", "QVEnableSuperFine"}) {
     expected_.Remove(keyword);
@@ -287,7 +287,7 @@ TEST_P(SamplePrinters, WithoutFaxLinesTellNoneAndNoResolutions) {
   ExpectQuery(0);
 }
 
-TEST_P(SamplePrinters, WithoutDeviceNameTellNothing) {
+TEST_P(SamplePrinters, WithoutDeviceNameReportNothing) {
   RemoveDocument("Devicename.xml");
   expected_ = ExpectedOptions({});
   ExpectQuery(-1);
@@ -314,8 +314,8 @@ struct PpdCloser {
 };
 
 // The memory size is no choice, and the small office printer's specification ID is not limited to
-// choices; all else that is told can be chosen.
-TEST_P(SamplePrinters, HavePpdsThatOfferWhatTheyTell) {
+// choices; every other reported value is a choice.
+TEST_P(SamplePrinters, HavePpdsThatOfferTheReportedOptions) {
   ppdSetConformance(PPD_CONFORM_STRICT);
   const std::unique_ptr<ppd_file_t, PpdCloser> ppd(ppdOpenFile(ppd_file().c_str()));
   ASSERT_NE(ppd, nullptr);

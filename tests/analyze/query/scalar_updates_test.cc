@@ -48,7 +48,7 @@ class ScalarUpdates : public testing::Test {
     return list.entries();
   }
 
-  // The keys that the library was asked for, each with its kind.
+  // The keys that were read, each with its type.
   Entries KeysRead() const {
     Entries keys;
     for (const Call& call : recording_.calls) {
@@ -158,7 +158,7 @@ TEST_F(Accessories, HaveDefaults) {
             (Entries{{"QVHardDisk", "False"}, {"QVTotalMemSize", "0"}}));
 }
 
-TEST_F(Accessories, TellOfAHardDisk) {
+TEST_F(Accessories, ReportAHardDisk) {
   for (const BooleanRow& row : kBooleans) {
     Load(0, {.longs = {{"hd", row.number}}});
     EXPECT_EQ(Appended(z_Update_Prn_accessories),
@@ -167,7 +167,7 @@ TEST_F(Accessories, TellOfAHardDisk) {
   }
 }
 
-TEST_F(Accessories, TellTheMemoryInDecimal) {
+TEST_F(Accessories, ReportTheMemoryInDecimal) {
   for (const std::int32_t size : {0, 1, 512, 1024, 65536, -1, kHighest, kLowest}) {
     Load(0, {.longs = {{"memory", size}}});
     EXPECT_EQ(Appended(z_Update_Prn_accessories),
@@ -305,7 +305,7 @@ TEST_F(Functions, AreReadInOrder) {
 
 TEST_F(Functions, HaveDefaults) { EXPECT_EQ(AppendedFor({}), kFunctionDefaults); }
 
-TEST_F(Functions, TellEachNumberUnderItsKeyword) {
+TEST_F(Functions, ReportEachNumberUnderItsKeyword) {
   for (const Entry& row : Entries{{"duplex", "QVDupUnit"},
                                   {"management", "QVUseJobAccount"},
                                   {"trustprint", "QVEnableTrustPrint"},

@@ -67,7 +67,7 @@ TEST_F(TrayList, HandsTheTraysToTheMapping) {
   EXPECT_EQ(call.context, &context_);
   EXPECT_EQ(call.trays, trays);
   EXPECT_EQ(call.row_count, 0);
-  EXPECT_TRUE(call.has_room);
+  EXPECT_TRUE(call.has_empty_rows);
 }
 
 TEST_F(TrayList, HandsAnEmptyListToTheMapping) {
@@ -75,7 +75,7 @@ TEST_F(TrayList, HandsAnEmptyListToTheMapping) {
   EXPECT_EQ(call.context, &context_);
   EXPECT_THAT(call.trays, IsEmpty());
   EXPECT_EQ(call.extra_trays, 0);
-  EXPECT_TRUE(call.has_room);
+  EXPECT_TRUE(call.has_empty_rows);
 }
 
 TEST_F(TrayList, HandsAnEmptyListToTheMappingWithoutDocument) {
@@ -89,7 +89,7 @@ TEST_F(TrayList, HandsAnEmptyListToTheMappingForANegativeCount) {
     const InputMapping::Call call = Mapped();
     EXPECT_THAT(call.trays, IsEmpty());
     EXPECT_EQ(call.extra_trays, 0);
-    EXPECT_TRUE(call.has_room);
+    EXPECT_TRUE(call.has_empty_rows);
   }
 }
 
@@ -100,7 +100,7 @@ TEST_F(TrayList, FirstAliasCounts) {
               ElementsAre(Tray{0, 0, 0, 0}, Tray{0, 1, 0, 0}, Tray{0, 2, 0, 0}, Tray{0, 0, 0, 0}));
 }
 
-TEST_F(TrayList, AliasBehindAnUnreadableOneDoesNotCount) {
+TEST_F(TrayList, AliasAfterAnUnreadableOneDoesNotCount) {
   EXPECT_THAT(MappedFor({NumberArray("alias", {9}), NumberArray("alias", {std::nullopt, 5})}).trays,
               ElementsAre(Tray{0, 9, 0, 0}, Tray{0, 0, 0, 0}));
 }
@@ -142,7 +142,7 @@ TEST_F(TrayList, TakesHundredsOfTrays) {
   const InputMapping::Call call = MappedFor(items);
   ASSERT_THAT(call.trays, SizeIs(500));
   EXPECT_EQ(call.trays[499], (Tray{499, 1499, -499, 998}));
-  EXPECT_TRUE(call.has_room);
+  EXPECT_TRUE(call.has_empty_rows);
 }
 
 // Rows -------------------------------------------------------------------------------------------
@@ -188,7 +188,7 @@ TEST_F(TrayList, ReleasesTheKeywordsOfAllRows) {
   EXPECT_THAT(Appended(z_Update_Prn_tray_list), SizeIs(6));
 }
 
-TEST_F(TrayList, AppendsBehindWhatTheListHolds) {
+TEST_F(TrayList, AppendsAfterExistingOptions) {
   CallersList list;
   OptionList_Add(list.get(), "QVOther", "kept");
   EXPECT_EQ(z_Update_Prn_tray_list(&context_, list.get()), 0);
@@ -268,14 +268,14 @@ TEST_F(TrayList, FailsForItemsOfADocumentThatIsNotLoaded) {
   }
 }
 
-TEST_F(TrayList, ItemsThatAreNotThereAreEmptyTrays) {
+TEST_F(TrayList, MissingItemsAreEmptyTrays) {
   Load(kTrays, {ItemOf({3, 161, 2000, 1})});
   context_.documents[kTrays].count = 3;
   EXPECT_THAT(Mapped().trays,
               ElementsAre(Tray{3, 161, 2000, 1}, Tray{0, 0, 0, 0}, Tray{0, 0, 0, 0}));
 }
 
-// What the communication library is asked --------------------------------------------------------
+// Calls to the communication library -------------------------------------------------------------
 
 class LyingTrayList : public LyingLists {};
 

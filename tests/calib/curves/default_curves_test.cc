@@ -1,4 +1,4 @@
-// The exported tables of default curves: their shape, and the values that are known of them.
+// The exported tables of default curves: their shape and their known values.
 #include <gtest/gtest.h>
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 /* The calls of libcups that the library and its tests make, for the 32-bit build alone, where
  * libcups cannot be counted on. A queue is a file "ppd/NAME.ppd" in CUPS_SERVERROOT, and its PPD is
- * handed out as a link in TMPDIR, as libcups does for a server on the same host. Files are
+ * returned as a link in TMPDIR, as libcups does for a server on the same host. Files are
  * plain ones, not compressed, and are not written through links. */
 #define _FILE_OFFSET_BITS 64
 #define _POSIX_C_SOURCE 200809L /* fdopen(), symlink() */

@@ -1,4 +1,4 @@
-// The whole road of a query on a print server's own queue.
+// A whole query for a queue of a running cupsd.
 #include <cups/cups.h>
 #include <cups/ppd.h>
 #include <gtest/gtest.h>
@@ -40,7 +40,7 @@ std::string ReadFile(const std::string& path) {
 
 using Environment = std::map<std::string, std::string>;
 
-// Runs the action as a client with this environment. libcups looks at the environment once for each
+// Runs the action as a client with this environment. libcups reads the environment once in each
 // thread, so the client is a thread.
 template <class Action>
 void AsClient(const Environment& environment, Action action) {
@@ -49,8 +49,8 @@ void AsClient(const Environment& environment, Action action) {
   std::thread(action).join();
 }
 
-// From the communication library to the printer's options.
-std::string TakeRoad(const std::string& queue) {
+// The options of the queue's printer, queried three times; the last query reloads the documents.
+std::string QueryThreeTimes(const std::string& queue) {
   BidiContext* bidi = Bidi_Create(ia_test::kReferenceDriver);
   AnalyzeContext* analyser = Analyze_Create(bidi, queue.c_str(), kSampleDocuments.c_str());
   EXPECT_NE(bidi, nullptr);
@@ -66,7 +66,7 @@ std::string TakeRoad(const std::string& queue) {
   return answers;
 }
 
-class DaemonRoad : public testing::Test {
+class CupsdQuery : public testing::Test {
  protected:
   void SetUp() override {
     if (!PrivateCupsd::IsInstalled()) {
@@ -92,18 +92,18 @@ class DaemonRoad : public testing::Test {
   PrivateCupsd daemon_;
 };
 
-TEST_F(DaemonRoad, GivesTheSameOptionsThroughTheDaemonAsFromItsFolder) {
+TEST_F(CupsdQuery, GivesTheSameOptionsThroughTheDaemonAsFromItsFolder) {
   std::string through_daemon;
-  AsClient(OfDaemon(), [&] { through_daemon = TakeRoad("office"); });
+  AsClient(OfDaemon(), [&] { through_daemon = QueryThreeTimes("office"); });
   std::string from_folder;
-  AsClient(OfServerRoot(), [&] { from_folder = TakeRoad("office"); });
+  AsClient(OfServerRoot(), [&] { from_folder = QueryThreeTimes("office"); });
   EXPECT_EQ(through_daemon, from_folder);
   const std::string once = "0\n" + ReadFile(kSample + "/expected-options.txt");
   EXPECT_EQ(through_daemon, once + once + once);
   EXPECT_EQ(TemporaryFiles(), 0);
 }
 
-TEST_F(DaemonRoad, ReadsTheSameTableAsFromTheFileThatWasHandedIn) {
+TEST_F(CupsdQuery, ReadsTheSameTableAsFromTheOriginalPpd) {
   TempFolder root;
   root.Write("ppd/copy.ppd", ReadFile(kSamplePpd));
   std::string of_daemon;
@@ -122,7 +122,7 @@ TEST_F(DaemonRoad, ReadsTheSameTableAsFromTheFileThatWasHandedIn) {
   EXPECT_NE(of_daemon.find("QVAnlz_DriverName="), std::string::npos);
 }
 
-TEST_F(DaemonRoad, AQueueThatTheDaemonDoesNotHaveGivesNullAtOnce) {
+TEST_F(CupsdQuery, AQueueThatTheDaemonDoesNotHaveGivesNullAtOnce) {
   const auto start = std::chrono::steady_clock::now();
   AsClient(OfDaemon(), [] {
     BidiContext* bidi = Bidi_Create(ia_test::kReferenceDriver);
@@ -138,7 +138,7 @@ TEST_F(DaemonRoad, AQueueThatTheDaemonDoesNotHaveGivesNullAtOnce) {
   EXPECT_EQ(TemporaryFiles(), 0);
 }
 
-TEST_F(DaemonRoad, ADaemonThatIsGoneGivesNullAtOnce) {
+TEST_F(CupsdQuery, ADaemonThatIsGoneGivesNullAtOnce) {
   daemon_.Stop();
   AsClient(OfDaemon(), [] {
     errno = EMFILE;
@@ -148,8 +148,8 @@ TEST_F(DaemonRoad, ADaemonThatIsGoneGivesNullAtOnce) {
   EXPECT_EQ(TemporaryFiles(), 0);
 }
 
-// The PPD does pass through the temporary folder: while it is open it stands there.
-TEST_F(DaemonRoad, TheTemporaryPpdStandsInTheTemporaryFolderUntilItIsClosed) {
+// While it is open, the PPD is in the temporary folder.
+TEST_F(CupsdQuery, TheTemporaryPpdIsInTheTemporaryFolderUntilItIsClosed) {
   for (const Environment& environment : {OfDaemon(), OfServerRoot()}) {
     AsClient(environment, [&] {
       char* path = nullptr;
@@ -164,8 +164,8 @@ TEST_F(DaemonRoad, TheTemporaryPpdStandsInTheTemporaryFolderUntilItIsClosed) {
   }
 }
 
-// There it may be a mere link to the daemon's file.
-TEST_F(DaemonRoad, TheDaemonsOwnPpdStaysAsItIs) {
+// The temporary PPD may be a link to the daemon's file.
+TEST_F(CupsdQuery, TheDaemonsOwnPpdStaysAsItIs) {
   struct stat before;
   ASSERT_EQ(stat(PpdOfDaemon().c_str(), &before), 0);
   const std::string content = ReadFile(PpdOfDaemon());
@@ -176,7 +176,7 @@ TEST_F(DaemonRoad, TheDaemonsOwnPpdStaysAsItIs) {
     EXPECT_TRUE(std::filesystem::is_symlink(path));
     wrapCupsFileClose2(file, path);
     CallFaults::Instance().Release(path);
-    TakeRoad("office");
+    QueryThreeTimes("office");
   });
   struct stat after;
   ASSERT_EQ(stat(PpdOfDaemon().c_str(), &after), 0);
