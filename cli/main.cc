@@ -112,7 +112,7 @@ class HelpFormatter : public CLI::Formatter {
   HelpFormatter() { KeepLines(*this); }
 
   [[nodiscard]] std::string make_usage(const CLI::App* app, std::string name) const override {
-    const std::string usage = CLI::Formatter::make_usage(app, std::move(name));
+    std::string usage = CLI::Formatter::make_usage(app, std::move(name));
     const std::string label = get_label("Usage") + ":";
     if (usage.find(label) != std::string::npos) return usage;
     return label + " " + usage.substr(std::min(usage.find_first_not_of('\n'), usage.size()));

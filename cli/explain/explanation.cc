@@ -157,7 +157,7 @@ struct UpdateRun {
   const bool may_be_missing = raw.input->type == IA_KEY_DICTIONARY ||
                               raw.input->type == IA_KEY_LONG_ELEMENTS ||
                               raw.input->type == IA_KEY_STRING_ELEMENTS;
-  return !raw.is_present() && !(may_be_missing && raw.state == RawState::kMissing);
+  return raw.state == RawState::kMissing ? !may_be_missing : !raw.is_present();
 }
 
 }  // namespace

@@ -127,7 +127,9 @@ std::vector<Row> RowsOf(std::int32_t family) {
 }
 
 Row FindRow(std::int32_t family, const char* model_code) {
-  return ReadRow(family, Analyze_Provenance_FindModelRow(family, model_code)).value();
+  const auto row = ReadRow(family, Analyze_Provenance_FindModelRow(family, model_code));
+  if (!row) throw std::bad_optional_access();  // every code has one, if only that of other models
+  return *row;
 }
 
 InputSet InputsOfModel(const char* model_code) {
