@@ -1,3 +1,8 @@
+// The C++ library of GCC 12 sorts by a function that it has marked as deprecated.
+#ifdef __clang__
+#pragma clang diagnostic ignored "-Wdeprecated-declarations"
+#endif
+
 #include "commlib/document.h"
 
 #include <algorithm>
