@@ -89,7 +89,10 @@ struct Instruction {
 
 std::optional<Instruction> ParseInstruction(const std::string& line) {
   const std::size_t tab = line.find(":\t");
-  if (tab == std::string::npos) return std::nullopt;
+  const std::size_t address = line.find_first_not_of(' ');
+  if (tab == std::string::npos || line.find_first_not_of("0123456789abcdef", address) != tab) {
+    return std::nullopt;
+  }
   std::string_view text = std::string_view(line).substr(tab + 2);
   if (text.starts_with("bnd ")) text.remove_prefix(4);
   const std::string_view mnemonic = text.substr(0, text.find_first_of(" \t"));

@@ -61,6 +61,9 @@ bool HasFailed(const CallSite& site, const std::vector<CallSite>& sites) {
 // Runs everything once more, in one process, and holds the calls that failed against those that
 // the file has.
 TEST(CallSites, EachFailedAtLeastOnce) {
+#ifndef NDEBUG
+  GTEST_SKIP() << "only the shipped build has no calls but those of the sources";
+#endif
   SampleSetting::Get();
   QueueSetting::Get();
   FailEverything();
