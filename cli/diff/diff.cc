@@ -178,7 +178,7 @@ struct Difference {
   return CanBeDefault(option) ? "" : "the PPD has no such choice";
 }
 
-// The line without what is a default for want of data: it would remove what the printer may have.
+// The line without values that lack data: they could remove what the printer has.
 void WriteLpadminLine(const Difference& difference) {
   std::vector<DefaultChoice> choices;
   bool is_complete = true;

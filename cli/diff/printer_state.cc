@@ -33,7 +33,7 @@ constexpr std::array<std::int32_t, kListNames.size()> kLists = {
                         .value = why.value,
                         .keyword_text = "",
                         .value_text = "",
-                        .missing_data = why.MissingData(),
+                        .missing_data = why.missing_data,
                         .is_choice = false};
   const auto in_ppd = ppd.find(option.keyword);
   if (in_ppd == ppd.end()) return option;

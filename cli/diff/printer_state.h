@@ -15,7 +15,7 @@ struct StateOption {
   std::string value;
   std::string keyword_text;  // the PPD's words for people; empty: none
   std::string value_text;
-  std::string missing_data;  // why the value is a default for want of data; empty: it is not
+  std::string missing_data;  // what the value depends on and the device did not report
   bool is_choice;            // the PPD offers the value
 };
 

@@ -129,27 +129,6 @@ struct UpdateRun {
   return IsReported(explanation.raw_values, nullptr) ? Origin::kDevice : Origin::kPpd;
 }
 
-[[nodiscard]] Explanation ExplainOption(const AnalyzeContext& analyzer, const OptionList& node,
-                                        const UpdateRun& run) {
-  Explanation why = {.keyword = node.key,
-                     .value = node.value,
-                     .origin = Origin::kDefault,
-                     .update = run.update,
-                     .option = FindOption(*run.update, node.key),
-                     .row = {},
-                     .raw_values = {}};
-  InputSet inputs = why.option->inputs;
-  if (why.option->family != IA_FAMILY_NONE) {
-    why.row = FindRow(why.option->family, analyzer.driver_name);
-    inputs.insert(why.row->inputs.begin(), why.row->inputs.end());
-  }
-  for (const InputKey* const input : inputs) {
-    std::ranges::move(ReadRawValues(analyzer, *input), std::back_inserter(why.raw_values));
-  }
-  why.origin = OriginOf(run, why);
-  return why;
-}
-
 // An empty list is an answer, and so is an array that is missing: a unit without functions has
 // none.
 [[nodiscard]] bool IsLacking(const RawValue& raw) {
@@ -160,13 +139,51 @@ struct UpdateRun {
   return raw.state == RawState::kMissing ? !may_be_missing : !raw.is_present();
 }
 
-}  // namespace
-
-std::string Explanation::MissingData() const {
-  if (origin == Origin::kDevice) return "";
-  const auto lacking = std::ranges::find_if(raw_values, IsLacking);
-  return lacking != raw_values.end() ? FormatRawValue(*lacking) : "";
+[[nodiscard]] InputSet InputsOf(const Option& option, const char* model_code) {
+  InputSet inputs = option.inputs;
+  if (option.family == IA_FAMILY_NONE) return inputs;
+  const Row row = FindRow(option.family, model_code);
+  inputs.insert(row.inputs.begin(), row.inputs.end());
+  return inputs;
 }
+
+// An update handler without one of its documents sets other options differently, too.
+[[nodiscard]] std::string MissingData(const AnalyzeContext& analyzer, const Explanation& why) {
+  const auto lacking = std::ranges::find_if(why.raw_values, IsLacking);
+  if (lacking != why.raw_values.end()) return FormatRawValue(*lacking);
+  for (const Option& option : why.update->options) {
+    for (const InputKey* const input : InputsOf(option, analyzer.driver_name)) {
+      if (input->document == IA_INPUT_OF_PPD) continue;
+      if (analyzer.documents[input->document].xml != nullptr) continue;
+      return FormatRawValue(
+          {.input = input, .key = input->key, .state = RawState::kNoDocument, .value = nullptr});
+    }
+  }
+  return "";
+}
+
+[[nodiscard]] Explanation ExplainOption(const AnalyzeContext& analyzer, const OptionList& node,
+                                        const UpdateRun& run) {
+  Explanation why = {.keyword = node.key,
+                     .value = node.value,
+                     .origin = Origin::kDefault,
+                     .update = run.update,
+                     .option = FindOption(*run.update, node.key),
+                     .row = {},
+                     .raw_values = {},
+                     .missing_data = ""};
+  if (why.option->family != IA_FAMILY_NONE) {
+    why.row = FindRow(why.option->family, analyzer.driver_name);
+  }
+  for (const InputKey* const input : InputsOf(*why.option, analyzer.driver_name)) {
+    std::ranges::move(ReadRawValues(analyzer, *input), std::back_inserter(why.raw_values));
+  }
+  why.origin = OriginOf(run, why);
+  why.missing_data = MissingData(analyzer, why);
+  return why;
+}
+
+}  // namespace
 
 std::vector<Explanation> Explain(AnalyzeContext& analyzer, const OptionList* options) {
   const std::vector<UpdateRun> runs = RunUpdates(analyzer);

@@ -29,9 +29,10 @@ struct Explanation {
   std::optional<Row> row;  // of the model tables, where they decide
   std::vector<RawValue> raw_values;
 
-  // What the device should have reported, when the value is a default for want of it:
-  // "Finisher_list.xml name cannot be read: the document is not loaded". Empty otherwise.
-  [[nodiscard]] std::string MissingData() const;
+  // What the device should have reported and has not, so that the value may differ from what the
+  // printer has: "Finisher_list.xml name cannot be read: the document is not loaded". Empty when
+  // all of it is present.
+  std::string missing_data;
 };
 
 // Explains the options of a list that the analyser's query has made.

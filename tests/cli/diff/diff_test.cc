@@ -201,6 +201,21 @@ TEST_F(ToolDiff, LpadminLineLeavesOutDefaultsForWantOfADocument) {
   EXPECT_THAT(run.err, HasSubstr("warning: QVFinisher=None is left out: Finisher_list.xml"));
 }
 
+// Nothing but the document differs, so there is nothing to propose, also where a handler makes a
+// value of what is left.
+TEST_P(DiffOfSamples, ProposesNothingForWantOfADocument) {
+  const std::string root = IA_TEST_SOURCE "/examples/" + GetParam();
+  for (const auto& document : std::filesystem::directory_iterator(root + "/device-info")) {
+    const std::string name = document.path().filename();
+    const std::string folder = root_ / ("without-" + name);
+    std::filesystem::copy(root + "/device-info", folder);
+    std::filesystem::remove(folder + "/" + name);
+    const Finished run = Diff(TakeSample(GetParam()), "queue:" + GetParam(),
+                              {"--lpadmin", "--cups-root", root, "--device-info", folder});
+    EXPECT_EQ(run.out, "") << name;
+  }
+}
+
 TEST_F(ToolDiff, LpadminLineLeavesOutDefaultsForWantOfAKey) {
   InDocument("Accessories.xml", "<long key=\"hd\">1</long>", "");
   const Finished run = DiffToCopy({"--lpadmin"});
