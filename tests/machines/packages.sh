@@ -10,6 +10,10 @@ profiles=nocheck
 [[ $architecture == "$(dpkg --print-architecture)" ]] || profiles+=,cross
 export DEBIAN_FRONTEND=noninteractive DEB_BUILD_OPTIONS=nocheck LC_ALL=C.UTF-8
 
+# What a run that failed has left installed.
+mapfile -t installed < <(dpkg-query --show --showformat '${Package}\n' '*info-analyze*' 2>/dev/null)
+((${#installed[@]} == 0)) || dpkg --purge "${installed[@]}"
+
 rm -rf "$folder"
 mkdir -p "$folder"
 rsync -rlp --exclude=/build ./ "$folder/info-analyze-$version"
