@@ -3,17 +3,22 @@
 #include <strings.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "cli/explain/because.h"
+#include "cli/explain/decision.h"
 #include "cli/explain/explanation.h"
+#include "cli/explain/unknown_values.h"
 #include "cli/printer/ppd.h"
 #include "cli/printer/printer_query.h"
 #include "cli/printer/session.h"
 #include "cli/provenance/provenance.h"
+#include "cli/provenance/raw_values.h"
 #include "cli/snapshot/locate.h"
 #include "cli/terminal/failure.h"
 #include "cli/terminal/output.h"
@@ -28,6 +33,7 @@ struct ExplainQuestion {
   PrinterLocation location;
   std::vector<std::string> keywords;  // none: all
   std::string format = "text";
+  bool all = false;
 };
 
 // The explanations, and the printer that they are about.
@@ -35,6 +41,8 @@ struct Report {
   const char* model_code;  // null when the PPD has none
   PpdOptions ppd;
   std::vector<Explanation> explanations;
+  std::vector<Decision> decisions;  // of the explanations, in their order
+  std::vector<UnknownValue> unknown_values;
 };
 
 [[nodiscard]] const char* NameOf(Origin origin) {
@@ -88,21 +96,52 @@ struct Report {
   return text;
 }
 
-[[nodiscard]] std::string TextOf(const Report& report, const Explanation& why) {
-  std::vector<std::string> lines = {why.keyword + "=" + why.value, "  origin   " + OriginText(why),
-                                    std::string("  update   ") + why.update->name};
-  if (why.row) lines.push_back("  model    " + ModelText(report, *why.row));
-  for (const RawValue& raw : why.raw_values) lines.push_back("  read     " + FormatRawValue(raw));
-  lines.push_back("  choices  " + ChoicesText(why, FindPpdOption(report, why)));
-  std::string text;
-  for (const std::string& line : lines) text += Printable(line) + "\n";
+// What decided, what would have changed the option, and what else it depends on.
+[[nodiscard]] std::vector<std::string> SummaryOf(const Report& report, const Explanation& why,
+                                                 const Decision& decision) {
+  std::vector<std::string> lines = {"because   " + Because(why, decision)};
+  const std::string instead = Instead(why, decision);
+  if (!instead.empty()) lines.push_back("instead   " + instead);
+  const std::string others = AlsoRead(why, decision);
+  if (!others.empty()) lines.push_back("also read " + others);
+  const PpdOption* const option = FindPpdOption(report, why);
+  const bool is_offered = option == nullptr || option->HasChoice(why.value);
+  if (!is_offered) lines.push_back("choices   " + ChoicesText(why, option));
+  return lines;
+}
+
+// The same with all that is known.
+[[nodiscard]] std::vector<std::string> DetailsOf(const Report& report, const Explanation& why,
+                                                 const Decision& decision) {
+  std::vector<std::string> lines = {"because   " + Because(why, decision)};
+  for (const std::string& sentence : AllInstead(decision)) lines.push_back("instead   " + sentence);
+  lines.push_back("origin    " + OriginText(why));
+  lines.push_back(std::string("update    ") + why.update->name);
+  if (why.row) lines.push_back("model     " + ModelText(report, *why.row));
+  for (const RawValue& raw : why.raw_values) lines.push_back("read      " + FormatRawValue(raw));
+  lines.push_back("choices   " + ChoicesText(why, FindPpdOption(report, why)));
+  return lines;
+}
+
+[[nodiscard]] std::string TextOf(const Report& report, std::size_t number, bool all) {
+  const Explanation& why = report.explanations[number];
+  const Decision& decision = report.decisions[number];
+  std::string text = Printable(why.keyword + "=" + why.value) + "\n";
+  for (const std::string& line :
+       all ? DetailsOf(report, why, decision) : SummaryOf(report, why, decision)) {
+    text += "  " + Printable(line) + "\n";
+  }
   return text;
 }
 
-[[nodiscard]] std::string FormatExplanations(const Report& report) {
+[[nodiscard]] std::string FormatReport(const Report& report, bool all) {
   std::string text;
-  for (const Explanation& why : report.explanations) {
-    text += (text.empty() ? "" : "\n") + TextOf(report, why);
+  for (std::size_t i = 0; i < report.explanations.size(); ++i) {
+    text += (text.empty() ? "" : "\n") + TextOf(report, i, all);
+  }
+  if (!report.unknown_values.empty()) text += "\nunknown values\n";
+  for (const UnknownValue& unknown : report.unknown_values) {
+    text += "  " + Printable(Describe(unknown)) + "\n";
   }
   return text;
 }
@@ -126,21 +165,54 @@ struct Report {
           {"choices", choices}};
 }
 
-[[nodiscard]] Json JsonOf(const Report& report, const Explanation& why) {
-  Json raw_values = Json::array();
-  for (const RawValue& raw : why.raw_values) raw_values.push_back(ToJson(raw));
-  return {{"keyword", why.keyword},       {"value", why.value},
-          {"origin", NameOf(why.origin)}, {"default_value", why.option->default_value},
-          {"update", why.update->name},   {"model", ModelJson(why.row)},
-          {"inputs", raw_values},         {"ppd", ChoicesJson(why, FindPpdOption(report, why))}};
+[[nodiscard]] Json ToJson(const std::vector<RawValue>& raw_values) {
+  Json list = Json::array();
+  for (const RawValue& raw : raw_values) list.push_back(ToJson(raw));
+  return list;
 }
 
-[[nodiscard]] std::string ExplanationsJson(const Report& report) {
+[[nodiscard]] Json RejectedJson(const Decision& decision) {
+  Json list = Json::array();
+  for (const RejectedValue& rejected : decision.rejected) {
+    list.push_back({{"value", rejected.value ? Json(*rejected.value) : Json(nullptr)},
+                    {"input", ToJson(rejected.raw)},
+                    {"instead", rejected.replacement}});
+  }
+  return list;
+}
+
+[[nodiscard]] Json JsonOf(const Report& report, const Explanation& why, const Decision& decision) {
+  return {{"keyword", why.keyword},
+          {"value", why.value},
+          {"because", Because(why, decision)},
+          {"needed", decision.is_known ? ToJson(decision.needed) : Json(nullptr)},
+          {"unmatched", decision.is_known ? ToJson(decision.unmatched) : Json(nullptr)},
+          {"rejected", decision.is_known ? RejectedJson(decision) : Json(nullptr)},
+          {"origin", NameOf(why.origin)},
+          {"default_value", why.option->default_value},
+          {"update", why.update->name},
+          {"model", ModelJson(why.row)},
+          {"inputs", ToJson(why.raw_values)},
+          {"ppd", ChoicesJson(why, FindPpdOption(report, why))}};
+}
+
+[[nodiscard]] Json ToJson(const UnknownValue& unknown) {
+  return {{"input", ToJson(unknown.raw)}, {"lists", unknown.lists}, {"nearest", unknown.nearest}};
+}
+
+[[nodiscard]] std::string ReportJson(const Report& report) {
   Json explanations = Json::array();
-  for (const Explanation& why : report.explanations) explanations.push_back(JsonOf(report, why));
+  for (std::size_t i = 0; i < report.explanations.size(); ++i) {
+    explanations.push_back(JsonOf(report, report.explanations[i], report.decisions[i]));
+  }
+  Json unknown_values = Json::array();
+  for (const UnknownValue& unknown : report.unknown_values) {
+    unknown_values.push_back(ToJson(unknown));
+  }
   return DumpJson(
       {{"driver_name", report.model_code != nullptr ? Json(report.model_code) : Json(nullptr)},
-       {"explanations", explanations}});
+       {"explanations", explanations},
+       {"unknown_values", unknown_values}});
 }
 
 [[nodiscard]] bool IsSame(const std::string& left, const std::string& right) {
@@ -179,9 +251,13 @@ void ExplainOptions(const ExplainQuestion& question) {
   const OptionListPtr options = QueryPrinter(*session.analyzer, location.queue);
   Report report = {session.analyzer->driver_name,
                    ParsePpdOptions(ReadPpd(location.queue).value_or("")),
-                   Explain(*session.analyzer, options->next)};
+                   Explain(*session.analyzer, options->next),
+                   {},
+                   {}};
   Select(question.keywords, report.explanations);
-  WriteAnswer(question.format == "json" ? ExplanationsJson(report) : FormatExplanations(report));
+  report.decisions = FindDecisions(*session.analyzer, report.explanations);
+  if (question.keywords.empty()) report.unknown_values = FindUnknownValues(*session.analyzer);
+  WriteAnswer(question.format == "json" ? ReportJson(report) : FormatReport(report, question.all));
 }
 
 }  // namespace
@@ -190,6 +266,7 @@ void DefineExplain(CLI::App& verb) {
   const auto question = std::make_shared<ExplainQuestion>();
   verb.add_option("KEYWORD", question->keywords, "Only these options");
   AddPrinterOptions(verb, question->location);
+  verb.add_flag("--all", question->all, "Print every value that was read");
   AddFormatOption(verb, question->format);
   verb.footer(
       "Examples:\n"

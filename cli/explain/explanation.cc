@@ -139,14 +139,6 @@ struct UpdateRun {
   return raw.state == RawState::kMissing ? !may_be_missing : !raw.is_present();
 }
 
-[[nodiscard]] InputSet InputsOf(const Option& option, const char* model_code) {
-  InputSet inputs = option.inputs;
-  if (option.family == IA_FAMILY_NONE) return inputs;
-  const Row row = FindRow(option.family, model_code);
-  inputs.insert(row.inputs.begin(), row.inputs.end());
-  return inputs;
-}
-
 // An update handler without one of its documents sets other options differently, too.
 [[nodiscard]] std::string MissingData(const AnalyzeContext& analyzer, const Explanation& why) {
   const auto lacking = std::ranges::find_if(why.raw_values, IsLacking);

@@ -132,14 +132,19 @@ Row FindRow(std::int32_t family, const char* model_code) {
   return *row;
 }
 
+InputSet InputsOf(const Option& option, const char* model_code) {
+  InputSet inputs = option.inputs;
+  if (option.family == IA_FAMILY_NONE) return inputs;
+  const Row row = FindRow(option.family, model_code);
+  inputs.insert(row.inputs.begin(), row.inputs.end());
+  return inputs;
+}
+
 InputSet InputsOfModel(const char* model_code) {
   InputSet inputs;
   for (const Update& update : UpdateHandlers()) {
     for (const Option& option : update.options) {
-      inputs.insert(option.inputs.begin(), option.inputs.end());
-      if (option.family == IA_FAMILY_NONE) continue;
-      const Row row = FindRow(option.family, model_code);
-      inputs.insert(row.inputs.begin(), row.inputs.end());
+      inputs.merge(InputsOf(option, model_code));
     }
   }
   return inputs;

@@ -52,6 +52,9 @@ struct Row : ModelRow {
 // The row that a model code, which may be null, selects for a family.
 [[nodiscard]] Row FindRow(std::int32_t family, const char* model_code);
 
+// The inputs of an option for a model, whose code may be null.
+[[nodiscard]] InputSet InputsOf(const Option& option, const char* model_code);
+
 // The inputs of all options of a model.
 [[nodiscard]] InputSet InputsOfModel(const char* model_code);
 

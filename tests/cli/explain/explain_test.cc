@@ -51,6 +51,52 @@ TEST_F(ToolExplain, PrintsTheRequestedOptionsInTheOrderOfTheQuery) {
   EXPECT_THAT(run.out, Not(HasSubstr("QVDupUnit")));
 }
 
+TEST_F(ToolExplain, FirstLineSaysWhatDecided) {
+  EXPECT_EQ(Explain({"QVSidePaperDeck"}).out,
+            "QVSidePaperDeck=Large\n"
+            "  because   Tray_list.xml list[5] type = 6; Tray_list.xml list[5] alias = [161] "
+            "(analyze_GetQVSidePaperDeckCommon, row (other models))\n"
+            "  instead   Small if Tray_list.xml list[5] type is missing; None if Tray_list.xml "
+            "list[5] alias is missing\n"
+            "  also read Tray_list.xml list[] type (5 values); Tray_list.xml list[] alias "
+            "(5 values)\n");
+}
+
+TEST_F(ToolExplain, ValueThatNoRuleMatchesIsNamed) {
+  WriteDocument("Finisher_list.xml",
+                DocumentOf("<dict key=\"list\"><string key=\"name\">Vorel Bookled Finisher-W1"
+                           "</string></dict>"));
+  EXPECT_THAT(
+      Explain({"QVFinisher"}).out,
+      HasSubstr("because   Finisher_list.xml list[0] name = \"Vorel Bookled Finisher-W1\""));
+  EXPECT_THAT(Explain({"QVFinisher"}).out,
+              HasSubstr(": no rule matches (analyze_GetQVFinisherSUMAC, row RA-H5*); default\n"));
+  EXPECT_THAT(Explain({}).out,
+              HasSubstr("unknown values\n  Finisher_list.xml list[0] name = "
+                        "\"Vorel Bookled Finisher-W1\": not in QVAnlz_FinisherName; the nearest "
+                        "known value is \"Vorel Booklet Finisher-W1\"\n"));
+  const Finished json = Explain({"--format", "json"});
+  const Json unknown = Json::parse(json.out)["unknown_values"];
+  ASSERT_THAT(unknown, SizeIs(1));
+  EXPECT_EQ(unknown[0]["nearest"], "Vorel Booklet Finisher-W1");
+}
+
+TEST_F(ToolExplain, SummaryHasAtMostFiveLinesForEachOption) {
+  const std::string text = Explain({}).out;
+  int lines = 0;
+  for (const std::string& line : Lines(text)) {
+    lines = line.empty() ? 0 : lines + 1;
+    EXPECT_LE(lines, 5) << line;
+  }
+}
+
+TEST_F(ToolExplain, DocumentThatIsMissingIsTheReason) {
+  RemoveDocument("Finisher_list.xml");
+  EXPECT_THAT(Explain({"QVFinisher"}).out,
+              HasSubstr("because   Finisher_list.xml name cannot be read: the document is not "
+                        "loaded (analyze_GetQVFinisherSUMAC, row RA-H5*); default\n"));
+}
+
 TEST_F(ToolExplain, OptionThatThePrinterLacksIsNotFound) {
   ExpectFailure(Explain({"QVNothing"}), 6,
                 AllOf(HasSubstr("the printer has no option QVNothing"), Not(HasSubstr("sets it"))));
@@ -119,7 +165,7 @@ TEST_F(ToolExplain, LastUpdateThatSetsAnOptionIsNamed) {
 TEST_F(ToolExplain, PrinterWithoutModelCodeFallsBack) {
   ReplaceInPpd("*QVAnlz_DriverName: \"RA-H5-MLT-JP\"\n", "");
   EXPECT_EQ(Why("QVFinisher")["model"]["match"], "other models");
-  EXPECT_THAT(Explain({"QVFinisher"}).out,
+  EXPECT_THAT(Explain({"QVFinisher", "--all"}).out,
               HasSubstr("(no model code), no row of its own, common fallback: "
                         "analyze_GetQVFinisherCommon"));
 }
@@ -133,7 +179,8 @@ TEST_F(ToolExplain, ValueThatThePpdDoesNotOfferIsReported) {
 
 TEST_F(ToolExplain, OptionThatThePpdLacksIsReported) {
   EXPECT_TRUE(Why("QVTotalMemSize")["ppd"].is_null());
-  EXPECT_THAT(Explain({"QVTotalMemSize"}).out, HasSubstr("choices  the PPD has no such option"));
+  EXPECT_THAT(Explain({"QVTotalMemSize", "--all"}).out,
+              HasSubstr("choices   the PPD has no such option"));
 }
 
 TEST_F(ToolExplain, MissingDocumentIsReported) {

@@ -1,0 +1,128 @@
+#include "cli/explain/unknown_values.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <numeric>
+#include <set>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "cli/explain/experiment.h"
+#include "cli/provenance/known_values.h"
+#include "cli/provenance/provenance.h"
+
+namespace ia::cli {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+[[nodiscard]] std::size_t EditDistance(std::string_view left, std::string_view right) {
+  std::vector<std::size_t> row(right.size() + 1);
+  std::iota(row.begin(), row.end(), std::size_t{0});
+  for (std::size_t i = 0; i < left.size(); ++i) {
+    std::size_t diagonal = std::exchange(row[0], i + 1);
+    for (std::size_t j = 0; j < right.size(); ++j) {
+      const std::size_t replaced = diagonal + (left[i] != right[j] ? 1 : 0);
+      diagonal = row[j + 1];
+      row[j + 1] = std::min({replaced, row[j] + 1, diagonal + 1});
+    }
+  }
+  return row.back();
+}
+
+[[nodiscard]] std::size_t DistanceOf(const Json& left, const Json& right) {
+  constexpr std::size_t kLongest = 256;
+  if (left.is_number()) {
+    const auto difference = left.get<std::int64_t>() - right.get<std::int64_t>();
+    return static_cast<std::size_t>(std::abs(difference));
+  }
+  return EditDistance(left.get_ref<const std::string&>().substr(0, kLongest),
+                      right.get_ref<const std::string&>().substr(0, kLongest));
+}
+
+[[nodiscard]] Json FindNearest(const Json& value, const std::vector<Json>& known) {
+  const auto hit = std::ranges::min_element(
+      known, {}, [&](const Json& candidate) { return DistanceOf(value, candidate); });
+  return hit != known.end() ? *hit : Json(nullptr);
+}
+
+[[nodiscard]] bool IsKnown(const Json& value, const std::vector<Json>& known) {
+  return std::ranges::any_of(known, [&](const Json& candidate) {
+    return value == candidate || (value.is_string() && candidate.is_string() &&
+                                  value.get_ref<const std::string&>().starts_with(
+                                      candidate.get_ref<const std::string&>()));
+  });
+}
+
+// What is looked up; of an array that is its first element.
+[[nodiscard]] Json LookedUp(const RawValue& raw) {
+  if (!raw.is_present()) return nullptr;
+  if (!raw.value.is_array()) return raw.value;
+  return raw.value.empty() ? Json(nullptr) : raw.value[0];
+}
+
+// What the update handlers that read a document would set if it had this item alone, or with -1
+// none.
+[[nodiscard]] std::vector<OptionValues> RunWithItem(AnalyzeContext& analyzer, std::int32_t document,
+                                                    std::int32_t item) {
+  std::vector<OptionValues> options;
+  for (std::size_t update = 0; update < UpdateHandlers().size(); ++update) {
+    Experiment experiment(analyzer, static_cast<std::int32_t>(update));
+    Changes missing;
+    for (std::size_t i = 0; i < experiment.values().size(); ++i) {
+      const RawValue& raw = experiment.values()[i];
+      const bool is_of_list = raw.input->document == document && raw.input->in_list != 0;
+      if (is_of_list && raw.item != item) missing[i] = nullptr;
+    }
+    options.push_back(experiment.Run(missing));
+  }
+  return options;
+}
+
+// A name or alias identifies the whole item; another key is a value of its own.
+[[nodiscard]] bool IdentifiesItem(const InputKey& input) {
+  const std::string_view key = input.key;
+  return key == "name" || key == "alias";
+}
+
+[[nodiscard]] bool GivesAnOption(AnalyzeContext& analyzer, const RawValue& raw) {
+  return RunWithItem(analyzer, raw.input->document, raw.item) !=
+         RunWithItem(analyzer, raw.input->document, -1);
+}
+
+void AddUnknownValues(AnalyzeContext& analyzer, const InputKey& input,
+                      std::vector<UnknownValue>& unknown) {
+  const std::vector<Json> known = KnownValues(analyzer, input);
+  std::set<Json> seen;
+  for (RawValue& raw : ReadRawValues(analyzer, input)) {
+    const Json value = LookedUp(raw);
+    const bool is_nothing = value.is_null() || value == "" || value == 0;
+    if (is_nothing || IsKnown(value, known) || !seen.insert(value).second) continue;
+    if (IdentifiesItem(input) && GivesAnOption(analyzer, raw)) continue;
+    unknown.push_back({std::move(raw), ListsOf(input), FindNearest(value, known)});
+  }
+}
+
+}  // namespace
+
+std::vector<UnknownValue> FindUnknownValues(AnalyzeContext& analyzer) {
+  std::vector<UnknownValue> unknown;
+  for (const InputKey* const input : InputsOfModel(analyzer.driver_name)) {
+    if (!ListsOf(*input).empty()) AddUnknownValues(analyzer, *input, unknown);
+  }
+  return unknown;
+}
+
+std::string Describe(const UnknownValue& unknown) {
+  std::string text = FormatRawValue(unknown.raw) + ": not in " + unknown.lists;
+  if (!unknown.nearest.is_null()) {
+    text += "; the nearest known value is " + unknown.nearest.dump();
+  }
+  return text;
+}
+
+}  // namespace ia::cli
