@@ -67,7 +67,7 @@ _info_analyze() {
     /completion) mapfile -t COMPREPLY < <(compgen -W '--help bash zsh --quiet' -- "$cur") ;;
     /diff) mapfile -t COMPREPLY < <(compgen -W '--help --driver-folder --cups-root --device-info --lpadmin --check --format --quiet' -- "$cur") ;;
     /doctor) mapfile -t COMPREPLY < <(compgen -W '--help --queue --cups-root --driver-folder --snapshot --device-info --format --quiet' -- "$cur") ;;
-    /explain) mapfile -t COMPREPLY < <(compgen -W '--help --queue --cups-root --driver-folder --snapshot --device-info --format --quiet' -- "$cur") ;;
+    /explain) mapfile -t COMPREPLY < <(compgen -W '--help --queue --cups-root --driver-folder --snapshot --device-info --all --format --quiet' -- "$cur") ;;
     /function-version) mapfile -t COMPREPLY < <(compgen -W '--help --queue --cups-root --driver-folder --snapshot --format --quiet' -- "$cur") ;;
     /models) mapfile -t COMPREPLY < <(compgen -W '--help --format --quiet' -- "$cur") ;;
     /query) mapfile -t COMPREPLY < <(compgen -W '--help --queue --cups-root --driver-folder --snapshot --device-info --format --quiet' -- "$cur") ;;

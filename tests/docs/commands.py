@@ -109,8 +109,8 @@ def blocks(document):
 
 
 def as_pattern(lines):
-    return "".join(r"(?:.*\n)*" if line.strip() == "..." else re.escape(line) + "\n"
-                   for line in lines)
+    return "".join(r"(?:.*\n)*" if line.strip() == "..." else re.escape(line.rstrip()) + " *\n"
+                   for line in lines)  # documents have no blanks at the ends of lines
 
 
 def run_block(commands, folder, environment):

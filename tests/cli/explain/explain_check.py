@@ -185,6 +185,16 @@ def check_origin(what, why):
         expect(f"{what}: origin of another value", why["origin"], "device")
 
 
+def check_reason(what, why):
+    """What decided is among what was read; with the default, it says so."""
+    inputs = [str(raw) for raw in why["inputs"]]
+    for raw in why["needed"] + why["unmatched"]:
+        expect(f"{what}: decided by an input", str(raw) in inputs, True)
+    for other in why["rejected"]:
+        expect(f"{what}: rejected", other["value"] == why["value"], False)
+    expect(f"{what}: reason", why["because"].endswith("default"), why["origin"] == "default")
+
+
 def check_printer(tool, driver, folder):
     name = folder.name
     run = subprocess.run(
@@ -210,6 +220,7 @@ def check_printer(tool, driver, folder):
         check_model(what, why, code)
         check_choices(what, why, ppd)
         check_origin(what, why)
+        check_reason(what, why)
     return len(report["explanations"])
 
 
