@@ -9,8 +9,11 @@
 #include <cstdint>
 #include <exception>
 #include <memory>
+#include <optional>
+#include <sstream>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "cli/calibration/calibration.h"
 #include "cli/diff/diff.h"
@@ -18,6 +21,8 @@
 #include "cli/explain/explain.h"
 #include "cli/snapshot/snapshot.h"
 #include "cli/terminal/failure.h"
+#include "cli/terminal/nearest.h"
+#include "cli/terminal/output.h"
 #include "cli/terminal/terminal.h"
 #include "cli/verbs.h"
 
@@ -30,6 +35,18 @@ struct Verb {
   void (*define)(CLI::App& verb);
 };
 
+// Thrown by the verb "help"; the words name a verb.
+struct HelpRequest {
+  std::vector<std::string> words;
+};
+
+void DefineHelp(CLI::App& verb) {
+  const auto words = std::make_shared<std::vector<std::string>>();
+  verb.add_option("VERB", *words, "The verb, as in help queues find");
+  verb.footer("Examples:\n  info-analyze help explain");
+  verb.callback([words] { throw HelpRequest{*words}; });
+}
+
 constexpr auto kVerbs = std::to_array<Verb>({
     {"calibration", "Print calibration settings, default data and curves", DefineCalibration},
     {"completion", "Print a completion script for a shell", DefineCompletion},
@@ -39,6 +56,7 @@ constexpr auto kVerbs = std::to_array<Verb>({
     {"explain", "Explain why each option of a printer has its value", DefineExplain},
     {"function-version", "Print the flags that a driver function version selects",
      DefineFunctionVersion},
+    {"help", "Print the help of a verb", DefineHelp},
     {"models", "List the handlers that decide the options of each driver model", DefineModels},
     {"query", "Print the PPD options of a printer", DefineQuery},
     {"queues", "List print queues, or find the one that serves a device", DefineQueues},
@@ -62,18 +80,101 @@ void DefineCommandLine(CLI::App& app) {
   AddCommonOptions(app);
 }
 
-[[nodiscard]] std::string HelpHint(const CLI::App& app) {
-  std::string command = app.get_name();
-  for (const CLI::App* verb = &app; !verb->get_subcommands().empty();) {
-    verb = verb->get_subcommands().front();
-    command += " " + verb->get_name();
-  }
-  return "; see " + command + " --help";
+// The last verb that the command line names; the tool itself when it names none.
+[[nodiscard]] const CLI::App& FindVerb(const CLI::App& app) {
+  const std::vector<CLI::App*> named = app.get_subcommands();
+  return named.empty() ? app : FindVerb(*named.front());
 }
 
-void RequireVerb(const CLI::App& app) {
-  if (!app.get_subcommands().empty()) return;
-  throw Failure(ExitStatus::kUsage, "a subcommand is required" + HelpHint(app));
+// "info-analyze queues find".
+[[nodiscard]] std::string CommandOf(const CLI::App& verb) {
+  const CLI::App* const parent = verb.get_parent();
+  return (parent != nullptr ? CommandOf(*parent) + " " : "") + verb.get_name();
+}
+
+[[nodiscard]] std::string HelpHint(const CLI::App& verb) {
+  return "; see " + CommandOf(verb) + " --help";
+}
+
+[[nodiscard]] std::vector<std::string> VerbsOf(const CLI::App& app) {
+  std::vector<std::string> names;
+  for (const CLI::App* const verb : app.get_subcommands([](const CLI::App*) { return true; })) {
+    names.push_back(verb->get_name());
+  }
+  return names;
+}
+
+[[nodiscard]] std::vector<std::string> OptionsOf(const CLI::App& verb) {
+  std::vector<std::string> names;
+  for (const CLI::Option* const option : verb.get_options()) {
+    for (const std::string& name : option->get_lnames()) names.push_back("--" + name);
+  }
+  return names;
+}
+
+// "unknown verb qurey (did you mean query?)"
+[[nodiscard]] std::string UnknownText(const std::string& what, const std::string& word,
+                                      const std::vector<std::string>& known) {
+  const std::optional<std::string> nearest = FindNearest(word, known);
+  return "unknown " + what + " " + word + (nearest ? " (did you mean " + *nearest + "?)" : "");
+}
+
+[[nodiscard]] Failure UnknownVerb(const CLI::App& parent, const std::string& word) {
+  return {ExitStatus::kUsage, UnknownText("verb", word, VerbsOf(parent)) + HelpHint(parent)};
+}
+
+// The words of a command line that no verb takes, in the order given. An unknown option hides the
+// others, because they may be its values.
+[[nodiscard]] std::vector<std::string> UnknownWords(const CLI::App& app,
+                                                    const std::vector<std::string>& arguments) {
+  std::vector<std::string> left = app.remaining(true);
+  std::vector<std::string> words;
+  for (const std::string& argument : arguments) {
+    const auto hit = std::ranges::find(left, argument);
+    if (hit == left.end()) continue;
+    words.push_back(argument);
+    left.erase(hit);
+  }
+  const auto is_option = [](const std::string& word) { return word.starts_with('-'); };
+  if (std::ranges::any_of(words, is_option)) {
+    std::erase_if(words, [&](const std::string& word) { return !is_option(word); });
+  }
+  return words;
+}
+
+// Throws a Failure that names what no verb takes, if there is something.
+void RefuseUnknownWords(const CLI::App& app, const std::vector<std::string>& arguments) {
+  const CLI::App& verb = FindVerb(app);
+  const std::vector<std::string> verbs = VerbsOf(verb);
+  std::string text;
+  for (const std::string& word : UnknownWords(app, arguments)) {
+    if (!text.empty()) text += ", ";
+    if (word.starts_with('-')) {
+      text += UnknownText("option", word.substr(0, word.find('=')), OptionsOf(verb));
+    } else if (!verbs.empty()) {
+      throw UnknownVerb(verb, word);
+    } else {
+      text += "unexpected argument " + word;
+    }
+  }
+  if (!text.empty()) throw Failure(ExitStatus::kUsage, text + HelpHint(verb));
+}
+
+// The help of the verb that the words name, or of the tool.
+[[nodiscard]] std::string FindHelp(const CLI::App& app, const std::vector<std::string>& words) {
+  const CLI::App* verb = &app;
+  for (const std::string& word : words) {
+    const auto verbs =
+        verb->get_subcommands([&](const CLI::App* sub) { return sub->get_name() == word; });
+    if (verbs.empty()) throw UnknownVerb(*verb, word);
+    verb = verbs.front();
+  }
+  return verb->get_formatter()->make_help(verb, CommandOf(*verb), CLI::AppFormatMode::Normal);
+}
+
+void RequireVerb(const CLI::App& verb) {
+  if (VerbsOf(verb).empty()) return;
+  throw Failure(ExitStatus::kUsage, "a verb is required" + HelpHint(verb));
 }
 
 [[nodiscard]] ExitStatus Fail(ExitStatus status, const std::string& message) {
@@ -81,12 +182,23 @@ void RequireVerb(const CLI::App& app) {
   return status;
 }
 
-[[nodiscard]] ExitStatus EndParsing(const CLI::App& app, const CLI::ParseError& error) {
-  if (error.get_exit_code() == 0) {  // --help and --version
-    app.exit(error);
-    return ExitStatus::kSuccess;
+// Parses the command line and runs the verb that it names.
+void Parse(CLI::App& app, int argc, char** argv) {
+  try {
+    app.parse(argc, argv);
+    RequireVerb(FindVerb(app));
+  } catch (const HelpRequest& request) {
+    WriteAnswer(FindHelp(app, request.words));
+  } catch (const CLI::ParseError& error) {
+    if (error.get_exit_code() == 0) {  // --help and --version
+      std::ostringstream text;
+      app.exit(error, text, text);
+      return WriteAnswer(text.str());
+    }
+    RefuseUnknownWords(app, {argv + 1, argv + argc});
+    RequireVerb(FindVerb(app));
+    throw Failure(ExitStatus::kUsage, error.what() + HelpHint(FindVerb(app)));
   }
-  return Fail(ExitStatus::kUsage, error.what() + HelpHint(app));
 }
 
 // A file that gets the descriptor of a closed standard stream would be taken for that stream, and
@@ -125,11 +237,8 @@ class HelpFormatter : public CLI::Formatter {
   app.formatter(std::make_shared<HelpFormatter>());
   try {
     DefineCommandLine(app);
-    app.parse(argc, argv);
-    RequireVerb(app);
+    Parse(app, argc, argv);
     return ExitStatus::kSuccess;
-  } catch (const CLI::ParseError& error) {
-    return EndParsing(app, error);
   } catch (const Verdict& verdict) {
     return verdict.status();
   } catch (const Failure& failure) {

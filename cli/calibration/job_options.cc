@@ -16,7 +16,7 @@ namespace {
 }  // namespace
 
 void AddJobOptions(CLI::App& verb, std::vector<std::string>& texts) {
-  verb.add_option("--option", texts, "Print option of the job, ahead of that of the PPD")
+  verb.add_option("-o,--option", texts, "Print option of the job, ahead of that of the PPD")
       ->type_name("KEY=VALUE")
       ->allow_extra_args(false)
       ->check(CLI::Validator(CheckOption, ""));

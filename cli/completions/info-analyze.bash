@@ -3,7 +3,7 @@ _info_analyze() {
   local cur=${COMP_WORDS[COMP_CWORD]} prev=${COMP_WORDS[COMP_CWORD-1]} place= i
   for ((i = 1; i < COMP_CWORD; i++)); do
     case "$place/${COMP_WORDS[i]}" in
-      /calibration|/calibration/settings|/calibration/defaults|/calibration/curves|/completion|/diff|/doctor|/explain|/function-version|/models|/query|/queues|/queues/cups|/queues/daemon|/queues/find|/snapshot|/uri) place+=/${COMP_WORDS[i]} ;;
+      /calibration|/calibration/settings|/calibration/defaults|/calibration/curves|/completion|/diff|/doctor|/explain|/function-version|/help|/models|/query|/queues|/queues/cups|/queues/daemon|/queues/find|/snapshot|/uri) place+=/${COMP_WORDS[i]} ;;
     esac
   done
   case "$place $prev" in
@@ -59,7 +59,7 @@ _info_analyze() {
     '/uri --format') mapfile -t COMPREPLY < <(compgen -W 'text json' -- "$cur"); return ;;
   esac
   case "$place" in
-    '') mapfile -t COMPREPLY < <(compgen -W 'calibration completion diff doctor explain function-version models query queues snapshot uri --help --version' -- "$cur") ;;
+    '') mapfile -t COMPREPLY < <(compgen -W 'calibration completion diff doctor explain function-version help models query queues snapshot uri --help --version' -- "$cur") ;;
     /calibration) mapfile -t COMPREPLY < <(compgen -W 'settings defaults curves --help' -- "$cur") ;;
     /calibration/settings) mapfile -t COMPREPLY < <(compgen -W '--help --queue --cups-root --driver-folder --snapshot --option --format --quiet' -- "$cur") ;;
     /calibration/defaults) mapfile -t COMPREPLY < <(compgen -W '--help --queue --cups-root --driver-folder --snapshot --option --format --quiet' -- "$cur") ;;
@@ -69,6 +69,7 @@ _info_analyze() {
     /doctor) mapfile -t COMPREPLY < <(compgen -W '--help --queue --cups-root --driver-folder --snapshot --device-info --format --quiet' -- "$cur") ;;
     /explain) mapfile -t COMPREPLY < <(compgen -W '--help --queue --cups-root --driver-folder --snapshot --device-info --all --format --quiet' -- "$cur") ;;
     /function-version) mapfile -t COMPREPLY < <(compgen -W '--help --queue --cups-root --driver-folder --snapshot --format --quiet' -- "$cur") ;;
+    /help) mapfile -t COMPREPLY < <(compgen -W '--help --quiet' -- "$cur") ;;
     /models) mapfile -t COMPREPLY < <(compgen -W '--help --format --quiet' -- "$cur") ;;
     /query) mapfile -t COMPREPLY < <(compgen -W '--help --queue --cups-root --driver-folder --snapshot --device-info --format --quiet' -- "$cur") ;;
     /queues) mapfile -t COMPREPLY < <(compgen -W 'cups daemon find --help' -- "$cur") ;;

@@ -4,7 +4,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
-#include <numeric>
 #include <set>
 #include <string>
 #include <string_view>
@@ -14,25 +13,12 @@
 #include "cli/explain/experiment.h"
 #include "cli/provenance/known_values.h"
 #include "cli/provenance/provenance.h"
+#include "cli/terminal/nearest.h"
 
 namespace ia::cli {
 namespace {
 
 using Json = nlohmann::ordered_json;
-
-[[nodiscard]] std::size_t EditDistance(std::string_view left, std::string_view right) {
-  std::vector<std::size_t> row(right.size() + 1);
-  std::iota(row.begin(), row.end(), std::size_t{0});
-  for (std::size_t i = 0; i < left.size(); ++i) {
-    std::size_t diagonal = std::exchange(row[0], i + 1);
-    for (std::size_t j = 0; j < right.size(); ++j) {
-      const std::size_t replaced = diagonal + (left[i] != right[j] ? 1 : 0);
-      diagonal = row[j + 1];
-      row[j + 1] = std::min({replaced, row[j] + 1, diagonal + 1});
-    }
-  }
-  return row.back();
-}
 
 [[nodiscard]] std::size_t DistanceOf(const Json& left, const Json& right) {
   constexpr std::size_t kLongest = 256;
@@ -40,8 +26,8 @@ using Json = nlohmann::ordered_json;
     const auto difference = left.get<std::int64_t>() - right.get<std::int64_t>();
     return static_cast<std::size_t>(std::abs(difference));
   }
-  return EditDistance(left.get_ref<const std::string&>().substr(0, kLongest),
-                      right.get_ref<const std::string&>().substr(0, kLongest));
+  return EditDistance(std::string_view(left.get_ref<const std::string&>()).substr(0, kLongest),
+                      std::string_view(right.get_ref<const std::string&>()).substr(0, kLongest));
 }
 
 [[nodiscard]] Json FindNearest(const Json& value, const std::vector<Json>& known) {

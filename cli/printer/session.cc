@@ -81,7 +81,7 @@ std::string LibraryPath(const std::string& driver_folder) {
 }
 
 void AddCupsOptions(CLI::App& verb, PrinterLocation& location) {
-  verb.add_option("--queue", location.queue, "Name of the CUPS queue")->type_name("NAME");
+  verb.add_option("-p,--queue", location.queue, "Name of the CUPS queue")->type_name("NAME");
   AddCupsRootOption(verb, location);
 }
 

@@ -6,8 +6,9 @@
 
 namespace ia::cli {
 
-// Copies a text so that a terminal obeys nothing in it: each byte of a control character becomes
-// "\x" and two lower-case hexadecimal digits. All other bytes stay, whether or not they are UTF-8.
+// Copies a text so that a terminal shows all of it and obeys nothing in it: each byte of a control,
+// of a character that hides or reorders text, or of what is not UTF-8 becomes "\x" and two
+// lower-case hexadecimal digits.
 [[nodiscard]] std::string Printable(std::string_view text);
 
 }  // namespace ia::cli

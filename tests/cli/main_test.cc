@@ -97,12 +97,13 @@ TEST_F(ToolCommandLine, ManualPageHasEveryOptionOfTheHelp) {
 
 TEST_F(ToolCommandLine, NoVerbIsRefused) {
   ExpectFailure(RunTool({IA_TEST_TOOL}), 2,
-                AllOf(HasSubstr("subcommand"), HasSubstr("see info-analyze --help")));
+                AllOf(HasSubstr("a verb is required"), HasSubstr("see info-analyze --help")));
 }
 
 TEST_F(ToolCommandLine, NoVerbAfterAnotherIsRefused) {
-  ExpectFailure(RunTool({IA_TEST_TOOL, "queues"}), 2,
-                AllOf(HasSubstr("subcommand"), HasSubstr("see info-analyze queues --help")));
+  ExpectFailure(
+      RunTool({IA_TEST_TOOL, "queues"}), 2,
+      AllOf(HasSubstr("a verb is required"), HasSubstr("see info-analyze queues --help")));
 }
 
 TEST_F(ToolCommandLine, HintNamesBothVerbs) {
@@ -111,7 +112,45 @@ TEST_F(ToolCommandLine, HintNamesBothVerbs) {
 }
 
 TEST_F(ToolCommandLine, UnknownVerbIsRefused) {
-  ExpectFailure(RunTool({IA_TEST_TOOL, "questions"}), 2, HasSubstr("questions"));
+  ExpectFailure(RunTool({IA_TEST_TOOL, "elephant"}), 2,
+                AllOf(HasSubstr("unknown verb elephant; see"), Not(HasSubstr("did you mean"))));
+  ExpectFailure(RunTool({IA_TEST_TOOL, "qurey"}), 2,
+                HasSubstr("unknown verb qurey (did you mean query?); see info-analyze --help"));
+  ExpectFailure(RunTool({IA_TEST_TOOL, "queues", "fnd"}), 2,
+                HasSubstr("unknown verb fnd (did you mean find?); see info-analyze queues --help"));
+}
+
+TEST_F(ToolCommandLine, UnknownOptionsAreNamedBeforeMissingOnes) {
+  ExpectFailure(
+      RunTool({IA_TEST_TOOL, "query", "--que", "office", "--driver=x"}), 2,
+      HasSubstr("error: unknown option --que (did you mean --queue?), unknown option "
+                "--driver (did you mean --driver-folder?); see info-analyze query --help"));
+}
+
+TEST_F(ToolCommandLine, UnexpectedWordsKeepTheirOrder) {
+  ExpectFailure(RunTool({IA_TEST_TOOL, "queues", "cups", "one", "two"}), 2,
+                HasSubstr("error: unexpected argument one, unexpected argument two; see"));
+}
+
+TEST_F(ToolCommandLine, HelpOfAVerbIsAlsoAVerb) {
+  EXPECT_EQ(RunTool({IA_TEST_TOOL, "help"}).out, RunTool({IA_TEST_TOOL, "--help"}).out);
+  EXPECT_EQ(RunTool({IA_TEST_TOOL, "help", "queues", "find"}).out,
+            RunTool({IA_TEST_TOOL, "queues", "find", "--help"}).out);
+  ExpectFailure(RunTool({IA_TEST_TOOL, "help", "qurey"}), 2, HasSubstr("did you mean query?"));
+}
+
+TEST_F(ToolCommandLine, HelpAndVersionThatCannotBeWrittenFail) {
+  for (const char* argument : {"--help", "--version", "help"}) {
+    ia_test::Command command = ToolCommand({IA_TEST_TOOL, argument});
+    command.output = "/dev/full";
+    ExpectFailure(ia_test::RunProgram(command), 1, HasSubstr("standard output"));
+  }
+}
+
+TEST_F(ToolCommandLine, QueueHasTheShortOptionOfLpadmin) {
+  std::vector<std::string> arguments = QueryArguments();
+  std::ranges::replace(arguments, std::string("--queue"), std::string("-p"));
+  EXPECT_EQ(RunTool(arguments).out, RunQuery({}).out);
 }
 
 TEST_F(ToolCommandLine, UnknownOptionIsRefused) {

@@ -38,7 +38,7 @@ TEST(TextFormat, IsEmptyWithoutOptions) { EXPECT_EQ(FormatText({"RA-H2", nullptr
 
 TEST(TextFormat, LeavesNoControlCharacterInKeywordsAndValues) {
   const OptionListPtr list = MakeList({{"QV\x1b]0;", "a\nQVFake=True\x7f\xff"}});
-  EXPECT_EQ(FormatText({nullptr, list.get()}), "QV\\x1b]0;=a\\x0aQVFake=True\\x7f\xff\n");
+  EXPECT_EQ(FormatText({nullptr, list.get()}), "QV\\x1b]0;=a\\x0aQVFake=True\\x7f\\xff\n");
 }
 
 TEST(JsonFormat, GivesItsKeysInAFixedOrder) {

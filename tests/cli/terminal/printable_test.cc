@@ -1,5 +1,6 @@
 #include "cli/terminal/printable.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <string>
@@ -32,10 +33,23 @@ TEST(Printable, KeepsTextInUtf8) {
   EXPECT_EQ(Printable("Büro 机 \xf0\x9f\x96\xa8"), "Büro 机 \xf0\x9f\x96\xa8");
 }
 
-TEST(Printable, KeepsBytesThatAreNotUtf8) {
-  EXPECT_EQ(Printable("\xff\xfe\xe9"), "\xff\xfe\xe9");
-  EXPECT_EQ(Printable("\xc2"), "\xc2");
-  EXPECT_EQ(Printable("\x9b"), "\x9b");
+TEST(Printable, EscapesBytesThatAreNotUtf8) {
+  EXPECT_EQ(Printable("\xff\xfe\xe9"), "\\xff\\xfe\\xe9");
+  EXPECT_EQ(Printable("\xc2"), "\\xc2");
+  EXPECT_EQ(Printable("\x9b"), "\\x9b");
+  EXPECT_EQ(Printable("\xe6\x9c!"), "\\xe6\\x9c!");
+  EXPECT_EQ(Printable("\xc0\xaf"), "\\xc0\\xaf") << "longer than needed";
+  EXPECT_EQ(Printable("\xed\xa0\x80"), "\\xed\\xa0\\x80") << "surrogate";
+  EXPECT_EQ(Printable("\xf4\x90\x80\x80"), "\\xf4\\x90\\x80\\x80") << "beyond U+10FFFF";
+}
+
+TEST(Printable, EscapesWhatReordersOrHidesText) {
+  EXPECT_EQ(Printable("a\u202Eb"), "a\\xe2\\x80\\xaeb");
+  for (const char* hidden : {"\u00AD", "\u061C", "\u180E", "\u200B", "\u200F", "\u2028", "\u202A",
+                             "\u2060", "\u2069", "\uFEFF", "\uFFF9", "\U000E0041"}) {
+    EXPECT_THAT(Printable(hidden), testing::StartsWith("\\x")) << hidden;
+  }
+  EXPECT_EQ(Printable("\u2010\u2030\u2070"), "\u2010\u2030\u2070");
 }
 
 TEST(Printable, EscapesControlsOfTheUpperHalf) {
@@ -51,8 +65,8 @@ TEST(Printable, KeepsTheFirstCharacterAfterTheControlsOfTheUpperHalf) {
 }
 
 TEST(Printable, EscapesAControlAfterALoneLeadByte) {
-  EXPECT_EQ(Printable("\xc2\xc2\x9b"), "\xc2\\xc2\\x9b");
-  EXPECT_EQ(Printable("\xc2\x1b"), "\xc2\\x1b");
+  EXPECT_EQ(Printable("\xc2\xc2\x9b"), "\\xc2\\xc2\\x9b");
+  EXPECT_EQ(Printable("\xc2\x1b"), "\\xc2\\x1b");
 }
 
 }  // namespace
