@@ -92,8 +92,8 @@ class UpdateDecisions {
   UpdateDecisions(AnalyzeContext& analyzer, std::int32_t update)
       : analyzer_(analyzer), experiment_(analyzer, update) {}
 
-  [[nodiscard]] bool are_known() const {
-    return values().size() <= kMaxValues && experiment_.is_faithful();
+  [[nodiscard]] bool AreKnown() {
+    return values().size() <= kMaxValues && experiment_.IsFaithful();
   }
 
   void Add(const Explanation& why, Decision& decision) {
@@ -189,7 +189,7 @@ std::vector<Decision> FindDecisions(AnalyzeContext& analyzer,
     if (std::ranges::none_of(explanations, is_of_update)) continue;
     const auto number = &update - UpdateHandlers().data();
     UpdateDecisions of_update(analyzer, static_cast<std::int32_t>(number));
-    if (!of_update.are_known()) continue;
+    if (!of_update.AreKnown()) continue;
     for (std::size_t i = 0; i < explanations.size(); ++i) {
       if (is_of_update(explanations[i])) of_update.Add(explanations[i], decisions[i]);
     }

@@ -113,12 +113,12 @@ Experiment::Experiment(AnalyzeContext& analyzer, std::int32_t update)
     : analyzer_(analyzer),
       update_(update),
       inputs_(LoadedInputs(analyzer, UpdateHandlers()[static_cast<std::size_t>(update)])),
-      values_(ReadAll(analyzer, inputs_)) {
-  Changes all;
-  for (std::size_t i = 0; i < values_.size(); ++i) {
-    all[i] = values_[i].is_present() ? values_[i].value : Json(nullptr);
-  }
-  is_faithful_ = Run(all) == RunHandler();
+      values_(ReadAll(analyzer, inputs_)) {}
+
+bool Experiment::IsFaithful() {
+  Changes none;
+  for (std::size_t i = 0; i < values_.size(); ++i) none[i] = values_[i].value;
+  return Run(none) == RunHandler();
 }
 
 std::vector<std::string> Experiment::FindEmptyLists() const {

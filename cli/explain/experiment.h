@@ -36,7 +36,7 @@ class Experiment {
 
   // Whether documents with the values as they are give what the printer's own documents give.
   // False for a communication library that parses a different format.
-  [[nodiscard]] bool is_faithful() const { return is_faithful_; }
+  [[nodiscard]] bool IsFaithful();
 
   [[nodiscard]] OptionValues Run(const Changes& changes);
 
@@ -50,7 +50,6 @@ class Experiment {
   std::int32_t update_;
   InputSet inputs_;  // of loaded documents
   std::vector<RawValue> values_;
-  bool is_faithful_;
 };
 
 }  // namespace ia::cli

@@ -20,6 +20,10 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
+// More than printers report. Documents with a million items end soon, too.
+constexpr std::int32_t kMaxItems = 100;
+constexpr std::size_t kMaxUnknown = 100;  // of each input
+
 [[nodiscard]] std::size_t DistanceOf(const Json& left, const Json& right) {
   constexpr std::size_t kLongest = 256;
   if (left.is_number()) {
@@ -76,6 +80,7 @@ using Json = nlohmann::ordered_json;
 }
 
 [[nodiscard]] bool GivesAnOption(AnalyzeContext& analyzer, const RawValue& raw) {
+  if (analyzer.documents[raw.input->document].count > kMaxItems) return false;
   return RunWithItem(analyzer, raw.input->document, raw.item) !=
          RunWithItem(analyzer, raw.input->document, -1);
 }
@@ -88,6 +93,7 @@ void AddUnknownValues(AnalyzeContext& analyzer, const InputKey& input,
     const Json value = LookedUp(raw);
     const bool is_nothing = value.is_null() || value == "" || value == 0;
     if (is_nothing || IsKnown(value, known) || !seen.insert(value).second) continue;
+    if (seen.size() > kMaxUnknown) return;
     if (IdentifiesItem(input) && GivesAnOption(analyzer, raw)) continue;
     unknown.push_back({std::move(raw), ListsOf(input), FindNearest(value, known)});
   }

@@ -17,8 +17,8 @@ struct UnknownValue {
   nlohmann::ordered_json nearest;  // known value; null: there is none
 };
 
-// The unknown units, trays and media, each value once. A unit or tray that gives an option its
-// value is known, whatever its name or alias.
+// The unknown units, trays and media, each value once and at most 100 of each. A unit or tray that
+// gives an option its value is known, whatever its name or alias.
 [[nodiscard]] std::vector<UnknownValue> FindUnknownValues(AnalyzeContext& analyzer);
 
 // "Tray_list.xml list[2] alias = [99]: not in QVAnlz_InputTray; the nearest known value is 101".

@@ -202,6 +202,20 @@ TEST_F(ToolExplain, HostileTextsOfADeviceNeitherReachTheTerminalNorBreakJson) {
   EXPECT_EQ(Why("QVUseCSModeJobAccount")["inputs"][0]["value"], "[31m\"'\xc2\x9b\nrm");
 }
 
+TEST_F(ToolExplain, ListsOfThousandsOfUnknownItemsEndSoon) {
+  std::string items;
+  for (int i = 0; i < 20'000; ++i) {
+    items +=
+        "<dict key=\"list\"><string key=\"name\">unit " + std::to_string(i) + "</string></dict>";
+  }
+  WriteDocument("Finisher_list.xml", DocumentOf(items));
+  const Finished run = Explain({});
+  EXPECT_EQ(run.status, 0);
+  EXPECT_THAT(run.out, HasSubstr(" values, which --all prints (analyze_"));
+  EXPECT_THAT(run.out, HasSubstr("list[99] name = \"unit 99\": not in QVAnlz_FinisherName"));
+  EXPECT_THAT(run.out, Not(HasSubstr("list[100] name")));
+}
+
 TEST_F(ToolExplain, VeryLongTextIsPrintedInFull) {
   WriteDocument("Devicename.xml", DocumentOf("<string key=\"devicename\">" +
                                              std::string(100'000, 'n') + "</string>"));
