@@ -6,10 +6,13 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <exception>
 #include <memory>
+#include <span>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "cli/calibration/calibration.h"
@@ -62,22 +65,43 @@ void DefineCommandLine(CLI::App& app) {
   AddCommonOptions(app);
 }
 
-[[nodiscard]] std::string HelpHint(const CLI::App& app) {
-  std::string command = app.get_name();
-  for (const CLI::App* verb = &app; !verb->get_subcommands().empty();) {
-    verb = verb->get_subcommands().front();
-    command += " " + verb->get_name();
+using Words = std::span<char* const>;
+
+// The words after the program's name that are verbs.
+[[nodiscard]] std::string VerbIn(const CLI::App& app, Words words) {
+  std::string name;
+  const CLI::App* verb = &app;
+  for (const std::string word : words) {
+    const auto named =
+        verb->get_subcommands([&](const CLI::App* subverb) { return subverb->get_name() == word; });
+    if (named.empty()) break;
+    verb = named.front();
+    name += (name.empty() ? "" : " ") + word;
   }
-  return "; see " + command + " --help";
+  return name;
+}
+
+// Found without the parser, whose failures are reported in this format, too.
+[[nodiscard]] bool WantsJson(Words words) {
+  std::string_view previous;
+  for (const std::string_view word : words) {
+    if (word == "--format=json" || (previous == "--format" && word == "json")) return true;
+    previous = word;
+  }
+  return false;
+}
+
+[[nodiscard]] std::string HelpHint() {
+  return "see info-analyze " + VerbName() + (VerbName().empty() ? "--help" : " --help");
 }
 
 void RequireVerb(const CLI::App& app) {
   if (!app.get_subcommands().empty()) return;
-  throw Failure(ExitStatus::kUsage, "a subcommand is required" + HelpHint(app));
+  throw Failure(ExitStatus::kUsage, {.cause = "a subcommand is required", .hint = HelpHint()});
 }
 
-[[nodiscard]] ExitStatus Fail(ExitStatus status, const std::string& message) {
-  ReportError(message);
+[[nodiscard]] ExitStatus Fail(ExitStatus status, const FailureParts& parts) {
+  ReportFailure(status, parts);
   return status;
 }
 
@@ -86,7 +110,7 @@ void RequireVerb(const CLI::App& app) {
     app.exit(error);
     return ExitStatus::kSuccess;
   }
-  return Fail(ExitStatus::kUsage, error.what() + HelpHint(app));
+  return Fail(ExitStatus::kUsage, {.cause = error.what(), .hint = HelpHint()});
 }
 
 // A file that gets the descriptor of a closed standard stream would be taken for that stream, and
@@ -125,6 +149,8 @@ class HelpFormatter : public CLI::Formatter {
   app.formatter(std::make_shared<HelpFormatter>());
   try {
     DefineCommandLine(app);
+    const Words words(argv + 1, static_cast<std::size_t>(std::max(argc - 1, 0)));
+    SetVerb(VerbIn(app, words), WantsJson(words));
     app.parse(argc, argv);
     RequireVerb(app);
     return ExitStatus::kSuccess;
@@ -133,9 +159,9 @@ class HelpFormatter : public CLI::Formatter {
   } catch (const Verdict& verdict) {
     return verdict.status();
   } catch (const Failure& failure) {
-    return Fail(failure.status(), failure.what());
+    return Fail(failure.status(), failure.parts());
   } catch (const std::exception& error) {
-    return Fail(ExitStatus::kOther, error.what());
+    return Fail(ExitStatus::kOther, {.cause = error.what()});
   }
 }
 

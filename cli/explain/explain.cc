@@ -139,7 +139,7 @@ struct Report {
   Json explanations = Json::array();
   for (const Explanation& why : report.explanations) explanations.push_back(JsonOf(report, why));
   return DumpJson(
-      {{"driver_name", report.model_code != nullptr ? Json(report.model_code) : Json(nullptr)},
+      {{"model_code", report.model_code != nullptr ? Json(report.model_code) : Json(nullptr)},
        {"explanations", explanations}});
 }
 

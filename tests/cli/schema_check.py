@@ -94,6 +94,15 @@ class Checker:
             self.wrong.append(f"{what}: text {lines}, JSON {expected}")
 
 
+def keys(schema):
+    """The members that a schema describes, at any depth."""
+    if isinstance(schema, list):
+        return [key for item in schema for key in keys(item)]
+    if not isinstance(schema, dict):
+        return []
+    return [*schema.get("properties", {}), *keys(list(schema.values()))]
+
+
 def model_code(printer):
     ppd = (printer / "ppd" / f"{printer.name}.ppd").read_text(encoding="utf-8")
     return re.search(r'^\*QVAnlz_DriverName: "(.*)"', ppd, re.M)[1]
@@ -116,6 +125,22 @@ def main():
         if name in LINES:
             plain = subprocess.run([tool, *arguments], capture_output=True)
             checker.compare(what, name, run.stdout.decode(), plain.stdout.decode())
+
+    def fail(status, *arguments):
+        """A failure writes nothing but one line of JSON, whose parts make the text of it."""
+        what = " ".join(map(str, arguments))
+        run = subprocess.run([tool, *arguments, "--format", "json"], capture_output=True, text=True)
+        plain = subprocess.run([tool, *arguments], capture_output=True, text=True)
+        asked.add("failure")
+        checker.check(what, "failure", run.stderr)
+        failure = json.loads(run.stderr)["failure"]
+        message = "; ".join(filter(None, (
+            ": ".join(filter(None, (failure["object"], failure["cause"]))), failure["hint"])))
+        # Without a verb, the words of the format are a second mistake.
+        same = not arguments or plain.stderr == f"info-analyze: error: {message}\n"
+        if (run.returncode, failure["exit_status"], run.stdout, run.stderr.count("\n"),
+                same) != (status, status, "", 1, True):
+            checker.wrong.append(f"{what}: {run} {plain.stderr}")
 
     with tempfile.TemporaryDirectory() as folder:
         snapshots = []
@@ -141,7 +166,17 @@ def main():
     ask("queues", "queues", "cups")
     ask("queues", "queues", "daemon")
     # Names a queue of this machine's daemon, so there is no answer to ask for here.
-    checker.check("queues find", "queue", '{"schema_version": 1, "queue": "office"}')
+    checker.check("queues find", "queue",
+                  '{"schema_version": 1, "verb": "queues find", "queue": "office"}')
+    fail(2)
+    fail(2, "query")
+    fail(2, "function-version", "x", "--snapshot", "none", "--driver-folder", driver)
+    fail(3, "query", "--queue", "none", "--cups-root", "/", "--device-info", "/",
+         "--driver-folder", driver)
+    fail(4, "query", "--queue", "none", "--device-info", "/", "--driver-folder", "/none")
+    fail(6, "uri", "none")
+    fail(9, "explain", "--snapshot", "/none", "--driver-folder", driver)
+    checker.wrong += [f"key {key!r} has a blank" for key in keys(schema) if " " in key]
     unasked = {entry["$ref"].split("/")[-1] for entry in schema["oneOf"]} - asked - {"queue"}
     if unasked:
         checker.wrong.append(f"not asked: {unasked}")
