@@ -45,7 +45,7 @@ constexpr auto kVerbs = std::to_array<Verb>({
     {"models", "List the handlers that decide the options of each driver model", DefineModels},
     {"query", "Print the PPD options of a printer", DefineQuery},
     {"queues", "List print queues, or find the one that serves a device", DefineQueues},
-    {"snapshot", "Save a printer's PPD and documents in DIR", DefineSnapshot},
+    {"snapshot", "Save a printer's PPD and documents in PATH", DefineSnapshot},
     {"uri", "Print the driver, address and port of a device URI", DefineUri},
 });
 

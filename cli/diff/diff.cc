@@ -237,8 +237,8 @@ void Compare(const DiffQuestion& question) {
 
 void DefineDiff(CLI::App& verb) {
   const auto question = std::make_shared<DiffQuestion>();
-  verb.add_option("A", question->before, "Folder of a snapshot, or queue:NAME")->required();
-  verb.add_option("B", question->after, "Folder of a snapshot, or queue:NAME")->required();
+  verb.add_option("A", question->before, "Path of a snapshot, or queue:NAME")->required();
+  verb.add_option("B", question->after, "Path of a snapshot, or queue:NAME")->required();
   AddDriverOption(verb, question->location);
   AddCupsRootOption(verb, question->location);
   AddDocumentsOption(verb, question->location);

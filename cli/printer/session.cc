@@ -110,8 +110,8 @@ void AddDriverOption(CLI::App& verb, PrinterLocation& location) {
 void AddQueueOptions(CLI::App& verb, PrinterLocation& location) {
   AddCupsOptions(verb, location);
   AddDriverOption(verb, location);
-  verb.add_option("--snapshot", location.snapshot, "Query the printer saved in DIR by `snapshot`")
-      ->type_name("DIR")
+  verb.add_option("--snapshot", location.snapshot, "Query the printer saved in PATH by `snapshot`")
+      ->type_name("PATH")
       ->excludes("--queue")
       ->excludes("--cups-root");
 }

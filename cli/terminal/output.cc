@@ -40,11 +40,18 @@ constexpr auto kFormats = std::to_array<Format>({
   return list;
 }
 
+void UseGivenNames(Json& value) {
+  if (value.is_string()) value = WithGivenNames(value.get<std::string>());
+  if (!value.is_structured()) return;
+  for (Json& item : value) UseGivenNames(item);
+}
+
 [[nodiscard]] std::string Dump(const Json& members, int indent) {
   Json document;
   document["schema_version"] = kSchemaVersion;
   document["verb"] = VerbName().empty() ? Json() : Json(VerbName());
   document.update(members);
+  UseGivenNames(document);
   return document.dump(indent, ' ', true, Json::error_handler_t::replace) + "\n";
 }
 

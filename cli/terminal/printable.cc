@@ -1,6 +1,7 @@
 #include "cli/terminal/printable.h"
 
 #include <cstddef>
+#include <map>
 #include <string>
 #include <string_view>
 
@@ -29,9 +30,25 @@ void AppendEscaped(std::string& out, char byte) {
   out += kDigits[value & 0xF];
 }
 
+std::map<std::string, std::string> g_given_names;
+
 }  // namespace
 
-std::string Printable(std::string_view text) {
+void SetGivenName(const std::string& path, const std::string& name) { g_given_names[path] = name; }
+
+std::string WithGivenNames(std::string_view text) {
+  std::string named(text);
+  for (const auto& [path, name] : g_given_names) {
+    for (std::size_t at = named.find(path); at != std::string::npos;
+         at = named.find(path, at + name.size())) {
+      named.replace(at, path.size(), name);
+    }
+  }
+  return named;
+}
+
+std::string Printable(std::string_view given) {
+  const std::string text = WithGivenNames(given);
   std::string out;
   out.reserve(text.size());
   for (std::size_t i = 0; i < text.size(); ++i) {

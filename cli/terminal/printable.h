@@ -6,7 +6,13 @@
 
 namespace ia::cli {
 
-// Copies a text so that a terminal obeys nothing in it: each byte of a control character becomes
+// Lets messages and answers have the name that the user gave for a path and for what is in it.
+void SetGivenName(const std::string& path, const std::string& name);
+
+// The text with given names in place of their paths.
+[[nodiscard]] std::string WithGivenNames(std::string_view text);
+
+// Copies a text, with given names, so that a terminal obeys nothing in it: each byte of a control character becomes
 // "\x" and two lower-case hexadecimal digits. All other bytes stay, whether or not they are UTF-8.
 [[nodiscard]] std::string Printable(std::string_view text);
 

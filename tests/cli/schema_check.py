@@ -85,6 +85,19 @@ class Checker:
         self.wrong += [f"{what}: {error.json_path}: {error.message[:200]}" for error in errors]
         self.count += 1
 
+    def check_list(self, snapshot, schema):
+        """The list of a snapshot, and its files against the list."""
+        listed = json.loads((snapshot / "snapshot.json").read_text(encoding="ascii"))
+        errors = list(jsonschema.Draft202012Validator(closed(schema)).iter_errors(listed))
+        self.wrong += [f"{snapshot}: {error.json_path}: {error.message[:200]}" for error in errors]
+        missing = set(schema["properties"]) - set(listed)
+        sizes = {entry["name"]: entry["size"] for entry in listed["files"]}
+        found = {str(path.relative_to(snapshot)): path.stat().st_size
+                 for path in snapshot.glob("*/*")}
+        if missing or sizes != found:
+            self.wrong.append(f"{snapshot}: {missing or sizes}")
+        self.count += 1
+
     def compare(self, what, name, text, plain):
         make_lines, pattern = LINES[name]
         expected = make_lines(json.loads(text))
@@ -111,6 +124,9 @@ def model_code(printer):
 def main():
     tool, driver, source = sys.argv[1], sys.argv[2], pathlib.Path(sys.argv[3])
     schema = json.loads((source / "docs/info-analyze.schema.json").read_text(encoding="utf-8"))
+    snapshot_schema = json.loads(
+        (source / "docs/info-analyze-snapshot.schema.json").read_text(encoding="utf-8"))
+    jsonschema.Draft202012Validator.check_schema(snapshot_schema)
     checker = Checker(schema)
     asked = set()
 
@@ -148,7 +164,10 @@ def main():
             snapshots.append(f"{folder}/{printer.name}")
             queue = ["--queue", printer.name, "--cups-root", printer]
             documents = ["--device-info", printer / "device-info"]
-            subprocess.run([tool, "snapshot", snapshots[-1], *queue, *documents], check=True)
+            for more in (["--redact", f"{snapshots[-1]}.redacted"], [snapshots[-1]]):
+                subprocess.run([tool, "snapshot", *more, *queue, *documents], check=True,
+                               stdout=subprocess.DEVNULL)
+                checker.check_list(pathlib.Path(more[-1]), snapshot_schema)
             on_printer = ["--snapshot", snapshots[-1], "--driver-folder", driver]
             ask("query", "query", *on_printer)
             ask("query", "function-version", "0x310", *on_printer)
