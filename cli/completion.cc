@@ -46,7 +46,8 @@ struct Tree {
 [[nodiscard]] ValueType TypeOf(const std::string& type) {
   if (!CheckedWords(type).empty()) return ValueType::kWords;
   if (type.starts_with("DIR")) return ValueType::kFolder;
-  return type.starts_with("FILE") ? ValueType::kFile : ValueType::kOther;
+  const bool is_file = type.starts_with("FILE") || type.starts_with("PATH");
+  return is_file ? ValueType::kFile : ValueType::kOther;
 }
 
 void AddOptions(const CLI::App& verb, Place& place, Tree& tree) {

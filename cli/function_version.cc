@@ -29,7 +29,8 @@ struct FunctionVersionOptions {
   const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), version,
                                             is_hexadecimal ? 16 : 10);
   if (error == std::errc() && end == digits.data() + digits.size()) return version;
-  throw Failure(ExitStatus::kUsage, "not a function version of 32 bits: \"" + text + "\"");
+  throw Failure(ExitStatus::kUsage,
+                {.object = "\"" + text + "\"", .cause = "not a function version of 32 bits"});
 }
 
 void ShowFlags(const FunctionVersionOptions& options) {

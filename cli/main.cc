@@ -6,12 +6,15 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <exception>
 #include <memory>
 #include <optional>
+#include <span>
 #include <sstream>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -60,7 +63,7 @@ constexpr auto kVerbs = std::to_array<Verb>({
     {"models", "List the handlers that decide the options of each driver model", DefineModels},
     {"query", "Print the PPD options of a printer", DefineQuery},
     {"queues", "List print queues, or find the one that serves a device", DefineQueues},
-    {"snapshot", "Save a printer's PPD and documents in DIR", DefineSnapshot},
+    {"snapshot", "Save a printer's PPD and documents in PATH", DefineSnapshot},
     {"uri", "Print the driver, address and port of a device URI", DefineUri},
 });
 
@@ -80,6 +83,32 @@ void DefineCommandLine(CLI::App& app) {
   AddCommonOptions(app);
 }
 
+using Words = std::span<char* const>;
+
+// The words after the program's name that are verbs.
+[[nodiscard]] std::string VerbIn(const CLI::App& app, Words words) {
+  std::string name;
+  const CLI::App* verb = &app;
+  for (const std::string word : words) {
+    const auto named =
+        verb->get_subcommands([&](const CLI::App* subverb) { return subverb->get_name() == word; });
+    if (named.empty()) break;
+    verb = named.front();
+    name += (name.empty() ? "" : " ") + word;
+  }
+  return name;
+}
+
+// Found without the parser, whose failures are reported in this format, too.
+[[nodiscard]] bool WantsJson(Words words) {
+  std::string_view previous;
+  for (const std::string_view word : words) {
+    if (word == "--format=json" || (previous == "--format" && word == "json")) return true;
+    previous = word;
+  }
+  return false;
+}
+
 // The last verb that the command line names; the tool itself when it names none.
 [[nodiscard]] const CLI::App& FindVerb(const CLI::App& app) {
   const std::vector<CLI::App*> named = app.get_subcommands();
@@ -93,7 +122,7 @@ void DefineCommandLine(CLI::App& app) {
 }
 
 [[nodiscard]] std::string HelpHint(const CLI::App& verb) {
-  return "; see " + CommandOf(verb) + " --help";
+  return "see " + CommandOf(verb) + " --help";
 }
 
 [[nodiscard]] std::vector<std::string> VerbsOf(const CLI::App& app) {
@@ -120,7 +149,8 @@ void DefineCommandLine(CLI::App& app) {
 }
 
 [[nodiscard]] Failure UnknownVerb(const CLI::App& parent, const std::string& word) {
-  return {ExitStatus::kUsage, UnknownText("verb", word, VerbsOf(parent)) + HelpHint(parent)};
+  return {ExitStatus::kUsage,
+          {.cause = UnknownText("verb", word, VerbsOf(parent)), .hint = HelpHint(parent)}};
 }
 
 // The words of a command line that no verb takes, in the order given. An unknown option hides the
@@ -157,7 +187,8 @@ void RefuseUnknownWords(const CLI::App& app, const std::vector<std::string>& arg
       text += "unexpected argument " + word;
     }
   }
-  if (!text.empty()) throw Failure(ExitStatus::kUsage, text + HelpHint(verb));
+  if (text.empty()) return;
+  throw Failure(ExitStatus::kUsage, {.cause = text, .hint = HelpHint(verb)});
 }
 
 // The help of the verb that the words name, or of the tool.
@@ -174,16 +205,18 @@ void RefuseUnknownWords(const CLI::App& app, const std::vector<std::string>& arg
 
 void RequireVerb(const CLI::App& verb) {
   if (VerbsOf(verb).empty()) return;
-  throw Failure(ExitStatus::kUsage, "a verb is required" + HelpHint(verb));
+  throw Failure(ExitStatus::kUsage, {.cause = "a verb is required", .hint = HelpHint(verb)});
 }
 
-[[nodiscard]] ExitStatus Fail(ExitStatus status, const std::string& message) {
-  ReportError(message);
+[[nodiscard]] ExitStatus Fail(ExitStatus status, const FailureParts& parts) {
+  ReportFailure(status, parts);
   return status;
 }
 
 // Parses the command line and runs the verb that it names.
 void Parse(CLI::App& app, int argc, char** argv) {
+  const Words words(argv + std::min(argc, 1), argv + argc);
+  SetVerb(VerbIn(app, words), WantsJson(words));
   try {
     app.parse(argc, argv);
     RequireVerb(FindVerb(app));
@@ -195,9 +228,9 @@ void Parse(CLI::App& app, int argc, char** argv) {
       app.exit(error, text, text);
       return WriteAnswer(text.str());
     }
-    RefuseUnknownWords(app, {argv + 1, argv + argc});
+    RefuseUnknownWords(app, {words.begin(), words.end()});
     RequireVerb(FindVerb(app));
-    throw Failure(ExitStatus::kUsage, error.what() + HelpHint(FindVerb(app)));
+    throw Failure(ExitStatus::kUsage, {.cause = error.what(), .hint = HelpHint(FindVerb(app))});
   }
 }
 
@@ -242,9 +275,9 @@ class HelpFormatter : public CLI::Formatter {
   } catch (const Verdict& verdict) {
     return verdict.status();
   } catch (const Failure& failure) {
-    return Fail(failure.status(), failure.what());
+    return Fail(failure.status(), failure.parts());
   } catch (const std::exception& error) {
-    return Fail(ExitStatus::kOther, error.what());
+    return Fail(ExitStatus::kOther, {.cause = error.what()});
   }
 }
 

@@ -92,9 +92,9 @@ bool AddQueuesOf(const std::string& driver_folder, Listing& listing) {
   char* cache = nullptr;
   const bool has_cache = FolderPathToDriverCache(driver_folder.c_str(), &cache) == 0;
   throw Failure(ExitStatus::kNotFound,
-                "driver folder " + driver_folder + ": " +
-                    (has_cache ? ExplainConf(cache, "cannot be read")
-                               : "no driver family with a configuration is installed there"));
+                {.object = "driver folder " + driver_folder,
+                 .cause = has_cache ? ExplainConf(cache, "cannot be read")
+                                    : "no driver family with a configuration is installed there"});
 }
 
 void ListDaemon(const QueuesOptions& options) {
@@ -113,9 +113,9 @@ void ListDaemon(const QueuesOptions& options) {
   char* cache = nullptr;
   const bool has_cache = MqpdUriToFullPathOfDriverCache(uri.c_str(), &cache) == 0;
   throw Failure(ExitStatus::kNotFound,
-                "device URI " + uri + ": " +
-                    (has_cache ? ExplainConf(cache, reason)
-                               : "its PDL type has no driver family with a configuration"));
+                {.object = "device URI " + uri,
+                 .cause = has_cache ? ExplainConf(cache, reason)
+                                    : "its PDL type has no driver family with a configuration"});
 }
 
 void Find(const QueuesOptions& options) {

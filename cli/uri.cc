@@ -91,8 +91,8 @@ constexpr auto kRows = std::to_array<Row>({
 void ShowParts(const UriOptions& options) {
   const Json parts = PartsOf(options.uri);
   if (std::ranges::all_of(parts, [](const Json& part) { return part.is_null(); })) {
-    throw Failure(ExitStatus::kNotFound,
-                  "device URI " + options.uri + ": has neither a known endpoint nor a PDL type");
+    throw Failure(ExitStatus::kNotFound, {.object = "device URI " + options.uri,
+                                          .cause = "has neither a known endpoint nor a PDL type"});
   }
   WriteAnswer(options.format == "json" ? DumpJson(parts) : ToText(parts));
 }

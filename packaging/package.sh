@@ -10,7 +10,7 @@ timestamp=$(dpkg-parsechangelog -l packaging/debian/changelog -S Timestamp)
 work=$PWD/build/package
 root=$work/root
 # What programs that use the packages need, and the packages themselves.
-base_packages=cmake,g++,libcups2,libpugixml1v5,make,pkg-config
+base_packages=cmake,g++,libarchive13,libcups2,libpugixml1v5,make,pkg-config
 
 # A cache would hand the second build what the first one compiled.
 unset CMAKE_C_COMPILER_LAUNCHER CMAKE_CXX_COMPILER_LAUNCHER

@@ -56,7 +56,8 @@ struct CurvesQuestion {
 void WriteFile(const std::string& path, const std::string& text) {
   std::ofstream file(path, std::ios::binary);
   file << text << std::flush;
-  if (!file) throw Failure(ExitStatus::kOther, path + ": " + std::strerror(errno));
+  if (file) return;
+  throw Failure(ExitStatus::kOther, {.object = path, .cause = std::strerror(errno)});
 }
 
 void ShowCurves(const CurvesQuestion& question) {

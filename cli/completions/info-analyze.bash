@@ -10,13 +10,13 @@ _info_analyze() {
     '/calibration/settings --queue') :; return ;;
     '/calibration/settings --cups-root') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
     '/calibration/settings --driver-folder') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
-    '/calibration/settings --snapshot') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
+    '/calibration/settings --snapshot') mapfile -t COMPREPLY < <(compgen -f -- "$cur"); return ;;
     '/calibration/settings --option') :; return ;;
     '/calibration/settings --format') mapfile -t COMPREPLY < <(compgen -W 'text json' -- "$cur"); return ;;
     '/calibration/defaults --queue') :; return ;;
     '/calibration/defaults --cups-root') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
     '/calibration/defaults --driver-folder') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
-    '/calibration/defaults --snapshot') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
+    '/calibration/defaults --snapshot') mapfile -t COMPREPLY < <(compgen -f -- "$cur"); return ;;
     '/calibration/defaults --option') :; return ;;
     '/calibration/defaults --format') mapfile -t COMPREPLY < <(compgen -W 'text json' -- "$cur"); return ;;
     '/calibration/curves --table') mapfile -t COMPREPLY < <(compgen -W 'LARCH_Def_Calib Linden_Def_Calib_2bit Linden_Def_Calib_4bit PinePoplar_Def_Calib_2bit PinePoplar_Def_Calib_4bit' -- "$cur"); return ;;
@@ -28,25 +28,25 @@ _info_analyze() {
     '/doctor --queue') :; return ;;
     '/doctor --cups-root') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
     '/doctor --driver-folder') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
-    '/doctor --snapshot') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
+    '/doctor --snapshot') mapfile -t COMPREPLY < <(compgen -f -- "$cur"); return ;;
     '/doctor --device-info') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
     '/doctor --format') mapfile -t COMPREPLY < <(compgen -W 'text json' -- "$cur"); return ;;
     '/explain --queue') :; return ;;
     '/explain --cups-root') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
     '/explain --driver-folder') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
-    '/explain --snapshot') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
+    '/explain --snapshot') mapfile -t COMPREPLY < <(compgen -f -- "$cur"); return ;;
     '/explain --device-info') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
     '/explain --format') mapfile -t COMPREPLY < <(compgen -W 'text json' -- "$cur"); return ;;
     '/function-version --queue') :; return ;;
     '/function-version --cups-root') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
     '/function-version --driver-folder') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
-    '/function-version --snapshot') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
+    '/function-version --snapshot') mapfile -t COMPREPLY < <(compgen -f -- "$cur"); return ;;
     '/function-version --format') mapfile -t COMPREPLY < <(compgen -W 'text json' -- "$cur"); return ;;
     '/models --format') mapfile -t COMPREPLY < <(compgen -W 'text json markdown' -- "$cur"); return ;;
     '/query --queue') :; return ;;
     '/query --cups-root') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
     '/query --driver-folder') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
-    '/query --snapshot') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
+    '/query --snapshot') mapfile -t COMPREPLY < <(compgen -f -- "$cur"); return ;;
     '/query --device-info') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
     '/query --format') mapfile -t COMPREPLY < <(compgen -W 'text json' -- "$cur"); return ;;
     '/queues/cups --format') mapfile -t COMPREPLY < <(compgen -W 'text json' -- "$cur"); return ;;
@@ -76,7 +76,7 @@ _info_analyze() {
     /queues/cups) mapfile -t COMPREPLY < <(compgen -W '--help --format --quiet' -- "$cur") ;;
     /queues/daemon) mapfile -t COMPREPLY < <(compgen -W '--help --driver-folder --format --quiet' -- "$cur") ;;
     /queues/find) mapfile -t COMPREPLY < <(compgen -W '--help --format --quiet' -- "$cur") ;;
-    /snapshot) mapfile -t COMPREPLY < <(compgen -W '--help --queue --cups-root --device-info --redact --quiet' -- "$cur") ;;
+    /snapshot) mapfile -t COMPREPLY < <(compgen -W '--help --queue --cups-root --device-info --partial --redact --quiet' -- "$cur") ;;
     /uri) mapfile -t COMPREPLY < <(compgen -W '--help --format --quiet' -- "$cur") ;;
   esac
 }

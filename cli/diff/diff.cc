@@ -137,10 +137,16 @@ struct Difference {
 
 [[nodiscard]] Json OrNull(const std::string& text) { return text.empty() ? Json() : Json(text); }
 
+// Keys have no blanks.
+[[nodiscard]] std::string KeyOf(std::string name) {
+  std::ranges::replace(name, ' ', '_');
+  return name;
+}
+
 [[nodiscard]] Json JsonOf(const PrinterState& state) {
-  Json json = {{"queue", state.queue}, {"driver_name", OrNull(state.model_code)}};
+  Json json = {{"queue", state.queue}, {"model_code", OrNull(state.model_code)}};
   for (std::size_t i = 0; i < kListNames.size(); ++i) {
-    json["items"][kListNames[i]] = std::stoi(state.list_counts[i]);
+    json["items"][KeyOf(kListNames[i])] = std::stoi(state.list_counts[i]);
   }
   return json;
 }
@@ -198,7 +204,8 @@ void WriteLpadminLine(const Difference& difference) {
 
 void RequireLpadminName(const std::string& queue) {
   if (IsPlainOptionWord(queue)) return;
-  throw Failure(ExitStatus::kQueue, "not a name that lpadmin takes: \"" + queue + "\"");
+  throw Failure(ExitStatus::kQueue,
+                {.object = "queue \"" + queue + "\"", .cause = "not a name that lpadmin takes"});
 }
 
 // One document directory belongs to one printer.
@@ -230,8 +237,8 @@ void Compare(const DiffQuestion& question) {
 
 void DefineDiff(CLI::App& verb) {
   const auto question = std::make_shared<DiffQuestion>();
-  verb.add_option("A", question->before, "Folder of a snapshot, or queue:NAME")->required();
-  verb.add_option("B", question->after, "Folder of a snapshot, or queue:NAME")->required();
+  verb.add_option("A", question->before, "Path of a snapshot, or queue:NAME")->required();
+  verb.add_option("B", question->after, "Path of a snapshot, or queue:NAME")->required();
   AddDriverOption(verb, question->location);
   AddCupsRootOption(verb, question->location);
   AddDocumentsOption(verb, question->location);

@@ -138,19 +138,21 @@ void WriteAll(int descriptor, std::string_view bytes) {
   }
 }
 
+[[nodiscard]] ExitStatus Fail(ExitStatus status, const FailureParts& parts) {
+  ReportFailure(status, parts);
+  return status;
+}
+
 [[nodiscard]] ExitStatus QueryAndWrite(const PrinterLocation& given, int descriptor) {
   try {
     WriteAll(descriptor, Write(Query(given)));
     return ExitStatus::kSuccess;
   } catch (const CLI::ParseError& error) {
-    ReportError(error.what());
-    return ExitStatus::kUsage;
+    return Fail(ExitStatus::kUsage, {.cause = error.what()});
   } catch (const Failure& failure) {
-    ReportError(failure.what());
-    return failure.status();
+    return Fail(failure.status(), failure.parts());
   } catch (const std::exception& error) {
-    ReportError(error.what());
-    return ExitStatus::kOther;
+    return Fail(ExitStatus::kOther, {.cause = error.what()});
   }
 }
 

@@ -14,7 +14,8 @@ namespace {
                                    const std::vector<std::string>& missing) {
   for (const std::string& sentence : missing) ReportError(sentence);
   throw Failure(ExitStatus::kDocuments,
-                "queue " + queue + ": the query failed with result " + std::to_string(result));
+                {.object = "queue " + queue,
+                 .cause = "the query failed with result " + std::to_string(result)});
 }
 
 }  // namespace

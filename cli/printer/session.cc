@@ -24,8 +24,8 @@ namespace {
   const char* reason = dlerror();
   throw Failure(
       ExitStatus::kCommunicationLibrary,
-      "communication library " + path + ": " +
-          (reason ? reason : "not all entry points of a communication library are there"));
+      {.object = "communication library " + path,
+       .cause = reason ? reason : "not all entry points of a communication library are there"});
 }
 
 // libcups reads both variables once, at its first use, and takes DIR/ppd/QUEUE.ppd without asking a
@@ -40,8 +40,9 @@ void RequirePpdFile(const std::string& queue, const std::string& root) {
   const std::string ppd = root + "/ppd/" + queue + ".ppd";
   if (access(ppd.c_str(), R_OK) == 0) return;
   const char* reason = std::strerror(errno);
-  throw Failure(ExitStatus::kQueue, "queue " + queue + ": no PPD in the CUPS root " + root + ": " +
-                                        ppd + ": " + reason);
+  throw Failure(ExitStatus::kQueue,
+                {.object = "queue " + queue,
+                 .cause = "no PPD in the CUPS root " + root + ": " + ppd + ": " + reason});
 }
 
 [[nodiscard]] bool HasReadablePpd(const std::string& queue) {
@@ -54,10 +55,11 @@ void RequirePpdFile(const std::string& queue, const std::string& root) {
 }
 
 [[noreturn]] void FailForQueue(const std::string& queue) {
-  throw Failure(ExitStatus::kQueue,
-                "queue " + queue +
-                    (HasReadablePpd(queue) ? ": its PPD has no option lines of the driver (\"*QV\")"
-                                           : ": CUPS has no PPD for it that can be read"));
+  throw Failure(
+      ExitStatus::kQueue,
+      {.object = "queue " + queue,
+       .cause = HasReadablePpd(queue) ? "its PPD has no option lines of the driver (\"*QV\")"
+                                      : "CUPS has no PPD for it that can be read"});
 }
 
 [[nodiscard]] AnalyzerPtr CreateAnalyzer(BidiContext* library, const PrinterLocation& location) {
@@ -75,7 +77,8 @@ std::string LibraryPath(const std::string& driver_folder) {
   char* path = nullptr;
   if (FolderPathToFullPathOfMqpdUtil(driver_folder.c_str(), &path) != 0) {
     throw Failure(ExitStatus::kCommunicationLibrary,
-                  "communication library: the driver folder's path is too long: " + driver_folder);
+                  {.object = "communication library",
+                   .cause = "the driver folder's path is too long: " + driver_folder});
   }
   return TextPtr(path).get();
 }
@@ -107,8 +110,8 @@ void AddDriverOption(CLI::App& verb, PrinterLocation& location) {
 void AddQueueOptions(CLI::App& verb, PrinterLocation& location) {
   AddCupsOptions(verb, location);
   AddDriverOption(verb, location);
-  verb.add_option("--snapshot", location.snapshot, "Query the printer saved in DIR by `snapshot`")
-      ->type_name("DIR")
+  verb.add_option("--snapshot", location.snapshot, "Query the printer saved in PATH by `snapshot`")
+      ->type_name("PATH")
       ->excludes("--queue")
       ->excludes("--cups-root");
 }

@@ -3,6 +3,7 @@
 #define INFO_ANALYZE_CLI_PRINTER_SESSION_H_
 
 #include <CLI/CLI.hpp>
+#include <memory>
 #include <string>
 
 #include "cli/printer/handles.h"
@@ -17,6 +18,7 @@ struct PrinterLocation {
   std::string cups_root;    // empty: the CUPS server of the environment
   std::string snapshot;     // empty: none; else it has the queue, its PPD and the documents
   bool needs_documents = false;
+  std::shared_ptr<const void> unpacked = nullptr;  // keeps the files of an archived snapshot
 };
 
 // Each adds one option of a location.

@@ -1,15 +1,16 @@
 #ifndef INFO_ANALYZE_CLI_SNAPSHOT_REDACTION_H_
 #define INFO_ANALYZE_CLI_SNAPSHOT_REDACTION_H_
 
-#include <cstdint>
-#include <string>
+#include "cli/snapshot/queue_facts.h"
+#include "cli/snapshot/secrets.h"
+#include "cli/snapshot/snapshot_list.h"
 
 namespace ia::cli {
 
-// The contents of a document (IA_DOCUMENT_...) without what identifies the printer's owner: the
-// device's name and the ids of fax lines. Throws a Failure for contents that are not in the format
-// of the reference communication library, because their private values cannot be found.
-[[nodiscard]] std::string Redact(std::int32_t document, const std::string& contents);
+// Replaces what identifies the printer and its owner in all texts of a snapshot but those that
+// decide the value of an option. Throws a Failure for a document that is not in the format of the
+// reference communication library, because its private values cannot be found.
+[[nodiscard]] Secrets Redact(Snapshot& snapshot, const QueueFacts& facts);
 
 }  // namespace ia::cli
 

@@ -24,15 +24,28 @@ enum class ExitStatus {
   kDifferent = 10,
 };
 
+// The parts of a message: "OBJECT: CAUSE; HINT". Empty: none.
+struct FailureParts {
+  std::string object = {};
+  std::string cause = {};
+  std::string hint = {};
+};
+
+[[nodiscard]] std::string MessageOf(const FailureParts& parts);
+
 // Thrown by the step that fails; main() reports it and ends the process.
 class Failure : public std::runtime_error {
  public:
-  Failure(ExitStatus status, const std::string& message)
-      : std::runtime_error(message), status_(status) {}
+  Failure(ExitStatus status, const FailureParts& parts)
+      : std::runtime_error(MessageOf(parts)), status_(status), parts_(parts) {}
+  Failure(ExitStatus status, const std::string& cause)
+      : Failure(status, FailureParts{.cause = cause}) {}
   [[nodiscard]] ExitStatus status() const noexcept { return status_; }
+  [[nodiscard]] const FailureParts& parts() const noexcept { return parts_; }
 
  private:
   ExitStatus status_;
+  FailureParts parts_;
 };
 
 // Thrown by a verb whose answer is written and is not a success.
@@ -44,6 +57,14 @@ class Verdict : public std::exception {
  private:
   ExitStatus status_;
 };
+
+// The words of the command line that choose the verb, such as "queues cups", and whether failures
+// are written as JSON.
+void SetVerb(const std::string& verb, bool fails_in_json);
+[[nodiscard]] const std::string& VerbName();
+
+// Writes the failure that ends the verb to standard error: a line of text, or one of JSON.
+void ReportFailure(ExitStatus status, const FailureParts& parts);
 
 // Each writes one line to standard error.
 void ReportError(std::string_view message);

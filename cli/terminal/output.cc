@@ -20,6 +20,7 @@ using Json = nlohmann::ordered_json;
 // Raised when a reader of the old output would misread the new one.
 constexpr int kSchemaVersion = 1;
 constexpr int kIndent = 2;
+constexpr int kOneLine = -1;
 
 struct Format {
   const char* name;
@@ -39,6 +40,21 @@ constexpr auto kFormats = std::to_array<Format>({
   return list;
 }
 
+void UseGivenNames(Json& value) {
+  if (value.is_string()) value = WithGivenNames(value.get<std::string>());
+  if (!value.is_structured()) return;
+  for (Json& item : value) UseGivenNames(item);
+}
+
+[[nodiscard]] std::string Dump(const Json& members, int indent) {
+  Json document;
+  document["schema_version"] = kSchemaVersion;
+  document["verb"] = VerbName().empty() ? Json() : Json(VerbName());
+  document.update(members);
+  UseGivenNames(document);
+  return document.dump(indent, ' ', true, Json::error_handler_t::replace) + "\n";
+}
+
 }  // namespace
 
 std::string FormatText(const Answer& answer) {
@@ -50,16 +66,13 @@ std::string FormatText(const Answer& answer) {
 }
 
 std::string FormatJson(const Answer& answer) {
-  return DumpJson({{"driver_name", answer.driver_name ? Json(answer.driver_name) : Json(nullptr)},
+  return DumpJson({{"model_code", answer.driver_name ? Json(answer.driver_name) : Json(nullptr)},
                    {"options", ToJson(answer.options)}});
 }
 
-std::string DumpJson(const Json& members) {
-  Json document;
-  document["schema_version"] = kSchemaVersion;
-  document.update(members);
-  return document.dump(kIndent, ' ', true, Json::error_handler_t::replace) + "\n";
-}
+std::string DumpJson(const Json& members) { return Dump(members, kIndent); }
+
+std::string DumpJsonLine(const Json& members) { return Dump(members, kOneLine); }
 
 std::vector<std::string> FormatNames() {
   std::vector<std::string> names;
@@ -83,7 +96,7 @@ Formatter FindFormatter(const std::string& name) {
 void WriteAnswer(const std::string& text) {
   const bool written = std::fwrite(text.data(), 1, text.size(), stdout) == text.size();
   if (written && std::fflush(stdout) == 0) return;
-  throw Failure(ExitStatus::kOther, std::string("standard output: ") + std::strerror(errno));
+  throw Failure(ExitStatus::kOther, {.object = "standard output", .cause = std::strerror(errno)});
 }
 
 }  // namespace ia::cli

@@ -24,8 +24,11 @@ using Formatter = std::string (*)(const Answer& answer);
 // One JSON object in ASCII, with its keys in a fixed order; bytes that are not UTF-8 become U+FFFD.
 [[nodiscard]] std::string FormatJson(const Answer& answer);
 
-// The object in that form, with the version of the formats before its members.
+// The object in that form, with the version of the formats and the verb before its members.
 [[nodiscard]] std::string DumpJson(const nlohmann::ordered_json& members);
+
+// The same in one line.
+[[nodiscard]] std::string DumpJsonLine(const nlohmann::ordered_json& members);
 
 [[nodiscard]] std::vector<std::string> FormatNames();
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <map>
 #include <string>
 #include <string_view>
 
@@ -75,9 +76,26 @@ void AppendEscaped(std::string& out, std::string_view bytes) {
   }
 }
 
+std::map<std::string, std::string> g_given_names;
+
 }  // namespace
 
-std::string Printable(std::string_view text) {
+void SetGivenName(const std::string& path, const std::string& name) { g_given_names[path] = name; }
+
+std::string WithGivenNames(std::string_view text) {
+  std::string named(text);
+  for (const auto& [path, name] : g_given_names) {
+    for (std::size_t at = named.find(path); at != std::string::npos;
+         at = named.find(path, at + name.size())) {
+      named.replace(at, path.size(), name);
+    }
+  }
+  return named;
+}
+
+std::string Printable(std::string_view given) {
+  const std::string named = WithGivenNames(given);
+  std::string_view text = named;
   std::string out;
   out.reserve(text.size());
   while (!text.empty()) {

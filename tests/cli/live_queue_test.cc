@@ -59,6 +59,24 @@ TEST_F(LiveQueue, IsExaminedExplainedAndKept) {
       live.out);
 }
 
+TEST_F(LiveQueue, IsKeptWithItsDeviceUriAndRedacted) {
+  const Finished set =
+      Run({"/bin/sh", "-c",
+           "PATH=$PATH:/usr/sbin; lpadmin -p office -v ipp://prn7.corp.example:9100/x "
+           "-L 'Tower 7' -D 'Printer of Marthe'"});
+  ASSERT_EQ(set.status, 0) << set.err;
+  for (const std::string option : {"--partial", "--redact"}) {
+    const std::string folder = root_ / ("kept" + option);
+    const Finished taken = Run({IA_TEST_TOOL, "snapshot", folder, option, "--queue", "office",
+                                "--device-info", kPrinter + "/device-info"});
+    EXPECT_EQ(taken.status, 0) << taken.err;
+    const std::string host =
+        option == "--redact" ? "host-1.invalid:9100" : "prn7.corp.example:9100/x";
+    EXPECT_THAT(ReadFile(folder + "/snapshot.json"),
+                HasSubstr("\"device_uri\": \"ipp://" + host + "\""));
+  }
+}
+
 // From a printer without anything to the one that is there: every default is set.
 TEST_F(LiveQueue, LpadminLineSetsItsDefaults) {
   const std::string bare = root_ / "bare";

@@ -93,18 +93,21 @@ TEST_F(ToolQueues, OfCupsWithoutATimeHaveADash) {
   ExpectText({"queues", "cups"}, "office\t-\n");
   EXPECT_EQ(
       RunJson({"queues", "cups"}),
-      Json::parse(R"({"schema_version": 1, "queues": [{"name": "office", "modified": null}]})"));
+      Json::parse(
+          R"({"schema_version": 1, "verb": "queues cups", "queues": [{"name": "office", "modified": null}]})"));
 }
 
 TEST_F(ToolQueues, OfCupsAreListedAsJson) {
   AddPpd("office.ppd", 1'795'270'520);
-  EXPECT_EQ(RunJson({"queues", "cups"}).dump(),
-            R"({"schema_version":1,"queues":[{"name":"office","modified":1795270520}]})");
+  EXPECT_EQ(
+      RunJson({"queues", "cups"}).dump(),
+      R"({"schema_version":1,"verb":"queues cups","queues":[{"name":"office","modified":1795270520}]})");
 }
 
 TEST_F(ToolQueues, OfCupsMayBeNone) {
   ExpectText({"queues", "cups"}, "");
-  EXPECT_EQ(RunJson({"queues", "cups"}).dump(), R"({"schema_version":1,"queues":[]})");
+  EXPECT_EQ(RunJson({"queues", "cups"}).dump(),
+            R"({"schema_version":1,"verb":"queues cups","queues":[]})");
 }
 
 TEST_F(ToolQueues, LeaveNoControlCharacterInNames) {
@@ -122,7 +125,7 @@ TEST_F(ToolQueues, OfTheDaemonAreListedAsJson) {
   WriteConf("CUPSPS", "<Printer office>\n");
   EXPECT_EQ(
       RunJson({"queues", "daemon", "--driver-folder", "/Library/Printers/Vorel/CUPSPS"}).dump(),
-      R"({"schema_version":1,"queues":[{"name":"office",)"
+      R"({"schema_version":1,"verb":"queues daemon","queues":[{"name":"office",)"
       R"("driver_folder":"/Library/Printers/Vorel/CUPSPS"}]})");
 }
 
@@ -140,7 +143,8 @@ TEST_F(ToolQueues, OfTheDaemonAreThoseOfEveryFamilyWithoutAFolder) {
 
 TEST_F(ToolQueues, OfTheDaemonMayBeNone) {
   ExpectText({"queues", "daemon"}, "");
-  EXPECT_EQ(RunJson({"queues", "daemon"}).dump(), R"({"schema_version":1,"queues":[]})");
+  EXPECT_EQ(RunJson({"queues", "daemon"}).dump(),
+            R"({"schema_version":1,"verb":"queues daemon","queues":[]})");
 }
 
 TEST_F(ToolQueues, OfADriverWithoutConfigurationAreAFailure) {
@@ -159,7 +163,7 @@ TEST_F(ToolQueues, FindNamesTheQueueOfADevice) {
             "<Printer of\tfice>\nDevicePath net:2/PDLType=kappa2\n");
   ExpectText({"queues", "find", "net:2/PDLType=kappa2"}, "of\\x09fice\n");
   EXPECT_EQ(RunJson({"queues", "find", "net:2/PDLType=kappa2"}).dump(),
-            R"({"schema_version":1,"queue":"of\tfice"})");
+            R"({"schema_version":1,"verb":"queues find","queue":"of\tfice"})");
 }
 
 TEST_F(ToolQueues, FindReportsThatNoQueueServesTheDevice) {

@@ -85,6 +85,19 @@ class Checker:
         self.wrong += [f"{what}: {error.json_path}: {error.message[:200]}" for error in errors]
         self.count += 1
 
+    def check_list(self, snapshot, schema):
+        """The list of a snapshot, and its files against the list."""
+        listed = json.loads((snapshot / "snapshot.json").read_text(encoding="ascii"))
+        errors = list(jsonschema.Draft202012Validator(closed(schema)).iter_errors(listed))
+        self.wrong += [f"{snapshot}: {error.json_path}: {error.message[:200]}" for error in errors]
+        missing = set(schema["properties"]) - set(listed)
+        sizes = {entry["name"]: entry["size"] for entry in listed["files"]}
+        found = {str(path.relative_to(snapshot)): path.stat().st_size
+                 for path in snapshot.glob("*/*")}
+        if missing or sizes != found:
+            self.wrong.append(f"{snapshot}: {missing or sizes}")
+        self.count += 1
+
     def compare(self, what, name, text, plain):
         make_lines, pattern = LINES[name]
         expected = make_lines(json.loads(text))
@@ -92,6 +105,15 @@ class Checker:
         lines = [match[1] for match in matches if match]
         if lines != expected:
             self.wrong.append(f"{what}: text {lines}, JSON {expected}")
+
+
+def keys(schema):
+    """The members that a schema describes, at any depth."""
+    if isinstance(schema, list):
+        return [key for item in schema for key in keys(item)]
+    if not isinstance(schema, dict):
+        return []
+    return [*schema.get("properties", {}), *keys(list(schema.values()))]
 
 
 def model_code(printer):
@@ -102,6 +124,9 @@ def model_code(printer):
 def main():
     tool, driver, source = sys.argv[1], sys.argv[2], pathlib.Path(sys.argv[3])
     schema = json.loads((source / "docs/info-analyze.schema.json").read_text(encoding="utf-8"))
+    snapshot_schema = json.loads(
+        (source / "docs/info-analyze-snapshot.schema.json").read_text(encoding="utf-8"))
+    jsonschema.Draft202012Validator.check_schema(snapshot_schema)
     checker = Checker(schema)
     asked = set()
 
@@ -117,13 +142,32 @@ def main():
             plain = subprocess.run([tool, *arguments], capture_output=True)
             checker.compare(what, name, run.stdout.decode(), plain.stdout.decode())
 
+    def fail(status, *arguments):
+        """A failure writes nothing but one line of JSON, whose parts make the text of it."""
+        what = " ".join(map(str, arguments))
+        run = subprocess.run([tool, *arguments, "--format", "json"], capture_output=True, text=True)
+        plain = subprocess.run([tool, *arguments], capture_output=True, text=True)
+        asked.add("failure")
+        checker.check(what, "failure", run.stderr)
+        failure = json.loads(run.stderr)["failure"]
+        message = "; ".join(filter(None, (
+            ": ".join(filter(None, (failure["object"], failure["cause"]))), failure["hint"])))
+        # Without a verb, the words of the format are a second mistake.
+        same = not arguments or plain.stderr == f"info-analyze: error: {message}\n"
+        if (run.returncode, failure["exit_status"], run.stdout, run.stderr.count("\n"),
+                same) != (status, status, "", 1, True):
+            checker.wrong.append(f"{what}: {run} {plain.stderr}")
+
     with tempfile.TemporaryDirectory() as folder:
         snapshots = []
         for printer in sorted(path.parent for path in source.glob("examples/*/device-info")):
             snapshots.append(f"{folder}/{printer.name}")
             queue = ["--queue", printer.name, "--cups-root", printer]
             documents = ["--device-info", printer / "device-info"]
-            subprocess.run([tool, "snapshot", snapshots[-1], *queue, *documents], check=True)
+            for more in (["--redact", f"{snapshots[-1]}.redacted"], [snapshots[-1]]):
+                subprocess.run([tool, "snapshot", *more, *queue, *documents], check=True,
+                               stdout=subprocess.DEVNULL)
+                checker.check_list(pathlib.Path(more[-1]), snapshot_schema)
             on_printer = ["--snapshot", snapshots[-1], "--driver-folder", driver]
             ask("query", "query", *on_printer)
             ask("query", "function-version", "0x310", *on_printer)
@@ -141,7 +185,17 @@ def main():
     ask("queues", "queues", "cups")
     ask("queues", "queues", "daemon")
     # Names a queue of this machine's daemon, so there is no answer to ask for here.
-    checker.check("queues find", "queue", '{"schema_version": 1, "queue": "office"}')
+    checker.check("queues find", "queue",
+                  '{"schema_version": 1, "verb": "queues find", "queue": "office"}')
+    fail(2)
+    fail(2, "query")
+    fail(2, "function-version", "x", "--snapshot", "none", "--driver-folder", driver)
+    fail(3, "query", "--queue", "none", "--cups-root", "/", "--device-info", "/",
+         "--driver-folder", driver)
+    fail(4, "query", "--queue", "none", "--device-info", "/", "--driver-folder", "/none")
+    fail(6, "uri", "none")
+    fail(9, "explain", "--snapshot", "/none", "--driver-folder", driver)
+    checker.wrong += [f"key {key!r} has a blank" for key in keys(schema) if " " in key]
     unasked = {entry["$ref"].split("/")[-1] for entry in schema["oneOf"]} - asked - {"queue"}
     if unasked:
         checker.wrong.append(f"not asked: {unasked}")

@@ -21,7 +21,7 @@ make_copy() {
 
 # What a build of the library alone can do without.
 hide_packages() {
-  for package in CLI11 Doxygen GTest Python3 benchmark nlohmann_json pugixml rapidcheck; do
+  for package in CLI11 Doxygen GTest LibArchive Python3 benchmark nlohmann_json pugixml rapidcheck; do
     printf ' -DCMAKE_DISABLE_FIND_PACKAGE_%s=ON' "$package"
   done
 }

@@ -40,6 +40,7 @@ expect_reports() {
     expect_report "$package" "$option" "info_analyze needs $sentence"
   done <<'END'
 Cups||Cups for the PPDs of print queues: install libcups2-dev
+LibArchive|INFO_ANALYZE_TOOL|LibArchive 3 for the tool: install libarchive-dev or pass -DINFO_ANALYZE_TOOL=OFF
 CLI11|INFO_ANALYZE_TOOL|CLI11 for the tool: install libcli11-dev or pass -DINFO_ANALYZE_TOOL=OFF
 nlohmann_json|INFO_ANALYZE_TOOL|nlohmann_json 3 for the tool: install nlohmann-json3-dev or pass -DINFO_ANALYZE_TOOL=OFF
 pugixml|INFO_ANALYZE_TOOL|pugixml for the tool: install libpugixml-dev or pass -DINFO_ANALYZE_TOOL=OFF
@@ -53,7 +54,7 @@ END
 
 expect_library_alone() {
   hidden=""
-  for package in CLI11 Doxygen GTest Python3 benchmark nlohmann_json pugixml rapidcheck; do
+  for package in CLI11 Doxygen GTest LibArchive Python3 benchmark nlohmann_json pugixml rapidcheck; do
     hidden="$hidden -DCMAKE_DISABLE_FIND_PACKAGE_$package=ON"
   done
   # shellcheck disable=SC2086

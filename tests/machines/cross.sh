@@ -10,7 +10,7 @@ dpkg --add-architecture "$architecture"
 apt-get update -qq
 ./dev setup
 DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "g++-$triplet" \
-  {libbenchmark-dev,libc6-dev,libcups2-dev,libgmock-dev,libgtest-dev,libpugixml-dev,librapidcheck-dev,libstdc++6}":$architecture"
+  {libarchive-dev,libbenchmark-dev,libc6-dev,libcups2-dev,libgmock-dev,libgtest-dev,libpugixml-dev,librapidcheck-dev,libstdc++6}":$architecture"
 
 export CMAKE_C_COMPILER_LAUNCHER=ccache CMAKE_CXX_COMPILER_LAUNCHER=ccache
 cmake --preset release -DCMAKE_SYSTEM_NAME=Linux -DCMAKE_SYSTEM_PROCESSOR="${triplet%%-*}" \

@@ -10,6 +10,7 @@
 #include <nlohmann/json.hpp>
 #include <ostream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "tests/cli/sample_printer.h"
@@ -19,6 +20,7 @@ namespace {
 using ia_test::Command;
 using ia_test::ExpectFailure;
 using ia_test::Finished;
+using ia_test::Lines;
 using ia_test::ReadFile;
 using ia_test::SamplePrinter;
 using Json = nlohmann::ordered_json;
@@ -26,22 +28,39 @@ using testing::AllOf;
 using testing::HasSubstr;
 using testing::Not;
 
+constexpr int kIncomplete = 5;
 constexpr int kSnapshotFailure = 9;
 
 class ToolSnapshot : public SamplePrinter {
  protected:
-  Finished Take(std::vector<std::string> more = {}, const std::string& printer = "") const {
+  Finished Take(const std::vector<std::string>& more = {}, const std::string& printer = "") const {
+    return TakeTo(folder_, more, printer);
+  }
+  Finished TakeTo(const std::string& path, std::vector<std::string> more = {},
+                  const std::string& printer = "") const {
     const std::string name = printer.empty() ? "office-mfp" : printer;
     const std::string root = printer.empty() ? cups_root() : IA_TEST_SOURCE "/examples/" + printer;
-    more.insert(more.begin(), {IA_TEST_TOOL, "snapshot", folder_, "--queue", name, "--cups-root",
-                               root, "--device-info", root + "/device-info"});
+    more.insert(more.begin(), {IA_TEST_TOOL, "snapshot", path, "--queue", name, "--cups-root", root,
+                               "--device-info", root + "/device-info"});
     return RunTool(more);
   }
   // Asks the snapshot; the verb may be several words.
-  Finished Replay(std::vector<std::string> verb = {"query"}) const {
+  Finished Replay(const std::vector<std::string>& verb = {"query"}) const {
+    return ReplayFrom(folder_, verb);
+  }
+  Finished ReplayFrom(const std::string& path, std::vector<std::string> verb = {"query"}) const {
     verb.insert(verb.begin(), IA_TEST_TOOL);
-    verb.insert(verb.end(), {"--snapshot", folder_, "--driver-folder", IA_TEST_DRIVER_FOLDER});
+    verb.insert(verb.end(), {"--snapshot", path, "--driver-folder", IA_TEST_DRIVER_FOLDER});
     return RunTool(verb);
+  }
+  // A line of a shell with GNU's tar and gzip, in the folder around the snapshots.
+  Finished RunShell(const std::string& line) const {
+    return RunTool({"/bin/sh", "-ec", "cd " + root_.path() + "; " + line});
+  }
+  void RemoveDocumentsBut(const std::string& kept) const {
+    for (const auto& entry : std::filesystem::directory_iterator(device_info())) {
+      if (entry.path().filename() != kept) std::filesystem::remove(entry);
+    }
   }
   Finished AskLive(std::vector<std::string> verb, const std::string& printer) const {
     const std::string root = IA_TEST_SOURCE "/examples/" + printer;
@@ -59,6 +78,7 @@ class ToolSnapshot : public SamplePrinter {
   }
 
   const std::string folder_ = root_ / "kept";
+  const std::string archive_ = root_ / "kept.tar.gz";
 };
 
 const std::vector<std::vector<std::string>> kVerbs = {
@@ -83,6 +103,18 @@ TEST_P(SnapshotOfPrinter, AnswersEachVerbAsThePrinterDoes) {
     EXPECT_EQ(replayed.status, live.status) << verb.front() << replayed.err;
     EXPECT_EQ(replayed.out, live.out) << verb.front();
     EXPECT_EQ(replayed.err, live.err) << verb.front();
+  }
+}
+
+TEST_P(SnapshotOfPrinter, AnswersEachVerbFromAnArchiveToo) {
+  ASSERT_EQ(TakeTo(archive_, {}, GetParam()).status, 0);
+  for (const auto& verb : kVerbs) {
+    const Finished live = AskLive(verb, GetParam());
+    const Finished replayed = ReplayFrom(archive_, verb);
+    EXPECT_EQ(replayed.status, live.status) << verb.front() << replayed.err;
+    EXPECT_EQ(replayed.out, live.out) << verb.front();
+    EXPECT_EQ(replayed.err, live.err) << verb.front();
+    EXPECT_EQ(ia_test::CountEntries(temporary_), 0);
   }
 }
 
@@ -111,7 +143,12 @@ TEST_F(ToolSnapshot, HoldsThePpdTheDocumentsAndTheirChecksums) {
   EXPECT_EQ(ReadFile(folder_ + "/device-info/Specid.xml"), ReadFile(Document("Specid.xml")));
   const Json list = List();
   EXPECT_EQ(list["snapshot_version"], 1);
+  EXPECT_THAT(list["date"].get<std::string>(),
+              testing::MatchesRegex("[0-9]{4}-[0-9]{2}-[0-9]{2}T[0-9]{2}:[0-9]{2}:[0-9]{2}Z"));
+  EXPECT_EQ(list["device_uri"], nullptr);
+  EXPECT_EQ(list["model_code"], "RA-H5-MLT-JP");
   EXPECT_EQ(list["tool_version"], IA_TEST_VERSION);
+  EXPECT_EQ(list["library_version"], IA_TEST_VERSION);
   EXPECT_EQ(list["queue"], "office-mfp");
   EXPECT_EQ(list["redacted"], false);
   EXPECT_EQ(list["files"].size(), 10U);
@@ -144,10 +181,142 @@ TEST_F(ToolSnapshot, IsMadeOfAQueueOfTheEnvironmentsCups) {
 TEST_F(ToolSnapshot, OfAPrinterWithoutSomeDocumentAnswersLikeIt) {
   RemoveDocument("Accessories.xml");
   const Finished run = Take();
-  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(run.status, kIncomplete);
   EXPECT_THAT(run.err, HasSubstr("warning: document " + Document("Accessories.xml")));
   EXPECT_EQ(Replay().status, 0);
   EXPECT_EQ(Replay().out, RunQuery().out);
+  EXPECT_EQ(TakeTo(archive_).status, kIncomplete);
+  EXPECT_EQ(ReplayFrom(archive_).out, RunQuery().out);
+}
+
+TEST_F(ToolSnapshot, ArchiveIsNamedAsItWasGiven) {
+  RemoveDocument("Accessories.xml");
+  TakeTo(archive_);
+  const std::string document =
+      "document " + archive_ + "/device-info/Accessories.xml: No such file";
+  EXPECT_THAT(ReplayFrom(archive_).err, HasSubstr(document));
+  EXPECT_THAT(ReplayFrom(archive_, {"doctor"}).out, HasSubstr(document));
+  EXPECT_THAT(ReplayFrom(archive_, {"doctor", "--format", "json"}).out, HasSubstr(document));
+}
+
+TEST_F(ToolSnapshot, MayBePartialWhereThatIsAccepted) {
+  RemoveDocumentsBut("Specid.xml");
+  const Finished run = Take({"--partial"});
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(Lines(run.err).size(), 8U);
+  EXPECT_EQ(List()["files"].size(), 2U);
+}
+
+TEST_F(ToolSnapshot, OfNothingIsAFailure) {
+  RemoveDocumentsBut("");
+  for (const std::string& path : {folder_, archive_}) {
+    for (const std::string option : {"--quiet", "--partial"}) {
+      const Finished run = TakeTo(path, {option});
+      EXPECT_EQ(run.status, kIncomplete);
+      EXPECT_THAT(run.err, HasSubstr("error: document directory " + device_info() +
+                                     ": no document can be read, so there is nothing to save"));
+      EXPECT_FALSE(std::filesystem::exists(path));
+    }
+  }
+}
+
+TEST_F(ToolSnapshot, OfAnOlderVersionIsRead) {
+  Take();
+  Json list = List();
+  for (const char* const key : {"date", "device_uri", "model_code", "library_version"}) {
+    list.erase(key);
+  }
+  WriteList(list);
+  EXPECT_EQ(Replay().out, RunQuery().out);
+}
+
+TEST_F(ToolSnapshot, HasTheDeviceUriWithoutCredentials) {
+  root_.Write("printer/printers.conf",
+              "<DefaultPrinter office-mfp>\nDeviceURI ipp://me:se@cret@[fd00::1]:631/a@b\n"
+              "</DefaultPrinter>\n<Printer other>\nDeviceURI socket://other\n</Printer>\n");
+  Take();
+  EXPECT_EQ(List()["device_uri"], "ipp://[fd00::1]:631/a@b");
+}
+
+// Archives ---------------------------------------------------------------------------------------
+
+TEST_F(ToolSnapshot, ArchiveHasTheFilesOfTheFolder) {
+  Take();
+  EXPECT_EQ(TakeTo(archive_).out, "");
+  const Finished run = RunShell(
+      "gzip -t kept.tar.gz; mkdir unpacked; tar -xzf kept.tar.gz -C unpacked;"
+      "diff -r -x snapshot.json kept unpacked; ls -A unpacked");
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(run.err, "");
+  EXPECT_EQ(Lines(run.out), Lines("device-info\nppd\nsnapshot.json\n"));
+}
+
+TEST_F(ToolSnapshot, ArchiveOfGnuTarIsRead) {
+  Take();
+  for (const std::string format : {"gnu", "posix", "ustar"}) {
+    const Finished run =
+        RunShell("cd kept; find * -type f | tar --format=" + format + " -czf ../kept.tar.gz -T -");
+    ASSERT_EQ(run.status, 0) << run.err;
+    EXPECT_EQ(ReplayFrom(archive_).out, RunQuery().out) << format;
+  }
+}
+
+TEST_F(ToolSnapshot, ArchiveIsForTheOwnersEyes) {
+  TakeTo(archive_);
+  EXPECT_EQ(std::filesystem::status(archive_).permissions(),
+            std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
+}
+
+TEST_F(ToolSnapshot, LeavesAnExistingFileAlone) {
+  for (const std::string& path : {folder_, archive_}) {
+    std::filesystem::create_symlink("nowhere", path);
+    ExpectFailure(TakeTo(path), kSnapshotFailure, HasSubstr("exists already"));
+    EXPECT_TRUE(std::filesystem::is_symlink(path));
+  }
+}
+
+TEST_F(ToolSnapshot, LeavesNothingWhereItCannotBeWritten) {
+  root_.Write("file", "");
+  for (const std::string name : {"file/kept", "file/kept.tar.gz"}) {
+    ExpectFailure(TakeTo(root_ / name), kSnapshotFailure, HasSubstr("snapshot " + root_.path()));
+  }
+  const Finished run =
+      RunShell("mkdir place; cd place; ulimit -f 1; trap '' XFSZ; " + std::string(IA_TEST_TOOL) +
+               " snapshot x.tar.gz --queue office-mfp --cups-root ../printer "
+               "--device-info ../printer/device-info; ls -A");
+  EXPECT_THAT(run.err, HasSubstr("error: snapshot x.tar.gz: File too large"));
+  EXPECT_EQ(run.out, "");
+}
+
+TEST_F(ToolSnapshot, ArchiveWithoutATemporaryFolderIsNotRead) {
+  TakeTo(archive_);
+  Command command = ToolCommand(
+      {IA_TEST_TOOL, "query", "--snapshot", archive_, "--driver-folder", IA_TEST_DRIVER_FOLDER});
+  std::ranges::replace_if(
+      command.environment, [](const auto& variable) { return variable.first == "TMPDIR"; },
+      std::pair<std::string, std::string>{"TMPDIR", root_ / "nowhere"});
+  ExpectFailure(ia_test::RunProgram(command), kSnapshotFailure, HasSubstr("TMPDIR"));
+}
+
+TEST_F(ToolSnapshot, ArchivesAreCompared) {
+  TakeTo(archive_);
+  Take();
+  EXPECT_EQ(RunTool({IA_TEST_TOOL, "diff", archive_, folder_, "--driver-folder",
+                     IA_TEST_DRIVER_FOLDER, "--check"})
+                .status,
+            0);
+}
+
+TEST_F(ToolSnapshot, QueueNamesOfAnyLengthAndAlphabetAreArchived) {
+  for (const std::string& name : {std::string(127, 'q'), std::string("B\xc3\xbcro")}) {
+    std::filesystem::copy(ppd(), cups_root() + "/ppd/" + name + ".ppd");
+    std::filesystem::remove(archive_);
+    ASSERT_EQ(RunTool({IA_TEST_TOOL, "snapshot", archive_, "--queue", name, "--cups-root",
+                       cups_root(), "--device-info", device_info()})
+                  .err,
+              "");
+    EXPECT_EQ(ReplayFrom(archive_).out, RunQuery().out) << name;
+  }
 }
 
 TEST_F(ToolSnapshot, LeavesAnExistingFolderAlone) {
@@ -183,12 +352,15 @@ TEST_F(ToolSnapshot, TakesNoOtherPrinterBesideIt) {
 
 // Redaction --------------------------------------------------------------------------------------
 
-TEST_F(ToolSnapshot, RedactedOneHasNoDeviceNameAndNoLineIds) {
+TEST_F(ToolSnapshot, RedactedOneHasNeitherDeviceNameNorLineIds) {
   WriteDocument("Devicename.xml",
                 "<?xml version=\"1.0\"?>\n<!-- SECRET --><document version=\"1\">"
                 "<!-- SECRET --><string key=\"devicename\">SECRET</string>"
                 "<string key=\"devicename\">SECRET</string></document>\n");
-  EXPECT_EQ(Take({"--redact"}).status, 0);
+  const Finished run = Take({"--redact"});
+  EXPECT_EQ(run.status, 0);
+  EXPECT_THAT(Lines(run.out), testing::IsSupersetOf({"device name: replaced in 2 places",
+                                                     "fax line id: replaced in 3 places"}));
   EXPECT_EQ(List()["redacted"], true);
   EXPECT_THAT(ReadFile(folder_ + "/device-info/Devicename.xml"), Not(HasSubstr("SECRET")));
   EXPECT_THAT(ReadFile(folder_ + "/device-info/Fax_line_list.xml"),
@@ -224,7 +396,7 @@ void Append(const std::string& path) { std::ofstream(path, std::ios::app) << "\n
 
 const Damage kDamages[] = {
     {"NoFolder", [](const std::string& folder) { std::filesystem::remove_all(folder); },
-     "snapshot.json: No such file"},
+     "No such file"},
     {"NoList",
      [](const std::string& folder) { std::filesystem::remove(folder + "/snapshot.json"); },
      "snapshot.json: No such file"},
@@ -276,7 +448,7 @@ const Damage kDamages[] = {
      },
      "has no PPD"},
     {"ChangedPpd", [](const std::string& folder) { Append(folder + "/ppd/office-mfp.ppd"); },
-     "ppd/office-mfp.ppd: is damaged, its checksum is another"},
+     "ppd/office-mfp.ppd: is damaged, its checksum is different"},
     {"ChangedDocument",
      [](const std::string& folder) { Append(folder + "/device-info/Bin_list.xml"); },
      "device-info/Bin_list.xml: is damaged"},
@@ -295,7 +467,7 @@ const Damage kDamages[] = {
      [](const std::string& folder) {
        ChangeList(folder, [](Json& list) { list["files"].erase(0); });
      },
-     "device-info/Accessories.xml: was not there when the snapshot was made"},
+     "device-info/Accessories.xml: was added after the snapshot was made"},
 };
 
 class DamagedSnapshot : public ToolSnapshot, public testing::WithParamInterface<Damage> {};
