@@ -16,6 +16,8 @@ from pathlib import Path
 # No page: the macros of the declarations, and the header that takes all others, which the overview
 # page speaks of.
 WITHOUT_PAGE = ("export.h", "info_analyze.h")
+# Columns of a declaration on a terminal of 80; it is broken between arguments only.
+SYNOPSIS_WIDTH = 73
 FUNCTION = re.compile(r"(?:(?<= )|^)(\w+)\(\)([.,:;)]*)(?= |$)")
 SENTENCE_END = re.compile(r"(?<=[.!?])(?<!\.\.\.) +")
 
@@ -176,7 +178,8 @@ class Member:
 
 
 def call(result, name, arguments):
-    return [f".Ft {argument(result)}", f".Fo {argument(name)}",
+    fits = len(f"{name}({arguments[0] if arguments else ''});") <= SYNOPSIS_WIDTH
+    return [f".Ft {argument(result)}", f".Fo {argument(name)}", *([] if fits else [".br"]),
             *(f".Fa {argument(text)}" for text in arguments), ".Fc"]
 
 

@@ -11,9 +11,12 @@
  *
  *  @code{.c}
  *  OptionSource option;
- *  for (int32_t i = 0; Analyze_Provenance_GetOption(update, i, &option, sizeof option); ++i) {
+ *  for (int32_t i = 0;
+ *       Analyze_Provenance_GetOption(update, i, &option, sizeof option);
+ *       ++i) {
  *    for (int32_t n = 0; n < option.input_count; ++n) {
- *      use(option.keyword, Analyze_Provenance_GetOptionInput(update, i, n));
+ *      use(option.keyword,
+ *          Analyze_Provenance_GetOptionInput(update, i, n));
  *    }
  *  }
  *  @endcode
