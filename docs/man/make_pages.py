@@ -17,7 +17,7 @@ from pathlib import Path
 # page describes.
 WITHOUT_PAGE = ("export.h", "info_analyze.h")
 # Columns of a declaration on a terminal of 80; it is broken between arguments only.
-SYNOPSIS_WIDTH = 73
+SYNOPSIS_WIDTH = 70
 FUNCTION = re.compile(r"(?:(?<= )|^)(\w+)\(\)([.,:;)]*)(?= |$)")
 SENTENCE_END = re.compile(r"(?<=[.!?])(?<!\.\.\.) +")
 

@@ -11,8 +11,9 @@
  *
  *  @code{.c}
  *  OptionSource option;
+ *  size_t size = sizeof option;
  *  for (int32_t i = 0;
- *       Analyze_Provenance_GetOption(update, i, &option, sizeof option);
+ *       Analyze_Provenance_GetOption(update, i, &option, size);
  *       ++i) {
  *    for (int32_t n = 0; n < option.input_count; ++n) {
  *      use(option.keyword,

@@ -18,7 +18,11 @@ from exported_names import declared_names
 # mandoc looks for them among the pages of the system; our own are looked for here.
 NOT_INSTALLED = ("referenced manual not found", "outdated mandoc.db")
 PAGES_OF_OTHERS = {"lpadmin.8"}
-WIDTH = 80
+TERMINAL = 80
+# groff 1.23 indents text by two columns more than mandoc and earlier versions of groff.
+MANDOC_WIDTH = TERMINAL - 2
+# groff 1.23 says so of a line with a single word.
+NOT_ADJUSTED = "cannot adjust line"
 # Backspaces print a character bold or underlined, as escape sequences do.
 OVERSTRIKE = re.compile(r".\x08|\x1b\[[0-9;]*m")
 
@@ -29,28 +33,30 @@ def findings_of(mandoc, page):
             if not any(words in line for words in NOT_INSTALLED)]
 
 
-def wide_lines(text):
+def wide_lines(text, width):
     lines = OVERSTRIKE.sub("", text).expandtabs().splitlines()
-    return [line for line in lines if len(line) > WIDTH]
+    return [line for line in lines if len(line) > width]
 
 
-def rendering_faults(program, page, *command):
+def rendering_faults(program, width, page, *command):
     """What a program warns of when it prints the page, and the lines that are too wide."""
     # man(1) filters system calls, which fails under an emulated processor.
-    environment = dict(os.environ, LC_ALL="C.UTF-8", MANWIDTH=str(WIDTH), MANOPT="",
+    environment = dict(os.environ, LC_ALL="C.UTF-8", MANWIDTH=str(TERMINAL), MANOPT="",
                        MAN_DISABLE_SECCOMP="1")
     done = subprocess.run([*command, page], capture_output=True, text=True, check=False,
                           env=environment)
-    faults = [f"warning: {line}" for line in done.stderr.splitlines()]
-    faults += [f"{len(line)} columns: {line.strip()}" for line in wide_lines(done.stdout)]
+    faults = [f"warning: {line}" for line in done.stderr.splitlines()
+              if line and NOT_ADJUSTED not in line]
+    faults += [f"{len(line)} columns: {line.strip()}" for line in wide_lines(done.stdout, width)]
     if done.returncode != 0 or not done.stdout:
         faults.append(f"status {done.returncode}, {len(done.stdout)} characters printed")
     return [f"{page.name} in {program}: {fault}" for fault in faults]
 
 
 def layout_faults(mandoc, man, page):
-    return [*rendering_faults("man", page, man, "--warnings", "-l"),
-            *rendering_faults("mandoc", page, mandoc, "-O", f"width={WIDTH}", "-Tutf8")]
+    return [*rendering_faults("man", TERMINAL, page, man, "--warnings", "-l"),
+            *rendering_faults("mandoc", MANDOC_WIDTH, page, mandoc, "-O", f"width={MANDOC_WIDTH}",
+                              "-Tutf8")]
 
 
 def names_of(page):

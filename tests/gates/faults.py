@@ -331,7 +331,7 @@ FAULTS = (
     Fault("page wider than 80 columns", "pages_are_clean", "in man: 89 columns",
           (("docs/man/libinfo_analyze.3", "  BidiContext* bidi = Bidi_Create(argv[1]);\n",
             "  BidiContext* bidi = Bidi_Create(argv[1]); /* the library that it loads is there */\n"),)),
-    Fault("line of a page that cannot be broken", "pages_are_clean", "can't break line",
+    Fault("line of a page that cannot be broken", "pages_are_clean", "break line",
           (("docs/man/info-analyze.1", ".Sh SYNOPSIS\n.Nm\n",
             ".Sh SYNOPSIS\n.Nm\n.Brq Fl -a-long-option Ar argument Oo Fl -with-more-words Ar argument Oc |"
             " Fl -last\n.Nm\n"),)),
