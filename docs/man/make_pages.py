@@ -3,8 +3,8 @@
 
 usage: make_pages.py XML_FOLDER OVERVIEW_PAGE OUTPUT_FOLDER
 
-The pages carry the date of the overview page. What a comment holds that is not known here is an
-error, so that nothing is left out unseen.
+The pages carry the date of the overview page. An element that this script does not know is an error, so
+that no text is lost.
 """
 
 import re
@@ -13,9 +13,11 @@ import textwrap
 import xml.etree.ElementTree as ElementTree
 from pathlib import Path
 
-# No page: the macros of the declarations, and the header that takes all others, which the overview
-# page speaks of.
+# No page: the macros of the declarations, and the header that includes all others, which the overview
+# page describes.
 WITHOUT_PAGE = ("export.h", "info_analyze.h")
+# Columns of a declaration on a terminal of 80; it is broken between arguments only.
+SYNOPSIS_WIDTH = 70
 FUNCTION = re.compile(r"(?:(?<= )|^)(\w+)\(\)([.,:;)]*)(?= |$)")
 SENTENCE_END = re.compile(r"(?<=[.!?])(?<!\.\.\.) +")
 
@@ -100,7 +102,7 @@ class Text:
         elif block.tag == "simplesect" and block.get("kind") == "return":
             self.result = sentences(plain(block))
         else:
-            raise ValueError(f"a comment holds what has no form here: {block.tag}")
+            raise ValueError(f"a comment has an unsupported element: {block.tag}")
         return []
 
     def lines(self):
@@ -176,7 +178,8 @@ class Member:
 
 
 def call(result, name, arguments):
-    return [f".Ft {argument(result)}", f".Fo {argument(name)}",
+    fits = len(f"{name}({arguments[0] if arguments else ''});") <= SYNOPSIS_WIDTH
+    return [f".Ft {argument(result)}", f".Fo {argument(name)}", *([] if fits else [".br"]),
             *(f".Fa {argument(text)}" for text in arguments), ".Fc"]
 
 

@@ -2,9 +2,10 @@
  *  Calibration settings that a calibration tool sends to a printer, and the default information
  *  that it uses when the printer has none. Both exist in two generations, Calib3 and Calib4.
  *
- *  The analyser's driver model code selects a row of a model table: the first row, in table order,
- *  whose code is a prefix of the model code (case-sensitive). The row names the handler to call.
- *  The functions read only the model code of the analyser; when it is NULL, no row is selected.
+ *  The analyser's driver model code selects a row of a model table. It is the first row, in table
+ *  order, whose code is a prefix of the model code (case-sensitive). The row names the handler to
+ *  call. The functions read only the model code of the analyser; when it is NULL, no row is
+ *  selected.
  *
  *  The functions read options from the caller's table and do not modify it. Unknown option values
  *  never cause a failure. Calls may run in parallel as long as no thread changes their arguments.
@@ -32,8 +33,8 @@ enum {
 
 /** @name Default curves
  *  Eight curves each. A curve gives an output level, 0 to 1023, for each input level, its index. It
- *  starts at 0, never decreases and ends at 1023, which it first reaches at index 1020
- *  (LARCH_Def_Calib) or 1021 (the others). Curves 0 to 3 are the first curve set of a record,
+ *  starts at 0, never decreases and ends at 1023. It first reaches 1023 at index 1020
+ *  (LARCH_Def_Calib) or 1021 (the other tables). Curves 0 to 3 are the first curve set of a record,
  *  curves 4 to 7 the second. Values are in the byte order of the processor. The tables are constant
  *  and may be read by any thread.
  *  @{ */
@@ -53,7 +54,7 @@ IA_EXPORT_DATA extern const uint16_t PinePoplar_Def_Calib_4bit[IA_CALIB_TABLE_VA
 typedef struct Calib3Info {
   uint32_t words[12]; /**< set to zero */
   uint16_t*
-      first_set; /**< IA_CALIB_SET_VALUES values, released by the caller with free(); or NULL */
+      first_set; /**< IA_CALIB_SET_VALUES values, which the caller releases with free(); or NULL */
   uint16_t* second_set; /**< likewise */
 } Calib3Info;
 
@@ -194,7 +195,7 @@ IA_EXPORT int32_t analyze_CreateDefault_Calib4Info(const AnalyzeContext* context
  *  Handlers of type Calib3SettingsHandler.
  *  @{ */
 
-/** Codes 0, 0x10000, 0x80000, whatever the options say.
+/** Codes 0, 0x10000, 0x80000, independent of the options.
  *  @copydetails Calib3SettingsHandler */
 IA_EXPORT int32_t analyze_GetCalibSettingsLARCH(const AnalyzeContext* context,
                                                 const OptTable* options, uint32_t* out1,
@@ -320,19 +321,19 @@ IA_EXPORT int32_t analyze_CreateDefault_Calib4InfoCHESTNUT(const AnalyzeContext*
                                                            const OptTable* options,
                                                            Calib4Info* info) IA_NOEXCEPT;
 
-/** First model value 12; code 0, whatever the options say.
+/** First model value 12; code 0, independent of the options.
  *  @copydetails Calib4InfoHandler */
 IA_EXPORT int32_t analyze_CreateDefault_Calib4InfoEBONY(const AnalyzeContext* context,
                                                         const OptTable* options,
                                                         Calib4Info* info) IA_NOEXCEPT;
 
-/** First model value 12; code 2, whatever the options say.
+/** First model value 12; code 2, independent of the options.
  *  @copydetails Calib4InfoHandler */
 IA_EXPORT int32_t analyze_CreateDefault_Calib4InfoREDWOOD(const AnalyzeContext* context,
                                                           const OptTable* options,
                                                           Calib4Info* info) IA_NOEXCEPT;
 
-/** First model value 8; code 2, whatever the options say.
+/** First model value 8; code 2, independent of the options.
  *  @copydetails Calib4InfoHandler */
 IA_EXPORT int32_t analyze_CreateDefault_Calib4InfoTUPELO(const AnalyzeContext* context,
                                                          const OptTable* options,

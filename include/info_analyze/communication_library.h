@@ -1,11 +1,11 @@
 /** @file
- *  The 36 entry points of a communication library (libmqpd_util.so), the separate library of a
- *  driver package that talks to printers (qvsktwrap) and that parses and builds device documents
- *  (qvxmlwrap). libinfo_analyze loads it at run time and calls it through these types; a
- *  communication library includes this header to define them.
+ *  The 36 entry points of a communication library (libmqpd_util.so). This library of a driver
+ *  package talks to printers (qvsktwrap), and parses and builds device documents (qvxmlwrap).
+ *  libinfo_analyze loads it at run time and calls it through these types. A communication library
+ *  includes this header to define them.
  *
  *  Unless an entry point says otherwise, a "Get" of the document family returns non-zero when it
- *  has stored a value, and 0, with the output unchanged, when it has not. Every other function
+ *  has stored a value; else it returns 0 and leaves the output unchanged. Every other function
  *  returns 0 for success and -1 for failure. Arguments called "word" are pointer-sized, and only
  *  the communication library defines their meaning.
  *

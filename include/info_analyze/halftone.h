@@ -29,7 +29,7 @@ enum {
  *  "errdiffusion" give all three values the type of that name. "pattern1" to "pattern9" select the
  *  three digits in "QVCHTPattern1" to "QVCHTPattern9" (monochrome: "QVHTPattern1" to
  *  "QVHTPattern9"); the last digit is the first value. The digits are not checked: each value is
- *  the signed byte minus '0', modulo 2^32, and bytes beyond the end of the text count as NUL.
+ *  the signed byte minus '0', modulo 2^32. Bytes beyond the end of the text count as NUL.
  *
  *  @param options  option table, not modified
  *  @param first    receives the first value

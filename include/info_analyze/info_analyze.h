@@ -6,14 +6,14 @@
  *  - A status is a signed 32-bit integer: 0 for success, -1 for a null argument or a failed
  *    allocation. Other non-zero values (the errno of a failed read, a handler's result) are
  *    returned unchanged. A lookup returns 1 (found) or 0. A constructor returns NULL when it fails.
- *  - Every pointer argument is checked; NULL is refused with the failure result.
+ *  - Every pointer argument is checked. For NULL a function returns its failure result.
  *  - A text or buffer returned as a result or through an output argument is a fresh allocation that
  *    the caller releases with free(). A pointer that the caller must not free is called "borrowed".
  *  - "Ignoring case" applies to the 26 ASCII letters only, in every locale.
- *  - The library creates no threads, takes no locks and keeps no state of its own. An analyser, a
- *    communication library context, a list or a store is used by one thread at a time; different
- *    ones may be used in parallel. Pure functions may be called from any thread.
- *  - Nothing is printed or logged, and no environment variable is read. */
+ *  - The library creates no threads, takes no locks and has no global state. Use an analyser, a
+ *    communication library context, a list or a store in one thread at a time; different ones may
+ *    be used in parallel. Pure functions may be called from any thread.
+ *  - The library prints and logs nothing, and reads no environment variable. */
 #ifndef INFO_ANALYZE_INFO_ANALYZE_H_
 #define INFO_ANALYZE_INFO_ANALYZE_H_
 

@@ -6,8 +6,8 @@
  *
  *  The exports carry the symbol version INFO_ANALYZE_1, so a library that was linked against
  *  versioned functions of these names keeps its own. A program's own calls of these names are bound
- *  to the library that it links first. To use the functions of a different library, even those of
- *  the C library (-lc), name that library before libinfo_analyze. A library with its own
+ *  to the first library on its link line. To use the functions of a different library, even those
+ *  of the C library (-lc), name that library before libinfo_analyze. A library with its own
  *  unversioned strlcpy, strlcat or strnstr gets those of libinfo_analyze when a program links it
  *  after libinfo_analyze. To prevent this, hide that library's copy, link it with
  *  -Bsymbolic-functions, or dlopen() libinfo_analyze with RTLD_LOCAL. */

@@ -1,9 +1,9 @@
 /** @file
  *  Model mapping: turns what a device reports into the options of one driver model.
  *
- *  The driver model code ("RA-H2", the PPD's QVAnlz_DriverName) selects a row of a model table: the
- *  first row, in table order, whose code is a prefix of the model code. The row names the handlers
- *  that decide each option. A model without a row gets the common handlers. */
+ *  The driver model code ("RA-H2", the PPD's QVAnlz_DriverName) selects a row of a model table. It
+ *  is the first row, in table order, whose code is a prefix of the model code. The row names the
+ *  handlers that decide each option. A model without a row gets the common handlers. */
 #ifndef INFO_ANALYZE_MODEL_OPTIONS_H_
 #define INFO_ANALYZE_MODEL_OPTIONS_H_
 
@@ -58,8 +58,8 @@ typedef struct FunctionQuery {
 /** @name Handler types
  *  @{ */
 
-/** Decides options of paper sources. Appends rows at index *row_count and adds to it: the keyword
- *  is a malloc'd text that the caller releases, the value a malloc'd text or NULL.
+/** Decides options of paper sources. Appends rows at index *row_count and adds to it. The keyword
+ *  is a malloc'd text that the caller releases; the value is a malloc'd text or NULL.
  *  @param context         analyser
  *  @param trays           trays; not NULL even when there are none
  *  @param tray_count      number of trays
@@ -133,8 +133,8 @@ IA_EXPORT int32_t analyze_CheckBinAlias(const int32_t* aliases, int32_t alias_co
                                         int32_t high) IA_NOEXCEPT;
 
 /** Decides the puncher by the model's handler. A model without a row gets "PUNF24" when the device
- *  punches 2 holes and French 4 holes, else the value of the first row of the search table that is
- *  reported.
+ *  punches 2 holes and French 4 holes. Else it gets the value of the first row of the search table
+ *  that is reported.
  *  @param query  query; NULL gives NULL
  *  @return malloc'd value, or NULL */
 IA_EXPORT char* analyze_GetPuncherOptionString(const FunctionQuery* query) IA_NOEXCEPT;
@@ -179,8 +179,8 @@ IA_EXPORT int32_t analyze_GetQVSidePaperDeck_CYPRESS(AnalyzeContext* context,
                                                      int32_t extra_tray_count, OptionSetter* rows,
                                                      int32_t* row_count) IA_NOEXCEPT;
 
-/** By the first tray of alias 161: type 6 gives "None" when some tray has alias 162, else
- *  "Large"; type 3 gives "Small"; a different type gives no value.
+/** By the first tray of alias 161. Type 6 gives "None" when some tray has alias 162, else "Large".
+ *  Type 3 gives "Small". A different type gives no value.
  *  @copydetails InputOptionHandler */
 IA_EXPORT int32_t analyze_GetQVSidePaperDeckOAK(AnalyzeContext* context, const TrayEntry* trays,
                                                 int32_t tray_count, int32_t extra_tray_count,
@@ -334,8 +334,9 @@ IA_EXPORT char* analyze_GetQVFinisherValueString(const AnalyzeContext* context,
                                                  const FinisherEntry* finishers,
                                                  int32_t finisher_count) IA_NOEXCEPT;
 
-/** The value string, unless each named finisher counts as a tray: its name begins with that of a
- *  rule, it has at most the rule's bin count, and a bin alias lies in the range.
+/** The value string, unless all named finishers count as trays. A finisher counts as a tray if its
+ *  name begins with that of a rule, it has at most the rule's bin count, and a bin alias is in the
+ *  range.
  *  @param context         analyser
  *  @param finishers       finishers
  *  @param finisher_count  number of finishers; below 1 nothing is done

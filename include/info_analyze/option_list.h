@@ -21,10 +21,10 @@ typedef OptTable OptionList;
 IA_EXPORT void OptionList_Add(OptionList* list, const char* key, const char* value) IA_NOEXCEPT;
 
 /** Copies the value of the first entry whose key equals @p key, ignoring case.
- *  @param list   list; NULL gives 0 and leaves @p value untouched
- *  @param key    keyword; NULL likewise
+ *  @param list   list; for NULL the result is 0 and @p value stays unchanged
+ *  @param key    keyword; NULL as for @p list
  *  @param value  receives malloc'd text that the caller releases with free(), or NULL when there is
- *                none or an allocation fails; NULL likewise
+ *                none or an allocation fails; NULL as for @p list
  *  @return 1 when a value was stored, else 0 */
 IA_EXPORT int32_t OptionList_Get(const OptionList* list, const char* key, char** value) IA_NOEXCEPT;
 

@@ -35,14 +35,14 @@ struct _cups_file_s;
 
 /** Reads the option lines of a print queue's PPD, fetched from the CUPS server.
  *
- *  Entries come from lines that begin with "*QV" outside UI blocks, from "*%QVUIValue:" lines
- *  outside UI blocks, and from the choices of the UI blocks QVSpecID and QVPlatformVersion, which
- *  become the comma-separated entries "QVValueListSpecID" and "QVValueListPlatformVersion". The
- *  table holds them in reverse order of appearance; of several lines with one key the last
- *  counts. A line whose key or value has more than 254 bytes is skipped.
+ *  Outside UI blocks, entries come from lines that begin with "*QV" and from "*%QVUIValue:" lines.
+ *  The choices of the UI blocks QVSpecID and QVPlatformVersion become the comma-separated entries
+ *  "QVValueListSpecID" and "QVValueListPlatformVersion". The table holds them in reverse order of
+ *  appearance; of several lines with one key the last counts. A line whose key or value has more
+ *  than 254 bytes is skipped.
  *
- *  While the process has too many open files, the call retries once a second, at most 60 times. The
- *  library waits nowhere else.
+ *  While the process has too many open files, the call retries once a second, at most 60 times. No
+ *  other call of the library waits.
  *
  *  @param queue_name  name of a CUPS queue; NULL is refused
  *  @return new table, released with info_common_optlist_destroy() or OptionList_Terminate(); NULL
@@ -145,9 +145,9 @@ IA_EXPORT void info_common_long_val_list_free(LongValList* head) IA_NOEXCEPT;
 
 /** Turns comma-separated hexadecimal text into an ascending list of numbers.
  *
- *  Each item is read as strtol() with base 16 reads it, so leading white space and "0x" are
- *  accepted and other text counts as 0; a number beyond 32 bits becomes the nearest one that fits.
- *  Empty items are skipped.
+ *  Each item is read as strtol() with base 16 reads it: leading white space and "0x" are accepted,
+ *  and other text counts as 0. A number beyond 32 bits becomes the nearest one that fits. Empty
+ *  items are skipped.
  *
  *  @param text  text; NULL is refused
  *  @return new list, released with info_common_long_val_list_free(); NULL when the argument is

@@ -88,7 +88,7 @@ IA_EXPORT int32_t z_Update_Prn_Complex_FinisherInformations(AnalyzeContext* cont
 IA_EXPORT int32_t z_Update_Prn_fax_line_list(AnalyzeContext* context,
                                              OptionList* options) IA_NOEXCEPT;
 
-/** Sets the extra options of the only model that has some: the model code must equal "RA-Z5".
+/** Sets the extra options of the model whose code equals "RA-Z5"; other models have none.
  *  @param context  analyser
  *  @param options  list
  *  @return 0, also for other models; -1 for a NULL argument; else the result of
@@ -99,8 +99,8 @@ IA_EXPORT int32_t z_Update_Prn_extra(AnalyzeContext* context, OptionList* option
  *  @param context     analyser
  *  @param source_key  function-version key of the PPD
  *  @param version     highest index that applies
- *  @param target_key  protocol flag key that the values are put under, indexed; NULL: the values
- *                     are "key:value" items with keys of their own
+ *  @param target_key  protocol flag key under which the values are added, with an index; NULL: the
+ *                     values are "key:value" items and have their own keys
  *  @param options     list
  *  @return 0; -1 for a NULL argument (except @p target_key) or a failed allocation */
 IA_EXPORT int32_t z_Update_FuncVer(AnalyzeContext* context, const char* source_key, int32_t version,

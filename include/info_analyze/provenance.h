@@ -3,17 +3,21 @@
  *  each sets, the inputs that each option depends on, and the model tables.
  *
  *  The information comes from the tables by which the library itself decides. Records are numbered
- *  from 0; the first number that a getter refuses is their count.
+ *  from 0. To list them, count up until a getter returns 0.
  *
- *  A getter copies a record into that of the caller. The caller passes the size of its record,
- *  because later 1.x versions may append fields: a caller with fewer fields than the library gets
- *  those fields, and a caller with more fields gets zeros in the rest.
+ *  A getter copies a record into the caller's, and the caller passes the size of its own. Later 1.x
+ *  versions may append fields. A caller with fewer fields than the library gets those fields. A
+ *  caller with more fields gets zeros in the rest.
  *
  *  @code{.c}
  *  OptionSource option;
- *  for (int32_t i = 0; Analyze_Provenance_GetOption(update, i, &option, sizeof option); ++i) {
+ *  size_t size = sizeof option;
+ *  for (int32_t i = 0;
+ *       Analyze_Provenance_GetOption(update, i, &option, size);
+ *       ++i) {
  *    for (int32_t n = 0; n < option.input_count; ++n) {
- *      use(option.keyword, Analyze_Provenance_GetOptionInput(update, i, n));
+ *      use(option.keyword,
+ *          Analyze_Provenance_GetOptionInput(update, i, n));
  *    }
  *  }
  *  @endcode
@@ -39,7 +43,7 @@ enum {
   IA_NO_INPUT = -1,     /**< in place of an input's number */
   IA_GUARD_NONE = -1,   /**< the update handler always runs */
   IA_GUARD_FLAGS = 9,   /**< it runs when the analyser has its media_type_flags */
-  IA_FAMILY_NONE = -1,  /**< the same for all models */
+  IA_FAMILY_NONE = -1,  /**< decided the same way for all models */
   IA_OTHER_MODELS = -1  /**< the row of models that have no row of their own */
 };
 
@@ -71,29 +75,29 @@ typedef struct InputKey {
 /** An option that an update handler sets. */
 typedef struct OptionSource {
   const char* keyword;       /**< PPD keyword; NULL: those that the PPD names for media types */
-  OptionGetter getter;       /**< turns what was read into the value; NULL: a model's handler or the
-                                  update handler itself does */
-  const char* default_value; /**< value when nothing gives one */
+  OptionGetter getter;       /**< makes the value from what was read; NULL: a model's handler or
+                                  the update handler does */
+  const char* default_value; /**< value when no rule sets one */
   int32_t family;            /**< IA_FAMILY_... whose handlers decide it, or IA_FAMILY_NONE */
   int32_t value_input; /**< number of the input that is the value's raw form, or IA_NO_INPUT */
   int32_t input_count; /**< number of its inputs, see Analyze_Provenance_GetOptionInput();
-                            those of the model's handler come on top */
+                            those of the model's handler are extra */
 } OptionSource;
 
 /** An update handler of the query. */
 typedef struct UpdateSource {
   const char* name;     /**< its exported name */
-  int32_t guard;        /**< number of the document without which it does not run, which need not be
-                             one that it reads; IA_GUARD_FLAGS or IA_GUARD_NONE */
+  int32_t guard;        /**< number of the document that must be loaded for it to run, perhaps one
+                             that it does not read; IA_GUARD_FLAGS or IA_GUARD_NONE */
   int32_t option_count; /**< number of options that it sets */
 } UpdateSource;
 
 /** One family's part of a row of the model tables. */
 typedef struct ModelRow {
   const char* code;    /**< prefix of the model codes that the row is for; "": other models */
-  const char* handler; /**< exported name of the function that decides; NULL: none, the option then
-                            keeps its default, or is not set when its handler would add it */
-  int32_t whole_code;  /**< 1: the code in full, not its prefix */
+  const char* handler; /**< exported name of the function that decides. NULL: none; the option
+                            keeps its default, or is not set if a handler would add it */
+  int32_t whole_code;  /**< 1: matches only the whole code; 0: matches a prefix */
   int32_t input_count; /**< number of the inputs that the handler reads, see
                             Analyze_Provenance_GetModelRowInput() */
 } ModelRow;
@@ -137,7 +141,7 @@ IA_EXPORT int32_t Analyze_Provenance_GetOptionInput(int32_t update, int32_t opti
                                                     int32_t index) IA_NOEXCEPT;
 
 /** Runs one update handler of the query as Analyze_Info_FromPrinter() does, if its guard is loaded.
- *  Documents are not loaded. Run in order, all with their defaults, they give the query's options.
+ *  Documents are not loaded. To get the query's options, run all in order, with defaults.
  *  @param context        analyser
  *  @param update         number from 0
  *  @param with_defaults  0: omit an option without a value; else set it to its default

@@ -11,7 +11,8 @@
 
 IA_BEGIN_DECLS
 
-/** Formats as printf() does, into a buffer of its own first: an argument may be the destination.
+/** Formats as printf() does. An argument may be the destination, because the text is formatted into
+ *  a temporary buffer first.
  *  @param destination  buffer for the text and its NUL, large enough for both; NULL is refused
  *  @param format       format of printf(); NULL is refused
  *  @return length of the text; -1 for a NULL argument, a text that cannot be formatted or a failed

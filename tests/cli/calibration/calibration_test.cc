@@ -199,8 +199,9 @@ TEST_F(ToolCalibration, RequiredOptionsAreMissed) {
 }
 
 TEST_F(ToolCalibration, VerbAloneIsRefused) {
-  ExpectFailure(RunTool({IA_TEST_TOOL, "calibration"}), 2,
-                AllOf(HasSubstr("subcommand"), HasSubstr("see info-analyze calibration --help")));
+  ExpectFailure(
+      RunTool({IA_TEST_TOOL, "calibration"}), 2,
+      AllOf(HasSubstr("a verb is required"), HasSubstr("see info-analyze calibration --help")));
 }
 
 // Curves -----------------------------------------------------------------------------------------
