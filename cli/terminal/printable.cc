@@ -47,15 +47,15 @@ std::string WithGivenNames(std::string_view text) {
   return named;
 }
 
-std::string Printable(std::string_view given) {
-  const std::string text = WithGivenNames(given);
+std::string Printable(std::string_view text) {
+  const std::string named = WithGivenNames(text);
   std::string out;
-  out.reserve(text.size());
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    if (IsControl(text, i)) {
-      AppendEscaped(out, text[i]);
+  out.reserve(named.size());
+  for (std::size_t i = 0; i < named.size(); ++i) {
+    if (IsControl(named, i)) {
+      AppendEscaped(out, named[i]);
     } else {
-      out += text[i];
+      out += named[i];
     }
   }
   return out;

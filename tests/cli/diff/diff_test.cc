@@ -267,7 +267,7 @@ TEST_F(ToolDiff, HostileTextsDoNotReachTheTerminal) {
 }
 
 TEST_F(ToolDiff, FailsAsTheQueryOfItsPrinterDoes) {
-  ExpectFailure(Diff(root_ / "nowhere", root_ / "nowhere"), 9, HasSubstr("snapshot.json"));
+  ExpectFailure(Diff(root_ / "nowhere", root_ / "nowhere"), 9, HasSubstr("No such file"));
   ExpectFailure(Diff(TakeSample("office-mfp"), "queue:office-mfp"), 2,
                 HasSubstr("--device-info is required"));
   RemoveDocument("Devicename.xml");
