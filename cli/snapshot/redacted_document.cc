@@ -176,7 +176,7 @@ class DocumentRedactor {
 };
 
 void DeclareUtf8(pugi::xml_document& xml) {
-  pugi::xml_node declaration = xml.first_child();
+  const pugi::xml_node declaration = xml.first_child();
   if (declaration.type() != pugi::node_declaration) return;
   pugi::xml_attribute encoding = declaration.attribute("encoding");
   if (encoding) encoding.set_value("UTF-8");

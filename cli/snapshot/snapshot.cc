@@ -86,7 +86,7 @@ struct SnapshotQuestion {
   std::size_t missing = 0;
   for (std::int32_t i = 0; i < IA_DOCUMENT_COUNT; ++i) {
     const std::string name = Analyze_Provenance_GetDocumentName(i);
-    const std::string path = folder + "/" + name;
+    const std::string path = std::string(folder).append("/").append(name);
     if (const auto fault = FindFileFault(path)) {
       ReportWarning("document " + path + ": " + *fault);
       ++missing;

@@ -25,11 +25,13 @@ enum class ExitStatus {
 };
 
 // The parts of a message: "OBJECT: CAUSE; HINT". Empty: none.
+// NOLINTBEGIN(readability-redundant-member-init): without them GCC warns of parts that are left out.
 struct FailureParts {
   std::string object = {};
   std::string cause = {};
   std::string hint = {};
 };
+// NOLINTEND(readability-redundant-member-init)
 
 [[nodiscard]] std::string MessageOf(const FailureParts& parts);
 

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Gives the tool hostile archives as snapshots, made by Python's and by GNU's tar, and ends it by
-signals while it reads a valid one. It must refuse each with one message, within limits of time and
-memory, and leave no file.
+signals while it reads or writes a valid one. It must refuse each with one message, within limits of
+time and memory, and leave no file.
 
 usage: archive_check.py TOOL SOURCE_FOLDER"""
 import gzip
@@ -9,6 +9,7 @@ import io
 import os
 import pathlib
 import resource
+import shutil
 import signal
 import subprocess
 import sys
@@ -18,6 +19,7 @@ import time
 
 SNAPSHOT_FAILURE = 9
 MEBIBYTE = 1 << 20
+MEMORY_LIMIT = 512 * MEBIBYTE
 
 
 def member(name, size=0, **fields):
@@ -113,6 +115,10 @@ def hostile_archives(files, folder):
         yield f"sparse {tar_format}", run.stdout, ""
 
 
+def limit_memory():
+    resource.setrlimit(resource.RLIMIT_AS, (MEMORY_LIMIT, MEMORY_LIMIT))
+
+
 class Checker:
     def __init__(self, tool, folder):
         self.tool = tool
@@ -120,6 +126,9 @@ class Checker:
         self.temporary = folder / "tmp"
         self.temporary.mkdir()
         self.environment = {**os.environ, "TMPDIR": str(self.temporary)}
+        # A tool that was built with a sanitizer does not start with so little memory.
+        start = subprocess.run([tool, "--version"], capture_output=True, preexec_fn=limit_memory)
+        self.limit = limit_memory if start.returncode == 0 else None
         self.count = 0
         self.wrong = []
 
@@ -137,11 +146,9 @@ class Checker:
     def refuse(self, name, data, message):
         archive = self.folder / "hostile.tar.gz"
         archive.write_bytes(data)
-        limit = 512 * MEBIBYTE
         started = time.monotonic()
         run = subprocess.run(self.query(archive, self.folder), capture_output=True, text=True,
-                             env=self.environment, preexec_fn=lambda: resource.setrlimit(
-                                 resource.RLIMIT_AS, (limit, limit)))
+                             env=self.environment, preexec_fn=self.limit)
         lines = run.stderr.splitlines()
         self.expect(run.returncode == SNAPSHOT_FAILURE and run.stdout == "" and len(lines) == 1 and
                     str(archive) in lines[0] and message in lines[0], name, run)
@@ -164,6 +171,27 @@ class Checker:
         self.expect(not self.left(), number, "leaves", self.left())
 
 
+    def kill_writer(self, take, delay, name):
+        """Kills the tool while it saves a snapshot, which is then complete or missing."""
+        place = self.folder / "place"
+        place.mkdir()
+        process = subprocess.Popen(take(place / name), stderr=subprocess.DEVNULL,
+                                   env=self.environment)
+        time.sleep(delay)
+        process.kill()
+        process.wait()
+        wait_until(lambda: not any(place.glob(".*")))
+        left = [path.name for path in place.iterdir()]
+        self.expect(left in ([], [name]), "killed after", delay, left)
+        if left:
+            run = subprocess.run(self.query(place / name, self.folder), capture_output=True,
+                                 text=True, env=self.environment)
+            self.expect("communication library" in run.stderr, "incomplete", run)
+        shutil.rmtree(place)
+        for path in self.left():
+            path.unlink()  # a copy of the PPD, which libcups makes
+
+
 def wait_until(holds):
     end = time.monotonic() + 10
     while not holds() and time.monotonic() < end:
@@ -177,14 +205,18 @@ def main():
         folder = pathlib.Path(name)
         checker = Checker(tool, folder)
         archive = folder / "kept.tar.gz"
-        subprocess.run([tool, "snapshot", archive, "--queue", printer.name, "--cups-root", printer,
-                        "--device-info", printer / "device-info"], check=True)
+        def take(path):
+            return [tool, "snapshot", path, "--queue", printer.name, "--cups-root", printer,
+                    "--device-info", printer / "device-info"]
+        subprocess.run(take(archive), check=True)
         with tarfile.open(archive) as tar:
             files = {info.name: tar.extractfile(info).read() for info in tar}
         for hostile in hostile_archives(files, folder):
             checker.refuse(*hostile)
         for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP, signal.SIGKILL):
             checker.end_by(number, archive)
+        for i in range(40):
+            checker.kill_writer(take, i / 1000, "kept" if i % 2 else "kept.tar.gz")
     print(f"{checker.count} checks")
     print("\n".join(checker.wrong))
     return 1 if checker.wrong else 0
