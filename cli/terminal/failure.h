@@ -24,15 +24,28 @@ enum class ExitStatus {
   kDifferent = 10,
 };
 
+// The parts of a message: "OBJECT: CAUSE; HINT". Empty: none.
+struct FailureParts {
+  std::string object;
+  std::string cause;
+  std::string hint;
+};
+
+[[nodiscard]] std::string MessageOf(const FailureParts& parts);
+
 // Thrown by the step that fails; main() reports it and ends the process.
 class Failure : public std::runtime_error {
  public:
-  Failure(ExitStatus status, const std::string& message)
-      : std::runtime_error(message), status_(status) {}
+  Failure(ExitStatus status, const FailureParts& parts)
+      : std::runtime_error(MessageOf(parts)), status_(status), parts_(parts) {}
+  Failure(ExitStatus status, const std::string& cause)
+      : Failure(status, FailureParts{.object = "", .cause = cause, .hint = ""}) {}
   [[nodiscard]] ExitStatus status() const noexcept { return status_; }
+  [[nodiscard]] const FailureParts& parts() const noexcept { return parts_; }
 
  private:
   ExitStatus status_;
+  FailureParts parts_;
 };
 
 // Thrown by a verb whose answer is written and is not a success.
