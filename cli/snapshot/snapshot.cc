@@ -8,7 +8,7 @@
 #include <string>
 
 #include "cli/printer/documents.h"
-#include "cli/printer/ppd.h"
+#include "cli/printer/queue_ppd.h"
 #include "cli/printer/session.h"
 #include "cli/snapshot/redaction.h"
 #include "cli/snapshot/snapshot_folder.h"
@@ -46,15 +46,9 @@ void TakeDocuments(const SnapshotQuestion& question, Snapshot& snapshot) {
 
 void TakeSnapshot(const SnapshotQuestion& question) {
   const PrinterLocation& location = question.location;
-  RequireQueueName(location.queue);
-  UseQueue(location);
-  const auto ppd = ReadPpd(location.queue);
-  if (!ppd) {
-    throw Failure(ExitStatus::kQueue,
-                  "queue " + location.queue + ": CUPS has no PPD for it that can be read");
-  }
+  const std::string ppd = FetchPpd(location);
   Snapshot snapshot = {location.queue, question.is_redacted, {}};
-  snapshot.files[SnapshotPpdName(location.queue)] = *ppd;
+  snapshot.files[SnapshotPpdName(location.queue)] = ppd;
   TakeDocuments(question, snapshot);
   WriteSnapshot(snapshot, question.folder);
 }

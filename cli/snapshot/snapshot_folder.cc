@@ -1,6 +1,5 @@
 #include "cli/snapshot/snapshot_folder.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <cstdint>
 #include <cstring>
@@ -16,6 +15,7 @@
 #include <system_error>
 
 #include "cli/printer/documents.h"
+#include "cli/printer/queue_name.h"
 #include "cli/snapshot/checksum.h"
 #include "cli/terminal/failure.h"
 #include "info_analyze/device_documents.h"
@@ -162,14 +162,6 @@ Snapshot ReadSnapshot(const std::string& folder) {
   if (!snapshot.files.contains(SnapshotPpdName(snapshot.queue))) Fail(folder, "has no PPD");
   RequireNoMore(folder, snapshot);
   return snapshot;
-}
-
-void RequireQueueName(const std::string& queue) {
-  const bool is_safe =
-      !queue.empty() && queue.front() != '.' && std::ranges::none_of(queue, [](char byte) {
-        return byte == '/' || static_cast<unsigned char>(byte) < ' ';
-      });
-  if (!is_safe) throw Failure(ExitStatus::kQueue, "not the name of a queue: \"" + queue + "\"");
 }
 
 }  // namespace ia::cli

@@ -24,9 +24,6 @@ void WriteSnapshot(const Snapshot& snapshot, const std::string& folder);
 // damaged.
 [[nodiscard]] Snapshot ReadSnapshot(const std::string& folder);
 
-// Throws a Failure when the name of a queue could lead out of a folder.
-void RequireQueueName(const std::string& queue);
-
 }  // namespace ia::cli
 
 #endif  // INFO_ANALYZE_CLI_SNAPSHOT_SNAPSHOT_FOLDER_H_
