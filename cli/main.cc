@@ -26,6 +26,7 @@
 #include "cli/terminal/failure.h"
 #include "cli/terminal/nearest.h"
 #include "cli/terminal/output.h"
+#include "cli/terminal/temporary_folder.h"
 #include "cli/terminal/terminal.h"
 #include "cli/verbs.h"
 
@@ -72,7 +73,12 @@ void AddCommonOptions(CLI::App& verb) {
   const auto subverbs = verb.get_subcommands([](const CLI::App*) { return true; });
   for (CLI::App* const subverb : subverbs) AddCommonOptions(*subverb);
   if (!subverbs.empty()) return;
-  verb.add_flag_function("--quiet", [](std::int64_t) { SetQuiet(true); }, "Print errors only");
+  CLI::Option* const quiet =
+      verb.add_flag_function("--quiet", [](std::int64_t) { SetQuiet(true); }, "Print errors only");
+  verb.add_flag_function(
+          "--verbose", [](std::int64_t) { SetVerbose(true); },
+          "Print on standard error how long each step takes")
+      ->excludes(quiet);
 }
 
 void DefineCommandLine(CLI::App& app) {
@@ -287,5 +293,6 @@ class HelpFormatter : public CLI::Formatter {
 // An error that cannot be reported because the tool is out of memory may end it.
 int main(int argc, char** argv) {  // NOLINT(bugprone-exception-escape)
   ia::cli::OpenStandardStreams();
+  ia::cli::RemoveTemporaryFoldersOnInterrupt();
   return static_cast<int>(ia::cli::Run(argc, argv));
 }

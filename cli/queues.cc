@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <cstdint>
 #include <cstring>
 #include <ctime>
@@ -9,11 +10,15 @@
 #include <new>
 #include <nlohmann/json.hpp>
 #include <string>
+#include <vector>
 
+#include "cli/printer/cups_server.h"
 #include "cli/printer/handles.h"
+#include "cli/printer/session.h"
 #include "cli/terminal/failure.h"
 #include "cli/terminal/output.h"
 #include "cli/terminal/printable.h"
+#include "cli/terminal/terminal.h"
 #include "cli/verbs.h"
 
 namespace ia::cli {
@@ -22,6 +27,7 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 struct QueuesOptions {
+  PrinterLocation location;   // only its CUPS root and time limit
   std::string driver_folder;  // empty: all of them
   std::string uri;
   std::string format = "text";
@@ -48,7 +54,7 @@ void Write(const Listing& listing, const std::string& format) {
   WriteAnswer(format == "json" ? DumpJson({{"queues", listing.json}}) : listing.text);
 }
 
-[[nodiscard]] std::string TimeText(int32_t seconds) {
+[[nodiscard]] std::string TimeText(std::int64_t seconds) {
   const std::time_t time = seconds;
   std::tm parts = {};
   std::array<char, 32> text = {};
@@ -56,14 +62,17 @@ void Write(const Listing& listing, const std::string& format) {
   return {text.data(), std::strftime(text.data(), text.size(), "%Y-%m-%dT%H:%M:%SZ", &parts)};
 }
 
+[[nodiscard]] std::vector<ServerQueue> QueuesOf(const PrinterLocation& location) {
+  const Progress progress("the list of queues");
+  if (!location.cups_root.empty()) return ListQueuesOfRoot(location.cups_root);
+  return ListServerQueues(std::chrono::seconds(location.timeout));
+}
+
 void ListCups(const QueuesOptions& options) {
-  const QueueListPtr list = Owned(CupsQueueList_Initialize(nullptr));
   Listing listing;
-  for (int32_t i = 0; i < list->count; ++i) {
-    const int32_t time = CupsQueueList_GetQueueModifyTimeStamp(list.get(), i);
-    const Json modified = time != 0 ? Json(time) : Json(nullptr);
-    Add(listing, {{"name", CupsQueueList_GetQueueName(list.get(), i)}, {"modified", modified}},
-        time != 0 ? TimeText(time) : "-");
+  for (const auto& [name, time] : QueuesOf(options.location)) {
+    Add(listing, {{"name", name}, {"modified", time ? Json(*time) : Json(nullptr)}},
+        time ? TimeText(*time) : "-");
   }
   Write(listing, options.format);
 }
@@ -131,7 +140,9 @@ void Find(const QueuesOptions& options) {
 void DefineQueues(CLI::App& verb) {
   const auto options = std::make_shared<QueuesOptions>();
   verb.require_subcommand(1);
-  CLI::App* const cups = verb.add_subcommand("cups", "List the queues of the CUPS spooler");
+  CLI::App* const cups = verb.add_subcommand("cups", "List the queues of the CUPS server");
+  AddCupsRootOption(*cups, options->location);
+  AddTimeoutOption(*cups, options->location);
   cups->callback([options] { ListCups(*options); });
   CLI::App* const daemon = verb.add_subcommand("daemon", "List the queues of the printer daemon");
   daemon
@@ -144,7 +155,10 @@ void DefineQueues(CLI::App& verb) {
   find->add_option("URI", options->uri, "Device URI")->required();
   find->callback([options] { Find(*options); });
   for (CLI::App* const subverb : {cups, daemon, find}) AddFormatOption(*subverb, options->format);
-  cups->footer("Examples:\n  info-analyze queues cups");
+  cups->footer(
+      "Examples:\n"
+      "  info-analyze queues cups\n"
+      "  info-analyze queues cups --cups-root /etc/cups");
   daemon->footer("Examples:\n  info-analyze queues daemon --driver-folder /usr/lib/driver");
   find->footer("Examples:\n  info-analyze queues find net:192.0.2.10/PDLType=kappa2");
   verb.footer("Examples:\n  info-analyze queues cups --format json");

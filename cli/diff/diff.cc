@@ -21,6 +21,7 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 constexpr std::string_view kLive = "queue:";
+constexpr const char* kRefusedByLpadmin = "\"'\\?";
 
 struct DiffQuestion {
   PrinterLocation location;  // of live queues
@@ -203,9 +204,11 @@ void WriteLpadminLine(const Difference& difference) {
 }
 
 void RequireLpadminName(const std::string& queue) {
-  if (IsPlainOptionWord(queue)) return;
+  if (queue.find_first_of(kRefusedByLpadmin) == std::string::npos) return;
   throw Failure(ExitStatus::kQueue,
-                {.object = "queue \"" + queue + "\"", .cause = "not a name that lpadmin takes"});
+                {.object = "queue \"" + queue + "\"",
+                 .cause = std::string("lpadmin refuses a name with one of ") + kRefusedByLpadmin,
+                 .hint = "set the defaults on the web pages of CUPS"});
 }
 
 // One document directory belongs to one printer.
@@ -241,6 +244,7 @@ void DefineDiff(CLI::App& verb) {
   verb.add_option("B", question->after, "Path of a snapshot, or queue:NAME")->required();
   AddDriverOption(verb, question->location);
   AddCupsRootOption(verb, question->location);
+  AddTimeoutOption(verb, question->location);
   AddDocumentsOption(verb, question->location);
   question->location.needs_documents = true;
   CLI::Option* const lpadmin =

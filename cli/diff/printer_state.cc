@@ -20,6 +20,7 @@
 #include "cli/printer/printer_query.h"
 #include "cli/snapshot/locate.h"
 #include "cli/terminal/failure.h"
+#include "cli/terminal/temporary_folder.h"
 
 namespace ia::cli {
 namespace {
@@ -49,7 +50,7 @@ constexpr std::array<std::int32_t, kListNames.size()> kLists = {
   const PrinterLocation location = Locate(given);
   const Session session = OpenSession(location);
   const OptionListPtr options = QueryPrinter(*session.analyzer, location.queue);
-  const PpdOptions ppd = ParsePpdOptions(ReadPpd(location.queue).value_or(""));
+  const PpdOptions ppd = ParsePpdOptions(session.ppd);
   PrinterState state;
   state.queue = location.queue;
   const char* const code = session.analyzer->driver_name;
@@ -173,6 +174,7 @@ PrinterState QueryInOwnProcess(const PrinterLocation& given) {
   if (child < 0) throw Failure(ExitStatus::kOther, std::strerror(errno));
   if (child == 0) {
     close(ends[0]);
+    RemoveTemporaryFoldersOnInterrupt();
     _exit(static_cast<int>(QueryAndWrite(given, ends[1])));
   }
   close(ends[1]);

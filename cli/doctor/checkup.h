@@ -4,10 +4,13 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "cli/printer/ppd.h"
+#include "cli/printer/queue_ppd.h"
 #include "cli/printer/session.h"
 
 namespace ia::cli {
@@ -17,6 +20,16 @@ namespace ia::cli {
   return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
 }
 
+// "a, b, c and 7 more".
+[[nodiscard]] inline std::string JoinSome(const std::vector<std::string>& texts) {
+  constexpr std::size_t kMaxTexts = 8;
+  const std::size_t shown = std::min(texts.size(), kMaxTexts);
+  std::string list;
+  for (std::size_t i = 0; i < shown; ++i) list += (i > 0 ? ", " : "") + texts[i];
+  return shown == texts.size() ? list
+                               : list + " and " + std::to_string(texts.size() - shown) + " more";
+}
+
 enum class Level { kOk, kNote, kWarning, kFailure };
 
 struct Finding {
@@ -24,21 +37,56 @@ struct Finding {
   std::string check;     // which check: "queue", "ppd", "flags", "driver", "documents", ...
   std::string sentence;  // what was found
   std::string fix;       // what to do about it; empty: nothing
+  std::string group;     // of findings that are summed up; empty: none
+  std::vector<std::string> others;  // objects with the same fault
+
+  [[nodiscard]] std::string FullSentence() const {
+    return others.empty() ? sentence : sentence + "; the same for " + JoinSome(others);
+  }
+};
+
+// Findings with the same fault in different objects are one: the first, which names the others.
+struct Repeated {
+  std::string group;
+  std::string object;
 };
 
 class Checkup {
  public:
   void Ok(const std::string& check, const std::string& sentence) {
-    Add(Level::kOk, check, sentence, "");
+    Add({.level = Level::kOk,
+         .check = check,
+         .sentence = sentence,
+         .fix = "",
+         .group = "",
+         .others = {}});
   }
-  void Note(const std::string& check, const std::string& sentence) {
-    Add(Level::kNote, check, sentence, "");
+  void Note(const std::string& check, const std::string& sentence, const Repeated& repeated = {}) {
+    Add({.level = Level::kNote,
+         .check = check,
+         .sentence = sentence,
+         .fix = "",
+         .group = repeated.group,
+         .others = {}},
+        repeated.object);
   }
-  void Warn(const std::string& check, const std::string& sentence, const std::string& fix) {
-    Add(Level::kWarning, check, sentence, fix);
+  void Warn(const std::string& check, const std::string& sentence, const std::string& fix,
+            const Repeated& repeated = {}) {
+    Add({.level = Level::kWarning,
+         .check = check,
+         .sentence = sentence,
+         .fix = fix,
+         .group = repeated.group,
+         .others = {}},
+        repeated.object);
   }
   void Fail(const std::string& check, const std::string& sentence, const std::string& fix) {
-    Add(Level::kFailure, check, sentence, fix);
+    Add({.level = Level::kFailure,
+         .check = check,
+         .sentence = sentence,
+         .fix = fix,
+         .group = "",
+         .others = {}});
   }
 
   [[nodiscard]] const std::vector<Finding>& findings() const { return findings_; }
@@ -55,9 +103,16 @@ class Checkup {
   }
 
  private:
-  void Add(Level level, const std::string& check, const std::string& sentence,
-           const std::string& fix) {
-    findings_.push_back({.level = level, .check = check, .sentence = sentence, .fix = fix});
+  void Add(const Finding& finding, const std::string& object = "") {
+    const auto is_same = [&](const Finding& earlier) {
+      return !finding.group.empty() && earlier.group == finding.group;
+    };
+    const auto hit = std::ranges::find_if(findings_, is_same);
+    if (hit == findings_.end()) {
+      findings_.push_back(finding);
+    } else {
+      hit->others.push_back(object);
+    }
   }
 
   std::vector<Finding> findings_;
@@ -66,12 +121,16 @@ class Checkup {
 // The printer that is examined. What a check cannot get stays null, and later checks do without it.
 struct Patient {
   PrinterLocation location;
-  std::string ppd;         // text of the queue's PPD
+  std::unique_ptr<const CopiedPpd> ppd;
   PpdOptions ppd_options;  // its options and their choices
   BidiContext no_library = {};
   AnalyzerPtr ppd_reader;  // has read the PPD only
   BidiPtr library;
   AnalyzerPtr analyzer;  // with library and documents
+  // Whether the faults found so far are the communication library's.
+  bool has_bad_library = false;
+  // Called before each use of the communication library, with what it is used for.
+  std::function<void(const std::string& use)> announce = [](const std::string&) {};
 };
 
 // The checks, in the order in which they are made.
@@ -79,7 +138,7 @@ void CheckQueue(Patient& patient, Checkup& checkup);
 void CheckFlags(const Patient& patient, Checkup& checkup);
 void CheckDriver(Patient& patient, Checkup& checkup);
 void CheckDocuments(Patient& patient, Checkup& checkup);
-void CheckKeys(const Patient& patient, Checkup& checkup);
+void CheckKeys(Patient& patient, Checkup& checkup);
 void CheckValues(const Patient& patient, Checkup& checkup);
 
 }  // namespace ia::cli

@@ -51,7 +51,7 @@ struct DoctorQuestion {
   if (finding.level != Level::kNote) level = Coloured(level, ColourOf(finding.level));
   std::string check = finding.check;
   check.resize(11, ' ');
-  std::string text = level + check + Printable(finding.sentence) + "\n";
+  std::string text = level + check + Printable(finding.FullSentence()) + "\n";
   if (finding.fix.empty()) return text;
   return text + std::string(20, ' ') + "fix: " + Printable(finding.fix) + "\n";
 }
@@ -62,7 +62,7 @@ struct DoctorQuestion {
   text += CountOf(checkup.Count(Level::kFailure), "failure") + ", " +
           CountOf(checkup.Count(Level::kWarning), "warning") + "\n";
   if (const Finding* const first = checkup.First()) {
-    text += "fix first: " + Printable(first->sentence) + "\n";
+    text += "fix first: " + Printable(first->FullSentence()) + "\n";
   }
   return text;
 }
@@ -70,7 +70,7 @@ struct DoctorQuestion {
 [[nodiscard]] Json ToJson(const Finding& finding) {
   return {{"level", NameOf(finding.level)},
           {"check", finding.check},
-          {"sentence", finding.sentence},
+          {"sentence", finding.FullSentence()},
           {"fix", finding.fix.empty() ? Json(nullptr) : Json(finding.fix)}};
 }
 
@@ -81,7 +81,7 @@ struct DoctorQuestion {
   return DumpJson({{"result", NameOf(Worst(checkup))},
                    {"failures", checkup.Count(Level::kFailure)},
                    {"warnings", checkup.Count(Level::kWarning)},
-                   {"fix_first", first != nullptr ? Json(first->sentence) : Json(nullptr)},
+                   {"fix_first", first != nullptr ? Json(first->FullSentence()) : Json(nullptr)},
                    {"findings", findings}});
 }
 

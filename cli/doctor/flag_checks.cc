@@ -108,8 +108,10 @@ class FlagText {
   }
 
   void ReportOdd(std::string_view item, const std::string& what) {
-    checkup_.Warn("flags", name_ + ": the item \"" + std::string(item) + "\" " + what,
-                  "write it as NAME:VALUE, or take it out");
+    const std::string quoted = '"' + std::string(item) + '"';
+    checkup_.Warn("flags", name_ + ": the item " + quoted + " " + what,
+                  "write it as NAME:VALUE, or take it out",
+                  {.group = name_ + what, .object = quoted});
   }
 
   void ReportRepetitions() {
@@ -121,7 +123,8 @@ class FlagText {
       if (pair != nullptr) {
         sentence += std::string("; only the value ") + pair->value + " is used";
       }
-      checkup_.Warn("flags", sentence, "keep one item of that name");
+      checkup_.Warn("flags", sentence, "keep one item of that name",
+                    {.group = name_ + " repeats", .object = name});
     }
   }
 
@@ -131,7 +134,8 @@ class FlagText {
       checkup_.Warn("flags",
                     name_ + " is over-full: the item " + name + " is left out, there is room for " +
                         std::to_string(store_.capacity),
-                    "take items out that no printer of this PPD has");
+                    "take items out that no printer of this PPD has",
+                    {.group = name_ + " is over-full", .object = name});
     }
   }
 
@@ -153,7 +157,8 @@ void ReportMissing(const AnalyzeContext& reader, const FlagRow& row, Checkup& ch
   const std::string name = NameOf(row.key);
   const std::string missing = "the PPD has no " + name;
   if (!IsRead(reader, name)) {
-    checkup.Note("flags", missing + ", at which no handler of this model looks");
+    checkup.Note("flags", missing + ", which no handler of this model reads",
+                 {.group = "unread text", .object = name});
   } else {
     checkup.Warn("flags", missing + ": " + row.consequence,
                  "take a PPD that has the line *" + name);
@@ -185,13 +190,16 @@ void CheckSlots(const Patient& patient, Checkup& checkup) {
       checkup.Warn("flags",
                    NameOf(kSlots) + ": the slot " + slot.name + " has the keyword " + slot.value +
                        ", which is no option of the PPD",
-                   "add the option to the PPD, or correct the keyword");
+                   "add the option to the PPD, or correct the keyword",
+                   {.group = "slot keyword", .object = slot.name});
     }
   }
   for (const FlagPair& tray : PairsOf(reader.input_tray_flags)) {
     if (zflaginfo_find(reader.slot_media_info_flags, tray.name) != nullptr) continue;
-    checkup.Note("flags", NameOf(kInputTrays) + ": the slot " + tray.name +
-                              " has no item of its own in " + NameOf(kSlots));
+    checkup.Note("flags",
+                 NameOf(kInputTrays) + ": the slot " + tray.name + " has no item of its own in " +
+                     NameOf(kSlots),
+                 {.group = "slot without item", .object = tray.name});
   }
 }
 
@@ -203,7 +211,8 @@ void CheckFinisherNames(const Patient& patient, Checkup& checkup) {
     checkup.Warn("flags",
                  NameOf(kFinisherNames) + ": " + finisher.name + " gives " + finisher.value +
                      ", which is no choice of QVFinisher",
-                 "add the choice to the PPD, or correct the item");
+                 "add the choice to the PPD, or correct the item",
+                 {.group = "finisher", .object = finisher.name});
   }
 }
 
@@ -222,7 +231,8 @@ void CheckNumberList(const Patient& patient, const char* keyword, Checkup& check
     checkup.Warn("flags",
                  std::string(keyword) + ": the choice \"" + choice.name +
                      "\" is no hexadecimal number and counts as 0",
-                 "write it in hexadecimal digits");
+                 "write it in hexadecimal digits",
+                 {.group = std::string("number in ") + keyword, .object = '"' + choice.name + '"'});
   }
 }
 

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <map>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -17,31 +18,38 @@ namespace {
 
 constexpr const char* kModelCode = "QVAnlz_DriverName";
 
+// "the snapshot DIR", "the CUPS root DIR" or "CUPS".
+[[nodiscard]] std::string SourceOf(const PrinterLocation& location) {
+  if (!location.snapshot.empty()) return "the snapshot " + location.snapshot;
+  return location.cups_root.empty() ? "CUPS" : "the CUPS root " + location.cups_root;
+}
+
+void Fail(const std::string& check, const Failure& failure, Checkup& checkup) {
+  FailureParts parts = failure.parts();
+  parts.hint.clear();
+  checkup.Fail(check, MessageOf(parts), failure.parts().hint);
+}
+
 // False when there is no PPD.
-[[nodiscard]] bool FetchPpd(Patient& patient, Checkup& checkup) {
-  const std::string& queue = patient.location.queue;
+[[nodiscard]] bool TakePpd(Patient& patient, Checkup& checkup) {
   try {
-    UseQueue(patient.location);
+    patient.ppd = std::make_unique<const CopiedPpd>(patient.location);
   } catch (const Failure& failure) {
-    checkup.Fail("queue", failure.what(),
-                 "check the queue's name and --cups-root; `info-analyze queues cups` lists queues");
+    Fail("queue", failure, checkup);
     return false;
   }
-  const auto ppd = ReadPpd(queue);
-  if (!ppd) {
-    checkup.Fail("queue", "queue " + queue + ": CUPS has no PPD for it that can be read",
-                 "check the queue's name; `lpstat -p` lists queues, `lpadmin -p " + queue +
-                     " -P FILE.ppd` gives it a PPD");
-    return false;
+  patient.ppd_options = ParsePpdOptions(patient.ppd->text());
+  checkup.Ok("queue", "queue " + patient.location.queue + " has a PPD of " +
+                          CountOf(patient.ppd->text().size(), "byte") + " in " +
+                          SourceOf(patient.location));
+  if (!patient.location.snapshot.empty()) {
+    checkup.Note("queue", "this is a snapshot: the queue and its printer may differ from it now");
   }
-  patient.ppd = *ppd;
-  patient.ppd_options = ParsePpdOptions(*ppd);
-  checkup.Ok("queue", "queue " + queue + " has a PPD of " + std::to_string(ppd->size()) + " bytes");
   return true;
 }
 
 void CheckHead(const Patient& patient, Checkup& checkup) {
-  if (patient.ppd.starts_with("*PPD-Adobe:")) return;
+  if (patient.ppd->text().starts_with("*PPD-Adobe:")) return;
   checkup.Warn("ppd", "the PPD does not begin with \"*PPD-Adobe:\", so other programs refuse it",
                "take the PPD of the driver package as it is");
 }
@@ -64,14 +72,15 @@ void CheckLine(std::string_view line, OptionLines& lines, Checkup& checkup) {
                "the line that starts with *" + text.substr(0, 40) +
                    " is not read: a keyword or a value has at most " +
                    std::to_string(IA_PPD_TEXT_SIZE - 2) + " bytes",
-               "split its items into several lines, with _1, _2 after the keyword");
+               "split its items into several lines, with _1, _2 after the keyword",
+               {.group = "long line", .object = "*" + text.substr(0, 40)});
 }
 
 // Option lines are outside the blocks of options; lines in a block are choices.
 [[nodiscard]] OptionLines ReadOptionLines(const Patient& patient, Checkup& checkup) {
   OptionLines lines;
   bool is_in_block = false;
-  ForEachLine(patient.ppd, [&](std::string_view line) {
+  ForEachLine(patient.ppd->text(), [&](std::string_view line) {
     if (line.starts_with("*OpenUI")) is_in_block = true;
     if (line.starts_with("*CloseUI")) is_in_block = false;
     if (!is_in_block && line.starts_with("*QV")) CheckLine(line, lines, checkup);
@@ -89,7 +98,7 @@ void CheckRepetitions(const OptionLines& lines, Checkup& checkup) {
     checkup.Warn(
         "ppd",
         "the PPD has " + std::to_string(count) + " lines of " + key + "; only the last one is used",
-        "keep one line of " + key);
+        "keep one line of " + key, {.group = "repeated line", .object = key});
   }
 }
 
@@ -123,15 +132,13 @@ void CheckModelCode(const Patient& patient, Checkup& checkup) {
 }  // namespace
 
 void CheckQueue(Patient& patient, Checkup& checkup) {
-  if (!FetchPpd(patient, checkup)) return;
+  if (!TakePpd(patient, checkup)) return;
   CheckHead(patient, checkup);
   const OptionLines lines = ReadOptionLines(patient, checkup);
-  patient.ppd_reader.reset(
-      Analyze_Create(&patient.no_library, patient.location.queue.c_str(), nullptr));
-  if (!patient.ppd_reader) {
-    checkup.Fail("ppd", "the PPD has no option lines of the driver (\"*QV\")",
-                 "give the queue the PPD of the driver package instead of a generic one");
-    return;
+  try {
+    patient.ppd_reader = patient.ppd->CreateAnalyzer(&patient.no_library, "");
+  } catch (const Failure& failure) {
+    return Fail("ppd", failure, checkup);
   }
   checkup.Ok("ppd", "the PPD has " + CountOf(lines.counts.size(), "keyword") + " of the driver");
   CheckRepetitions(lines, checkup);

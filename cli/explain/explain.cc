@@ -250,7 +250,7 @@ void ExplainOptions(const ExplainQuestion& question) {
   const Session session = OpenSession(location);
   const OptionListPtr options = QueryPrinter(*session.analyzer, location.queue);
   Report report = {session.analyzer->driver_name,
-                   ParsePpdOptions(ReadPpd(location.queue).value_or("")),
+                   ParsePpdOptions(session.ppd),
                    Explain(*session.analyzer, options->next),
                    {},
                    {}};

@@ -2,16 +2,9 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <fstream>
-#include <ios>
-#include <iterator>
-#include <optional>
+#include <string>
 #include <string_view>
 #include <utility>
-
-#include "cli/printer/handles.h"
-#include "cli/terminal/terminal.h"
-#include "info_analyze/option_table.h"
 
 namespace ia::cli {
 namespace {
@@ -75,18 +68,6 @@ class OptionReader {
 
 bool PpdOption::HasChoice(std::string_view name) const {
   return std::ranges::find(choices, name, &PpdChoice::name) != choices.end();
-}
-
-std::optional<std::string> ReadPpd(const std::string& queue) {
-  const Progress progress("the PPD of queue " + queue);
-  char* path = nullptr;
-  _cups_file_s* const file = wrapCupsFileOpen2(queue.c_str(), "r", &path);
-  const TextPtr owned_path(path);
-  if (file == nullptr) return std::nullopt;
-  std::ifstream stream(path, std::ios::binary);
-  std::string text((std::istreambuf_iterator<char>(stream)), std::istreambuf_iterator<char>());
-  wrapCupsFileClose2(file, path);
-  return text;
 }
 
 PpdOptions ParsePpdOptions(std::string_view ppd) {

@@ -30,9 +30,6 @@ struct PpdOption {
 // By keyword, without its asterisk.
 using PpdOptions = std::map<std::string, PpdOption, std::less<>>;
 
-// The text of a queue's PPD; nothing when there is none.
-[[nodiscard]] std::optional<std::string> ReadPpd(const std::string& queue);
-
 [[nodiscard]] PpdOptions ParsePpdOptions(std::string_view ppd);
 
 // Calls with each line, without its line end.

@@ -6,6 +6,7 @@
 
 #include "cli/printer/documents.h"
 #include "cli/terminal/failure.h"
+#include "cli/terminal/terminal.h"
 
 namespace ia::cli {
 namespace {
@@ -22,6 +23,7 @@ namespace {
 
 OptionListPtr QueryPrinter(AnalyzeContext& analyzer, const std::string& queue) {
   OptionListPtr options = StartOptionList();
+  const Step step("the documents and options of queue " + queue);
   const std::int32_t result = Analyze_Info_FromPrinter(&analyzer, options.get(), 0);
   const std::vector<std::string> missing = ExplainMissingDocuments(analyzer);
   if (result != 0) FailForDocuments(queue, result, missing);

@@ -18,11 +18,13 @@ struct PrinterLocation {
   std::string cups_root;    // empty: the CUPS server of the environment
   std::string snapshot;     // empty: none; else it has the queue, its PPD and the documents
   bool needs_documents = false;
+  int timeout = 30;  // seconds to wait for a CUPS server
   std::shared_ptr<const void> unpacked = nullptr;  // keeps the files of an archived snapshot
 };
 
 // Each adds one option of a location.
 void AddCupsRootOption(CLI::App& verb, PrinterLocation& location);
+void AddTimeoutOption(CLI::App& verb, PrinterLocation& location);
 void AddDriverOption(CLI::App& verb, PrinterLocation& location);
 CLI::Option* AddDocumentsOption(CLI::App& verb, PrinterLocation& location);
 
@@ -32,15 +34,12 @@ void AddCupsOptions(CLI::App& verb, PrinterLocation& location);
 void AddQueueOptions(CLI::App& verb, PrinterLocation& location);
 void AddPrinterOptions(CLI::App& verb, PrinterLocation& location);
 
-// Makes the location's CUPS root, if it has one, that of this process; throws a Failure when it has
-// no PPD of the queue.
-void UseQueue(const PrinterLocation& location);
-
 // The communication library of a driver folder; throws a Failure when the path is too long.
 [[nodiscard]] std::string LibraryPath(const std::string& driver_folder);
 
 // Members are released from the last to the first: the analyser needs the communication library.
 struct Session {
+  std::string ppd;  // text of the queue's PPD
   BidiPtr library;
   AnalyzerPtr analyzer;
 };

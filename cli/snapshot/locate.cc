@@ -10,8 +10,8 @@
 #include <system_error>
 
 #include "cli/snapshot/snapshot_files.h"
-#include "cli/snapshot/temporary_folder.h"
 #include "cli/terminal/failure.h"
+#include "cli/terminal/temporary_folder.h"
 #include "cli/terminal/printable.h"
 
 namespace ia::cli {

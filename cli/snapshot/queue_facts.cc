@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <cstddef>
 #include <fstream>
 #include <ios>
@@ -16,13 +17,14 @@
 #include <string>
 #include <string_view>
 
+#include "cli/printer/child_process.h"
 #include "cli/printer/ppd.h"
+#include "cli/printer/session.h"
 
 namespace ia::cli {
 namespace {
 
-constexpr int kConnectMilliseconds = 5000;
-constexpr double kAnswerSeconds = 5;
+constexpr int kMaxSeconds = 5;
 
 struct Releaser {
   void operator()(http_t* server) const noexcept { httpClose(server); }
@@ -73,13 +75,9 @@ void Take(const Directive& line, QueueFacts& facts) {
 // A server
 // -----------------------------------------------------------------------------------------
 
-int StopWaiting(http_t*, void*) { return 0; }
-
 [[nodiscard]] ServerPtr Connect() {
-  ServerPtr server(httpConnect2(cupsServer(), ippPort(), nullptr, AF_UNSPEC, cupsEncryption(), 1,
-                                kConnectMilliseconds, nullptr));
-  if (server) httpSetTimeout(server.get(), kAnswerSeconds, StopWaiting, nullptr);
-  return server;
+  return ServerPtr(httpConnect2(cupsServer(), ippPort(), nullptr, AF_UNSPEC, cupsEncryption(), 1,
+                                kMaxSeconds * 1000, nullptr));
 }
 
 [[nodiscard]] MessagePtr Request(const std::string& queue) {
@@ -100,20 +98,39 @@ int StopWaiting(http_t*, void*) { return 0; }
   return text != nullptr ? text : "";
 }
 
-[[nodiscard]] QueueFacts AskServer(const std::string& queue) {
+// Each text, followed by a NUL.
+[[nodiscard]] std::string AskServer(const std::string& queue) {
   const ServerPtr server = Connect();
-  if (!server) return {};
+  if (!server) return "";
   const MessagePtr answer(cupsDoRequest(server.get(), Request(queue).release(), "/"));
-  return {TextOf(answer.get(), "device-uri", IPP_TAG_URI),
-          TextOf(answer.get(), "printer-location", IPP_TAG_TEXT),
-          TextOf(answer.get(), "printer-info", IPP_TAG_TEXT)};
+  return TextOf(answer.get(), "device-uri", IPP_TAG_URI) + '\0' +
+         TextOf(answer.get(), "printer-location", IPP_TAG_TEXT) + '\0' +
+         TextOf(answer.get(), "printer-info", IPP_TAG_TEXT) + '\0';
+}
+
+[[nodiscard]] std::string TakeText(std::string& texts) {
+  const std::size_t end = texts.find('\0');
+  if (end == std::string::npos) return "";
+  std::string text = texts.substr(0, end);
+  texts.erase(0, end + 1);
+  return text;
+}
+
+// In a child, because libcups reads the server's name once, and another one is set later.
+[[nodiscard]] QueueFacts FactsOfServer(const PrinterLocation& location) {
+  const std::chrono::seconds limit(std::min(location.timeout, kMaxSeconds));
+  ChildResult child = RunInChild(
+      limit, [&](int descriptor) { WriteAll(descriptor, AskServer(location.queue)); });
+  return {.device_uri = TakeText(child.answer),
+          .location = TakeText(child.answer),
+          .description = TakeText(child.answer)};
 }
 
 }  // namespace
 
 QueueFacts FactsOf(const PrinterLocation& location) {
   QueueFacts facts = location.cups_root.empty()
-                         ? AskServer(location.queue)
+                         ? FactsOfServer(location)
                          : FactsIn(ReadConfiguration(location.cups_root), location.queue);
   facts.device_uri = WithoutCredentials(facts.device_uri);
   return facts;

@@ -16,7 +16,7 @@
 #include <system_error>
 
 #include "cli/printer/documents.h"
-#include "cli/printer/ppd.h"
+#include "cli/printer/queue_ppd.h"
 #include "cli/printer/session.h"
 #include "cli/snapshot/queue_facts.h"
 #include "cli/snapshot/redaction.h"
@@ -74,13 +74,6 @@ struct SnapshotQuestion {
   return code != nullptr ? code : "";
 }
 
-[[nodiscard]] std::string Ppd(const PrinterLocation& location) {
-  UseQueue(location);
-  if (const auto ppd = ReadPpd(location.queue)) return *ppd;
-  throw Failure(ExitStatus::kQueue, {.object = "queue " + location.queue,
-                                     .cause = "CUPS has no PPD for it that can be read"});
-}
-
 // The number of documents that cannot be read.
 [[nodiscard]] std::size_t TakeDocuments(const std::string& folder, Snapshot& snapshot) {
   std::size_t missing = 0;
@@ -115,12 +108,12 @@ struct SnapshotQuestion {
 
 void TakeSnapshot(const SnapshotQuestion& question) {
   const PrinterLocation& location = question.location;
-  RequireQueueName(location.queue);
+  const QueueFacts facts = FactsOf(location);
+  const CopiedPpd ppd(location);
   Snapshot snapshot;
   snapshot.queue = location.queue;
-  snapshot.files[SnapshotPpdName(location.queue)] = Ppd(location);
+  snapshot.files[SnapshotPpdName(location.queue)] = ppd.text();
   const std::size_t missing = TakeDocuments(location.device_info, snapshot);
-  const QueueFacts facts = FactsOf(location);
   snapshot.date = Now();
   snapshot.device_uri = facts.device_uri;
   snapshot.model_code = ModelCode(location.queue);
@@ -129,7 +122,7 @@ void TakeSnapshot(const SnapshotQuestion& question) {
   const std::string report = question.is_redacted ? ReportOf(Redact(snapshot, facts)) : "";
   WriteSnapshot(snapshot, question.path);
   WriteAnswer(report);
-  if (missing > 0 && !question.may_be_partial) throw Verdict(ExitStatus::kDocuments);
+  if (missing > 0 && !question.may_be_partial) throw Verdict(ExitStatus::kSnapshot);
 }
 
 }  // namespace

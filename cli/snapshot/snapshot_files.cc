@@ -17,8 +17,8 @@
 
 #include "cli/printer/documents.h"
 #include "cli/snapshot/archive.h"
-#include "cli/snapshot/temporary_folder.h"
 #include "cli/terminal/failure.h"
+#include "cli/terminal/temporary_folder.h"
 
 namespace ia::cli {
 namespace {

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "cli/printer/queue_name.h"
 #include "cli/snapshot/checksum.h"
 #include "cli/terminal/failure.h"
 #include "info_analyze/device_documents.h"
@@ -150,16 +151,6 @@ Snapshot CheckedSnapshot(const Files& files, const std::string& snapshot_name) {
   if (!snapshot.files.contains(SnapshotPpdName(snapshot.queue))) Fail(snapshot_name, "has no PPD");
   RequireNoMore(files, snapshot, snapshot_name);
   return snapshot;
-}
-
-void RequireQueueName(const std::string& queue) {
-  const bool is_safe =
-      !queue.empty() && queue.front() != '.' && std::ranges::none_of(queue, [](char byte) {
-        return byte == '/' || static_cast<unsigned char>(byte) < ' ';
-      });
-  if (is_safe) return;
-  throw Failure(ExitStatus::kQueue,
-                {.object = "queue \"" + queue + "\"", .cause = "not the name of a queue"});
 }
 
 }  // namespace ia::cli

@@ -38,9 +38,6 @@ inline constexpr const char* kSnapshotListName = "snapshot.json";
 // Checks all files against the list; throws a Failure that names what is damaged.
 [[nodiscard]] Snapshot CheckedSnapshot(const Files& files, const std::string& snapshot_name);
 
-// Throws a Failure when the name of a queue could lead out of a folder.
-void RequireQueueName(const std::string& queue);
-
 }  // namespace ia::cli
 
 #endif  // INFO_ANALYZE_CLI_SNAPSHOT_SNAPSHOT_LIST_H_

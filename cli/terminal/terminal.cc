@@ -4,10 +4,15 @@
 
 #include <chrono>
 #include <cstdlib>
+#include <exception>
+#include <iomanip>
+#include <ios>
 #include <iostream>
 #include <mutex>
+#include <sstream>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "cli/terminal/printable.h"
 
@@ -15,6 +20,7 @@ namespace ia::cli {
 namespace {
 
 bool g_is_quiet = false;
+bool g_is_verbose = false;
 
 [[nodiscard]] bool IsSet(const char* variable) {
   const char* const value = std::getenv(variable);
@@ -44,12 +50,29 @@ void SetQuiet(bool is_quiet) { g_is_quiet = is_quiet; }
 
 bool IsQuiet() { return g_is_quiet; }
 
+void SetVerbose(bool is_verbose) { g_is_verbose = is_verbose; }
+
 std::string Coloured(std::string_view text, Colour colour) {
   if (!ShowsColours()) return std::string(text);
   return CodeOf(colour) + std::string(text) + "\x1b[0m";
 }
 
-Progress::Progress(const std::string& step) {
+Step::Step(std::string name)
+    : name_(std::move(name)),
+      exceptions_(std::uncaught_exceptions()),
+      start_(std::chrono::steady_clock::now()) {}
+
+Step::~Step() {
+  if (!g_is_verbose) return;
+  const std::chrono::duration<double> time = std::chrono::steady_clock::now() - start_;
+  std::ostringstream line;  // written at once, because child processes write lines too
+  line << "info-analyze: " << std::fixed << std::setprecision(3) << time.count() << " s for "
+       << Printable(name_)
+       << (std::uncaught_exceptions() > exceptions_ ? ", which failed\n" : "\n");
+  std::cerr << line.str();
+}
+
+Progress::Progress(const std::string& step) : step_(step) {
   if (IsQuiet() || isatty(STDERR_FILENO) == 0) return;
   thread_ = std::thread([this, step] { Print(step); });
 }

@@ -87,7 +87,7 @@ TEST_F(ToolFunctionVersion, HighestVersionIsTaken) {
 TEST_F(ToolFunctionVersion, UnknownQueueIsReported) {
   ExpectFailure(RunTool({IA_TEST_TOOL, "function-version", "--queue", "other", "--driver-folder",
                          IA_TEST_DRIVER_FOLDER, "--cups-root", cups_root(), "0x310"}),
-                3, HasSubstr("queue other"));
+                3, HasSubstr("queue \"other\""));
 }
 
 }  // namespace

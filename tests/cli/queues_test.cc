@@ -23,7 +23,6 @@ using Json = nlohmann::ordered_json;
 using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::UnorderedElementsAre;
 
 constexpr char kFolder[] = "/Library/Printers/Vorel/CUPSKAPPA2";
 constexpr char kConf[] = "/var/cache/Vorel/CUPSKAPPA2/MQPD/mqpd.conf";
@@ -50,6 +49,9 @@ class ToolQueues : public testing::Test {
     root_.Write("cache/Vorel/" + family + "/MQPD/mqpd.conf", text);
   }
 
+  static std::vector<std::string> OfCups() {
+    return {"queues", "cups", "--cups-root", "/etc/cups"};
+  }
   Finished RunTool(std::vector<std::string> arguments) const {
     arguments.insert(arguments.begin(), IA_TEST_TOOL);
     return ia_test::RunProgram(
@@ -77,22 +79,18 @@ class ToolQueues : public testing::Test {
   bool is_possible_ = true;
 };
 
-TEST_F(ToolQueues, OfCupsAreListedWithTheirTimes) {
+TEST_F(ToolQueues, OfACupsRootAreListedByNameWithTheirTimes) {
   AddPpd("office.ppd", 1'795'270'520);
   AddPpd("lobby.ppd", 1);
   AddPpd("notes.txt", 2);
-  const Finished run = RunTool({"queues", "cups"});
-  EXPECT_EQ(run.status, 0);
-  EXPECT_THAT(Lines(run.out),
-              UnorderedElementsAre("office\t2026-11-21T14:15:20Z", "lobby\t1970-01-01T00:00:01Z"));
-  EXPECT_EQ(run.err, "");
+  ExpectText(OfCups(), "lobby\t1970-01-01T00:00:01Z\noffice\t2026-11-21T14:15:20Z\n");
 }
 
 TEST_F(ToolQueues, OfCupsWithoutATimeHaveADash) {
   AddPpd("office.ppd", 0);
-  ExpectText({"queues", "cups"}, "office\t-\n");
+  ExpectText(OfCups(), "office\t-\n");
   EXPECT_EQ(
-      RunJson({"queues", "cups"}),
+      RunJson(OfCups()),
       Json::parse(
           R"({"schema_version": 1, "verb": "queues cups", "queues": [{"name": "office", "modified": null}]})"));
 }
@@ -100,19 +98,26 @@ TEST_F(ToolQueues, OfCupsWithoutATimeHaveADash) {
 TEST_F(ToolQueues, OfCupsAreListedAsJson) {
   AddPpd("office.ppd", 1'795'270'520);
   EXPECT_EQ(
-      RunJson({"queues", "cups"}).dump(),
+      RunJson(OfCups()).dump(),
       R"({"schema_version":1,"verb":"queues cups","queues":[{"name":"office","modified":1795270520}]})");
 }
 
 TEST_F(ToolQueues, OfCupsMayBeNone) {
-  ExpectText({"queues", "cups"}, "");
-  EXPECT_EQ(RunJson({"queues", "cups"}).dump(),
+  std::filesystem::create_directories(root_ / "etc/cups/ppd");
+  ExpectText(OfCups(), "");
+  EXPECT_EQ(RunJson(OfCups()).dump(),
             R"({"schema_version":1,"verb":"queues cups","queues":[]})");
+}
+
+TEST_F(ToolQueues, OfAFolderThatIsNoCupsRootAreAFailure) {
+  ExpectFailure(RunTool(OfCups()), 3,
+                AllOf(HasSubstr("cannot list the queues: /etc/cups/ppd: No such file"),
+                      HasSubstr("check --cups-root")));
 }
 
 TEST_F(ToolQueues, LeaveNoControlCharacterInNames) {
   AddPpd("of\x1b\tfice.ppd", 1);
-  ExpectText({"queues", "cups"}, "of\\x1b\\x09fice\t1970-01-01T00:00:01Z\n");
+  ExpectText(OfCups(), "of\\x1b\\x09fice\t1970-01-01T00:00:01Z\n");
 }
 
 TEST_F(ToolQueues, OfTheDaemonAreListedInTheOrderOfTheFile) {

@@ -172,9 +172,10 @@ def main():
             ask("query", "query", *on_printer)
             ask("query", "function-version", "0x310", *on_printer)
             ask("explain", "explain", *on_printer)
-            ask("doctor", "doctor", *on_printer, statuses=(0, 7))
+            ask("doctor", "doctor", *on_printer)
             ask("calibration_settings", "calibration", "settings", *on_printer)
             ask("calibration_defaults", "calibration", "defaults", *on_printer)
+            ask("queues", "queues", "cups", "--cups-root", printer)
             ask("models", "models", model_code(printer))
             ask("diff", "diff", snapshots[0], snapshots[-1], "--driver-folder", driver)
         ask("doctor", "doctor", "--queue", "none", "--cups-root", folder, "--driver-folder", folder,
@@ -182,7 +183,6 @@ def main():
     ask("models", "models")
     ask("models", "models", "RA-Z5")
     ask("uri", "uri", "net:192.0.2.10/PDLType=kappa2")
-    ask("queues", "queues", "cups")
     ask("queues", "queues", "daemon")
     # Names a queue of this machine's daemon, so there is no answer to ask for here.
     checker.check("queues find", "queue",

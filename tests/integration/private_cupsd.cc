@@ -162,9 +162,18 @@ void PrivateCupsd::Stop() {
 
 testing::AssertionResult PrivateCupsd::AddQueue(const std::string& name,
                                                 const std::string& ppd_path) const {
+  return RunLpadmin({"-p", name, "-E", "-v", "file:///dev/null", "-P", ppd_path});
+}
+
+testing::AssertionResult PrivateCupsd::AddRawQueue(const std::string& name) const {
+  return RunLpadmin({"-p", name, "-E", "-v", "file:///dev/null"});
+}
+
+testing::AssertionResult PrivateCupsd::RunLpadmin(std::vector<std::string> arguments) const {
+  arguments.insert(arguments.begin(), FindProgram("lpadmin"));
   const std::string output = folder_ / "log/lpadmin";
   const pid_t lpadmin = Spawn(
-      {FindProgram("lpadmin"), "-p", name, "-E", "-v", "file:///dev/null", "-P", ppd_path},
+      arguments,
       {"CUPS_SERVER=" + socket(), "HOME=" + folder_.path(), "TMPDIR=" + (folder_ / "tmp")}, output);
   int status = 0;
   waitpid(lpadmin, &status, 0);

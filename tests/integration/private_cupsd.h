@@ -9,6 +9,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "tests/support/temp_folder.h"
 
@@ -30,6 +31,7 @@ class PrivateCupsd {
   // By lpadmin, as an administrator does.
   [[nodiscard]] testing::AssertionResult AddQueue(const std::string& name,
                                                   const std::string& ppd_path) const;
+  [[nodiscard]] testing::AssertionResult AddRawQueue(const std::string& name) const;
 
   // What CUPS_SERVER names.
   [[nodiscard]] std::string socket() const { return folder_ / "socket"; }
@@ -39,6 +41,7 @@ class PrivateCupsd {
  private:
   void WriteConfiguration() const;
   [[nodiscard]] testing::AssertionResult WaitForSocket();
+  [[nodiscard]] testing::AssertionResult RunLpadmin(std::vector<std::string> arguments) const;
   [[nodiscard]] std::string ErrorLog() const;
 
   TempFolder folder_;

@@ -179,7 +179,7 @@ TEST_F(ToolCalibration, DefaultsNameTheTableOfTheCurves) {
 TEST_F(ToolCalibration, MissingQueueIsReported) {
   std::filesystem::remove(ppd());
   for (const char* verb : {"settings", "defaults"}) {
-    ExpectFailure(Ask(verb), 3, HasSubstr("queue office-mfp: no PPD"));
+    ExpectFailure(Ask(verb), 3, HasSubstr("cannot read PPD of queue \"office-mfp\""));
   }
 }
 

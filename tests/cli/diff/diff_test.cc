@@ -273,7 +273,7 @@ TEST_F(ToolDiff, FailsAsTheQueryOfItsPrinterDoes) {
   RemoveDocument("Devicename.xml");
   ExpectFailure(DiffToCopy(), 5, HasSubstr("Devicename.xml"));
   std::filesystem::remove(ppd());
-  ExpectFailure(DiffToCopy({"--check"}), 3, HasSubstr("no PPD"));
+  ExpectFailure(DiffToCopy({"--check"}), 3, HasSubstr("cannot read PPD of queue"));
 }
 
 }  // namespace

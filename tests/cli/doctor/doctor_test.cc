@@ -112,18 +112,18 @@ const Fault kFaults[] = {
     // The queue and its PPD.
     {"NoCupsRoot",
      [](const DoctorSetUp& it) { std::filesystem::remove_all(it.Folder() + "/printer/ppd"); },
-     kFailures, "no PPD in the CUPS root"},
+     kFailures, "cannot read PPD of queue \"office-mfp\": "},
     {"NoPpdOfTheQueue",
      [](const DoctorSetUp& it) {
        std::filesystem::rename(it.Folder() + "/printer/ppd/office-mfp.ppd",
                                it.Folder() + "/printer/ppd/other.ppd");
      },
-     kFailures, "queue office-mfp: no PPD"},
+     kFailures, "ppd/office-mfp.ppd: No such file or directory"},
     {"EmptyPpd", [](const DoctorSetUp& it) { it.WritePpd(""); }, kFailures,
-     "the PPD has no option lines of the driver"},
+     "PPD of queue \"office-mfp\": it has no option lines of the driver"},
     {"GenericPpd",
      [](const DoctorSetUp& it) { it.WritePpd("*PPD-Adobe: \"4.3\"\n*ModelName: \"Any\"\n"); },
-     kFailures, "the PPD has no option lines of the driver"},
+     kFailures, "PPD of queue \"office-mfp\": it has no option lines of the driver"},
     {"PpdWithoutItsHead", [](const DoctorSetUp& it) { it.InPpd("*PPD-Adobe:", "*PPD-Other:"); },
      kWarnings, "does not begin with \"*PPD-Adobe:\""},
     {"NoModelCode",
@@ -254,16 +254,11 @@ const Fault kFaults[] = {
      [](const DoctorSetUp& it) { it.InDocument("Resolutions.xml", "</document>", ""); }, kFailures,
      "Resolutions.xml: not a document that the communication library reads"},
     // Keys and values.
-    {"KeyIsMissing",
+    {"KeyIsNoNumber",
      [](const DoctorSetUp& it) {
-       it.InDocument("Accessories.xml", "<long key=\"hd\">1</long>", "");
+       it.InDocument("Accessories.xml", "<long key=\"hd\">1</long>", "<long key=\"hd\">x</long>");
      },
-     kWarnings, "Accessories.xml hd is missing, or cannot be read as a number"},
-    {"KeyOfAnItemIsMissing",
-     [](const DoctorSetUp& it) {
-       it.InDocument("Tray_list.xml", "<long key=\"type\">6</long>", "");
-     },
-     kWarnings, "Tray_list.xml list[5] type is missing"},
+     kWarnings, "Accessories.xml hd cannot be read as a number"},
     {"KeyHasTheWrongType",
      [](const DoctorSetUp& it) {
        it.InDocument("Functions.xml", "<long key=\"duplex\">1</long>",
@@ -356,9 +351,128 @@ TEST_F(Doctor, TextThatNoHandlerOfTheModelReadsMayBeMissing) {
               Contains(AllOf(StartsWith("note"), HasSubstr("no QVAnlz_SrcOption"))));
 }
 
+// What a device does not have, it does not report.
+TEST_F(Doctor, KeysThatTheDeviceDoesNotReportAreNotes) {
+  InDocument("Accessories.xml", "<long key=\"hd\">1</long>", "");
+  InDocument("Functions.xml", "<long key=\"duplex\">1</long>", "");
+  InDocument("Functions.xml", "<long key=\"management\">1</long>", "");
+  InDocument("Tray_list.xml", "<long key=\"type\">6</long>", "");
+  const Finished run = Examine();
+  EXPECT_EQ(run.status, 0) << run.out;
+  EXPECT_THAT(Lines(run.out),
+              AllOf(Contains("note     keys       the device does not report Accessories.xml hd"),
+                    Contains(AllOf(StartsWith("note"), HasSubstr("report Functions.xml "),
+                                   HasSubstr("; the same for "), HasSubstr("duplex"),
+                                   HasSubstr("management"))),
+                    Contains("note     keys       the device does not report Tray_list.xml "
+                             "list[5] type")));
+}
+
 TEST_F(Doctor, QueryThatFailsIsNamed) {
-  RemoveDocument("Specid.xml");
+  RemoveDocument("Devicename.xml");
+  EXPECT_EQ(RunQuery().status, 5);
   EXPECT_THAT(Examine().out, HasSubstr("the query fails with result -1"));
+}
+
+// Each document is missing in turn: doctor and query agree.
+TEST_F(Doctor, QuerySucceedsForTheDoctorWhenItDoes) {
+  for (const char* const name :
+       {"Accessories.xml", "Functions.xml", "Specid.xml", "Finisher_list.xml", "Bin_list.xml",
+        "Tray_list.xml", "Resolutions.xml", "Fax_line_list.xml", "Devicename.xml"}) {
+    const std::string document = ReadFile(Document(name));
+    RemoveDocument(name);
+    const Finished query = RunQuery();
+    const auto options = std::to_string(Lines(query.out).size());
+    EXPECT_THAT(Examine().out, HasSubstr(query.status == 0 ? "the query returns " + options + " "
+                                                           : "the query fails"))
+        << name;
+    WriteDocument(name, document);
+  }
+}
+
+TEST_F(Doctor, SumsUpFindingsThatRepeat) {
+  InPpd("Heavy1:2,", "Heavy1:2,a,b,c,d,e,f,g,h,i,j,");
+  const Finished run = Examine();
+  EXPECT_THAT(run.out,
+              HasSubstr("QV_Prot_MediaType: the item \"a\" has no value; the same for "
+                        "\"b\", \"c\", \"d\", \"e\", \"f\", \"g\", \"h\", \"i\" and 1 more"));
+  EXPECT_THAT(run.out, HasSubstr("0 failures, 1 warning\n"));
+}
+
+TEST_F(Doctor, ReportsThatItExaminesASnapshot) {
+  const std::string saved = root_ / "saved";
+  ASSERT_EQ(RunTool({IA_TEST_TOOL, "snapshot", saved, "--queue", "office-mfp", "--cups-root",
+                     cups_root(), "--device-info", device_info()})
+                .status,
+            0);
+  const Finished run = RunTool(
+      {IA_TEST_TOOL, "doctor", "--snapshot", saved, "--driver-folder", IA_TEST_DRIVER_FOLDER});
+  EXPECT_EQ(run.status, 0) << run.out;
+  EXPECT_THAT(Lines(run.out),
+              AllOf(Contains(HasSubstr("bytes in the snapshot " + saved)),
+                    Contains(AllOf(StartsWith("note"), HasSubstr("this is a snapshot")))));
+  EXPECT_THAT(Examine().out, Not(HasSubstr("this is a snapshot")));
+}
+
+TEST_F(Doctor, FindsNoFaultInTheSamplePrinters) {
+  for (const auto& entry : std::filesystem::directory_iterator(IA_TEST_SOURCE "/examples")) {
+    if (!entry.is_directory()) continue;
+    const Finished run = RunTool(
+        {IA_TEST_TOOL, "doctor", "--queue", entry.path().filename(), "--cups-root", entry.path(),
+         "--device-info", entry.path() / "device-info", "--driver-folder", IA_TEST_DRIVER_FOLDER});
+    EXPECT_EQ(run.status, 0) << run.out;
+    EXPECT_THAT(Lines(run.out), Contains("0 failures, 0 warnings")) << entry.path();
+  }
+}
+
+// Communication libraries at fault ----------------------------------------------------------------
+
+TEST_F(Doctor, NamesAllMissingEntryPointsAtOnce) {
+  UseDriver(IA_TEST_SUPPORT_BUILD "/foreign");
+  const Finished run = Examine();
+  EXPECT_THAT(run.out, HasSubstr(" lacks all 36 entry points: it is a different library\n"));
+  EXPECT_THAT(Lines(run.out), Contains("1 failure, 0 warnings"));
+}
+
+TEST_F(Doctor, BlamesAStubForTheDocumentsThatItDoesNotRead) {
+  UseDriver(IA_TEST_SUPPORT_BUILD "/faulty/stub");
+  const Finished run = Examine();
+  EXPECT_EQ(run.status, kFailures);
+  EXPECT_THAT(Lines(run.out).back(),
+              HasSubstr("the communication library reads none of the 9 documents in " +
+                        device_info() + ": it is a stub, or of a different driver"));
+  EXPECT_THAT(run.out, Not(HasSubstr("failure  documents")));
+  EXPECT_THAT(run.out, Not(HasSubstr("fetch the documents again")));
+}
+
+struct Misbehaviour {
+  const char* library;
+  const char* sentence;
+};
+
+TEST_F(Doctor, OutlivesALibraryThatEndsOrStopsTheProcess) {
+  for (const auto& [library, sentence] : {
+           Misbehaviour{"crash_when_loaded", "ends the process with SIGSEGV while it is loaded"},
+           Misbehaviour{"hang_when_loaded", "does not return within 1 s while it is loaded"},
+           Misbehaviour{"exit_when_loaded", "ends the process with status 0 while it is loaded"},
+           Misbehaviour{"crash_when_called",
+                        "ends the process with SIGSEGV while it reads the "
+                        "document"},
+           Misbehaviour{"hang_when_called",
+                        "does not return within 1 s while it reads the "
+                        "document"},
+           Misbehaviour{"crash_when_unloaded",
+                        "ends the process with SIGSEGV while it is "
+                        "unloaded"},
+       }) {
+    UseDriver(IA_TEST_SUPPORT_BUILD "/faulty/" + std::string(library));
+    const Finished run = Examine({"--timeout", "1"});
+    EXPECT_EQ(run.status, kFailures) << library;
+    EXPECT_EQ(run.err, "") << library;
+    EXPECT_THAT(Lines(run.out).back(), HasSubstr(sentence)) << library;
+    EXPECT_THAT(run.out, HasSubstr("the contents of the documents are not checked")) << library;
+    EXPECT_EQ(Json::parse(Examine({"--timeout", "1", "--format", "json"}).out)["failures"], 1);
+  }
 }
 
 TEST_F(Doctor, ListsMayBeEmpty) {

@@ -56,12 +56,6 @@ TEST_F(ToolCommunicationLibrary, IsLoadedBeforeTheQueueIsRead) {
 
 class ToolQueue : public SamplePrinter {};
 
-TEST_F(ToolQueue, MissingPpdIsReportedWithTheCupsRoot) {
-  ExpectFailure(RunQueryWith("--queue", "lobby"), 3,
-                AllOf(HasSubstr("queue lobby: "), HasSubstr("CUPS root " + cups_root() + ":"),
-                      HasSubstr(cups_root() + "/ppd/lobby.ppd: No such file or directory")));
-}
-
 TEST_F(ToolQueue, MissingCupsRootIsReported) {
   ExpectFailure(RunQueryWith("--cups-root", root_ / "nowhere"), 3,
                 HasSubstr(root_ / "nowhere/ppd/office-mfp.ppd: No such file or directory"));
@@ -69,19 +63,7 @@ TEST_F(ToolQueue, MissingCupsRootIsReported) {
 
 TEST_F(ToolQueue, RelativeCupsRootIsReportedAsItIsRead) {
   ExpectFailure(RunQueryWith("--cups-root", "nowhere"), 3,
-                HasSubstr("CUPS root " + (root_ / "nowhere") + ":"));
-}
-
-TEST_F(ToolQueue, MissingPpdIsReportedWithoutACupsRoot) {
-  ExpectFailure(RunTool({IA_TEST_TOOL, "query", "--queue", "lobby", "--driver-folder",
-                         IA_TEST_DRIVER_FOLDER, "--device-info", device_info()}),
-                3, AllOf(HasSubstr("queue lobby: "), HasSubstr("no PPD")));
-}
-
-TEST_F(ToolQueue, PpdOfAnotherDriverIsReported) {
-  WritePpd("*PPD-Adobe: \"4.3\"\n*ModelName: \"Other\"\n");
-  ExpectFailure(RunQuery(), 3,
-                AllOf(HasSubstr("queue office-mfp: "), HasSubstr("no option lines of the driver")));
+                HasSubstr(" " + (root_ / "nowhere/ppd/office-mfp.ppd") + ": "));
 }
 
 TEST_F(ToolQueue, IsReadBeforeTheDocuments) {
@@ -91,7 +73,7 @@ TEST_F(ToolQueue, IsReadBeforeTheDocuments) {
 
 TEST_F(ToolQueue, ControlCharactersInItsNameAreNotPrinted) {
   ExpectFailure(RunQueryWith("--queue", "lob\x1b[31m\nby"), 3,
-                AllOf(HasSubstr("queue lob\\x1b[31m\\x0aby: "), Not(HasSubstr("\x1b"))));
+                AllOf(HasSubstr("\"lob\\x1b[31m\\x0aby\": CUPS"), Not(HasSubstr("\x1b"))));
 }
 
 }  // namespace

@@ -5,22 +5,20 @@
 #include <pty.h>
 #include <signal.h>
 #include <stdlib.h>
-#include <sys/socket.h>
 #include <sys/types.h>
-#include <sys/un.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
 #include <chrono>
-#include <cstring>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "tests/cli/sample_printer.h"
+#include "tests/support/silent_server.h"
 
 namespace {
 
@@ -67,7 +65,7 @@ std::string WrittenToTerminal(const std::vector<std::string>& arguments,
     usleep(10'000);
   }
   if (!has_ended) {
-    kill(child, SIGKILL);
+    kill(child, SIGTERM);
     waitpid(child, &status, 0);
   }
   close(terminal);
@@ -101,24 +99,6 @@ TEST_F(ToolTerminal, ShowsNoColoursWhereTheyAreNotWanted) {
 
 // Progress ---------------------------------------------------------------------------------------
 
-// A print server that takes every call and never says a word.
-class SilentServer {
- public:
-  explicit SilentServer(const std::string& path) : socket_(socket(AF_UNIX, SOCK_STREAM, 0)) {
-    sockaddr_un address = {};
-    address.sun_family = AF_UNIX;
-    std::strncpy(address.sun_path, path.c_str(), sizeof address.sun_path - 1);
-    EXPECT_EQ(bind(socket_, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
-    EXPECT_EQ(listen(socket_, 8), 0);
-  }
-  SilentServer(const SilentServer&) = delete;
-  SilentServer& operator=(const SilentServer&) = delete;
-  ~SilentServer() { close(socket_); }
-
- private:
-  int socket_;
-};
-
 class Waiting : public ToolTerminal {
  protected:
   std::vector<std::string> Query() const {
@@ -126,7 +106,7 @@ class Waiting : public ToolTerminal {
             IA_TEST_DRIVER_FOLDER, "--device-info", device_info()};
   }
   const std::string path_ = root_ / "socket";
-  const SilentServer server_{path_};
+  const ia_test::SilentServer server_{path_};
 };
 
 TEST_F(Waiting, IsReportedOnATerminal) {

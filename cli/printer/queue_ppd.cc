@@ -1,0 +1,113 @@
+#include "cli/printer/queue_ppd.h"
+
+#include <stdlib.h>
+
+#include <cerrno>
+#include <chrono>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <ios>
+#include <ostream>
+#include <string>
+#include <string_view>
+#include <system_error>
+
+#include "cli/printer/cups_server.h"
+#include "cli/printer/queue_name.h"
+#include "cli/terminal/failure.h"
+#include "cli/terminal/shell_quoting.h"
+#include "cli/terminal/terminal.h"
+
+namespace ia::cli {
+namespace {
+
+[[noreturn]] void FailForTemporaryFile(const std::string& queue, const std::string& reason) {
+  throw Failure(ExitStatus::kQueue,
+                {.object = "cannot read PPD of queue \"" + queue + "\"",
+                 .cause = "no temporary file can be written in " + TemporaryFolderParent() + " (" +
+                          reason + ")",
+                 .hint = "set TMPDIR to a folder with free space that this user can write to"});
+}
+
+[[nodiscard]] std::string FetchPpd(const PrinterLocation& location, const TemporaryFiles&) {
+  const Progress progress("the PPD of queue " + location.queue);
+  if (location.cups_root.empty()) {
+    return FetchPpdFromServer(location.queue, std::chrono::seconds(location.timeout));
+  }
+  return ReadPpdOfRoot(location.queue, std::filesystem::absolute(location.cups_root).string());
+}
+
+// libcups reads both variables once, at its first use, and takes DIR/ppd/QUEUE.ppd without asking a
+// server only when the server's name is "localhost".
+void UseCupsRoot(const std::string& root) {
+  setenv("CUPS_SERVERROOT", root.c_str(), 1);
+  setenv("CUPS_SERVER", "localhost", 1);
+}
+
+// CUPS itself makes such a PPD for a printer that needs no driver.
+[[nodiscard]] bool IsDriverless(std::string_view ppd) {
+  return ppd.find("IPP Everywhere") != std::string_view::npos ||
+         ppd.find("*PCFileName: \"ippeve.ppd\"") != std::string_view::npos ||
+         ppd.find("*PCFileName: \"drvless.ppd\"") != std::string_view::npos;
+}
+
+[[noreturn]] void FailForLines(const std::string& queue, std::string_view ppd) {
+  std::string cause = "it has no option lines of the driver (\"*QV\")";
+  if (IsDriverless(ppd)) cause += ", because CUPS made it for driverless printing";
+  throw Failure(ExitStatus::kQueue,
+                {.object = "PPD of queue \"" + queue + "\"",
+                 .cause = cause,
+                 .hint = "give the queue the PPD of the driver package: `lpadmin -p " +
+                         QuoteForShell(queue) + " -P FILE.ppd`"});
+}
+
+}  // namespace
+
+TemporaryFiles::TemporaryFiles(const std::string& queue) {
+  if (const char* const variable = std::getenv("TMPDIR")) variable_ = variable;
+  try {
+    path_ = folder_.emplace().path();
+  } catch (const std::system_error& error) {
+    FailForTemporaryFile(queue, error.code().message());
+  }
+  setenv("TMPDIR", path().c_str(), 1);
+}
+
+TemporaryFiles::~TemporaryFiles() {
+  if (variable_) {
+    setenv("TMPDIR", variable_->c_str(), 1);
+  } else {
+    unsetenv("TMPDIR");
+  }
+}
+
+std::string FetchPpd(const PrinterLocation& location) {
+  RequireQueueName(location.queue);
+  return FetchPpd(location, TemporaryFiles(location.queue));
+}
+
+CopiedPpd::CopiedPpd(const PrinterLocation& location)
+    : queue_((RequireQueueName(location.queue), location.queue)),
+      files_(queue_),
+      text_(FetchPpd(location, files_)) {
+  WriteCopy();
+  UseCupsRoot(files_.path());
+}
+
+void CopiedPpd::WriteCopy() const {
+  std::filesystem::create_directory(files_.path() + "/ppd");
+  std::ofstream file(files_.path() + "/ppd/" + queue_ + ".ppd", std::ios::binary);
+  file << text_ << std::flush;
+  if (!file) FailForTemporaryFile(queue_, std::strerror(errno));
+}
+
+AnalyzerPtr CopiedPpd::CreateAnalyzer(BidiContext* library, const char* device_info) const {
+  const Progress progress("the options in the PPD of queue " + queue_);
+  AnalyzerPtr analyzer(Analyze_Create(library, queue_.c_str(), device_info));
+  if (!analyzer) FailForLines(queue_, text_);
+  return analyzer;
+}
+
+}  // namespace ia::cli

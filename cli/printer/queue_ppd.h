@@ -1,0 +1,55 @@
+// The PPD of a printer's queue, and the copy of it that the library reads.
+#ifndef INFO_ANALYZE_CLI_PRINTER_QUEUE_PPD_H_
+#define INFO_ANALYZE_CLI_PRINTER_QUEUE_PPD_H_
+
+#include <optional>
+#include <string>
+
+#include "cli/printer/handles.h"
+#include "cli/printer/session.h"
+#include "cli/terminal/temporary_folder.h"
+
+namespace ia::cli {
+
+// A folder of temporary files, where libcups makes its own while it lives.
+class TemporaryFiles {
+ public:
+  explicit TemporaryFiles(const std::string& queue);  // throws a Failure
+  TemporaryFiles(const TemporaryFiles&) = delete;
+  TemporaryFiles& operator=(const TemporaryFiles&) = delete;
+  ~TemporaryFiles();
+
+  [[nodiscard]] const std::string& path() const { return path_; }
+
+ private:
+  std::optional<std::string> variable_;  // the former TMPDIR
+  std::optional<TemporaryFolder> folder_;
+  std::string path_;
+};
+
+// The text of the PPD; throws a Failure that names the cause.
+[[nodiscard]] std::string FetchPpd(const PrinterLocation& location);
+
+// A copy of the PPD in a CUPS root of this process. While it lives, libcups reads it without
+// waiting for a server, or for a file that is not a regular one.
+class CopiedPpd {
+ public:
+  explicit CopiedPpd(const PrinterLocation& location);  // throws a Failure
+
+  [[nodiscard]] const std::string& text() const { return text_; }
+
+  // Throws a Failure when the PPD has no option lines of the driver. The library and the text of
+  // the document directory must outlive the analyser; no directory: no documents.
+  [[nodiscard]] AnalyzerPtr CreateAnalyzer(BidiContext* library, const char* device_info) const;
+
+ private:
+  void WriteCopy() const;
+
+  std::string queue_;
+  TemporaryFiles files_;
+  std::string text_;
+};
+
+}  // namespace ia::cli
+
+#endif  // INFO_ANALYZE_CLI_PRINTER_QUEUE_PPD_H_
