@@ -25,7 +25,7 @@ enum class ExitStatus {
 };
 
 // The parts of a message: "OBJECT: CAUSE; HINT". Empty: none.
-// NOLINTBEGIN(readability-redundant-member-init): without them GCC warns of parts that are left out.
+// NOLINTBEGIN(readability-redundant-member-init): GCC warns of parts without an initializer.
 struct FailureParts {
   std::string object = {};
   std::string cause = {};
