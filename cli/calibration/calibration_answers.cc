@@ -137,14 +137,14 @@ std::string FormatText(const CalibrationDefaults& defaults) {
 }
 
 std::string FormatJson(const CalibrationSettings& settings) {
-  Json document = {{"model_code", OrNull(settings.driver_name)}};
+  Json document = {{"driver_name", OrNull(settings.driver_name)}};
   document["calib3"] = settings.calib3 ? Json{{"halftone_codes", *settings.calib3}} : Json(nullptr);
   document["calib4"] = settings.calib4 ? ToJson(*settings.calib4) : Json(nullptr);
   return DumpJson(document);
 }
 
 std::string FormatJson(const CalibrationDefaults& defaults) {
-  Json document = {{"model_code", OrNull(defaults.driver_name)}};
+  Json document = {{"driver_name", OrNull(defaults.driver_name)}};
   document["calib3"] = {{"curves", OrNull(defaults.curve_table)}};
   document["calib4"] = ToJson(defaults);
   return DumpJson(document);

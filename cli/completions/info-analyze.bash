@@ -79,13 +79,14 @@ _info_analyze() {
     /doctor) mapfile -t COMPREPLY < <(compgen -W '--help --queue --cups-root --timeout --driver-folder --snapshot --device-info --format --quiet --verbose' -- "$cur") ;;
     /explain) mapfile -t COMPREPLY < <(compgen -W '--help --queue --cups-root --timeout --driver-folder --snapshot --device-info --all --format --quiet --verbose' -- "$cur") ;;
     /function-version) mapfile -t COMPREPLY < <(compgen -W '--help --queue --cups-root --timeout --driver-folder --snapshot --format --quiet --verbose' -- "$cur") ;;
+    /help) mapfile -t COMPREPLY < <(compgen -W '--help --quiet --verbose' -- "$cur") ;;
     /models) mapfile -t COMPREPLY < <(compgen -W '--help --format --quiet --verbose' -- "$cur") ;;
     /query) mapfile -t COMPREPLY < <(compgen -W '--help --queue --cups-root --timeout --driver-folder --snapshot --device-info --format --quiet --verbose' -- "$cur") ;;
     /queues) mapfile -t COMPREPLY < <(compgen -W 'cups daemon find --help' -- "$cur") ;;
     /queues/cups) mapfile -t COMPREPLY < <(compgen -W '--help --cups-root --timeout --format --quiet --verbose' -- "$cur") ;;
     /queues/daemon) mapfile -t COMPREPLY < <(compgen -W '--help --driver-folder --format --quiet --verbose' -- "$cur") ;;
     /queues/find) mapfile -t COMPREPLY < <(compgen -W '--help --format --quiet --verbose' -- "$cur") ;;
-    /snapshot) mapfile -t COMPREPLY < <(compgen -W '--help --queue --cups-root --timeout --device-info --redact --quiet --verbose' -- "$cur") ;;
+    /snapshot) mapfile -t COMPREPLY < <(compgen -W '--help --queue --cups-root --timeout --device-info --partial --redact --quiet --verbose' -- "$cur") ;;
     /uri) mapfile -t COMPREPLY < <(compgen -W '--help --format --quiet --verbose' -- "$cur") ;;
   esac
 }

@@ -145,7 +145,7 @@ struct Difference {
 }
 
 [[nodiscard]] Json JsonOf(const PrinterState& state) {
-  Json json = {{"queue", state.queue}, {"model_code", OrNull(state.model_code)}};
+  Json json = {{"queue", state.queue}, {"driver_name", OrNull(state.model_code)}};
   for (std::size_t i = 0; i < kListNames.size(); ++i) {
     json["items"][KeyOf(kListNames[i])] = std::stoi(state.list_counts[i]);
   }

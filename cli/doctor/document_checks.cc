@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "cli/doctor/checkup.h"
+#include "cli/explain/unknown_values.h"
 #include "cli/printer/documents.h"
 #include "cli/printer/regular_file.h"
 #include "cli/provenance/provenance.h"
@@ -277,6 +278,10 @@ void CheckValues(const Patient& patient, Checkup& checkup) {
   std::size_t count = 0;
   for (const OptionList* node = options->next; node != nullptr; node = node->next, ++count) {
     CheckChoice(patient, *node, checkup);
+  }
+  for (const UnknownValue& unknown : FindUnknownValues(*analyzer)) {
+    checkup.Warn("values", Describe(unknown),
+                 "if the device has it, add it to the list in the PPD of the driver package");
   }
   checkup.Ok("query", "the query returns " + CountOf(count, "option"));
 }

@@ -210,7 +210,7 @@ struct Report {
     unknown_values.push_back(ToJson(unknown));
   }
   return DumpJson(
-      {{"model_code", report.model_code != nullptr ? Json(report.model_code) : Json(nullptr)},
+      {{"driver_name", report.model_code != nullptr ? Json(report.model_code) : Json(nullptr)},
        {"explanations", explanations},
        {"unknown_values", unknown_values}});
 }

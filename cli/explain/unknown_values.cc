@@ -73,6 +73,14 @@ constexpr std::size_t kMaxUnknown = 100;  // of each input
   return options;
 }
 
+// Whether items can be tried alone.
+[[nodiscard]] bool CanTryItems(AnalyzeContext& analyzer) {
+  for (std::size_t update = 0; update < UpdateHandlers().size(); ++update) {
+    if (!Experiment(analyzer, static_cast<std::int32_t>(update)).IsFaithful()) return false;
+  }
+  return true;
+}
+
 // A name or alias identifies the whole item; another key is a value of its own.
 [[nodiscard]] bool IdentifiesItem(const InputKey& input) {
   const std::string_view key = input.key;
@@ -102,9 +110,12 @@ void AddUnknownValues(AnalyzeContext& analyzer, const InputKey& input,
 }  // namespace
 
 std::vector<UnknownValue> FindUnknownValues(AnalyzeContext& analyzer) {
+  const bool can_try_items = CanTryItems(analyzer);
   std::vector<UnknownValue> unknown;
   for (const InputKey* const input : InputsOfModel(analyzer.driver_name)) {
-    if (!ListsOf(*input).empty()) AddUnknownValues(analyzer, *input, unknown);
+    const bool is_looked_up = !ListsOf(*input).empty();
+    const bool can_be_known = can_try_items || !IdentifiesItem(*input);
+    if (is_looked_up && can_be_known) AddUnknownValues(analyzer, *input, unknown);
   }
   return unknown;
 }

@@ -18,7 +18,7 @@ struct PrinterLocation {
   std::string cups_root;    // empty: the CUPS server of the environment
   std::string snapshot;     // empty: none; else it has the queue, its PPD and the documents
   bool needs_documents = false;
-  int timeout = 30;  // seconds to wait for a CUPS server
+  int timeout = 30;                                // seconds to wait for a CUPS server
   std::shared_ptr<const void> unpacked = nullptr;  // keeps the files of an archived snapshot
 };
 

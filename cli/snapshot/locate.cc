@@ -11,8 +11,8 @@
 
 #include "cli/snapshot/snapshot_files.h"
 #include "cli/terminal/failure.h"
-#include "cli/terminal/temporary_folder.h"
 #include "cli/terminal/printable.h"
+#include "cli/terminal/temporary_folder.h"
 
 namespace ia::cli {
 namespace {

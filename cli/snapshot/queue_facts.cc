@@ -119,8 +119,8 @@ void Take(const Directive& line, QueueFacts& facts) {
 // In a child, because libcups reads the server's name once, and another one is set later.
 [[nodiscard]] QueueFacts FactsOfServer(const PrinterLocation& location) {
   const std::chrono::seconds limit(std::min(location.timeout, kMaxSeconds));
-  ChildResult child = RunInChild(
-      limit, [&](int descriptor) { WriteAll(descriptor, AskServer(location.queue)); });
+  ChildResult child =
+      RunInChild(limit, [&](int descriptor) { WriteAll(descriptor, AskServer(location.queue)); });
   return {.device_uri = TakeText(child.answer),
           .location = TakeText(child.answer),
           .description = TakeText(child.answer)};

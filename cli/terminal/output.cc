@@ -66,7 +66,7 @@ std::string FormatText(const Answer& answer) {
 }
 
 std::string FormatJson(const Answer& answer) {
-  return DumpJson({{"model_code", answer.driver_name ? Json(answer.driver_name) : Json(nullptr)},
+  return DumpJson({{"driver_name", answer.driver_name ? Json(answer.driver_name) : Json(nullptr)},
                    {"options", ToJson(answer.options)}});
 }
 

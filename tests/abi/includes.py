@@ -30,8 +30,8 @@ MODULES = {
     "cli/provenance": ("cli/printer",),
     "cli/snapshot": ("cli/printer",),
     "cli/calibration": ("cli/snapshot",),
-    "cli/doctor": ("cli/provenance", "cli/snapshot"),
     "cli/explain": ("cli/provenance", "cli/snapshot"),
+    "cli/doctor": ("cli/explain",),
     "cli/diff": ("cli/explain",),
     "cli": ("cli/calibration", "cli/diff", "cli/doctor", "cli/explain"),
 }

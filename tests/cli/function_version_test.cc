@@ -57,7 +57,7 @@ TEST_F(ToolFunctionVersion, TakesHexadecimalAndDecimalNumbers) {
 
 TEST_F(ToolFunctionVersion, GivesJson) {
   const auto json = nlohmann::json::parse(Run({"--format", "json", "0x200"}).out);
-  EXPECT_EQ(json["model_code"], "RA-H5-MLT-JP");
+  EXPECT_EQ(json["driver_name"], "RA-H5-MLT-JP");
   EXPECT_EQ(json["options"][1]["keyword"], "QV_Prot_CommonFlag");
   EXPECT_EQ(json["options"][1]["value"], "JobHold");
 }

@@ -24,7 +24,7 @@ class ToolQuery : public SamplePrinter {
   static Json ExpectedJson() {
     Json json = {{"schema_version", 1},
                  {"verb", "query"},
-                 {"model_code", "RA-H5-MLT-JP"},
+                 {"driver_name", "RA-H5-MLT-JP"},
                  {"options", Json::array()}};
     for (const std::string& line : ExpectedOptions()) {
       const std::size_t equals = line.find('=');
@@ -59,14 +59,14 @@ TEST_F(ToolQuery, GivesNoModelCodeWhenThePpdHasNone) {
   ReplaceInPpd("*QVAnlz_DriverName: \"RA-H5-MLT-JP\"\n", "");
   const Finished run = RunQuery({"--format", "json"});
   EXPECT_EQ(run.status, 0);
-  EXPECT_TRUE(Json::parse(run.out)["model_code"].is_null());
+  EXPECT_TRUE(Json::parse(run.out)["driver_name"].is_null());
 }
 
 TEST_F(ToolQuery, HostileModelCodeDoesNotBreakJson) {
   ReplaceInPpd("RA-H5-MLT-JP", "RA-H5\x1b[31m\xff\\");
   const Finished run = RunQuery({"--format", "json"});
   EXPECT_EQ(run.status, 0);
-  EXPECT_EQ(Json::parse(run.out)["model_code"], "RA-H5\x1b[31m\ufffd\\");
+  EXPECT_EQ(Json::parse(run.out)["driver_name"], "RA-H5\x1b[31m\ufffd\\");
   EXPECT_THAT(run.out, testing::Not(HasSubstr("\x1b")));
 }
 

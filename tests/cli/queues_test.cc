@@ -105,8 +105,7 @@ TEST_F(ToolQueues, OfCupsAreListedAsJson) {
 TEST_F(ToolQueues, OfCupsMayBeNone) {
   std::filesystem::create_directories(root_ / "etc/cups/ppd");
   ExpectText(OfCups(), "");
-  EXPECT_EQ(RunJson(OfCups()).dump(),
-            R"({"schema_version":1,"verb":"queues cups","queues":[]})");
+  EXPECT_EQ(RunJson(OfCups()).dump(), R"({"schema_version":1,"verb":"queues cups","queues":[]})");
 }
 
 TEST_F(ToolQueues, OfAFolderThatIsNoCupsRootAreAFailure) {

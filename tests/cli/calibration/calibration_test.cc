@@ -65,7 +65,7 @@ TEST_F(ToolCalibration, SettingsOfAModelWithoutCalibrationAreNullInJson) {
   EXPECT_EQ(run.status, 0);
   EXPECT_EQ(Json::parse(run.out).dump(), Json({{"schema_version", 1},
                                                {"verb", "calibration settings"},
-                                               {"model_code", "RA-H5-MLT-JP"},
+                                               {"driver_name", "RA-H5-MLT-JP"},
                                                {"calib3", nullptr},
                                                {"calib4", nullptr}})
                                              .dump());
@@ -102,7 +102,7 @@ TEST_F(ToolCalibration, PpdWithoutAModelCodeHasNoSettings) {
   ReplaceInPpd("*QVAnlz_DriverName: \"RA-H5-MLT-JP\"\n", "");
   const Finished run = Ask("settings", {"--format", "json"});
   EXPECT_EQ(run.status, 0);
-  EXPECT_TRUE(Json::parse(run.out)["model_code"].is_null());
+  EXPECT_TRUE(Json::parse(run.out)["driver_name"].is_null());
 }
 
 // Options of the job -----------------------------------------------------------------------------
@@ -159,7 +159,7 @@ TEST_F(ToolCalibration, DefaultsAreGivenAsJson) {
   EXPECT_EQ(run.status, 0);
   EXPECT_EQ(
       Json::parse(run.out).dump(),
-      R"({"schema_version":1,"verb":"calibration defaults","model_code":"RC-W0","calib3":{"curves":null},)"
+      R"({"schema_version":1,"verb":"calibration defaults","driver_name":"RC-W0","calib3":{"curves":null},)"
       R"("calib4":{"values":[100,100,100,100],"model_values":[12,8],"codes":[2,2,2]}})");
 }
 

@@ -475,6 +475,17 @@ TEST_F(Doctor, OutlivesALibraryThatEndsOrStopsTheProcess) {
   }
 }
 
+TEST_F(Doctor, WarnsOfAUnitThatNothingKnowsAndNamesTheNearest) {
+  WriteDocument("Finisher_list.xml",
+                DocumentOf("<dict key=\"list\"><string key=\"name\">Vorel Bookled Finisher-W1"
+                           "</string></dict>"));
+  const Finished run = Examine();
+  EXPECT_EQ(run.status, kWarnings) << run.out;
+  EXPECT_THAT(run.out, HasSubstr("Finisher_list.xml list[0] name = \"Vorel Bookled Finisher-W1\": "
+                                 "not in QVAnlz_FinisherName; the nearest known value is "
+                                 "\"Vorel Booklet Finisher-W1\""));
+}
+
 TEST_F(Doctor, ListsMayBeEmpty) {
   for (const char* const name : {"Finisher_list.xml", "Fax_line_list.xml", "Bin_list.xml"}) {
     WriteDocument(name, DocumentOf(""));

@@ -206,7 +206,7 @@ def check_printer(tool, driver, folder):
     code = re.search(r'^\*QVAnlz_DriverName: "(.*)"', ppd, re.M).group(1)
     documents = {path.stem: ElementTree.parse(path).getroot()
                  for path in (folder / "device-info").glob("*.xml")}
-    expect(f"{name}: model code", report["model_code"], code)
+    expect(f"{name}: model code", report["driver_name"], code)
     expected = (folder / "expected-options.txt").read_text(encoding="utf-8").splitlines()
     expect(f"{name}: options",
            [f"{why['keyword']}={why['value']}" for why in report["explanations"]], expected)

@@ -46,7 +46,7 @@ TEST(JsonFormat, GivesItsKeysInAFixedOrder) {
   EXPECT_EQ(FormatJson({"RA-H2", list.get()}), R"({
   "schema_version": 1,
   "verb": null,
-  "model_code": "RA-H2",
+  "driver_name": "RA-H2",
   "options": [
     {
       "keyword": "QVZeta",
@@ -65,7 +65,7 @@ TEST(JsonFormat, HasANullForAMissingModelCode) {
   EXPECT_EQ(FormatJson({nullptr, nullptr}), R"({
   "schema_version": 1,
   "verb": null,
-  "model_code": null,
+  "driver_name": null,
   "options": []
 }
 )");
@@ -74,7 +74,7 @@ TEST(JsonFormat, HasANullForAMissingModelCode) {
 TEST(JsonFormat, ReplacesBytesThatAreNotUtf8) {
   const OptionListPtr list = MakeList({{"QV\xff", "a\xe9\x62"}});
   const auto json = nlohmann::json::parse(FormatJson({"RA\xc3", list.get()}));
-  EXPECT_EQ(json["model_code"], "RA\ufffd");
+  EXPECT_EQ(json["driver_name"], "RA\ufffd");
   EXPECT_EQ(json["options"][0]["keyword"], "QV\ufffd");
   EXPECT_EQ(json["options"][0]["value"], "a\ufffd\x62");
 }
