@@ -52,18 +52,20 @@ struct IppDeleter {
 };
 using IppPtr = std::unique_ptr<ipp_t, IppDeleter>;
 
-// What a request is for, in messages: "cannot read PPD of queue "office"".
+// What a request is for, in messages: "cannot read", "PPD of queue "office"".
 struct Purpose {
-  std::string failure;
+  std::string action;
+  std::string object;
   std::string queue;  // empty: all of them
 };
 
 [[nodiscard]] Purpose ReadingPpd(const std::string& queue) {
-  return {.failure = "cannot read PPD of queue \"" + queue + "\"", .queue = queue};
+  return {.action = "cannot read", .object = "PPD of queue \"" + queue + "\"", .queue = queue};
 }
 
 [[noreturn]] void Fail(const Purpose& purpose, const std::string& why, const std::string& fix) {
-  throw Failure(ExitStatus::kQueue, {.object = purpose.failure, .cause = why, .hint = fix});
+  throw Failure(ExitStatus::kQueue,
+                {.action = purpose.action, .object = purpose.object, .cause = why, .hint = fix});
 }
 
 // Files ------------------------------------------------------------------------------------------
@@ -391,7 +393,7 @@ std::vector<ServerQueue> ListQueuesOfRoot(const std::string& root) {
     queues.push_back({.name = file.stem().string(), .ppd_time = ModificationTime(file)});
   }
   if (error) {
-    Fail({.failure = "cannot list the queues", .queue = ""},
+    Fail({.action = "cannot list", .object = "the queues", .queue = ""},
          folder.string() + ": " + error.message(), "check --cups-root");
   }
   std::ranges::sort(queues, {}, &ServerQueue::name);
@@ -399,7 +401,7 @@ std::vector<ServerQueue> ListQueuesOfRoot(const std::string& root) {
 }
 
 std::vector<ServerQueue> ListServerQueues(seconds timeout) {
-  const Purpose purpose = {.failure = "cannot list the queues", .queue = ""};
+  const Purpose purpose = {.action = "cannot list", .object = "the queues", .queue = ""};
   const std::string answer =
       AskInChild(purpose, timeout, [&] { return ListQueuesInChild(purpose, timeout); });
   std::vector<ServerQueue> queues;

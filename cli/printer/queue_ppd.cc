@@ -13,6 +13,7 @@
 #include <string>
 #include <string_view>
 #include <system_error>
+#include <utility>
 
 #include "cli/printer/cups_server.h"
 #include "cli/printer/queue_name.h"
@@ -25,7 +26,8 @@ namespace {
 
 [[noreturn]] void FailForTemporaryFile(const std::string& queue, const std::string& reason) {
   throw Failure(ExitStatus::kQueue,
-                {.object = "cannot read PPD of queue \"" + queue + "\"",
+                {.action = "cannot read",
+                 .object = "PPD of queue \"" + queue + "\"",
                  .cause = "no temporary file can be written in " + TemporaryFolderParent() + " (" +
                           reason + ")",
                  .hint = "set TMPDIR to a folder with free space that this user can write to"});
@@ -89,9 +91,10 @@ std::string FetchPpd(const PrinterLocation& location) {
 }
 
 CopiedPpd::CopiedPpd(const PrinterLocation& location)
-    : queue_((RequireQueueName(location.queue), location.queue)),
-      files_(queue_),
-      text_(FetchPpd(location, files_)) {
+    : CopiedPpd(location.queue, FetchPpd(location)) {}
+
+CopiedPpd::CopiedPpd(const std::string& queue, std::string text)
+    : queue_(queue), files_(queue), text_(std::move(text)) {
   WriteCopy();
   UseCupsRoot(files_.path());
 }

@@ -34,7 +34,9 @@ class TemporaryFiles {
 // waiting for a server, or for a file that is not a regular one.
 class CopiedPpd {
  public:
-  explicit CopiedPpd(const PrinterLocation& location);  // throws a Failure
+  // Both throw a Failure.
+  explicit CopiedPpd(const PrinterLocation& location);
+  CopiedPpd(const std::string& queue, std::string text);
 
   [[nodiscard]] const std::string& text() const { return text_; }
 

@@ -108,8 +108,9 @@ struct SnapshotQuestion {
 
 void TakeSnapshot(const SnapshotQuestion& question) {
   const PrinterLocation& location = question.location;
+  const std::string text = FetchPpd(location);
   const QueueFacts facts = FactsOf(location);
-  const CopiedPpd ppd(location);
+  const CopiedPpd ppd(location.queue, text);
   Snapshot snapshot;
   snapshot.queue = location.queue;
   snapshot.files[SnapshotPpdName(location.queue)] = ppd.text();

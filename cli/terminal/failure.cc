@@ -42,6 +42,7 @@ bool g_fails_in_json = false;
 [[nodiscard]] std::string JsonOf(ExitStatus status, const FailureParts& parts) {
   return DumpJsonLine({{"failure",
                         {{"step", StepOf(status)},
+                         {"action", OrNull(parts.action)},
                          {"object", OrNull(parts.object)},
                          {"cause", parts.cause},
                          {"hint", OrNull(parts.hint)},
@@ -51,7 +52,8 @@ bool g_fails_in_json = false;
 }  // namespace
 
 std::string MessageOf(const FailureParts& parts) {
-  std::string message = parts.object;
+  std::string message = parts.action;
+  if (!parts.object.empty()) message += (message.empty() ? "" : " ") + parts.object;
   if (!message.empty()) message += ": ";
   message += parts.cause;
   if (!parts.hint.empty()) message += "; " + parts.hint;

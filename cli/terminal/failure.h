@@ -24,9 +24,11 @@ enum class ExitStatus {
   kDifferent = 10,
 };
 
-// The parts of a message: "OBJECT: CAUSE; HINT". Empty: none.
-// NOLINTBEGIN(readability-redundant-member-init): GCC warns of parts without an initializer.
+// The parts of a message: "ACTION OBJECT: CAUSE; HINT". Empty: none.
+// NOLINTBEGIN(readability-redundant-member-init): without them GCC warns of parts that are left
+// out.
 struct FailureParts {
+  std::string action = {};
   std::string object = {};
   std::string cause = {};
   std::string hint = {};

@@ -150,8 +150,9 @@ def main():
         asked.add("failure")
         checker.check(what, "failure", run.stderr)
         failure = json.loads(run.stderr)["failure"]
+        subject = " ".join(filter(None, (failure["action"], failure["object"])))
         message = "; ".join(filter(None, (
-            ": ".join(filter(None, (failure["object"], failure["cause"]))), failure["hint"])))
+            ": ".join(filter(None, (subject, failure["cause"]))), failure["hint"])))
         # Without a verb, the words of the format are a second mistake.
         same = not arguments or plain.stderr == f"info-analyze: error: {message}\n"
         if (run.returncode, failure["exit_status"], run.stdout, run.stderr.count("\n"),

@@ -37,9 +37,10 @@ TEST_F(ToolFailure, OfAQueueNamesItInJson) {
   std::filesystem::remove(ppd());
   const Json missing = FailureOf(RunQuery({"--format", "json"}), "query");
   EXPECT_EQ(missing["step"], "queue");
-  EXPECT_EQ(missing["object"], "queue office-mfp");
-  EXPECT_THAT(missing["cause"].get<std::string>(), HasSubstr("no PPD"));
-  EXPECT_EQ(missing["hint"], nullptr);
+  EXPECT_EQ(missing["action"], "cannot read");
+  EXPECT_EQ(missing["object"], "PPD of queue \"office-mfp\"");
+  EXPECT_THAT(missing["cause"].get<std::string>(), HasSubstr("No such file"));
+  EXPECT_THAT(missing["hint"].get<std::string>(), HasSubstr("info-analyze queues cups"));
 }
 
 TEST_F(ToolFailure, OfTheCommandLineHasAHint) {
