@@ -6,7 +6,6 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <array>
-#include <cstddef>
 #include <cstdint>
 #include <exception>
 #include <memory>
@@ -159,8 +158,7 @@ using Words = std::span<char* const>;
           {.cause = UnknownText("verb", word, VerbsOf(parent)), .hint = HelpHint(parent)}};
 }
 
-// The words of a command line that no verb takes, in the order given. An unknown option hides the
-// others, because they may be its values.
+// The words of a command line that no verb takes, in the order given.
 [[nodiscard]] std::vector<std::string> UnknownWords(const CLI::App& app,
                                                     const std::vector<std::string>& arguments) {
   std::vector<std::string> left = app.remaining(true);
@@ -171,27 +169,33 @@ using Words = std::span<char* const>;
     words.push_back(argument);
     left.erase(hit);
   }
-  const auto is_option = [](const std::string& word) { return word.starts_with('-'); };
-  if (std::ranges::any_of(words, is_option)) {
-    std::erase_if(words, [&](const std::string& word) { return !is_option(word); });
-  }
   return words;
+}
+
+[[nodiscard]] bool IsOption(const std::string& word) { return word.starts_with('-'); }
+
+[[nodiscard]] std::string UnknownOption(const CLI::App& verb, const std::string& word) {
+  const std::string name = word.substr(0, word.find('='));
+  const std::vector<std::string> known = OptionsOf(verb);
+  const bool is_known = std::ranges::find(known, name) != known.end();
+  return is_known ? name + " must follow the verb" : UnknownText("option", name, known);
 }
 
 // Throws a Failure that names what no verb takes, if there is something.
 void RefuseUnknownWords(const CLI::App& app, const std::vector<std::string>& arguments) {
   const CLI::App& verb = FindVerb(app);
-  const std::vector<std::string> verbs = VerbsOf(verb);
+  const std::vector<std::string> words = UnknownWords(app, arguments);
+  const auto argument = std::ranges::find_if_not(words, IsOption);
+  // Its options follow a verb that is misspelt.
+  if (!VerbsOf(verb).empty() && argument == words.begin() && argument != words.end()) {
+    throw UnknownVerb(verb, *argument);
+  }
+  const bool has_options = std::ranges::any_of(words, IsOption);
   std::string text;
-  for (const std::string& word : UnknownWords(app, arguments)) {
-    if (!text.empty()) text += ", ";
-    if (word.starts_with('-')) {
-      text += UnknownText("option", word.substr(0, word.find('=')), OptionsOf(verb));
-    } else if (!verbs.empty()) {
-      throw UnknownVerb(verb, word);
-    } else {
-      text += "unexpected argument " + word;
-    }
+  for (const std::string& word : words) {
+    if (has_options && !IsOption(word)) continue;  // it may be the value of one
+    text += text.empty() ? "" : ", ";
+    text += IsOption(word) ? UnknownOption(verb, word) : "unexpected argument " + word;
   }
   if (text.empty()) return;
   throw Failure(ExitStatus::kUsage, {.cause = text, .hint = HelpHint(verb)});

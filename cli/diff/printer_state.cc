@@ -15,7 +15,9 @@
 #include <string_view>
 #include <utility>
 
+#include "cli/explain/decision.h"
 #include "cli/explain/explanation.h"
+#include "cli/explain/unknown_values.h"
 #include "cli/printer/ppd.h"
 #include "cli/printer/printer_query.h"
 #include "cli/snapshot/locate.h"
@@ -46,6 +48,22 @@ constexpr std::array<std::int32_t, kListNames.size()> kLists = {
   return option;
 }
 
+// What nothing knows may be what the printer has, under a different name.
+void AddUnknownValues(AnalyzeContext& analyzer, std::vector<Explanation>& explanations) {
+  const std::vector<UnknownValue> unknown_values = FindUnknownValues(analyzer);
+  if (unknown_values.empty()) return;
+  const std::vector<Decision> decisions = FindDecisions(analyzer, explanations);
+  for (std::size_t i = 0; i < explanations.size(); ++i) {
+    for (const UnknownValue& unknown : unknown_values) {
+      const bool matters =
+          IsIn(decisions[i].needed, unknown.raw) || IsIn(decisions[i].unmatched, unknown.raw);
+      if (matters && explanations[i].missing_data.empty()) {
+        explanations[i].missing_data = Describe(unknown);
+      }
+    }
+  }
+}
+
 [[nodiscard]] PrinterState Query(const PrinterLocation& given) {
   const PrinterLocation location = Locate(given);
   const Session session = OpenSession(location);
@@ -58,9 +76,9 @@ constexpr std::array<std::int32_t, kListNames.size()> kLists = {
   for (std::size_t i = 0; i < kLists.size(); ++i) {
     state.list_counts[i] = std::to_string(session.analyzer->documents[kLists[i]].count);
   }
-  for (const Explanation& why : Explain(*session.analyzer, options->next)) {
-    state.options.push_back(OptionOf(why, ppd));
-  }
+  std::vector<Explanation> explanations = Explain(*session.analyzer, options->next);
+  AddUnknownValues(*session.analyzer, explanations);
+  for (const Explanation& why : explanations) state.options.push_back(OptionOf(why, ppd));
   return state;
 }
 

@@ -248,8 +248,11 @@ void CheckKeys(Patient& patient, Checkup& checkup) {
   const auto is_missing = [](const RawValue& raw) { return raw.state == RawState::kMissing; };
   if (values.size() > 1 && std::ranges::all_of(values, is_missing)) {
     patient.has_bad_library = true;
-    return checkup.Fail("driver", "the communication library returns no key of any document",
-                        kFixLibrary);
+    return checkup.Fail(
+        "driver",
+        "no document has any key that this model needs: the documents are empty, or the "
+        "communication library does not work",
+        std::string(kFixDocument) + "; if they have keys, " + kFixLibrary);
   }
   const std::size_t before = checkup.Count(Level::kWarning);
   for (const std::int32_t list : {IA_DOCUMENT_FINISHER_LIST, IA_DOCUMENT_BIN_LIST,
@@ -264,6 +267,11 @@ void CheckKeys(Patient& patient, Checkup& checkup) {
 
 // The library does not load documents again that it has loaded, and its result is that of the last
 // document that it had to load. So the query has an analyser of its own, as any other query.
+[[nodiscard]] std::string WhatIsIn(const UnknownValue& unknown) {
+  if (unknown.raw.key == "name") return "finisher";
+  return unknown.raw.key == "alias" ? "paper source" : "medium of this driver";
+}
+
 void CheckValues(const Patient& patient, Checkup& checkup) {
   if (!patient.analyzer) return;
   patient.announce("a query runs");
@@ -281,7 +289,8 @@ void CheckValues(const Patient& patient, Checkup& checkup) {
   }
   for (const UnknownValue& unknown : FindUnknownValues(*analyzer)) {
     checkup.Warn("values", Describe(unknown),
-                 "if the device has it, add it to the list in the PPD of the driver package");
+                 "if it is a " + WhatIsIn(unknown) + ", add it to " + unknown.lists +
+                     " in the PPD of the driver package");
   }
   checkup.Ok("query", "the query returns " + CountOf(count, "option"));
 }

@@ -67,12 +67,6 @@ constexpr std::size_t kMaxNamed = 3;
   return "; default";
 }
 
-[[nodiscard]] bool IsIn(const std::vector<RawValue>& values, const RawValue& raw) {
-  return std::ranges::any_of(values, [&](const RawValue& other) {
-    return other.input == raw.input && other.item == raw.item;
-  });
-}
-
 [[nodiscard]] std::string SentenceOf(const RejectedValue& rejected) {
   RawValue changed = rejected.raw;
   changed.value = rejected.replacement;
@@ -89,7 +83,8 @@ std::string Because(const Explanation& why, const Decision& decision) {
     return "row " + PatternOf(*why.row) + " has no rule for this option; default";
   }
   if (!decision.is_known) {
-    return std::to_string(why.raw_values.size()) + " values, which --all prints" + ending;
+    return std::to_string(why.raw_values.size()) + " values; which of them decide is not known" +
+           ending;
   }
   if (!decision.needed.empty()) return JoinValues(decision.needed) + ending;
   if (decision.unmatched.empty()) {
@@ -98,8 +93,9 @@ std::string Because(const Explanation& why, const Decision& decision) {
            ending;
   }
   const bool are_few = decision.unmatched.size() <= kMaxNamed;
+  const bool is_copied = why.option->value_input != IA_NO_INPUT && why.origin == Origin::kDevice;
   return (are_few ? JoinValues(decision.unmatched) : JoinInputs(decision.unmatched)) +
-         ": no rule matches" + ending;
+         (is_copied ? "" : ": no rule matches") + ending;
 }
 
 std::string Instead(const Explanation& why, const Decision& decision) {

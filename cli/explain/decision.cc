@@ -7,6 +7,7 @@
 #include <map>
 #include <nlohmann/json.hpp>
 #include <optional>
+#include <ranges>
 #include <set>
 #include <string>
 #include <utility>
@@ -39,7 +40,7 @@ void AddReplacementsOfArray(const Json& current, const std::vector<Json>& known,
     Json longer = current.is_array() ? current : Json::array();
     longer.push_back(element);
     replacements.push_back(longer);
-    std::ranges::rotate(longer, std::prev(longer.end()));
+    std::ranges::rotate(longer, longer.end() - 1);
     replacements.push_back(std::move(longer));
   }
 }
@@ -164,11 +165,11 @@ class UpdateDecisions {
     }
     if (IsUnchanged(question, experiment_.Run(others))) return;
     Changes missing;
-    for (auto other = others.rbegin(); other != others.rend(); ++other) {
-      missing.insert(*other);
+    for (const auto& other : others | std::views::reverse) {
+      missing.insert(other);
       if (IsUnchanged(question, experiment_.Run(missing))) continue;
-      missing.erase(other->first);
-      question.needed.insert(other->first);
+      missing.erase(other.first);
+      question.needed.insert(other.first);
     }
   }
 

@@ -21,8 +21,10 @@
 #include "cli/provenance/raw_values.h"
 #include "cli/snapshot/locate.h"
 #include "cli/terminal/failure.h"
+#include "cli/terminal/nearest.h"
 #include "cli/terminal/output.h"
 #include "cli/terminal/printable.h"
+#include "cli/terminal/terminal.h"
 
 namespace ia::cli {
 namespace {
@@ -71,7 +73,7 @@ struct Report {
     case Origin::kDefault:
       break;
   }
-  return "the default; the device reports nothing that gives another";
+  return "the default";
 }
 
 [[nodiscard]] std::string ModelText(const Report& report, const Row& row) {
@@ -220,24 +222,40 @@ struct Report {
 }
 
 // Which update handler would set an option that the printer does not have.
-[[nodiscard]] std::string WhoWouldSet(const std::string& keyword) {
+[[nodiscard]] std::string WhoWouldSet(const AnalyzeContext& analyzer, const std::string& keyword) {
   for (const Update& update : UpdateHandlers()) {
     const bool sets_it = std::ranges::any_of(update.options, [&](const Option& option) {
       return option.keyword != nullptr && IsSame(option.keyword, keyword);
     });
-    if (sets_it) return std::string("; ") + update.name + " sets it for other printers";
+    if (!sets_it) continue;
+    const bool has_guard = update.guard >= 0 && update.guard < IA_DOCUMENT_COUNT;
+    if (has_guard && analyzer.documents[update.guard].xml == nullptr) {
+      return std::string("; ") + update.name + " would set it, but " +
+             Analyze_Provenance_GetDocumentName(update.guard) + " is not loaded";
+    }
+    return std::string("; ") + update.name + " sets it for other printers";
   }
   return "";
 }
 
+[[nodiscard]] std::string Suggestion(const std::string& keyword,
+                                     const std::vector<Explanation>& explanations) {
+  std::vector<std::string> keywords;
+  for (const Explanation& why : explanations) keywords.push_back(why.keyword);
+  const std::optional<std::string> nearest = FindNearest(keyword, keywords);
+  return nearest ? " (did you mean " + *nearest + "?)" : "";
+}
+
 // Keeps the explanations of the keywords, in the order of the query.
-void Select(const std::vector<std::string>& keywords, std::vector<Explanation>& explanations) {
+void Select(const AnalyzeContext& analyzer, const std::vector<std::string>& keywords,
+            std::vector<Explanation>& explanations) {
   if (keywords.empty()) return;
   for (const std::string& keyword : keywords) {
     const auto is_of_keyword = [&](const Explanation& why) { return IsSame(why.keyword, keyword); };
     if (std::ranges::any_of(explanations, is_of_keyword)) continue;
-    throw Failure(ExitStatus::kNotFound,
-                  "the printer has no option " + keyword + WhoWouldSet(keyword));
+    throw Failure(ExitStatus::kNotFound, "the printer has no option " + keyword +
+                                             Suggestion(keyword, explanations) +
+                                             WhoWouldSet(analyzer, keyword));
   }
   std::erase_if(explanations, [&](const Explanation& why) {
     return std::ranges::none_of(
@@ -254,7 +272,8 @@ void ExplainOptions(const ExplainQuestion& question) {
                    Explain(*session.analyzer, options->next),
                    {},
                    {}};
-  Select(question.keywords, report.explanations);
+  Select(*session.analyzer, question.keywords, report.explanations);
+  const Step step("finding what decided");
   report.decisions = FindDecisions(*session.analyzer, report.explanations);
   if (question.keywords.empty()) report.unknown_values = FindUnknownValues(*session.analyzer);
   WriteAnswer(question.format == "json" ? ReportJson(report) : FormatReport(report, question.all));
@@ -266,7 +285,7 @@ void DefineExplain(CLI::App& verb) {
   const auto question = std::make_shared<ExplainQuestion>();
   verb.add_option("KEYWORD", question->keywords, "Only these options");
   AddPrinterOptions(verb, question->location);
-  verb.add_flag("--all", question->all, "Print every value that was read");
+  verb.add_flag("--all", question->all, "Print every value that was read, and every change");
   AddFormatOption(verb, question->format);
   verb.footer(
       "Examples:\n"

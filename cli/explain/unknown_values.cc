@@ -73,8 +73,10 @@ constexpr std::size_t kMaxUnknown = 100;  // of each input
   return options;
 }
 
-// Whether items can be tried alone.
+// Whether items can be tried alone, which takes all documents.
 [[nodiscard]] bool CanTryItems(AnalyzeContext& analyzer) {
+  const auto is_missing = [](const XmlData& document) { return document.xml == nullptr; };
+  if (std::ranges::any_of(analyzer.documents, is_missing)) return false;
   for (std::size_t update = 0; update < UpdateHandlers().size(); ++update) {
     if (!Experiment(analyzer, static_cast<std::int32_t>(update)).IsFaithful()) return false;
   }
@@ -87,6 +89,25 @@ constexpr std::size_t kMaxUnknown = 100;  // of each input
   return key == "name" || key == "alias";
 }
 
+[[nodiscard]] const InputKey& FunctionsOfUnits() {
+  for (std::int32_t number = 0;; ++number) {
+    const InputKey& input = *FindInput(number);
+    const bool is_found =
+        input.document == IA_DOCUMENT_FINISHER_LIST && std::string_view(input.key) == "func";
+    if (is_found) return input;
+  }
+}
+
+// A unit that staples is a finisher, which only its name identifies.
+[[nodiscard]] bool IsFinisher(const AnalyzeContext& analyzer, const RawValue& raw) {
+  if (raw.input->document != IA_DOCUMENT_FINISHER_LIST) return false;
+  const std::vector<RawValue> functions = ReadRawValues(analyzer, FunctionsOfUnits());
+  return std::ranges::any_of(functions, [&](const RawValue& unit) {
+    return unit.item == raw.item && unit.value.is_array() &&
+           std::ranges::find(unit.value, Json("staple")) != unit.value.end();
+  });
+}
+
 [[nodiscard]] bool GivesAnOption(AnalyzeContext& analyzer, const RawValue& raw) {
   if (analyzer.documents[raw.input->document].count > kMaxItems) return false;
   return RunWithItem(analyzer, raw.input->document, raw.item) !=
@@ -96,14 +117,17 @@ constexpr std::size_t kMaxUnknown = 100;  // of each input
 void AddUnknownValues(AnalyzeContext& analyzer, const InputKey& input,
                       std::vector<UnknownValue>& unknown) {
   const std::vector<Json> known = KnownValues(analyzer, input);
+  const std::vector<Json> in_lists = ValuesInLists(analyzer, input);
   std::set<Json> seen;
   for (RawValue& raw : ReadRawValues(analyzer, input)) {
     const Json value = LookedUp(raw);
-    const bool is_nothing = value.is_null() || value == "" || value == 0;
+    const bool is_nothing = value.is_null() || value == Json("") || value == 0;
     if (is_nothing || IsKnown(value, known) || !seen.insert(value).second) continue;
     if (seen.size() > kMaxUnknown) return;
-    if (IdentifiesItem(input) && GivesAnOption(analyzer, raw)) continue;
-    unknown.push_back({std::move(raw), ListsOf(input), FindNearest(value, known)});
+    const bool is_known_otherwise =
+        IdentifiesItem(input) && !IsFinisher(analyzer, raw) && GivesAnOption(analyzer, raw);
+    if (is_known_otherwise) continue;
+    unknown.push_back({std::move(raw), ListsOf(input), FindNearest(value, in_lists)});
   }
 }
 

@@ -11,12 +11,16 @@
 namespace ia::cli {
 namespace {
 
-[[noreturn]] void FailForDocuments(const std::string& queue, std::int32_t result,
+[[noreturn]] void FailForDocuments(const std::string& queue,
                                    const std::vector<std::string>& missing) {
   for (const std::string& sentence : missing) ReportError(sentence);
-  throw Failure(ExitStatus::kDocuments,
-                {.object = "queue " + queue,
-                 .cause = "the query failed with result " + std::to_string(result)});
+  throw Failure(
+      ExitStatus::kDocuments,
+      {.object = "queue " + queue,
+       .cause = missing.empty() ? "the query failed"
+                                : "the query failed, because " + std::to_string(missing.size()) +
+                                      " of 9 documents cannot be read",
+       .hint = "find out why with info-analyze doctor"});
 }
 
 }  // namespace
@@ -26,7 +30,8 @@ OptionListPtr QueryPrinter(AnalyzeContext& analyzer, const std::string& queue) {
   const Step step("the documents and options of queue " + queue);
   const std::int32_t result = Analyze_Info_FromPrinter(&analyzer, options.get(), 0);
   const std::vector<std::string> missing = ExplainMissingDocuments(analyzer);
-  if (result != 0) FailForDocuments(queue, result, missing);
+  const bool has_documents = missing.size() < IA_DOCUMENT_COUNT;
+  if (result != 0 || !has_documents) FailForDocuments(queue, missing);
   for (const std::string& sentence : missing) ReportWarning(sentence);
   return options;
 }

@@ -2,7 +2,9 @@
 
 #include <dlfcn.h>
 
+#include <filesystem>
 #include <string>
+#include <system_error>
 #include <utility>
 
 #include "cli/printer/queue_ppd.h"
@@ -17,6 +19,16 @@ constexpr int kMaxTimeout = 86'400;  // a day
 [[nodiscard]] BidiPtr LoadLibrary(const std::string& driver_folder) {
   const std::string path = LibraryPath(driver_folder);
   const Step step("the communication library " + path);
+  std::error_code ignored;
+  const auto type = std::filesystem::status(path, ignored).type();
+  const bool can_be_loaded = type == std::filesystem::file_type::regular ||
+                             type == std::filesystem::file_type::not_found ||
+                             type == std::filesystem::file_type::none;
+  if (!can_be_loaded) {  // loading a FIFO would wait for its writer
+    throw Failure(ExitStatus::kCommunicationLibrary, {.object = "communication library " + path,
+                                                      .cause = "not a regular file",
+                                                      .hint = "install the driver package again"});
+  }
   BidiPtr library(Bidi_Create(driver_folder.c_str()));
   if (library) return library;
   const char* reason = dlerror();

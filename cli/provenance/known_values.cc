@@ -33,6 +33,61 @@ struct KnownByRules {
   return modes;
 }
 
+[[nodiscard]] const std::vector<Json>& Units() {
+  static const std::vector<Json> units = {
+      "Vorel 3 Way Unit-D1",
+      "Vorel 3 Way Unit-D2",
+      "Vorel Booklet Finisher-D1",
+      "Vorel Booklet Finisher-K1 PRO",
+      "Vorel Booklet Finisher-P1",
+      "Vorel Booklet Finisher-R1",
+      "Vorel Booklet Finisher-S1",
+      "Vorel Booklet Finisher-U1",
+      "Vorel Booklet Finisher-W1",
+      "Vorel Booklet Finisher-Z1",
+      "Vorel Finisher-A1",
+      "Vorel Finisher-C1",
+      "Vorel Finisher-Q1",
+      "Vorel Finisher-T1",
+      "Vorel Finisher-U1/U3",
+      "Vorel Finisher-U3",
+      "Vorel Finisher-UH1",
+      "Vorel Inner 2 Way Tray-S1",
+      "Vorel Inner 2Way Tray-B1",
+      "Vorel Inner 2Way Tray-R1",
+      "Vorel Inner 2way Tray",
+      "Vorel Inner 2way Tray-N1",
+      "Vorel Inner Finisher-F1",
+      "Vorel Inner Finisher-W1",
+      "Vorel Inner Shift Sorter-D1",
+      "Vorel Multi Function Professional Puncher-D1",
+      "Vorel Professional Puncher-B1",
+      "Vorel Professional Puncher-E1",
+      "Vorel Saddle Finisher-C2",
+      "Vorel Saddle Finisher-HB2",
+      "Vorel Saddle Finisher-T2",
+      "Vorel Saddle Finisher-TC2",
+      "Vorel Saddle Finisher-U2/U4",
+      "Vorel Saddle Finisher-U4",
+      "Vorel Saddle Finisher-UH2",
+      "Vorel Saddle Finisher-W3",
+      "Vorel Saddle Finisher-W4",
+      "Vorel Saddle Finisher-WE2",
+      "Vorel Saddle Finisher-WM2",
+      "Vorel Saddle Finisher-X2",
+      "Vorel Saddle Finisher-X2/X2L",
+      "Vorel Saddle Finisher-XU2",
+      "Vorel Staple Finisher-D1",
+      "Vorel Staple Finisher-P1",
+      "Vorel Staple Finisher-R1",
+      "Vorel Staple Finisher-S1",
+      "Vorel Staple Finisher-U1",
+      "Vorel Staple Finisher-W1",
+      "Vorel Staple Finisher-Z1",
+  };
+  return units;
+}
+
 [[nodiscard]] const std::vector<KnownByRules>& RowsOfRules() {
   static const std::vector<KnownByRules> rows = {
       {IA_DOCUMENT_FUNCTIONS, "authentication_user", Modes()},
@@ -47,59 +102,7 @@ struct KnownByRules {
        {"punching_2", "punching_2_holes", "punching_2or3_holes", "punching_3_holes",
         "punching_French_4_holes", "punching_Swedish_4_holes", "punching_multiple_holes",
         "inserting_multiple_sheet", "trimming_3_direction"}},
-      {IA_DOCUMENT_FINISHER_LIST,
-       "name",
-       {
-           "Vorel 3 Way Unit-D1",
-           "Vorel 3 Way Unit-D2",
-           "Vorel Booklet Finisher-D1",
-           "Vorel Booklet Finisher-K1 PRO",
-           "Vorel Booklet Finisher-P1",
-           "Vorel Booklet Finisher-R1",
-           "Vorel Booklet Finisher-S1",
-           "Vorel Booklet Finisher-U1",
-           "Vorel Booklet Finisher-W1",
-           "Vorel Booklet Finisher-Z1",
-           "Vorel Finisher-A1",
-           "Vorel Finisher-C1",
-           "Vorel Finisher-Q1",
-           "Vorel Finisher-T1",
-           "Vorel Finisher-U1/U3",
-           "Vorel Finisher-U3",
-           "Vorel Finisher-UH1",
-           "Vorel Inner 2 Way Tray-S1",
-           "Vorel Inner 2Way Tray-B1",
-           "Vorel Inner 2Way Tray-R1",
-           "Vorel Inner 2way Tray",
-           "Vorel Inner 2way Tray-N1",
-           "Vorel Inner Finisher-F1",
-           "Vorel Inner Finisher-W1",
-           "Vorel Inner Shift Sorter-D1",
-           "Vorel Multi Function Professional Puncher-D1",
-           "Vorel Professional Puncher-B1",
-           "Vorel Professional Puncher-E1",
-           "Vorel Saddle Finisher-C2",
-           "Vorel Saddle Finisher-HB2",
-           "Vorel Saddle Finisher-T2",
-           "Vorel Saddle Finisher-TC2",
-           "Vorel Saddle Finisher-U2/U4",
-           "Vorel Saddle Finisher-U4",
-           "Vorel Saddle Finisher-UH2",
-           "Vorel Saddle Finisher-W3",
-           "Vorel Saddle Finisher-W4",
-           "Vorel Saddle Finisher-WE2",
-           "Vorel Saddle Finisher-WM2",
-           "Vorel Saddle Finisher-X2",
-           "Vorel Saddle Finisher-X2/X2L",
-           "Vorel Saddle Finisher-XU2",
-           "Vorel Staple Finisher-D1",
-           "Vorel Staple Finisher-P1",
-           "Vorel Staple Finisher-R1",
-           "Vorel Staple Finisher-S1",
-           "Vorel Staple Finisher-U1",
-           "Vorel Staple Finisher-W1",
-           "Vorel Staple Finisher-Z1",
-       }},
+      {IA_DOCUMENT_FINISHER_LIST, "name", Units()},
       {IA_DOCUMENT_BIN_LIST, "number", {3}},
       {IA_DOCUMENT_BIN_LIST, "alias", {101, 102, 119, 121}},
       {IA_DOCUMENT_TRAY_LIST, "list", {0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10}},
@@ -182,11 +185,16 @@ void AddValueList(const AnalyzeContext& analyzer, std::string_view list,
 
 }  // namespace
 
-std::vector<Json> KnownValues(const AnalyzeContext& analyzer, const InputKey& input) {
+std::vector<Json> ValuesInLists(const AnalyzeContext& analyzer, const InputKey& input) {
   std::vector<Json> values;
   for (const Lookup& lookup : kLookups) {
     if (IsRowOf(lookup, input)) AddLookups(analyzer, lookup, values);
   }
+  return values;
+}
+
+std::vector<Json> KnownValues(const AnalyzeContext& analyzer, const InputKey& input) {
+  std::vector<Json> values = ValuesInLists(analyzer, input);
   for (const ValueList& row : kValueLists) {
     if (IsRowOf(row, input)) AddValueList(analyzer, row.list, values);
   }

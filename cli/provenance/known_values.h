@@ -16,6 +16,10 @@ namespace ia::cli {
 [[nodiscard]] std::vector<nlohmann::ordered_json> KnownValues(const AnalyzeContext& analyzer,
                                                               const InputKey& input);
 
+// Those of them that are in the PPD's lists.
+[[nodiscard]] std::vector<nlohmann::ordered_json> ValuesInLists(const AnalyzeContext& analyzer,
+                                                                const InputKey& input);
+
 // The keywords of the PPD's lists in which the library looks up a value of an input:
 // "QVAnlz_InputTray or QVAnlz_SrcOption"; empty when there are none.
 [[nodiscard]] std::string ListsOf(const InputKey& input);

@@ -1,5 +1,6 @@
 #include "cli/provenance/raw_values.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 #include <optional>
@@ -184,6 +185,12 @@ std::vector<RawValue> ReadRawValues(const AnalyzeContext& analyzer, const InputK
   }
   if (input.in_list != 0) return ReadItems(place, input, document.count);
   return {ReadAt(place, input, -1)};
+}
+
+bool IsIn(const std::vector<RawValue>& values, const RawValue& raw) {
+  return std::ranges::any_of(values, [&](const RawValue& other) {
+    return other.input == raw.input && other.item == raw.item;
+  });
 }
 
 std::string FormatRawValue(const RawValue& raw) {

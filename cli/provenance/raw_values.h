@@ -34,6 +34,9 @@ struct RawValue {
 [[nodiscard]] std::vector<RawValue> ReadRawValues(const AnalyzeContext& analyzer,
                                                   const InputKey& input);
 
+// Whether one of the values is in the same place.
+[[nodiscard]] bool IsIn(const std::vector<RawValue>& values, const RawValue& raw);
+
 // "Tray_list.xml list[0] type = 1".
 [[nodiscard]] std::string FormatRawValue(const RawValue& raw);
 [[nodiscard]] nlohmann::ordered_json ToJson(const RawValue& raw);

@@ -15,7 +15,7 @@ void SetGivenName(const std::string& path, const std::string& name);
 // Copies a text, with given names, so that a terminal shows all of it and obeys nothing in it: each
 // byte of a control, of a character that hides or reorders text, or of what is not UTF-8 becomes
 // "\x" and two lower-case hexadecimal digits.
-[[nodiscard]] std::string Printable(std::string_view text);
+[[nodiscard]] std::string Printable(std::string_view given);
 
 }  // namespace ia::cli
 

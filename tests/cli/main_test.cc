@@ -127,6 +127,13 @@ TEST_F(ToolCommandLine, UnknownOptionsAreNamedBeforeMissingOnes) {
                 "--driver (did you mean --driver-folder?); see info-analyze query --help"));
 }
 
+TEST_F(ToolCommandLine, MisspeltVerbIsNamedRatherThanItsOptions) {
+  ExpectFailure(RunTool({IA_TEST_TOOL, "explian", "QVFinisher", "--queue", "office"}), 2,
+                HasSubstr("error: unknown verb explian (did you mean explain?); see"));
+  ExpectFailure(RunTool({IA_TEST_TOOL, "--format=text", "query"}), 2,
+                HasSubstr("error: --format must follow the verb; see info-analyze query --help"));
+}
+
 TEST_F(ToolCommandLine, UnexpectedWordsKeepTheirOrder) {
   ExpectFailure(RunTool({IA_TEST_TOOL, "queues", "cups", "one", "two"}), 2,
                 HasSubstr("error: unexpected argument one, unexpected argument two; see"));

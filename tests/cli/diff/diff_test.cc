@@ -224,6 +224,15 @@ TEST_F(ToolDiff, LpadminLineLeavesOutDefaultsForWantOfAKey) {
   EXPECT_THAT(run.err, HasSubstr("QVHardDisk=False is left out: Accessories.xml hd is missing"));
 }
 
+TEST_F(ToolDiff, LpadminLineLeavesOutWhatAnUnknownUnitMayDecide) {
+  InDocument("Finisher_list.xml", "Booklet Finisher-W1", "Booklett Finisher-W1");
+  const Finished run = DiffToCopy({"--lpadmin"});
+  EXPECT_EQ(run.status, 5);
+  EXPECT_THAT(run.out, Not(HasSubstr("QVFinisher")));
+  EXPECT_THAT(run.err,
+              HasSubstr("QVFinisher=INSHFTD1 is left out: Finisher_list.xml list[1] name"));
+}
+
 TEST_F(ToolDiff, LpadminLineLeavesOutDefaultsForWantOfANumber) {
   InDocument("Accessories.xml", "<long key=\"hd\">1</long>", "<string key=\"hd\">1</string>");
   const Finished run = DiffToCopy({"--lpadmin"});

@@ -81,6 +81,21 @@ TEST_F(ToolExplain, ValueThatNoRuleMatchesIsNamed) {
   EXPECT_EQ(unknown[0]["nearest"], "Vorel Booklet Finisher-W1");
 }
 
+TEST_F(ToolExplain, FinisherWithAMisspeltNameIsUnknownWhateverItDoes) {
+  std::string units = ia_test::ReadFile(Document("Finisher_list.xml"));
+  const std::string name = "Booklet Finisher-W1";
+  WriteDocument("Finisher_list.xml",
+                units.replace(units.find(name), name.size(), "Booklett Finisher-W1"));
+  EXPECT_THAT(Explain({}).out, HasSubstr("list[1] name = \"Vorel Booklett Finisher-W1\": not in "
+                                         "QVAnlz_FinisherName; the nearest known value is "
+                                         "\"Vorel Booklet Finisher-W1\"\n"));
+}
+
+TEST_F(ToolExplain, MisspeltKeywordHasASuggestion) {
+  ExpectFailure(Explain({"QVFinsher"}), 6,
+                HasSubstr("the printer has no option QVFinsher (did you mean QVFinisher?)"));
+}
+
 TEST_F(ToolExplain, SummaryHasAtMostFiveLinesForEachOption) {
   const std::string text = Explain({}).out;
   int lines = 0;
@@ -211,7 +226,7 @@ TEST_F(ToolExplain, ListsOfThousandsOfUnknownItemsEndSoon) {
   WriteDocument("Finisher_list.xml", DocumentOf(items));
   const Finished run = Explain({});
   EXPECT_EQ(run.status, 0);
-  EXPECT_THAT(run.out, HasSubstr(" values, which --all prints (analyze_"));
+  EXPECT_THAT(run.out, HasSubstr(" values; which of them decide is not known (analyze_"));
   EXPECT_THAT(run.out, HasSubstr("list[99] name = \"unit 99\": not in QVAnlz_FinisherName"));
   EXPECT_THAT(run.out, Not(HasSubstr("list[100] name")));
 }

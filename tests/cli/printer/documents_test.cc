@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <nlohmann/json.hpp>
 #include <string>
@@ -33,12 +34,20 @@ class ToolDocuments : public SamplePrinter {
     return "info-analyze: warning: " + Sentence(name, reason);
   }
   void ExpectFailureOf(const std::string& name, const std::string& reason) const {
-    ExpectFailure(
-        RunQuery(), 5,
-        testing::Eq("info-analyze: error: " + Sentence(name, reason) +
-                    "\ninfo-analyze: error: queue office-mfp: the query failed with result -1\n"));
+    ExpectFailure(RunQuery(), 5,
+                  testing::Eq("info-analyze: error: " + Sentence(name, reason) +
+                              "\ninfo-analyze: error: queue office-mfp: the query failed, because "
+                              "1 of 9 documents cannot be read; find out "
+                              "why with info-analyze doctor\n"));
   }
 };
+
+TEST_F(ToolDocuments, LibraryThatReadsNoneFailsTheQuery) {
+  std::vector<std::string> arguments = QueryArguments();
+  std::ranges::replace(arguments, std::string(IA_TEST_DRIVER_FOLDER),
+                       std::string(IA_TEST_SUPPORT_BUILD "/faulty/stub"));
+  ExpectFailure(RunTool(arguments), 5, testing::HasSubstr("9 of 9 documents cannot be read"));
+}
 
 // The loader's last result decides, and Devicename.xml is read last.
 TEST_F(ToolDocuments, MissingLastOneFailsTheQuery) {

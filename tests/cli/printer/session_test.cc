@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <filesystem>
 #include <string>
@@ -32,6 +33,13 @@ TEST_F(ToolCommunicationLibrary, MissingFileIsReported) {
 TEST_F(ToolCommunicationLibrary, FileThatIsNoLibraryIsReported) {
   root_.Write("driver/Bidi/libmqpd_util.so", "text");
   ExpectRefused(root_ / "driver", "file too short");
+}
+
+TEST_F(ToolCommunicationLibrary, FifoIsRefusedWithoutWaiting) {
+  std::filesystem::create_directories(root_ / "fifo/Bidi");
+  ASSERT_EQ(mkfifo((root_ / "fifo/Bidi/libmqpd_util.so").c_str(), 0600), 0);
+  ExpectFailure(RunQueryWith("--driver-folder", root_ / "fifo"), 4,
+                HasSubstr("libmqpd_util.so: not a regular file"));
 }
 
 TEST_F(ToolCommunicationLibrary, MissingEntryPointIsReported) {

@@ -3,7 +3,7 @@
 signals while it reads or writes a valid one. It must refuse each with one message, within limits of
 time and memory, and leave no file.
 
-usage: archive_check.py TOOL SOURCE_FOLDER"""
+usage: archive_check.py TOOL HANGING_DRIVER_FOLDER SOURCE_FOLDER"""
 import gzip
 import io
 import os
@@ -123,8 +123,9 @@ TEMPORARY = "info-analyze."  # the names of its temporary folders begin so
 
 
 class Checker:
-    def __init__(self, tool, folder):
+    def __init__(self, tool, hanging_driver, folder):
         self.tool = tool
+        self.hanging_driver = hanging_driver
         self.folder = folder
         self.temporary = folder / "tmp"
         self.temporary.mkdir()
@@ -160,10 +161,7 @@ class Checker:
 
     def end_by(self, number, archive):
         """Ends the tool while it waits for a communication library, the archive being unpacked."""
-        driver = self.folder / f"driver{number}"
-        (driver / "Bidi").mkdir(parents=True)
-        os.mkfifo(driver / "Bidi/libmqpd_util.so")
-        process = subprocess.Popen(self.query(archive, driver), stderr=subprocess.DEVNULL,
+        process = subprocess.Popen(self.query(archive, self.hanging_driver), stderr=subprocess.DEVNULL,
                                    env=self.environment)
         wait_until(lambda: self.left() and any(self.left()[0].glob("ppd/*")))
         self.expect(self.left() and process.poll() is None, number, "nothing to interrupt")
@@ -202,11 +200,11 @@ def wait_until(holds):
 
 
 def main():
-    tool, source = sys.argv[1], pathlib.Path(sys.argv[2])
+    tool, hanging_driver, source = sys.argv[1], sys.argv[2], pathlib.Path(sys.argv[3])
     printer = source / "examples/office-mfp"
     with tempfile.TemporaryDirectory() as name:
         folder = pathlib.Path(name)
-        checker = Checker(tool, folder)
+        checker = Checker(tool, hanging_driver, folder)
         archive = folder / "kept.tar.gz"
         def take(path):
             return [tool, "snapshot", path, "--queue", printer.name, "--cups-root", printer,
