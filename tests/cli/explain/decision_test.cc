@@ -414,7 +414,7 @@ TEST(UnknownValues, AreThoseThatGiveNoOption) {
   EXPECT_EQ(sentences,
             (std::vector<std::string>{
                 "Finisher_list.xml list[0] name = \"Vorel Bookled Finisher-W1\": not in "
-                "QVAnlz_FinisherName; the nearest known value is \"Vorel Booklet Finisher-W1\"",
+                "QVAnlz_FinisherName; the nearest known value is \"Vorel Booklet Finisher-X1\"",
                 "Tray_list.xml list[1] alias = [250]: not in QVAnlz_InputTray or "
                 "QVAnlz_SrcOption; the nearest known value is 161",
                 "Tray_list.xml list[0] medium_type = 77: not in QV_Prot_MediaType; the nearest "
