@@ -2,7 +2,10 @@
 #ifndef INFO_ANALYZE_CLI_DOCTOR_CHECKUP_H_
 #define INFO_ANALYZE_CLI_DOCTOR_CHECKUP_H_
 
+#include <unistd.h>
+
 #include <algorithm>
+#include <cerrno>
 #include <cstddef>
 #include <functional>
 #include <memory>
@@ -132,6 +135,12 @@ struct Patient {
   // Called before each use of the communication library, with what it is used for.
   std::function<void(const std::string& use)> announce = [](const std::string&) {};
 };
+
+// What to do about a file or folder that cannot be read.
+[[nodiscard]] inline std::string FixOf(const std::string& path, const std::string& usual) {
+  const bool is_denied = access(path.c_str(), R_OK) != 0 && errno == EACCES;
+  return is_denied ? "run as a user who may read it" : usual;
+}
 
 // The checks, in the order in which they are made.
 void CheckQueue(Patient& patient, Checkup& checkup);

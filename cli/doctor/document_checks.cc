@@ -1,5 +1,6 @@
 // The doctor's checks of the device documents, of their keys and of the options of a query.
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -34,9 +35,14 @@ constexpr const char* kFixLibrary =
                  "correct --device-info, or let the printer daemon fetch the documents");
     return false;
   }
-  if (S_ISDIR(status.st_mode)) return true;
-  checkup.Fail("documents", "document directory " + folder + ": not a directory",
-               "correct --device-info");
+  if (!S_ISDIR(status.st_mode)) {
+    checkup.Fail("documents", "document directory " + folder + ": not a directory",
+                 "correct --device-info");
+    return false;
+  }
+  if (access(folder.c_str(), R_OK | X_OK) == 0) return true;
+  checkup.Fail("documents", "document directory " + folder + ": " + std::strerror(errno),
+               FixOf(folder, "correct --device-info"));
   return false;
 }
 
@@ -51,7 +57,7 @@ void LoadDocument(const Patient& patient, std::int32_t index, Documents& documen
   const std::string name = Analyze_Provenance_GetDocumentName(index);
   const std::string path = patient.location.device_info + "/" + name;
   if (const auto fault = FindFileFault(path)) {
-    return checkup.Fail("documents", "document " + path + ": " + *fault, kFixDocument);
+    return checkup.Fail("documents", "document " + path + ": " + *fault, FixOf(path, kFixDocument));
   }
   struct stat status = {};
   if (stat(path.c_str(), &status) == 0 && status.st_size == 0) {

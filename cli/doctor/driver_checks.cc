@@ -52,13 +52,19 @@ constexpr const char* kFixDriver = "install the driver package, or correct --dri
 [[nodiscard]] bool CheckFile(const std::string& path, Checkup& checkup) {
   struct stat status = {};
   if (stat(path.c_str(), &status) != 0) {
-    checkup.Fail("driver", "communication library " + path + ": " + std::strerror(errno),
-                 "install the driver package again: its communication library is missing");
+    checkup.Fail(
+        "driver", "communication library " + path + ": " + std::strerror(errno),
+        FixOf(path, "install the driver package again: its communication library is missing"));
     return false;
   }
   if (!S_ISREG(status.st_mode)) {
     checkup.Fail("driver", "communication library " + path + ": not a regular file",
                  "install the driver package again");
+    return false;
+  }
+  if (access(path.c_str(), R_OK) != 0) {
+    checkup.Fail("driver", "communication library " + path + ": " + std::strerror(errno),
+                 FixOf(path, "install the driver package again"));
     return false;
   }
   return true;

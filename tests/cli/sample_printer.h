@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cstddef>
@@ -61,6 +62,16 @@ class SamplePrinter : public testing::Test {
     return RunProgram(ToolCommand(arguments));
   }
   // A query of the copy; the arguments follow those that it takes.
+  // As a user who may read only what all may.
+  Finished RunUnprivileged(std::vector<std::string> arguments) const {
+    std::filesystem::permissions(root_.path(), std::filesystem::perms(0755));
+    std::filesystem::permissions(temporary_, std::filesystem::perms(0777));
+    if (geteuid() == 0) {
+      arguments.insert(arguments.begin(),
+                       {"/usr/bin/setpriv", "--reuid=65534", "--regid=65534", "--clear-groups"});
+    }
+    return RunTool(arguments);
+  }
   Finished RunQuery(const std::vector<std::string>& more = {}) const {
     std::vector<std::string> arguments = QueryArguments();
     arguments.insert(arguments.end(), more.begin(), more.end());

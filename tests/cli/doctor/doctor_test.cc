@@ -75,11 +75,14 @@ class DoctorSetUp : public SamplePrinter {
   std::string Folder() const { return root_.path(); }
 
   Finished Examine(const std::vector<std::string>& more = {}) const {
+    return RunTool(Arguments(more));
+  }
+  std::vector<std::string> Arguments(const std::vector<std::string>& more = {}) const {
     std::vector<std::string> arguments = QueryArguments();
     arguments[1] = "doctor";
     *(std::ranges::find(arguments, IA_TEST_DRIVER_FOLDER)) = driver();
     arguments.insert(arguments.end(), more.begin(), more.end());
-    return RunTool(arguments);
+    return arguments;
   }
 
  private:
@@ -484,6 +487,18 @@ TEST_F(Doctor, WarnsOfAUnitThatNothingKnowsAndNamesTheNearest) {
   EXPECT_THAT(run.out, HasSubstr("Finisher_list.xml list[0] name = \"Vorel Bookled Finisher-W1\": "
                                  "not in QVAnlz_FinisherName; the nearest known value is "
                                  "\"Vorel Booklet Finisher-W1\""));
+}
+
+TEST_F(Doctor, NamesWhatTheUserMayNotRead) {
+  std::filesystem::permissions(Document("Tray_list.xml"), std::filesystem::perms::none);
+  EXPECT_THAT(RunUnprivileged(Arguments()).out,
+              testing::ContainsRegex("Tray_list.xml: Permission denied\n"
+                                     " +fix: run as a user who may read it"));
+  std::filesystem::permissions(device_info(), std::filesystem::perms::none);
+  const std::string out = RunUnprivileged(Arguments()).out;
+  EXPECT_THAT(out, HasSubstr("document directory " + device_info() + ": Permission denied"));
+  EXPECT_THAT(out, Not(HasSubstr("Tray_list.xml")));
+  std::filesystem::permissions(device_info(), std::filesystem::perms::owner_all);
 }
 
 TEST_F(Doctor, ListsMayBeEmpty) {
