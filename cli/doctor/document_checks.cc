@@ -232,6 +232,11 @@ void CheckChoice(const Patient& patient, const OptionList& option, Checkup& chec
   return has_bad_document ? "fix the documents that are named above" : kFixLibrary;
 }
 
+[[nodiscard]] std::string WhatIsIn(const UnknownValue& unknown) {
+  if (unknown.raw.key == "name") return "finisher";
+  return unknown.raw.key == "alias" ? "paper source" : "medium of this driver";
+}
+
 }  // namespace
 
 void CheckDocuments(Patient& patient, Checkup& checkup) {
@@ -273,11 +278,6 @@ void CheckKeys(Patient& patient, Checkup& checkup) {
 
 // The library does not load documents again that it has loaded, and its result is that of the last
 // document that it had to load. So the query has an analyser of its own, as any other query.
-[[nodiscard]] std::string WhatIsIn(const UnknownValue& unknown) {
-  if (unknown.raw.key == "name") return "finisher";
-  return unknown.raw.key == "alias" ? "paper source" : "medium of this driver";
-}
-
 void CheckValues(const Patient& patient, Checkup& checkup) {
   if (!patient.analyzer) return;
   patient.announce("a query runs");
