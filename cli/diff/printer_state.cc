@@ -14,6 +14,7 @@
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "cli/explain/decision.h"
 #include "cli/explain/explanation.h"
@@ -48,18 +49,21 @@ constexpr std::array<std::int32_t, kListNames.size()> kLists = {
   return option;
 }
 
+[[nodiscard]] bool MayDecide(const UnknownValue& unknown, const Decision& decision) {
+  return IsIn(decision.needed, unknown.raw) || IsIn(decision.unmatched, unknown.raw);
+}
+
 // What nothing knows may be what the printer has, under a different name.
 void AddUnknownValues(AnalyzeContext& analyzer, std::vector<Explanation>& explanations) {
   const std::vector<UnknownValue> unknown_values = FindUnknownValues(analyzer);
   if (unknown_values.empty()) return;
   const std::vector<Decision> decisions = FindDecisions(analyzer, explanations);
   for (std::size_t i = 0; i < explanations.size(); ++i) {
-    for (const UnknownValue& unknown : unknown_values) {
-      const bool matters =
-          IsIn(decisions[i].needed, unknown.raw) || IsIn(decisions[i].unmatched, unknown.raw);
-      if (matters && explanations[i].missing_data.empty()) {
-        explanations[i].missing_data = Describe(unknown);
-      }
+    const auto unknown = std::ranges::find_if(
+        unknown_values, [&](const UnknownValue& value) { return MayDecide(value, decisions[i]); });
+    const bool is_complete = explanations[i].missing_data.empty();
+    if (is_complete && unknown != unknown_values.end()) {
+      explanations[i].missing_data = Describe(*unknown);
     }
   }
 }
