@@ -12,6 +12,7 @@
 
 #include "cli/snapshot/addresses.h"
 #include "cli/terminal/failure.h"
+#include "cli/terminal/printable.h"
 #include "info_analyze/device_documents.h"
 #include "info_analyze/provenance.h"
 
@@ -75,7 +76,7 @@ constexpr std::string_view kFaxLineId = "id";
 [[nodiscard]] bool Decides(std::int32_t document, std::string_view key) {
   if (IsDeviceName(document, key)) return false;
   InputKey input = {};
-  for (std::int32_t i = 0; Analyze_Provenance_GetInput(i, &input, sizeof input) == 0; ++i) {
+  for (std::int32_t i = 0; Analyze_Provenance_GetInput(i, &input, sizeof input) != 0; ++i) {
     if (input.document == document && key == input.key) return true;
   }
   return false;
@@ -83,10 +84,7 @@ constexpr std::string_view kFaxLineId = "id";
 
 [[nodiscard]] std::optional<Category> CategoryOf(std::int32_t document, std::string_view key) {
   if (IsDeviceName(document, key)) return Category::kDeviceName;
-  std::string lower(key);
-  std::ranges::transform(lower, lower.begin(), [](char byte) {
-    return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte;
-  });
+  const std::string lower = LowerCase(key);
   const auto row = std::ranges::find_if(kPrivateKeys, [&](const PrivateKey& known) {
     return lower.find(known.part) != std::string::npos;
   });

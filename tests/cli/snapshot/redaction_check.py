@@ -190,10 +190,18 @@ def deciding_names(source):
     return re.findall(r'"([^"]*)"', re.search(r"kDevicesWithIdSupport = (.*?);", text, re.S)[1])
 
 
+def deciding_words(printer):
+    """Words of names by which finishing units and trays are recognised."""
+    text = "".join(path.read_text() for path in printer.glob("device-info/*_list.xml"))
+    words = re.findall(r"\w{4,}", " ".join(re.findall(r'key="name">([^<]*)', text)))
+    return sorted({word.lower() for word in words})
+
+
 def check_samples(checker, source, root):
     """Options stay equal, also for queues whose names are words of their PPDs."""
     for printer in sorted(path.parent for path in source.glob("examples/*/device-info")):
         queues = [(printer.name, None), ("True", None), ("QVFinisher", None), ("None", None)]
+        queues += [(word, None) for word in deciding_words(printer)]
         queues += [("q", name) for name in deciding_names(source)]
         for i, (queue, device_name) in enumerate(queues):
             live = root / f"{printer.name}.{i}"
