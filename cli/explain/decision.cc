@@ -103,7 +103,7 @@ class UpdateDecisions {
   }
 
   void Run() {
-    unchanged_ = experiment_.Run({});
+    unchanged_ = experiment_.Run({}).value_or(OptionValues());
     for (std::size_t i = 0; i < values().size(); ++i) Replace(i);
     for (Question& question : questions_) {
       FindFirstOfSeveral(question);
@@ -125,8 +125,11 @@ class UpdateDecisions {
 
   [[nodiscard]] const std::vector<RawValue>& values() const { return experiment_.values(); }
 
-  [[nodiscard]] bool IsUnchanged(const Question& question, const OptionValues& changed) const {
-    return Find(changed, question.why->keyword) == Find(unchanged_, question.why->keyword);
+  // Documents that cannot be tried change nothing.
+  [[nodiscard]] bool IsUnchanged(const Question& question,
+                                 const std::optional<OptionValues>& changed) const {
+    if (!changed) return true;
+    return Find(*changed, question.why->keyword) == Find(unchanged_, question.why->keyword);
   }
 
   void Replace(std::size_t index) {
@@ -134,8 +137,9 @@ class UpdateDecisions {
     const auto [known, is_new] = known_.try_emplace(input);
     if (is_new) known->second = KnownValues(analyzer_, *input);
     for (const Json& replacement : ReplacementsOf(values()[index], known->second)) {
-      const OptionValues changed = experiment_.Run({{index, replacement}});
-      for (Question& question : questions_) Compare(changed, index, replacement, question);
+      const auto changed = experiment_.Run({{index, replacement}});
+      if (!changed) continue;
+      for (Question& question : questions_) Compare(*changed, index, replacement, question);
     }
   }
 

@@ -6,6 +6,7 @@
 #include <iterator>
 #include <memory>
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
@@ -81,6 +82,8 @@ class ReplacedDocument {
     analyzer_.documents[document_] = original_;
   }
 
+  [[nodiscard]] bool IsParsed() const { return analyzer_.documents[document_].xml != nullptr; }
+
  private:
   AnalyzeContext& analyzer_;
   std::int32_t document_;
@@ -132,7 +135,7 @@ std::vector<std::string> Experiment::FindEmptyLists() const {
   return names;
 }
 
-OptionValues Experiment::Run(const Changes& changes) {
+std::optional<OptionValues> Experiment::Run(const Changes& changes) {
   std::set<std::int32_t> documents;
   for (const auto& [index, value] : changes) documents.insert(values_[index].input->document);
   std::vector<std::unique_ptr<ReplacedDocument>> replaced;
@@ -140,6 +143,7 @@ OptionValues Experiment::Run(const Changes& changes) {
     const std::int32_t count = CountItems(document, changes);
     replaced.push_back(std::make_unique<ReplacedDocument>(analyzer_, document,
                                                           Write(document, count, changes), count));
+    if (!replaced.back()->IsParsed()) return std::nullopt;
   }
   return RunHandler();
 }

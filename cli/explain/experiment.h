@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <map>
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -38,7 +39,9 @@ class Experiment {
   // False for a communication library that parses a different format.
   [[nodiscard]] bool IsFaithful();
 
-  [[nodiscard]] OptionValues Run(const Changes& changes);
+  // None when the communication library does not parse the documents, such as those with texts of
+  // the PPD that are not UTF-8.
+  [[nodiscard]] std::optional<OptionValues> Run(const Changes& changes);
 
  private:
   [[nodiscard]] OptionValues RunHandler();

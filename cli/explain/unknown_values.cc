@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
+#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
@@ -57,9 +58,10 @@ constexpr std::size_t kMaxUnknown = 100;  // of each input
 
 // What the update handlers that read a document would set if it had this item alone, or with -1
 // none.
-[[nodiscard]] std::vector<OptionValues> RunWithItem(AnalyzeContext& analyzer, std::int32_t document,
-                                                    std::int32_t item) {
-  std::vector<OptionValues> options;
+[[nodiscard]] std::vector<std::optional<OptionValues>> RunWithItem(AnalyzeContext& analyzer,
+                                                                   std::int32_t document,
+                                                                   std::int32_t item) {
+  std::vector<std::optional<OptionValues>> options;
   for (std::size_t update = 0; update < UpdateHandlers().size(); ++update) {
     Experiment experiment(analyzer, static_cast<std::int32_t>(update));
     Changes missing;
@@ -89,19 +91,22 @@ constexpr std::size_t kMaxUnknown = 100;  // of each input
   return key == "name" || key == "alias";
 }
 
-[[nodiscard]] const InputKey& FunctionsOfUnits() {
-  for (std::int32_t number = 0;; ++number) {
-    const InputKey& input = *FindInput(number);
-    const bool is_found =
-        input.document == IA_DOCUMENT_FINISHER_LIST && std::string_view(input.key) == "func";
-    if (is_found) return input;
+// Null when no rule reads it.
+[[nodiscard]] const InputKey* FindFunctionsOfUnits() {
+  std::int32_t number = 0;
+  const InputKey* input = FindInput(number);
+  while (input != nullptr &&
+         (input->document != IA_DOCUMENT_FINISHER_LIST || std::string_view(input->key) != "func")) {
+    input = FindInput(++number);
   }
+  return input;
 }
 
 // A unit that staples is a finisher, which only its name identifies.
 [[nodiscard]] bool IsFinisher(const AnalyzeContext& analyzer, const RawValue& raw) {
-  if (raw.input->document != IA_DOCUMENT_FINISHER_LIST) return false;
-  const std::vector<RawValue> functions = ReadRawValues(analyzer, FunctionsOfUnits());
+  const InputKey* const input = FindFunctionsOfUnits();
+  if (raw.input->document != IA_DOCUMENT_FINISHER_LIST || input == nullptr) return false;
+  const std::vector<RawValue> functions = ReadRawValues(analyzer, *input);
   return std::ranges::any_of(functions, [&](const RawValue& unit) {
     return unit.item == raw.item && unit.value.is_array() &&
            std::ranges::find(unit.value, Json("staple")) != unit.value.end();
@@ -114,19 +119,37 @@ constexpr std::size_t kMaxUnknown = 100;  // of each input
          RunWithItem(analyzer, raw.input->document, -1);
 }
 
-void AddUnknownValues(AnalyzeContext& analyzer, const InputKey& input,
-                      std::vector<UnknownValue>& unknown) {
-  const std::vector<Json> known = KnownValues(analyzer, input);
-  const std::vector<Json> in_lists = ValuesInLists(analyzer, input);
+class Search {
+ public:
+  explicit Search(AnalyzeContext& analyzer) : analyzer_(analyzer) {}
+
+  void Add(const InputKey& input, std::vector<UnknownValue>& unknown);
+
+ private:
+  // Whether something else than the name or alias gives an option. What cannot be tried is taken
+  // to be known.
+  [[nodiscard]] bool IsKnownOtherwise(const RawValue& raw) {
+    if (!IdentifiesItem(*raw.input) || IsFinisher(analyzer_, raw)) return false;
+    if (!has_tried_) can_try_items_ = CanTryItems(analyzer_);
+    has_tried_ = true;
+    return !can_try_items_ || GivesAnOption(analyzer_, raw);
+  }
+
+  AnalyzeContext& analyzer_;
+  bool has_tried_ = false;  // to find out whether items can be tried
+  bool can_try_items_ = false;
+};
+
+void Search::Add(const InputKey& input, std::vector<UnknownValue>& unknown) {
+  const std::vector<Json> known = KnownValues(analyzer_, input);
+  const std::vector<Json> in_lists = ValuesInLists(analyzer_, input);
   std::set<Json> seen;
-  for (RawValue& raw : ReadRawValues(analyzer, input)) {
+  for (RawValue& raw : ReadRawValues(analyzer_, input)) {
     const Json value = LookedUp(raw);
     const bool is_nothing = value.is_null() || value == Json("") || value == 0;
     if (is_nothing || IsKnown(value, known) || !seen.insert(value).second) continue;
     if (seen.size() > kMaxUnknown) return;
-    const bool is_known_otherwise =
-        IdentifiesItem(input) && !IsFinisher(analyzer, raw) && GivesAnOption(analyzer, raw);
-    if (is_known_otherwise) continue;
+    if (IsKnownOtherwise(raw)) continue;
     unknown.push_back({std::move(raw), ListsOf(input), FindNearest(value, in_lists)});
   }
 }
@@ -134,12 +157,10 @@ void AddUnknownValues(AnalyzeContext& analyzer, const InputKey& input,
 }  // namespace
 
 std::vector<UnknownValue> FindUnknownValues(AnalyzeContext& analyzer) {
-  const bool can_try_items = CanTryItems(analyzer);
+  Search search(analyzer);
   std::vector<UnknownValue> unknown;
   for (const InputKey* const input : InputsOfModel(analyzer.driver_name)) {
-    const bool is_looked_up = !ListsOf(*input).empty();
-    const bool can_be_known = can_try_items || !IdentifiesItem(*input);
-    if (is_looked_up && can_be_known) AddUnknownValues(analyzer, *input, unknown);
+    if (!ListsOf(*input).empty()) search.Add(*input, unknown);
   }
   return unknown;
 }
@@ -147,7 +168,8 @@ std::vector<UnknownValue> FindUnknownValues(AnalyzeContext& analyzer) {
 std::string Describe(const UnknownValue& unknown) {
   std::string text = FormatRawValue(unknown.raw) + ": not in " + unknown.lists;
   if (!unknown.nearest.is_null()) {
-    text += "; the nearest known value is " + unknown.nearest.dump();
+    text += "; the nearest known value is " +
+            unknown.nearest.dump(-1, ' ', false, Json::error_handler_t::replace);
   }
   return text;
 }

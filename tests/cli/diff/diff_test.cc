@@ -233,6 +233,21 @@ TEST_F(ToolDiff, LpadminLineLeavesOutWhatAnUnknownUnitMayDecide) {
               HasSubstr("QVFinisher=INSHFTD1 is left out: Finisher_list.xml list[1] name"));
 }
 
+// So many values are not tried, so any unknown one may decide.
+TEST_F(ToolDiff, LpadminLineLeavesOutWhatAnUnknownUnitOfManyMayDecide) {
+  std::string units =
+      "<dict key=\"list\"><string key=\"name\">Vorel Booklett Finisher-W1</string>"
+      "<array key=\"func\"><string>staple</string></array></dict>";
+  for (int i = 0; i < 500; ++i) {
+    units += "<dict key=\"list\"><string key=\"name\"></string></dict>";
+  }
+  WriteDocument("Finisher_list.xml", "<document version=\"1\">" + units + "</document>");
+  const Finished run = DiffToCopy({"--lpadmin"});
+  EXPECT_EQ(run.status, 5);
+  EXPECT_THAT(run.out, Not(HasSubstr("QVFinisher")));
+  EXPECT_THAT(run.err, HasSubstr("QVFinisher=None is left out: Finisher_list.xml list[0] name"));
+}
+
 TEST_F(ToolDiff, LpadminLineLeavesOutDefaultsForWantOfANumber) {
   InDocument("Accessories.xml", "<long key=\"hd\">1</long>", "<string key=\"hd\">1</string>");
   const Finished run = DiffToCopy({"--lpadmin"});

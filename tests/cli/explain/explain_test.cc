@@ -91,6 +91,20 @@ TEST_F(ToolExplain, FinisherWithAMisspeltNameIsUnknownWhateverItDoes) {
                                          "\"Vorel Booklet Finisher-W1\"\n"));
 }
 
+// No document can have such a text, so no value of the device leads to what the PPD names.
+TEST_F(ToolExplain, TextsOfThePpdThatAreNotUtf8AreNoReplacements) {
+  ReplaceInPpd("Vorel Staple Finisher-W1:", "Vorel B\xfcro Finisher-W1:");
+  const std::string finisher = Explain({"QVFinisher"}).out;
+  EXPECT_THAT(finisher, HasSubstr("QVFinisher=BKFINW1\n"));
+  EXPECT_THAT(finisher, Not(HasSubstr("not set")));
+  WriteDocument("Finisher_list.xml",
+                DocumentOf("<dict key=\"list\"><string key=\"name\">Vorel Biro Finisher-W1"
+                           "</string></dict>"));
+  EXPECT_THAT(Explain({}).out,
+              HasSubstr("list[0] name = \"Vorel Biro Finisher-W1\": not in QVAnlz_FinisherName; "
+                        "the nearest known value is \"Vorel B\xef\xbf\xbdro Finisher-W1\"\n"));
+}
+
 TEST_F(ToolExplain, MisspeltKeywordHasASuggestion) {
   ExpectFailure(Explain({"QVFinsher"}), 6,
                 HasSubstr("the printer has no option QVFinsher (did you mean QVFinisher?)"));
