@@ -8,8 +8,8 @@
 #include <string_view>
 #include <vector>
 
-#include "cli/diff/lpadmin.h"
 #include "cli/diff/printer_state.h"
+#include "cli/printer/lpadmin.h"
 #include "cli/provenance/provenance.h"
 #include "cli/terminal/failure.h"
 #include "cli/terminal/output.h"
@@ -135,8 +135,6 @@ struct Difference {
   for (const std::string& line : lines) text += Printable(line) + "\n";
   return text;
 }
-
-[[nodiscard]] Json OrNull(const std::string& text) { return text.empty() ? Json() : Json(text); }
 
 // Keys have no blanks.
 [[nodiscard]] std::string KeyOf(std::string name) {

@@ -19,6 +19,8 @@
 #include "cli/explain/decision.h"
 #include "cli/explain/explanation.h"
 #include "cli/explain/unknown_values.h"
+#include "cli/printer/child_process.h"
+#include "cli/printer/message.h"
 #include "cli/printer/ppd.h"
 #include "cli/printer/printer_query.h"
 #include "cli/snapshot/locate.h"
@@ -49,7 +51,9 @@ constexpr std::array<std::int32_t, kListNames.size()> kLists = {
   return option;
 }
 
-[[nodiscard]] bool MayDecide(const UnknownValue& unknown, const Decision& decision) {
+[[nodiscard]] bool MayDecide(const UnknownValue& unknown, const Explanation& why,
+                             const Decision& decision) {
+  if (!decision.is_known) return IsIn(why.raw_values, unknown.raw);
   return IsIn(decision.needed, unknown.raw) || IsIn(decision.unmatched, unknown.raw);
 }
 
@@ -59,8 +63,9 @@ void AddUnknownValues(AnalyzeContext& analyzer, std::vector<Explanation>& explan
   if (unknown_values.empty()) return;
   const std::vector<Decision> decisions = FindDecisions(analyzer, explanations);
   for (std::size_t i = 0; i < explanations.size(); ++i) {
-    const auto unknown = std::ranges::find_if(
-        unknown_values, [&](const UnknownValue& value) { return MayDecide(value, decisions[i]); });
+    const auto unknown = std::ranges::find_if(unknown_values, [&](const UnknownValue& value) {
+      return MayDecide(value, explanations[i], decisions[i]);
+    });
     const bool is_complete = explanations[i].missing_data.empty();
     if (is_complete && unknown != unknown_values.end()) {
       explanations[i].missing_data = Describe(*unknown);
@@ -86,68 +91,38 @@ void AddUnknownValues(AnalyzeContext& analyzer, std::vector<Explanation>& explan
   return state;
 }
 
-// Texts, each followed by a NUL, which none of them contains.
-class Letter {
- public:
-  Letter() = default;
-  explicit Letter(std::string bytes) : bytes_(std::move(bytes)) {}
-
-  void Put(const std::string& text) { bytes_.append(text).push_back('\0'); }
-  [[nodiscard]] std::string Take() {
-    const std::size_t end = std::min(bytes_.find('\0', at_), bytes_.size());
-    std::string text = bytes_.substr(at_, end - at_);
-    at_ = std::min(end + 1, bytes_.size());
-    return text;
-  }
-  [[nodiscard]] bool IsAtEnd() const { return at_ == bytes_.size(); }
-  [[nodiscard]] const std::string& bytes() const { return bytes_; }
-
- private:
-  std::string bytes_;
-  std::size_t at_ = 0;
-};
-
 [[nodiscard]] std::string Write(const PrinterState& state) {
-  Letter letter;
-  letter.Put(state.queue);
-  letter.Put(state.model_code);
-  for (const std::string& count : state.list_counts) letter.Put(count);
+  Message message;
+  message.Put(state.queue);
+  message.Put(state.model_code);
+  for (const std::string& count : state.list_counts) message.Put(count);
   for (const StateOption& option : state.options) {
     for (const std::string& text : {option.keyword, option.value, option.keyword_text,
                                     option.value_text, option.missing_data}) {
-      letter.Put(text);
+      message.Put(text);
     }
-    letter.Put(option.is_choice ? "choice" : "");
+    message.Put(option.is_choice);
   }
-  return letter.bytes();
+  return message.bytes();
 }
 
 [[nodiscard]] PrinterState Read(const std::string& bytes) {
-  Letter letter(bytes);
+  Message message(bytes);
   PrinterState state;
-  state.queue = letter.Take();
-  state.model_code = letter.Take();
-  for (std::string& count : state.list_counts) count = letter.Take();
-  while (!letter.IsAtEnd()) {
+  state.queue = message.Take();
+  state.model_code = message.Take();
+  for (std::string& count : state.list_counts) count = message.Take();
+  while (!message.IsAtEnd()) {
     StateOption option;
-    option.keyword = letter.Take();
-    option.value = letter.Take();
-    option.keyword_text = letter.Take();
-    option.value_text = letter.Take();
-    option.missing_data = letter.Take();
-    option.is_choice = !letter.Take().empty();
+    option.keyword = message.Take();
+    option.value = message.Take();
+    option.keyword_text = message.Take();
+    option.value_text = message.Take();
+    option.missing_data = message.Take();
+    option.is_choice = message.TakeFlag();
     state.options.push_back(option);
   }
   return state;
-}
-
-void WriteAll(int descriptor, std::string_view bytes) {
-  while (!bytes.empty()) {
-    const ssize_t written = write(descriptor, bytes.data(), bytes.size());
-    if (written < 0 && errno == EINTR) continue;
-    if (written < 0) throw Failure(ExitStatus::kOther, std::strerror(errno));
-    bytes.remove_prefix(static_cast<std::size_t>(written));
-  }
 }
 
 [[nodiscard]] std::string ReadAll(int descriptor) {

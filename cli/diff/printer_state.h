@@ -15,7 +15,7 @@ struct StateOption {
   std::string value;
   std::string keyword_text;  // the PPD's words for people; empty: none
   std::string value_text;
-  std::string missing_data;  // what the value depends on and the device did not report
+  std::string missing_data;  // what the value depends on and is missing or unknown
   bool is_choice;            // the PPD offers the value
 };
 

@@ -42,7 +42,7 @@ constexpr const char* kFixLibrary =
   }
   if (access(folder.c_str(), R_OK | X_OK) == 0) return true;
   checkup.Fail("documents", "document directory " + folder + ": " + std::strerror(errno),
-               FixOf(folder, "correct --device-info"));
+               "run as a user who may read it");
   return false;
 }
 

@@ -28,6 +28,7 @@
 #include <vector>
 
 #include "cli/printer/child_process.h"
+#include "cli/printer/message.h"
 #include "cli/printer/regular_file.h"
 #include "cli/terminal/failure.h"
 #include "cli/terminal/shell_quoting.h"
@@ -200,18 +201,38 @@ class Server {
   return text != nullptr ? text : "";
 }
 
+constexpr std::initializer_list<const char*> kQueueAttributes = {
+    "device-uri",       "printer-info",           "printer-is-temporary",
+    "printer-location", "printer-make-and-model", "printer-name",
+    "printer-type"};
+
 [[nodiscard]] IppPtr AskForQueue(const Server& server, const Purpose& purpose) {
   const Step step("the attributes of queue " + purpose.queue);
   std::array<char, HTTP_MAX_URI> uri = {};
   httpAssembleURIf(HTTP_URI_CODING_ALL, uri.data(), static_cast<int>(uri.size()), "ipp", nullptr,
                    "localhost", 0, "/printers/%s", purpose.queue.c_str());
-  IppPtr request = NewRequest(IPP_OP_GET_PRINTER_ATTRIBUTES,
-                              {"device-uri", "printer-make-and-model", "printer-is-temporary"});
+  IppPtr request = NewRequest(IPP_OP_GET_PRINTER_ATTRIBUTES, kQueueAttributes);
   ippAddString(request.get(), IPP_TAG_OPERATION, IPP_TAG_URI, "printer-uri", nullptr, uri.data());
   IppPtr answer = server.Ask(std::move(request), "/");
   if (answer) return answer;
   Fail(purpose, server.Name() + " has no such queue",
        "list the queues with `info-analyze queues cups`");
+}
+
+[[nodiscard]] QueueAttributes AttributesOf(ipp_t* answer) {
+  return {.device_uri = TextOf(answer, "device-uri"),
+          .location = TextOf(answer, "printer-location"),
+          .description = TextOf(answer, "printer-info")};
+}
+
+void Put(const QueueAttributes& attributes, Message& message) {
+  message.Put(attributes.device_uri);
+  message.Put(attributes.location);
+  message.Put(attributes.description);
+}
+
+[[nodiscard]] QueueAttributes TakeAttributes(Message& message) {
+  return {.device_uri = message.Take(), .location = message.Take(), .description = message.Take()};
 }
 
 [[nodiscard]] bool IsDriverless(ipp_t* queue) {
@@ -298,43 +319,41 @@ class Server {
   return names;
 }
 
-// Name and time of each queue, each followed by a NUL.
+// Name and time of each queue.
 [[nodiscard]] std::string ListQueuesInChild(const Purpose& purpose, seconds timeout) {
   const Server server(purpose, timeout);
   const Step step("the list of queues");
   const IppPtr answer = server.Ask(NewRequest(IPP_OP_CUPS_GET_PRINTERS, {"printer-name"}), "/");
-  std::string list;
-  if (!answer) return list;  // a server without queues reports that none is found
+  Message list;
+  if (!answer) return "";  // a server without queues reports that none is found
   for (const std::string& name : NamesOfQueues(answer.get())) {
-    list.append(name).push_back('\0');
-    list.append(std::to_string(PpdTimeOf(server, name))).push_back('\0');
+    list.Put(name);
+    list.Put(std::to_string(PpdTimeOf(server, name)));
   }
-  return list;
+  return list.bytes();
 }
 
 // The child --------------------------------------------------------------------------------------
 
-constexpr char kSuccess = 'S';
-constexpr char kFailure = 'F';
+constexpr std::string_view kSuccess = "answer";
+constexpr std::string_view kFailure = "failure";
 
-// Writes the server's name, before any wait, and then the result: a type and the bytes of it.
+// Writes the server's name, before any wait, and then the result: a word and what belongs to it.
 void Answer(int descriptor, const std::function<std::string()>& ask) {
-  WriteAll(descriptor, ServerOfLibcups() + '\0');
-  std::string answer;
+  Message name;
+  name.Put(ServerOfLibcups());
+  WriteAll(descriptor, name.bytes());
+  Message result;
   try {
-    answer = kSuccess + ask();
+    const std::string answer = ask();
+    result.Put(kSuccess);
+    WriteAll(descriptor, result.bytes() + answer);
   } catch (const Failure& failure) {
-    answer = kFailure + failure.parts().cause + '\0' + failure.parts().hint;
+    result.Put(kFailure);
+    result.Put(failure.parts().cause);
+    result.Put(failure.parts().hint);
+    WriteAll(descriptor, result.bytes());
   }
-  WriteAll(descriptor, answer);
-}
-
-// Removes the text up to a NUL, and the NUL.
-[[nodiscard]] std::string TakeText(std::string_view& bytes) {
-  const std::size_t end = std::min(bytes.find('\0'), bytes.size());
-  std::string text(bytes.substr(0, end));
-  bytes.remove_prefix(std::min(end + 1, bytes.size()));
-  return text;
 }
 
 [[noreturn]] void FailForChild(const Purpose& purpose, const ChildResult& child,
@@ -355,16 +374,14 @@ void Answer(int descriptor, const std::function<std::string()>& ask) {
 [[nodiscard]] std::string AskInChild(const Purpose& purpose, seconds timeout,
                                      const std::function<std::string()>& ask) {
   const ChildResult child = RunInChild(timeout, [&](int descriptor) { Answer(descriptor, ask); });
-  std::string_view answer = child.answer;
-  const std::string server = TakeText(answer);
-  if (child.has_timed_out || child.signal != 0 || child.status != 0 || answer.empty()) {
+  Message message(child.answer);
+  const std::string server = message.Take();
+  if (child.has_timed_out || child.signal != 0 || child.status != 0 || message.IsAtEnd()) {
     FailForChild(purpose, child, server, timeout);
   }
-  const char type = answer.front();
-  answer.remove_prefix(1);
-  if (type == kSuccess) return std::string(answer);
-  const std::string cause = TakeText(answer);
-  Fail(purpose, cause, std::string(answer));
+  if (message.Take() == kSuccess) return message.TakeRest();
+  const std::string cause = message.Take();
+  Fail(purpose, cause, message.Take());
 }
 
 }  // namespace
@@ -405,13 +422,25 @@ std::vector<ServerQueue> ListServerQueues(seconds timeout) {
   const std::string answer =
       AskInChild(purpose, timeout, [&] { return ListQueuesInChild(purpose, timeout); });
   std::vector<ServerQueue> queues;
-  for (std::string_view rest = answer; !rest.empty();) {
-    ServerQueue queue = {.name = TakeText(rest), .ppd_time = std::nullopt};
-    const std::int64_t time = std::strtoll(TakeText(rest).c_str(), nullptr, 10);
+  for (Message message(answer); !message.IsAtEnd();) {
+    ServerQueue queue = {.name = message.Take(), .ppd_time = std::nullopt};
+    const std::int64_t time = std::strtoll(message.Take().c_str(), nullptr, 10);
     if (time != 0) queue.ppd_time = time;
     queues.push_back(queue);
   }
   return queues;
+}
+
+QueueAttributes FetchQueueAttributes(const std::string& queue, seconds timeout) {
+  const Purpose purpose = {
+      .action = "cannot read", .object = "attributes of queue \"" + queue + "\"", .queue = queue};
+  Message message(AskInChild(purpose, timeout, [&] {
+    const Server server(purpose, timeout);
+    Message attributes;
+    Put(AttributesOf(AskForQueue(server, purpose).get()), attributes);
+    return attributes.bytes();
+  }));
+  return TakeAttributes(message);
 }
 
 }  // namespace ia::cli

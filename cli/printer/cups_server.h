@@ -27,6 +27,17 @@ struct ServerQueue {
 // The queues that have a PPD in the folder of a CUPS root, by name; throws a Failure.
 [[nodiscard]] std::vector<ServerQueue> ListQueuesOfRoot(const std::string& root);
 
+// What the server knows of a queue beside its PPD. Texts that are empty are unknown.
+struct QueueAttributes {
+  std::string device_uri;
+  std::string location;
+  std::string description;
+};
+
+// Throws a Failure.
+[[nodiscard]] QueueAttributes FetchQueueAttributes(const std::string& queue,
+                                                   std::chrono::seconds timeout);
+
 // The queues of the server; throws a Failure.
 [[nodiscard]] std::vector<ServerQueue> ListServerQueues(std::chrono::seconds timeout);
 

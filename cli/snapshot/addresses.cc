@@ -12,6 +12,8 @@
 #include <string_view>
 #include <vector>
 
+#include "cli/terminal/printable.h"
+
 namespace ia::cli {
 namespace {
 
@@ -29,10 +31,6 @@ constexpr std::size_t kMacDigits = 12;
          (byte >= 'A' && byte <= 'Z');
 }
 
-[[nodiscard]] char Lower(char byte) {
-  return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte;
-}
-
 // The longest prefix of those bytes.
 [[nodiscard]] std::string_view RunOf(std::string_view text, const std::string& bytes) {
   return text.substr(0, text.find_first_not_of(bytes));
@@ -41,9 +39,9 @@ constexpr std::size_t kMacDigits = 12;
 [[nodiscard]] std::string MacDigits(std::string_view mac) {
   std::string digits;
   for (const char byte : mac) {
-    if (IsOneOf(byte, kHexadecimal)) digits += Lower(byte);
+    if (IsOneOf(byte, kHexadecimal)) digits += byte;
   }
-  return digits;
+  return LowerCase(digits);
 }
 
 [[nodiscard]] bool HasSeparators(std::string_view text) {

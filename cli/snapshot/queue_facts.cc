@@ -1,40 +1,24 @@
 #include "cli/snapshot/queue_facts.h"
 
-#include <cups/cups.h>
-#include <cups/http.h>
-#include <cups/ipp.h>
 #include <strings.h>
-#include <sys/socket.h>
 
 #include <algorithm>
-#include <array>
 #include <chrono>
 #include <cstddef>
-#include <fstream>
-#include <ios>
-#include <iterator>
-#include <memory>
 #include <string>
 #include <string_view>
 
-#include "cli/printer/child_process.h"
+#include "cli/printer/cups_server.h"
 #include "cli/printer/ppd.h"
+#include "cli/printer/regular_file.h"
 #include "cli/printer/session.h"
+#include "cli/terminal/failure.h"
 
 namespace ia::cli {
 namespace {
 
 constexpr int kMaxSeconds = 5;
-
-struct Releaser {
-  void operator()(http_t* server) const noexcept { httpClose(server); }
-  void operator()(ipp_t* message) const noexcept { ippDelete(message); }
-};
-using ServerPtr = std::unique_ptr<http_t, Releaser>;
-using MessagePtr = std::unique_ptr<ipp_t, Releaser>;
-
-// A configuration file
-// -----------------------------------------------------------------------------
+constexpr std::size_t kMaxConfigurationSize = std::size_t{64} << 20;
 
 [[nodiscard]] bool IsSame(std::string_view left, std::string_view right) {
   return left.size() == right.size() && strncasecmp(left.data(), right.data(), left.size()) == 0;
@@ -61,83 +45,41 @@ struct Directive {
          IsSame(name, queue);
 }
 
-void Take(const Directive& line, QueueFacts& facts) {
+void Take(const Directive& line, QueueAttributes& facts) {
   if (IsSame(line.name, "DeviceURI")) facts.device_uri = line.value;
   if (IsSame(line.name, "Location")) facts.location = line.value;
   if (IsSame(line.name, "Info")) facts.description = line.value;
 }
 
-[[nodiscard]] std::string ReadConfiguration(const std::string& cups_root) {
-  std::ifstream file(cups_root + "/printers.conf", std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+[[nodiscard]] QueueAttributes FactsOfRoot(const std::string& queue, const std::string& root) {
+  try {
+    return FactsIn(ReadRegularFile(root + "/printers.conf", kMaxConfigurationSize), queue);
+  } catch (const FileFault&) {
+    return {};
+  }
 }
 
-// A server
-// -----------------------------------------------------------------------------------------
-
-[[nodiscard]] ServerPtr Connect() {
-  return ServerPtr(httpConnect2(cupsServer(), ippPort(), nullptr, AF_UNSPEC, cupsEncryption(), 1,
-                                kMaxSeconds * 1000, nullptr));
-}
-
-[[nodiscard]] MessagePtr Request(const std::string& queue) {
-  constexpr auto kNames =
-      std::to_array<const char*>({"device-uri", "printer-info", "printer-location"});
-  std::array<char, HTTP_MAX_URI> uri{};
-  httpAssembleURIf(HTTP_URI_CODING_ALL, uri.data(), static_cast<int>(uri.size()), "ipp", nullptr,
-                   "localhost", 0, "/printers/%s", queue.c_str());
-  MessagePtr request(ippNewRequest(IPP_OP_GET_PRINTER_ATTRIBUTES));
-  ippAddString(request.get(), IPP_TAG_OPERATION, IPP_TAG_URI, "printer-uri", nullptr, uri.data());
-  ippAddStrings(request.get(), IPP_TAG_OPERATION, IPP_TAG_KEYWORD, "requested-attributes",
-                static_cast<int>(kNames.size()), nullptr, kNames.data());
-  return request;
-}
-
-[[nodiscard]] std::string TextOf(ipp_t* answer, const char* name, ipp_tag_t type) {
-  const char* const text = ippGetString(ippFindAttribute(answer, name, type), 0, nullptr);
-  return text != nullptr ? text : "";
-}
-
-// Each text, followed by a NUL.
-[[nodiscard]] std::string AskServer(const std::string& queue) {
-  const ServerPtr server = Connect();
-  if (!server) return "";
-  const MessagePtr answer(cupsDoRequest(server.get(), Request(queue).release(), "/"));
-  return TextOf(answer.get(), "device-uri", IPP_TAG_URI) + '\0' +
-         TextOf(answer.get(), "printer-location", IPP_TAG_TEXT) + '\0' +
-         TextOf(answer.get(), "printer-info", IPP_TAG_TEXT) + '\0';
-}
-
-[[nodiscard]] std::string TakeText(std::string& texts) {
-  const std::size_t end = texts.find('\0');
-  if (end == std::string::npos) return "";
-  std::string text = texts.substr(0, end);
-  texts.erase(0, end + 1);
-  return text;
-}
-
-// In a child, because libcups reads the server's name once, and another one is set later.
-[[nodiscard]] QueueFacts FactsOfServer(const PrinterLocation& location) {
-  const std::chrono::seconds limit(std::min(location.timeout, kMaxSeconds));
-  ChildResult child =
-      RunInChild(limit, [&](int descriptor) { WriteAll(descriptor, AskServer(location.queue)); });
-  return {.device_uri = TakeText(child.answer),
-          .location = TakeText(child.answer),
-          .description = TakeText(child.answer)};
+[[nodiscard]] QueueAttributes FactsOfServer(const PrinterLocation& location) {
+  try {
+    return FetchQueueAttributes(location.queue,
+                                std::chrono::seconds(std::min(location.timeout, kMaxSeconds)));
+  } catch (const Failure&) {
+    return {};
+  }
 }
 
 }  // namespace
 
-QueueFacts FactsOf(const PrinterLocation& location) {
-  QueueFacts facts = location.cups_root.empty()
-                         ? FactsOfServer(location)
-                         : FactsIn(ReadConfiguration(location.cups_root), location.queue);
+QueueAttributes FactsOf(const PrinterLocation& location) {
+  QueueAttributes facts = location.cups_root.empty()
+                              ? FactsOfServer(location)
+                              : FactsOfRoot(location.queue, location.cups_root);
   facts.device_uri = WithoutCredentials(facts.device_uri);
   return facts;
 }
 
-QueueFacts FactsIn(std::string_view printers_conf, std::string_view queue) {
-  QueueFacts facts;
+QueueAttributes FactsIn(std::string_view printers_conf, std::string_view queue) {
+  QueueAttributes facts;
   bool is_of_queue = false;
   ForEachLine(printers_conf, [&](std::string_view line) {
     const Directive directive = ParseDirective(line);

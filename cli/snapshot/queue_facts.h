@@ -4,23 +4,18 @@
 #include <string>
 #include <string_view>
 
+#include "cli/printer/cups_server.h"
 #include "cli/printer/session.h"
 
 namespace ia::cli {
 
-// What CUPS knows of a queue beside its PPD. Texts that are empty are unknown.
-struct QueueFacts {
-  std::string device_uri;  // without user and password
-  std::string location;
-  std::string description;
-};
-
-// From the location's CUPS root, or from the CUPS server of the environment. Takes a few seconds at
-// most; a server that does not answer knows nothing.
-[[nodiscard]] QueueFacts FactsOf(const PrinterLocation& location);
+// What CUPS knows of the location's queue, without user and password in the device URI: from its
+// CUPS root, or from the CUPS server of the environment. Takes a few seconds at most; a server that
+// does not answer knows nothing.
+[[nodiscard]] QueueAttributes FactsOf(const PrinterLocation& location);
 
 // The facts in a printers.conf.
-[[nodiscard]] QueueFacts FactsIn(std::string_view printers_conf, std::string_view queue);
+[[nodiscard]] QueueAttributes FactsIn(std::string_view printers_conf, std::string_view queue);
 
 [[nodiscard]] std::string WithoutCredentials(const std::string& device_uri);
 

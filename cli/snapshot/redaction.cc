@@ -88,7 +88,7 @@ void ForEachDocument(const Snapshot& snapshot, Use use) {
   }
 }
 
-[[nodiscard]] Secrets SecretsOf(const Snapshot& snapshot, const QueueFacts& facts) {
+[[nodiscard]] Secrets SecretsOf(const Snapshot& snapshot, const QueueAttributes& facts) {
   Secrets secrets(AllTexts(snapshot));
   secrets.Add(Category::kQueue, snapshot.queue);
   secrets.Add(Category::kLocation, facts.location);
@@ -112,7 +112,7 @@ void WarnOfRemaining(const Snapshot& snapshot, const Secrets& secrets) {
 
 }  // namespace
 
-Secrets Redact(Snapshot& snapshot, const QueueFacts& facts) {
+Secrets Redact(Snapshot& snapshot, const QueueAttributes& facts) {
   Secrets secrets = SecretsOf(snapshot, facts);
   Snapshot redacted = snapshot;
   redacted.is_redacted = true;

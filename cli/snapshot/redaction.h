@@ -10,7 +10,7 @@ namespace ia::cli {
 // Replaces what identifies the printer and its owner in all texts of a snapshot but those that
 // decide the value of an option. Throws a Failure for a document that is not in the format of the
 // reference communication library, because its private values cannot be found.
-[[nodiscard]] Secrets Redact(Snapshot& snapshot, const QueueFacts& facts);
+[[nodiscard]] Secrets Redact(Snapshot& snapshot, const QueueAttributes& facts);
 
 }  // namespace ia::cli
 

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "cli/snapshot/addresses.h"
+#include "cli/terminal/printable.h"
 
 namespace ia::cli {
 namespace {
@@ -44,14 +45,6 @@ constexpr std::size_t kMinSizeInWords = 4;
 
 [[nodiscard]] const CategoryRow& RowOf(Category category) {
   return kCategories[static_cast<std::size_t>(category)];
-}
-
-[[nodiscard]] std::string LowerCase(std::string_view text) {
-  std::string lower(text);
-  std::ranges::transform(lower, lower.begin(), [](char byte) {
-    return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte;
-  });
-  return lower;
 }
 
 [[nodiscard]] bool IsWordByte(char byte) {

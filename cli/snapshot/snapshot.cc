@@ -7,9 +7,6 @@
 #include <cstdint>
 #include <ctime>
 #include <filesystem>
-#include <fstream>
-#include <ios>
-#include <iterator>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -17,6 +14,7 @@
 
 #include "cli/printer/documents.h"
 #include "cli/printer/queue_ppd.h"
+#include "cli/printer/regular_file.h"
 #include "cli/printer/session.h"
 #include "cli/snapshot/queue_facts.h"
 #include "cli/snapshot/redaction.h"
@@ -38,11 +36,6 @@ struct SnapshotQuestion {
   bool is_redacted = false;
   bool may_be_partial = false;
 };
-
-[[nodiscard]] std::string ReadFile(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-}
 
 [[nodiscard]] std::string Now() {
   const std::time_t now = std::time(nullptr);
@@ -84,7 +77,7 @@ struct SnapshotQuestion {
       ReportWarning("document " + path + ": " + *fault);
       ++missing;
     } else {
-      snapshot.files[SnapshotDocumentName(name)] = ReadFile(path);
+      snapshot.files[SnapshotDocumentName(name)] = ReadRegularFile(path, IA_DOCUMENT_MAX_SIZE);
     }
   }
   if (missing < IA_DOCUMENT_COUNT) return missing;
@@ -109,7 +102,7 @@ struct SnapshotQuestion {
 void TakeSnapshot(const SnapshotQuestion& question) {
   const PrinterLocation& location = question.location;
   const std::string text = FetchPpd(location);
-  const QueueFacts facts = FactsOf(location);
+  const QueueAttributes facts = FactsOf(location);
   const CopiedPpd ppd(location.queue, text);
   Snapshot snapshot;
   snapshot.queue = location.queue;

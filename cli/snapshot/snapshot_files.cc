@@ -8,7 +8,6 @@
 #include <filesystem>
 #include <fstream>
 #include <ios>
-#include <iterator>
 #include <optional>
 #include <ostream>
 #include <string>
@@ -16,6 +15,7 @@
 #include <system_error>
 
 #include "cli/printer/documents.h"
+#include "cli/printer/regular_file.h"
 #include "cli/snapshot/archive.h"
 #include "cli/terminal/failure.h"
 #include "cli/terminal/temporary_folder.h"
@@ -79,15 +79,10 @@ void WriteWhole(const Files& files, const fs::path& path) {
 
 // Reading ----------------------------------------------------------------------------------------
 
-[[nodiscard]] std::string ReadContents(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-}
-
 [[nodiscard]] std::string ReadFileOf(const std::string& snapshot, const std::string& name) {
   const std::string path = snapshot + "/" + name;
   if (const auto fault = FindFileFault(path)) Fail(snapshot, name + ": " + *fault);
-  return ReadContents(path);
+  return ReadRegularFile(path, IA_DOCUMENT_MAX_SIZE);
 }
 
 [[nodiscard]] Files ReadFolder(const std::string& folder) {
@@ -104,7 +99,7 @@ void WriteWhole(const Files& files, const fs::path& path) {
 [[nodiscard]] Files ReadArchive(const std::string& path) {
   try {
     if (const auto fault = FindFileFault(path)) Fail(path, *fault);
-    return Unpack(ReadContents(path));
+    return Unpack(ReadRegularFile(path, IA_DOCUMENT_MAX_SIZE));
   } catch (const ArchiveFault& fault) {
     Fail(path, fault.what());
   }

@@ -11,6 +11,7 @@
 #include "cli/printer/queue_name.h"
 #include "cli/snapshot/checksum.h"
 #include "cli/terminal/failure.h"
+#include "cli/terminal/output.h"
 #include "info_analyze/device_documents.h"
 #include "info_analyze/provenance.h"
 
@@ -29,8 +30,6 @@ constexpr int kSnapshotVersion = 1;
 [[noreturn]] void FailForList(const std::string& snapshot, const std::string& cause) {
   Fail(snapshot, std::string(kSnapshotListName) + ": " + cause);
 }
-
-[[nodiscard]] Json OrNull(const std::string& text) { return text.empty() ? Json() : Json(text); }
 
 [[nodiscard]] std::string ListOf(const Snapshot& snapshot) {
   Json files = Json::array();

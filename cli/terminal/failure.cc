@@ -37,8 +37,6 @@ bool g_fails_in_json = false;
   }
 }
 
-[[nodiscard]] Json OrNull(const std::string& text) { return text.empty() ? Json() : Json(text); }
-
 [[nodiscard]] std::string JsonOf(ExitStatus status, const FailureParts& parts) {
   return DumpJsonLine({{"failure",
                         {{"step", StepOf(status)},

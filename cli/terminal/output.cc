@@ -57,6 +57,8 @@ void UseGivenNames(Json& value) {
 
 }  // namespace
 
+Json OrNull(const std::string& text) { return text.empty() ? Json() : Json(text); }
+
 std::string FormatText(const Answer& answer) {
   std::string text;
   for (const OptionList* node = answer.options; node != nullptr; node = node->next) {

@@ -21,6 +21,9 @@ using Formatter = std::string (*)(const Answer& answer);
 // One line for each option, "KEYWORD=VALUE", with control characters made visible.
 [[nodiscard]] std::string FormatText(const Answer& answer);
 
+// The text; null for an empty one.
+[[nodiscard]] nlohmann::ordered_json OrNull(const std::string& text);
+
 // One JSON object in ASCII, with its keys in a fixed order; bytes that are not UTF-8 become U+FFFD.
 [[nodiscard]] std::string FormatJson(const Answer& answer);
 

@@ -93,6 +93,14 @@ std::string WithGivenNames(std::string_view text) {
   return named;
 }
 
+std::string LowerCase(std::string_view text) {
+  std::string lower(text);
+  std::ranges::transform(lower, lower.begin(), [](char byte) {
+    return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte - 'A' + 'a') : byte;
+  });
+  return lower;
+}
+
 std::string Printable(std::string_view given) {
   const std::string named = WithGivenNames(given);
   std::string_view text = named;

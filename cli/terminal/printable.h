@@ -12,6 +12,9 @@ void SetGivenName(const std::string& path, const std::string& name);
 // The text with given names in place of their paths.
 [[nodiscard]] std::string WithGivenNames(std::string_view text);
 
+// The text with lower-case ASCII letters.
+[[nodiscard]] std::string LowerCase(std::string_view text);
+
 // Copies a text, with given names, so that a terminal shows all of it and obeys nothing in it: each
 // byte of a control, of a character that hides or reorders text, or of what is not UTF-8 becomes
 // "\x" and two lower-case hexadecimal digits.

@@ -7,7 +7,7 @@
 namespace {
 
 using ia::cli::FactsIn;
-using ia::cli::QueueFacts;
+using ia::cli::QueueAttributes;
 using ia::cli::WithoutCredentials;
 
 constexpr char kConfiguration[] =
@@ -18,18 +18,18 @@ constexpr char kConfiguration[] =
     "State Idle\n</DefaultPrinter>\n"
     "<Class office2>\nInfo Three\n</Class>\n";
 
-TEST(QueueFacts, AreThoseOfTheQueue) {
-  const QueueFacts first = FactsIn(kConfiguration, "first");
+TEST(QueueAttributes, AreThoseOfTheQueue) {
+  const QueueAttributes first = FactsIn(kConfiguration, "first");
   EXPECT_EQ(first.device_uri, "usb://Vorel/X1?serial=1");
   EXPECT_EQ(first.description, "One");
   EXPECT_EQ(first.location, "");
-  const QueueFacts office = FactsIn(kConfiguration, "office");
+  const QueueAttributes office = FactsIn(kConfiguration, "office");
   EXPECT_EQ(office.device_uri, "socket://10.0.0.1:9100");
   EXPECT_EQ(office.location, "Tower 7");
   EXPECT_EQ(office.description, "Two");
 }
 
-TEST(QueueFacts, AreUnknownForOtherQueues) {
+TEST(QueueAttributes, AreUnknownForOtherQueues) {
   for (const char* const queue : {"offic", "office2", "", "other"}) {
     EXPECT_EQ(FactsIn(kConfiguration, queue).device_uri, "") << queue;
     EXPECT_EQ(FactsIn(kConfiguration, queue).description, "") << queue;

@@ -1,4 +1,4 @@
-#include "cli/diff/lpadmin.h"
+#include "cli/printer/lpadmin.h"
 
 #include <algorithm>
 #include <string>

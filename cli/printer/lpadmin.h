@@ -1,5 +1,5 @@
-#ifndef INFO_ANALYZE_CLI_DIFF_LPADMIN_H_
-#define INFO_ANALYZE_CLI_DIFF_LPADMIN_H_
+#ifndef INFO_ANALYZE_CLI_PRINTER_LPADMIN_H_
+#define INFO_ANALYZE_CLI_PRINTER_LPADMIN_H_
 
 #include <string>
 #include <string_view>
@@ -22,4 +22,4 @@ struct DefaultChoice {
 
 }  // namespace ia::cli
 
-#endif  // INFO_ANALYZE_CLI_DIFF_LPADMIN_H_
+#endif  // INFO_ANALYZE_CLI_PRINTER_LPADMIN_H_
