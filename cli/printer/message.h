@@ -9,7 +9,7 @@
 
 namespace ia::cli {
 
-// What one process tells another: texts, each followed by a NUL, which none of them contains.
+// What one process sends to another: texts, each followed by a NUL, which none of them contains.
 class Message {
  public:
   Message() = default;
