@@ -1,6 +1,7 @@
 #include "cli/printer/queue_ppd.h"
 
 #include <stdlib.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <chrono>
@@ -9,6 +10,7 @@
 #include <filesystem>
 #include <fstream>
 #include <ios>
+#include <memory>
 #include <ostream>
 #include <string>
 #include <string_view>
@@ -58,11 +60,11 @@ void UseCupsRoot(const std::string& root) {
 [[noreturn]] void FailForLines(const std::string& queue, std::string_view ppd) {
   std::string cause = "it has no option lines of the driver (\"*QV\")";
   if (IsDriverless(ppd)) cause += ", because CUPS made it for driverless printing";
-  throw Failure(ExitStatus::kQueue,
-                {.object = "PPD of queue \"" + queue + "\"",
-                 .cause = cause,
-                 .hint = "give the queue the PPD of the driver package: `lpadmin -p " +
-                         QuoteForShell(queue) + " -P FILE.ppd`"});
+  throw ForeignPpd(ExitStatus::kQueue,
+                   {.object = "PPD of queue \"" + queue + "\"",
+                    .cause = cause,
+                    .hint = "give the queue the PPD of the driver package: `lpadmin -p " +
+                            QuoteForShell(queue) + " -P FILE.ppd`"});
 }
 
 }  // namespace
@@ -94,17 +96,22 @@ CopiedPpd::CopiedPpd(const PrinterLocation& location)
     : CopiedPpd(location.queue, FetchPpd(location)) {}
 
 CopiedPpd::CopiedPpd(const std::string& queue, std::string text)
-    : queue_(queue), files_(queue), text_(std::move(text)) {
-  WriteCopy();
-  UseCupsRoot(files_.path());
-}
+    : CopiedPpd(std::make_shared<const TemporaryFiles>(queue), queue, std::move(text)) {}
 
-void CopiedPpd::WriteCopy() const {
-  std::filesystem::create_directory(files_.path() + "/ppd");
-  std::ofstream file(files_.path() + "/ppd/" + queue_ + ".ppd", std::ios::binary);
+CopiedPpd::CopiedPpd(std::shared_ptr<const TemporaryFiles> cups_root, const std::string& queue,
+                     std::string text)
+    : queue_(queue), files_(std::move(cups_root)), text_(std::move(text)) {
+  std::error_code ignored;
+  std::filesystem::create_directory(files_->path() + "/ppd", ignored);
+  std::ofstream file(path(), std::ios::binary);
   file << text_ << std::flush;
   if (!file) FailForTemporaryFile(queue_, std::strerror(errno));
+  UseCupsRoot(files_->path());
 }
+
+CopiedPpd::~CopiedPpd() { unlink(path().c_str()); }
+
+std::string CopiedPpd::path() const { return files_->path() + "/ppd/" + queue_ + ".ppd"; }
 
 AnalyzerPtr CopiedPpd::CreateAnalyzer(BidiContext* library, const char* device_info) const {
   const Progress progress("the options in the PPD of queue " + queue_);

@@ -2,11 +2,13 @@
 #ifndef INFO_ANALYZE_CLI_PRINTER_QUEUE_PPD_H_
 #define INFO_ANALYZE_CLI_PRINTER_QUEUE_PPD_H_
 
+#include <memory>
 #include <optional>
 #include <string>
 
 #include "cli/printer/handles.h"
 #include "cli/printer/session.h"
+#include "cli/terminal/failure.h"
 #include "cli/terminal/temporary_folder.h"
 
 namespace ia::cli {
@@ -30,25 +32,38 @@ class TemporaryFiles {
 // The text of the PPD; throws a Failure that names the cause.
 [[nodiscard]] std::string FetchPpd(const PrinterLocation& location);
 
+// Thrown for a PPD that no driver of the library made.
+class ForeignPpd : public Failure {
+ public:
+  using Failure::Failure;
+};
+
 // A copy of the PPD in a CUPS root of this process. While it lives, libcups reads it without
 // waiting for a server, or for a file that is not a regular one.
 class CopiedPpd {
  public:
-  // Both throw a Failure.
+  // Each throws a Failure.
   explicit CopiedPpd(const PrinterLocation& location);
   CopiedPpd(const std::string& queue, std::string text);
 
+  // For several in one process: libcups keeps the first CUPS root that it is given.
+  CopiedPpd(std::shared_ptr<const TemporaryFiles> cups_root, const std::string& queue,
+            std::string text);
+  CopiedPpd(const CopiedPpd&) = delete;
+  CopiedPpd& operator=(const CopiedPpd&) = delete;
+  ~CopiedPpd();
+
   [[nodiscard]] const std::string& text() const { return text_; }
 
-  // Throws a Failure when the PPD has no option lines of the driver. The library and the text of
+  // Throws a ForeignPpd when the PPD has no option lines of the driver. The library and the text of
   // the document directory must outlive the analyser; no directory: no documents.
   [[nodiscard]] AnalyzerPtr CreateAnalyzer(BidiContext* library, const char* device_info) const;
 
  private:
-  void WriteCopy() const;
+  [[nodiscard]] std::string path() const;
 
   std::string queue_;
-  TemporaryFiles files_;
+  std::shared_ptr<const TemporaryFiles> files_;
   std::string text_;
 };
 

@@ -16,7 +16,19 @@ namespace {
 
 constexpr int kMaxTimeout = 86'400;  // a day
 
-[[nodiscard]] BidiPtr LoadLibrary(const std::string& driver_folder) {
+}  // namespace
+
+std::string LibraryPath(const std::string& driver_folder) {
+  char* path = nullptr;
+  if (FolderPathToFullPathOfMqpdUtil(driver_folder.c_str(), &path) != 0) {
+    throw Failure(ExitStatus::kCommunicationLibrary,
+                  {.object = "communication library",
+                   .cause = "the driver folder's path is too long: " + driver_folder});
+  }
+  return TextPtr(path).get();
+}
+
+BidiPtr LoadLibrary(const std::string& driver_folder) {
   const std::string path = LibraryPath(driver_folder);
   const Step step("the communication library " + path);
   std::error_code ignored;
@@ -36,18 +48,6 @@ constexpr int kMaxTimeout = 86'400;  // a day
       ExitStatus::kCommunicationLibrary,
       {.object = "communication library " + path,
        .cause = reason ? reason : "not all entry points of a communication library are there"});
-}
-
-}  // namespace
-
-std::string LibraryPath(const std::string& driver_folder) {
-  char* path = nullptr;
-  if (FolderPathToFullPathOfMqpdUtil(driver_folder.c_str(), &path) != 0) {
-    throw Failure(ExitStatus::kCommunicationLibrary,
-                  {.object = "communication library",
-                   .cause = "the driver folder's path is too long: " + driver_folder});
-  }
-  return TextPtr(path).get();
 }
 
 void AddCupsOptions(CLI::App& verb, PrinterLocation& location) {
