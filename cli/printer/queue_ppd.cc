@@ -9,17 +9,20 @@
 #include <filesystem>
 #include <fstream>
 #include <ios>
+#include <memory>
 #include <ostream>
 #include <string>
 #include <string_view>
 #include <system_error>
 #include <utility>
 
+#include "cli/printer/child_process.h"
 #include "cli/printer/cups_server.h"
 #include "cli/printer/queue_name.h"
 #include "cli/terminal/failure.h"
 #include "cli/terminal/shell_quoting.h"
 #include "cli/terminal/terminal.h"
+#include "info_analyze/option_table.h"
 
 namespace ia::cli {
 namespace {
@@ -65,6 +68,16 @@ void UseCupsRoot(const std::string& root) {
                          QuoteForShell(queue) + " -P FILE.ppd`"});
 }
 
+// Of the queue whose PPD libcups finds.
+[[nodiscard]] std::string ReadModelCode(const std::string& queue) {
+  struct Releaser {
+    void operator()(OptTable* table) const noexcept { info_common_optlist_destroy(table); }
+  };
+  const std::unique_ptr<OptTable, Releaser> table(info_common_optlist_create(queue.c_str()));
+  const char* const code = info_common_optlist_getvalue(table.get(), "QVAnlz_DriverName");
+  return code != nullptr ? code : "";
+}
+
 }  // namespace
 
 TemporaryFiles::TemporaryFiles(const std::string& queue) {
@@ -88,6 +101,22 @@ TemporaryFiles::~TemporaryFiles() {
 std::string FetchPpd(const PrinterLocation& location) {
   RequireQueueName(location.queue);
   return FetchPpd(location, TemporaryFiles(location.queue));
+}
+
+std::string ModelCodeIn(const std::string& queue, const std::string& ppd) {
+  constexpr std::chrono::seconds kLimit(30);
+  RequireQueueName(queue);
+  const TemporaryFiles files(queue);  // has those of the child, which may be killed
+  const ChildResult child = RunInChild(kLimit, [&](int descriptor) {
+    const CopiedPpd copy(queue, ppd);
+    WriteAll(descriptor, ReadModelCode(queue));
+  });
+  if (!child.has_timed_out && child.signal == 0 && child.status == 0) return child.answer;
+  throw Failure(ExitStatus::kQueue,
+                {.action = "cannot read",
+                 .object = "model code in the PPD of queue \"" + queue + "\"",
+                 .cause = "the process that reads it was stopped or failed",
+                 .hint = "check that " + TemporaryFolderParent() + " has free space"});
 }
 
 CopiedPpd::CopiedPpd(const PrinterLocation& location)

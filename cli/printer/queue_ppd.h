@@ -30,6 +30,11 @@ class TemporaryFiles {
 // The text of the PPD; throws a Failure that names the cause.
 [[nodiscard]] std::string FetchPpd(const PrinterLocation& location);
 
+// The model code (QVAnlz_DriverName) in the text of a queue's PPD, as the library reads it; empty:
+// none. A child process reads it, so libcups can still use any CUPS root in this one. Throws a
+// Failure.
+[[nodiscard]] std::string ModelCodeIn(const std::string& queue, const std::string& ppd);
+
 // A copy of the PPD in a CUPS root of this process. While it lives, libcups reads it without
 // waiting for a server, or for a file that is not a regular one.
 class CopiedPpd {

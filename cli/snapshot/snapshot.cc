@@ -16,6 +16,7 @@
 #include "cli/printer/queue_ppd.h"
 #include "cli/printer/regular_file.h"
 #include "cli/printer/session.h"
+#include "cli/snapshot/locate.h"
 #include "cli/snapshot/queue_facts.h"
 #include "cli/snapshot/redaction.h"
 #include "cli/snapshot/secrets.h"
@@ -24,7 +25,6 @@
 #include "cli/terminal/failure.h"
 #include "cli/terminal/output.h"
 #include "info_analyze/device_documents.h"
-#include "info_analyze/option_table.h"
 #include "info_analyze/provenance.h"
 
 namespace ia::cli {
@@ -55,16 +55,6 @@ struct SnapshotQuestion {
   const std::string name =
       std::filesystem::canonical(library.dli_fname, ignored).filename().string();
   return name.starts_with(kName) ? name.substr(kName.size()) : "";
-}
-
-// The value that the library's reader of PPDs keeps.
-[[nodiscard]] std::string ModelCode(const std::string& queue) {
-  struct Releaser {
-    void operator()(OptTable* table) const noexcept { info_common_optlist_destroy(table); }
-  };
-  const std::unique_ptr<OptTable, Releaser> table(info_common_optlist_create(queue.c_str()));
-  const char* const code = info_common_optlist_getvalue(table.get(), "QVAnlz_DriverName");
-  return code != nullptr ? code : "";
 }
 
 // The number of documents that cannot be read.
@@ -100,17 +90,16 @@ struct SnapshotQuestion {
 }
 
 void TakeSnapshot(const SnapshotQuestion& question) {
-  const PrinterLocation& location = question.location;
+  const PrinterLocation location = Locate(question.location);
   const std::string text = FetchPpd(location);
   const QueueAttributes facts = FactsOf(location);
-  const CopiedPpd ppd(location.queue, text);
   Snapshot snapshot;
   snapshot.queue = location.queue;
-  snapshot.files[SnapshotPpdName(location.queue)] = ppd.text();
+  snapshot.files[SnapshotPpdName(location.queue)] = text;
   const std::size_t missing = TakeDocuments(location.device_info, snapshot);
   snapshot.date = Now();
   snapshot.device_uri = facts.device_uri;
-  snapshot.model_code = ModelCode(location.queue);
+  snapshot.model_code = ModelCodeIn(location.queue, text);
   snapshot.tool_version = IA_TOOL_VERSION;
   snapshot.library_version = LibraryVersion();
   const std::string report = question.is_redacted ? ReportOf(Redact(snapshot, facts)) : "";
@@ -126,7 +115,8 @@ void DefineSnapshot(CLI::App& verb) {
   verb.add_option("PATH", question->path, "New folder, or new archive if it ends with .tar.gz")
       ->required();
   AddCupsOptions(verb, question->location);
-  AddDocumentsOption(verb, question->location)->required();
+  AddDocumentsOption(verb, question->location);
+  question->location.needs_documents = true;
   verb.get_option("--queue")->required();
   verb.add_flag("--partial", question->may_be_partial,
                 "Exit with 0 even if some documents cannot be read");
