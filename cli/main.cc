@@ -57,6 +57,7 @@ constexpr auto kVerbs = std::to_array<Verb>({
     {"audit", "Compare the PPD defaults of queues with what their devices have", DefineAudit},
     {"calibration", "Print calibration settings, default data and curves", DefineCalibration},
     {"completion", "Print a completion script for a shell", DefineCompletion},
+    {"config", "Print the settings in force and where they are set", DefineConfig},
     {"diff", "Compare two printers, or a printer with its snapshot", DefineDiff},
     {"doctor", "Find out what is wrong with a printer's set-up, and what to fix first",
      DefineDoctor},

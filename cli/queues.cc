@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "cli/config/settings.h"
 #include "cli/printer/cups_server.h"
 #include "cli/printer/handles.h"
 #include "cli/printer/session.h"
@@ -65,7 +66,8 @@ void Write(const Listing& listing, const std::string& format) {
 [[nodiscard]] std::vector<ServerQueue> QueuesOf(const PrinterLocation& location) {
   const Progress progress("the list of queues");
   if (!location.cups_root.empty()) return ListQueuesOfRoot(location.cups_root);
-  return ListServerQueues(std::chrono::seconds(location.timeout));
+  const int timeout = TimeoutOf(location, CurrentSettings(location.config_file));
+  return ListServerQueues(std::chrono::seconds(timeout));
 }
 
 void ListCups(const QueuesOptions& options) {
@@ -143,6 +145,7 @@ void DefineQueues(CLI::App& verb) {
   CLI::App* const cups = verb.add_subcommand("cups", "List the queues of the CUPS server");
   AddCupsRootOption(*cups, options->location);
   AddTimeoutOption(*cups, options->location);
+  AddConfigOption(*cups, options->location);
   cups->callback([options] { ListCups(*options); });
   CLI::App* const daemon = verb.add_subcommand("daemon", "List the queues of the printer daemon");
   daemon

@@ -9,6 +9,7 @@ namespace ia::cli {
 // Each adds the options of one verb to its part of the command line and sets the callback that
 // does the work: the answer goes to standard output, a failure is thrown.
 void DefineCompletion(CLI::App& verb);
+void DefineConfig(CLI::App& verb);
 void DefineFunctionVersion(CLI::App& verb);
 void DefineModels(CLI::App& verb);
 void DefineQuery(CLI::App& verb);

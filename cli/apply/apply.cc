@@ -15,6 +15,7 @@
 #include "cli/audit/judgement.h"
 #include "cli/audit/report.h"
 #include "cli/audit/targets.h"
+#include "cli/config/settings.h"
 #include "cli/printer/cups_server.h"
 #include "cli/printer/lpadmin.h"
 #include "cli/terminal/failure.h"
@@ -140,14 +141,16 @@ class Apply {
 
 void ApplyAll(ApplyQuestion& question) {
   AuditPlan& plan = question.plan;
-  if (plan.scope.location.device_info.empty()) throw CLI::RequiredError("--device-info");
+  UseSettings(plan, true);
   Apply apply(question);
   plan.targets = FindLiveTargets(plan.scope, question.queues);
   JudgeAll(plan, [&](const Judgement& judgement) { apply.Do(judgement); });
   apply.Finish();
 }
 
-void UndoAll(const ApplyQuestion& question) {
+void UndoAll(ApplyQuestion& question) {
+  PrinterLocation& location = question.plan.scope.location;
+  location.timeout = TimeoutOf(location, CurrentSettings(location.config_file));
   const std::vector<UndoRecord> records = ReadUndoFile(question.undo);
   const ApplyLock lock(StateFolder(), TimeoutOf(question));
   const ChangeOptions options = {TimeoutOf(question), question.is_forced};

@@ -18,6 +18,8 @@
 #include "cli/audit/judgement.h"
 #include "cli/audit/report.h"
 #include "cli/audit/targets.h"
+#include "cli/config/patterns.h"
+#include "cli/config/settings.h"
 #include "cli/printer/worker_pool.h"
 #include "cli/terminal/failure.h"
 #include "cli/terminal/output.h"
@@ -87,9 +89,7 @@ void RequireFolder(const std::string& path) {
 void Audit(AuditQuestion& question) {
   AuditPlan& plan = question.plan;
   if (question.is_live && question.snapshots.empty()) throw CLI::RequiredError("--snapshots");
-  if (question.snapshots.empty() && plan.scope.location.device_info.empty()) {
-    throw CLI::RequiredError("--device-info");
-  }
+  UseSettings(plan, question.snapshots.empty());
   RequireFolder(plan.scope.since);
   RequireFolder(plan.scope.save);
   plan.targets = FindTargets(question);
@@ -103,6 +103,15 @@ void Audit(AuditQuestion& question) {
 }
 
 }  // namespace
+
+void UseSettings(AuditPlan& plan, bool needs_documents) {
+  PrinterLocation& location = plan.scope.location;
+  const Settings& settings = CurrentSettings(location.config_file);
+  location.needs_documents = needs_documents;
+  RequireLocation(location, settings);
+  location.needs_documents = true;
+  location.timeout = TimeoutOf(location, settings);
+}
 
 void JudgeAll(const AuditPlan& plan, const std::function<void(const Judgement&)>& use) {
   const TemporaryFolder folder;  // also for what workers leave that are killed
@@ -139,6 +148,7 @@ void AddAuditOptions(CLI::App& verb, AuditPlan& plan, std::vector<std::string>& 
   AddDriverOption(verb, plan.scope.location);
   AddDocumentsOption(verb, plan.scope.location);
   AddTimeoutOption(verb, plan.scope.location);
+  AddConfigOption(verb, plan.scope.location);
   plan.jobs = static_cast<int>(std::clamp(std::thread::hardware_concurrency(), 1U, 256U));
   verb.add_option("-j,--jobs", plan.jobs, "Judge this many queues at the same time")
       ->type_name("COUNT")

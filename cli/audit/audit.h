@@ -21,6 +21,10 @@ struct AuditPlan {
   int jobs = 1;  // processes
 };
 
+// Completes the plan from the settings; throws a CLI::RequiredError when neither they nor the
+// command line have a folder that is needed.
+void UseSettings(AuditPlan& plan, bool needs_documents);
+
 // Judges the targets in worker processes, and calls with each judgement, in the order of the
 // targets and in this process. Shows its progress.
 void JudgeAll(const AuditPlan& plan, const std::function<void(const Judgement&)>& use);

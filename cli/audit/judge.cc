@@ -13,6 +13,8 @@
 #include <utility>
 #include <vector>
 
+#include "cli/config/patterns.h"
+#include "cli/config/settings.h"
 #include "cli/explain/printer_options.h"
 #include "cli/printer/documents.h"
 #include "cli/printer/message.h"
@@ -53,9 +55,10 @@ void RequireDocuments(const AnalyzeContext& analyzer) {
 }
 
 void RequirePpd(const std::string& queue, std::string_view ppd) {
-  if (ppd.starts_with("*PPD-Adobe") || ppd.starts_with("\x1f\x8b")) return;  // or gzip-compressed
+  if (ppd.starts_with("*PPD-Adobe")) return;
+  const bool is_compressed = ppd.starts_with("\x1f\x8b");
   throw Failure(ExitStatus::kQueue, {.object = "PPD of queue \"" + queue + "\"",
-                                     .cause = "is not a PPD",
+                                     .cause = is_compressed ? "is compressed" : "is not a PPD",
                                      .hint = "install the driver package's PPD again"});
 }
 
@@ -100,6 +103,9 @@ void Save(const Snapshot& snapshot, const std::string& folder) {
 }  // namespace
 
 struct Judge::Printer {
+  PrinterLocation location;
+  std::string device_uri;
+  std::string ppd;
   std::string model_code;
   std::vector<PrinterOption> options;
 };
@@ -157,22 +163,10 @@ Judgement Judge::Of(const Target& target) {
   return judgement;
 }
 
-PrinterLocation Judge::LocationOf(const Target& target) const {
-  PrinterLocation given = scope_.location;
-  given.needs_documents = true;
-  given.queue = target.queue;
-  given.snapshot = target.snapshot;
-  PrinterLocation location = Locate(given);
-  if (!target.queue.empty()) location.queue = target.queue;
-  return location;
-}
-
-std::string Judge::PpdOf(const Target& target, const PrinterLocation& location) const {
-  const std::chrono::seconds timeout(scope_.location.timeout);
-  if (!target.is_live) return ReadPpdOfRoot(location.queue, location.cups_root);
+std::string Judge::FetchLivePpd(const std::string& queue) const {
   const std::string& root = scope_.location.cups_root;
-  return root.empty() ? FetchPpdFrom(scope_.server, target.queue, timeout)
-                      : ReadPpdOfRoot(target.queue, root);
+  if (!root.empty()) return ReadPpdOfRoot(queue, root);
+  return FetchPpdFrom(scope_.server, queue, std::chrono::seconds(scope_.location.timeout));
 }
 
 BidiContext* Judge::LibraryOf(const std::string& driver_folder) {
@@ -181,48 +175,66 @@ BidiContext* Judge::LibraryOf(const std::string& driver_folder) {
   return library.get();
 }
 
-Judge::Printer Judge::Query(const PrinterLocation& location, const std::string& ppd) {
-  RequireQueueName(location.queue);
-  RequirePpd(location.queue, ppd);
-  const CopiedPpd copy(cups_root_, location.queue, ppd);
+Judge::Printer Judge::Query(const Target& target) {
+  PrinterLocation given = scope_.location;
+  given.queue = target.queue;
+  given.snapshot = target.snapshot;
+  Printer printer;
+  printer.location = given;
+  printer.device_uri = target.device_uri;
+  if (!target.snapshot.empty()) {
+    SnapshotLocation files = LocateFiles(given);
+    printer.location = std::move(files.location);
+    if (!target.is_live) printer.device_uri = std::move(files.device_uri);
+  }
+  if (!target.queue.empty()) printer.location.queue = target.queue;
+  const std::string queue = printer.location.queue;
+  RequireQueueName(queue);
+  printer.ppd =
+      target.is_live ? FetchLivePpd(queue) : ReadPpdOfRoot(queue, printer.location.cups_root);
+  RequirePpd(queue, printer.ppd);
+  const CopiedPpd copy(cups_root_, queue, printer.ppd);
+  copy.RequireDriver();
+  const QueueWords words = {.queue = queue,
+                            .host = [&] { return HostOfDeviceUri(printer.device_uri); },
+                            .model = [&] { return copy.ReadModelCode(); }};
+  const PrinterLocation location =
+      Complete(printer.location, CurrentSettings(given.config_file), words);
   const AnalyzerPtr analyzer =
       copy.CreateAnalyzer(LibraryOf(location.driver_folder), location.device_info.c_str());
   const OptionListPtr options = RunAllUpdates(*analyzer);
   RequireDocuments(*analyzer);
   const char* const code = analyzer->driver_name;
-  return {.model_code = code != nullptr ? code : "",
-          .options = OptionsOf(*analyzer, options->next, ParsePpdOptions(ppd))};
+  printer.model_code = code != nullptr ? code : "";
+  printer.options = OptionsOf(*analyzer, options->next, ParsePpdOptions(printer.ppd));
+  printer.location = location;
+  return printer;
 }
 
 void Judge::JudgeOptions(const Target& target, Judgement& judgement) {
-  const PrinterLocation location = LocationOf(target);
-  judgement.queue = location.queue;
-  const std::string ppd = PpdOf(target, location);
-  const Printer printer = Query(location, ppd);
+  const Printer printer = Query(target);
+  judgement.queue = printer.location.queue;
   judgement.model_code = printer.model_code;
   for (const PrinterOption& option : printer.options) {
     if (auto judged = Compare(option)) judgement.options.push_back(std::move(*judged));
   }
   if (!scope_.since.empty()) CompareWithEarlier(printer, judgement);
   if (scope_.save.empty()) return;
-  Save(ComposeSnapshot({.queue = location.queue,
-                        .ppd = ppd,
-                        .device_info = location.device_info,
-                        .device_uri = target.device_uri,
+  Save(ComposeSnapshot({.queue = judgement.queue,
+                        .ppd = printer.ppd,
+                        .device_info = printer.location.device_info,
+                        .device_uri = printer.device_uri,
                         .model_code = printer.model_code}),
        scope_.save);
 }
 
 void Judge::CompareWithEarlier(const Printer& printer, Judgement& judgement) {
-  Target earlier = {.queue = "",
-                    .snapshot = FindSnapshot(scope_.since, judgement.queue),
-                    .is_live = false,
-                    .device_uri = "",
-                    .not_applicable = ""};
+  Target earlier;
+  earlier.snapshot = FindSnapshot(scope_.since, judgement.queue);
+  earlier.is_live = false;
   if (earlier.snapshot.empty()) return;
   judgement.since = ReadSnapshot(earlier.snapshot).date;
-  const PrinterLocation location = LocationOf(earlier);
-  const Printer before = Query(location, PpdOf(earlier, location));
+  const Printer before = Query(earlier);
   for (const PrinterOption& option : printer.options) {
     const auto hit = std::ranges::find(before.options, option.keyword, &PrinterOption::keyword);
     if (hit == before.options.end() || hit->value == option.value) continue;

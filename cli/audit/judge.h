@@ -47,10 +47,9 @@ class Judge {
  private:
   struct Printer;
 
-  [[nodiscard]] PrinterLocation LocationOf(const Target& target) const;
-  [[nodiscard]] std::string PpdOf(const Target& target, const PrinterLocation& location) const;
+  [[nodiscard]] std::string FetchLivePpd(const std::string& queue) const;
   [[nodiscard]] BidiContext* LibraryOf(const std::string& driver_folder);
-  [[nodiscard]] Printer Query(const PrinterLocation& location, const std::string& ppd);
+  [[nodiscard]] Printer Query(const Target& target);
   void JudgeOptions(const Target& target, Judgement& judgement);
   void CompareWithEarlier(const Printer& printer, Judgement& judgement);
 

@@ -3,13 +3,14 @@ _info_analyze() {
   local cur=${COMP_WORDS[COMP_CWORD]} prev=${COMP_WORDS[COMP_CWORD-1]} place= i
   for ((i = 1; i < COMP_CWORD; i++)); do
     case "$place/${COMP_WORDS[i]}" in
-      /calibration|/calibration/settings|/calibration/defaults|/calibration/curves|/completion|/diff|/doctor|/explain|/function-version|/help|/models|/query|/queues|/queues/cups|/queues/daemon|/queues/find|/snapshot|/uri) place+=/${COMP_WORDS[i]} ;;
+      /calibration|/calibration/settings|/calibration/defaults|/calibration/curves|/completion|/config|/diff|/doctor|/explain|/function-version|/help|/models|/query|/queues|/queues/cups|/queues/daemon|/queues/find|/snapshot|/uri) place+=/${COMP_WORDS[i]} ;;
     esac
   done
   case "$place $prev" in
     '/calibration/settings --queue') :; return ;;
     '/calibration/settings --cups-root') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
     '/calibration/settings --timeout') :; return ;;
+    '/calibration/settings --config') mapfile -t COMPREPLY < <(compgen -f -- "$cur"); return ;;
     '/calibration/settings --driver-folder') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
     '/calibration/settings --snapshot') mapfile -t COMPREPLY < <(compgen -f -- "$cur"); return ;;
     '/calibration/settings --option') :; return ;;
@@ -17,20 +18,28 @@ _info_analyze() {
     '/calibration/defaults --queue') :; return ;;
     '/calibration/defaults --cups-root') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
     '/calibration/defaults --timeout') :; return ;;
+    '/calibration/defaults --config') mapfile -t COMPREPLY < <(compgen -f -- "$cur"); return ;;
     '/calibration/defaults --driver-folder') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
     '/calibration/defaults --snapshot') mapfile -t COMPREPLY < <(compgen -f -- "$cur"); return ;;
     '/calibration/defaults --option') :; return ;;
     '/calibration/defaults --format') mapfile -t COMPREPLY < <(compgen -W 'text json' -- "$cur"); return ;;
     '/calibration/curves --table') mapfile -t COMPREPLY < <(compgen -W 'LARCH_Def_Calib Linden_Def_Calib_2bit Linden_Def_Calib_4bit PinePoplar_Def_Calib_2bit PinePoplar_Def_Calib_4bit' -- "$cur"); return ;;
     '/calibration/curves --svg') mapfile -t COMPREPLY < <(compgen -f -- "$cur"); return ;;
+    '/config --queue') :; return ;;
+    '/config --cups-root') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
+    '/config --timeout') :; return ;;
+    '/config --config') mapfile -t COMPREPLY < <(compgen -f -- "$cur"); return ;;
+    '/config --format') mapfile -t COMPREPLY < <(compgen -W 'text json' -- "$cur"); return ;;
     '/diff --driver-folder') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
     '/diff --cups-root') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
     '/diff --timeout') :; return ;;
+    '/diff --config') mapfile -t COMPREPLY < <(compgen -f -- "$cur"); return ;;
     '/diff --device-info') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
     '/diff --format') mapfile -t COMPREPLY < <(compgen -W 'text json' -- "$cur"); return ;;
     '/doctor --queue') :; return ;;
     '/doctor --cups-root') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
     '/doctor --timeout') :; return ;;
+    '/doctor --config') mapfile -t COMPREPLY < <(compgen -f -- "$cur"); return ;;
     '/doctor --driver-folder') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
     '/doctor --snapshot') mapfile -t COMPREPLY < <(compgen -f -- "$cur"); return ;;
     '/doctor --device-info') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
@@ -38,6 +47,7 @@ _info_analyze() {
     '/explain --queue') :; return ;;
     '/explain --cups-root') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
     '/explain --timeout') :; return ;;
+    '/explain --config') mapfile -t COMPREPLY < <(compgen -f -- "$cur"); return ;;
     '/explain --driver-folder') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
     '/explain --snapshot') mapfile -t COMPREPLY < <(compgen -f -- "$cur"); return ;;
     '/explain --device-info') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
@@ -45,6 +55,7 @@ _info_analyze() {
     '/function-version --queue') :; return ;;
     '/function-version --cups-root') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
     '/function-version --timeout') :; return ;;
+    '/function-version --config') mapfile -t COMPREPLY < <(compgen -f -- "$cur"); return ;;
     '/function-version --driver-folder') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
     '/function-version --snapshot') mapfile -t COMPREPLY < <(compgen -f -- "$cur"); return ;;
     '/function-version --format') mapfile -t COMPREPLY < <(compgen -W 'text json' -- "$cur"); return ;;
@@ -52,12 +63,14 @@ _info_analyze() {
     '/query --queue') :; return ;;
     '/query --cups-root') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
     '/query --timeout') :; return ;;
+    '/query --config') mapfile -t COMPREPLY < <(compgen -f -- "$cur"); return ;;
     '/query --driver-folder') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
     '/query --snapshot') mapfile -t COMPREPLY < <(compgen -f -- "$cur"); return ;;
     '/query --device-info') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
     '/query --format') mapfile -t COMPREPLY < <(compgen -W 'text json' -- "$cur"); return ;;
     '/queues/cups --cups-root') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
     '/queues/cups --timeout') :; return ;;
+    '/queues/cups --config') mapfile -t COMPREPLY < <(compgen -f -- "$cur"); return ;;
     '/queues/cups --format') mapfile -t COMPREPLY < <(compgen -W 'text json' -- "$cur"); return ;;
     '/queues/daemon --driver-folder') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
     '/queues/daemon --format') mapfile -t COMPREPLY < <(compgen -W 'text json' -- "$cur"); return ;;
@@ -65,28 +78,30 @@ _info_analyze() {
     '/snapshot --queue') :; return ;;
     '/snapshot --cups-root') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
     '/snapshot --timeout') :; return ;;
+    '/snapshot --config') mapfile -t COMPREPLY < <(compgen -f -- "$cur"); return ;;
     '/snapshot --device-info') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
     '/uri --format') mapfile -t COMPREPLY < <(compgen -W 'text json' -- "$cur"); return ;;
   esac
   case "$place" in
-    '') mapfile -t COMPREPLY < <(compgen -W 'calibration completion diff doctor explain function-version help models query queues snapshot uri --help --version' -- "$cur") ;;
+    '') mapfile -t COMPREPLY < <(compgen -W 'calibration completion config diff doctor explain function-version help models query queues snapshot uri --help --version' -- "$cur") ;;
     /calibration) mapfile -t COMPREPLY < <(compgen -W 'settings defaults curves --help' -- "$cur") ;;
-    /calibration/settings) mapfile -t COMPREPLY < <(compgen -W '--help --queue --cups-root --timeout --driver-folder --snapshot --option --format --quiet --verbose' -- "$cur") ;;
-    /calibration/defaults) mapfile -t COMPREPLY < <(compgen -W '--help --queue --cups-root --timeout --driver-folder --snapshot --option --format --quiet --verbose' -- "$cur") ;;
+    /calibration/settings) mapfile -t COMPREPLY < <(compgen -W '--help --queue --cups-root --timeout --config --driver-folder --snapshot --option --format --quiet --verbose' -- "$cur") ;;
+    /calibration/defaults) mapfile -t COMPREPLY < <(compgen -W '--help --queue --cups-root --timeout --config --driver-folder --snapshot --option --format --quiet --verbose' -- "$cur") ;;
     /calibration/curves) mapfile -t COMPREPLY < <(compgen -W '--help --table --svg --csv --quiet --verbose' -- "$cur") ;;
     /completion) mapfile -t COMPREPLY < <(compgen -W '--help bash zsh --quiet --verbose' -- "$cur") ;;
-    /diff) mapfile -t COMPREPLY < <(compgen -W '--help --driver-folder --cups-root --timeout --device-info --lpadmin --check --format --quiet --verbose' -- "$cur") ;;
-    /doctor) mapfile -t COMPREPLY < <(compgen -W '--help --queue --cups-root --timeout --driver-folder --snapshot --device-info --format --quiet --verbose' -- "$cur") ;;
-    /explain) mapfile -t COMPREPLY < <(compgen -W '--help --queue --cups-root --timeout --driver-folder --snapshot --device-info --all --format --quiet --verbose' -- "$cur") ;;
-    /function-version) mapfile -t COMPREPLY < <(compgen -W '--help --queue --cups-root --timeout --driver-folder --snapshot --format --quiet --verbose' -- "$cur") ;;
+    /config) mapfile -t COMPREPLY < <(compgen -W '--help --queue --cups-root --timeout --config --format --quiet --verbose' -- "$cur") ;;
+    /diff) mapfile -t COMPREPLY < <(compgen -W '--help --driver-folder --cups-root --timeout --config --device-info --lpadmin --check --format --quiet --verbose' -- "$cur") ;;
+    /doctor) mapfile -t COMPREPLY < <(compgen -W '--help --queue --cups-root --timeout --config --driver-folder --snapshot --device-info --format --quiet --verbose' -- "$cur") ;;
+    /explain) mapfile -t COMPREPLY < <(compgen -W '--help --queue --cups-root --timeout --config --driver-folder --snapshot --device-info --all --format --quiet --verbose' -- "$cur") ;;
+    /function-version) mapfile -t COMPREPLY < <(compgen -W '--help --queue --cups-root --timeout --config --driver-folder --snapshot --format --quiet --verbose' -- "$cur") ;;
     /help) mapfile -t COMPREPLY < <(compgen -W '--help --quiet --verbose' -- "$cur") ;;
     /models) mapfile -t COMPREPLY < <(compgen -W '--help --format --quiet --verbose' -- "$cur") ;;
-    /query) mapfile -t COMPREPLY < <(compgen -W '--help --queue --cups-root --timeout --driver-folder --snapshot --device-info --format --quiet --verbose' -- "$cur") ;;
+    /query) mapfile -t COMPREPLY < <(compgen -W '--help --queue --cups-root --timeout --config --driver-folder --snapshot --device-info --format --quiet --verbose' -- "$cur") ;;
     /queues) mapfile -t COMPREPLY < <(compgen -W 'cups daemon find --help' -- "$cur") ;;
-    /queues/cups) mapfile -t COMPREPLY < <(compgen -W '--help --cups-root --timeout --format --quiet --verbose' -- "$cur") ;;
+    /queues/cups) mapfile -t COMPREPLY < <(compgen -W '--help --cups-root --timeout --config --format --quiet --verbose' -- "$cur") ;;
     /queues/daemon) mapfile -t COMPREPLY < <(compgen -W '--help --driver-folder --format --quiet --verbose' -- "$cur") ;;
     /queues/find) mapfile -t COMPREPLY < <(compgen -W '--help --format --quiet --verbose' -- "$cur") ;;
-    /snapshot) mapfile -t COMPREPLY < <(compgen -W '--help --queue --cups-root --timeout --device-info --partial --redact --quiet --verbose' -- "$cur") ;;
+    /snapshot) mapfile -t COMPREPLY < <(compgen -W '--help --queue --cups-root --timeout --config --device-info --partial --redact --quiet --verbose' -- "$cur") ;;
     /uri) mapfile -t COMPREPLY < <(compgen -W '--help --format --quiet --verbose' -- "$cur") ;;
   esac
 }

@@ -8,9 +8,11 @@
 #include <string_view>
 #include <vector>
 
+#include "cli/config/settings.h"
 #include "cli/diff/printer_state.h"
 #include "cli/printer/lpadmin.h"
 #include "cli/provenance/provenance.h"
+#include "cli/snapshot/locate.h"
 #include "cli/terminal/failure.h"
 #include "cli/terminal/output.h"
 #include "cli/terminal/printable.h"
@@ -213,12 +215,16 @@ void RequireLpadminName(const std::string& queue) {
 // One document directory belongs to one printer.
 void RequireOnePrinterOfTheDocuments(const DiffQuestion& question) {
   if (!question.before.starts_with(kLive) || !question.after.starts_with(kLive)) return;
+  const std::string before = Locate(LocationOf(question.before, question)).device_info;
+  const std::string after = Locate(LocationOf(question.after, question)).device_info;
+  if (before != after) return;
   throw CLI::ValidationError(
       "cannot compare two live queues with one document directory; save one of them with "
       "`info-analyze snapshot` and compare the snapshot");
 }
 
 void Compare(const DiffQuestion& question) {
+  (void)CurrentSettings(question.location.config_file);  // once for both processes
   RequireOnePrinterOfTheDocuments(question);
   Difference difference = {QueryInOwnProcess(LocationOf(question.before, question)),
                            QueryInOwnProcess(LocationOf(question.after, question)),
@@ -244,6 +250,7 @@ void DefineDiff(CLI::App& verb) {
   AddDriverOption(verb, question->location);
   AddCupsRootOption(verb, question->location);
   AddTimeoutOption(verb, question->location);
+  AddConfigOption(verb, question->location);
   AddDocumentsOption(verb, question->location);
   question->location.needs_documents = true;
   CLI::Option* const lpadmin =

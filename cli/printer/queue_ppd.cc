@@ -17,11 +17,13 @@
 #include <system_error>
 #include <utility>
 
+#include "cli/printer/child_process.h"
 #include "cli/printer/cups_server.h"
 #include "cli/printer/queue_name.h"
 #include "cli/terminal/failure.h"
 #include "cli/terminal/shell_quoting.h"
 #include "cli/terminal/terminal.h"
+#include "info_analyze/option_table.h"
 
 namespace ia::cli {
 namespace {
@@ -92,6 +94,22 @@ std::string FetchPpd(const PrinterLocation& location) {
   return FetchPpd(location, TemporaryFiles(location.queue));
 }
 
+std::string ModelCodeIn(const std::string& queue, const std::string& ppd) {
+  constexpr std::chrono::seconds kLimit(30);
+  RequireQueueName(queue);
+  const TemporaryFiles files(queue);  // has those of the child, which may be killed
+  const ChildResult child = RunInChild(kLimit, [&](int descriptor) {
+    const CopiedPpd copy(queue, ppd);
+    WriteAll(descriptor, copy.ReadModelCode());
+  });
+  if (!child.has_timed_out && child.signal == 0 && child.status == 0) return child.answer;
+  throw Failure(ExitStatus::kQueue,
+                {.action = "cannot read",
+                 .object = "model code in the PPD of queue \"" + queue + "\"",
+                 .cause = "the process that reads it was stopped or failed",
+                 .hint = "check that " + TemporaryFolderParent() + " has free space"});
+}
+
 CopiedPpd::CopiedPpd(const PrinterLocation& location)
     : CopiedPpd(location.queue, FetchPpd(location)) {}
 
@@ -112,6 +130,19 @@ CopiedPpd::CopiedPpd(std::shared_ptr<const TemporaryFiles> cups_root, const std:
 CopiedPpd::~CopiedPpd() { unlink(path().c_str()); }
 
 std::string CopiedPpd::path() const { return files_->path() + "/ppd/" + queue_ + ".ppd"; }
+
+void CopiedPpd::RequireDriver() const {
+  if (text_.find("*QV") == std::string::npos) FailForLines(queue_, text_);
+}
+
+std::string CopiedPpd::ReadModelCode() const {
+  struct Releaser {
+    void operator()(OptTable* table) const noexcept { info_common_optlist_destroy(table); }
+  };
+  const std::unique_ptr<OptTable, Releaser> table(info_common_optlist_create(queue_.c_str()));
+  const char* const code = info_common_optlist_getvalue(table.get(), "QVAnlz_DriverName");
+  return code != nullptr ? code : "";
+}
 
 AnalyzerPtr CopiedPpd::CreateAnalyzer(BidiContext* library, const char* device_info) const {
   const Progress progress("the options in the PPD of queue " + queue_);

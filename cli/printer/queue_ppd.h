@@ -38,6 +38,11 @@ class ForeignPpd : public Failure {
   using Failure::Failure;
 };
 
+// The model code (QVAnlz_DriverName) in the text of a queue's PPD, as the library reads it; empty:
+// none. A child process reads it, so libcups can still use any CUPS root in this one. Throws a
+// Failure.
+[[nodiscard]] std::string ModelCodeIn(const std::string& queue, const std::string& ppd);
+
 // A copy of the PPD in a CUPS root of this process. While it lives, libcups reads it without
 // waiting for a server, or for a file that is not a regular one.
 class CopiedPpd {
@@ -54,6 +59,12 @@ class CopiedPpd {
   ~CopiedPpd();
 
   [[nodiscard]] const std::string& text() const { return text_; }
+
+  // Throws a ForeignPpd when the PPD certainly has no option lines of a driver.
+  void RequireDriver() const;
+
+  // QVAnlz_DriverName as the library reads it; empty: none.
+  [[nodiscard]] std::string ReadModelCode() const;
 
   // Throws a ForeignPpd when the PPD has no option lines of the driver. The library and the text of
   // the document directory must outlive the analyser; no directory: no documents.

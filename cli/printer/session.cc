@@ -12,11 +12,6 @@
 #include "cli/terminal/terminal.h"
 
 namespace ia::cli {
-namespace {
-
-constexpr int kMaxTimeout = 86'400;  // a day
-
-}  // namespace
 
 std::string LibraryPath(const std::string& driver_folder) {
   char* path = nullptr;
@@ -54,6 +49,7 @@ void AddCupsOptions(CLI::App& verb, PrinterLocation& location) {
   verb.add_option("-p,--queue", location.queue, "Name of the CUPS queue")->type_name("NAME");
   AddCupsRootOption(verb, location);
   AddTimeoutOption(verb, location);
+  AddConfigOption(verb, location);
 }
 
 void AddCupsRootOption(CLI::App& verb, PrinterLocation& location) {
@@ -66,7 +62,17 @@ void AddTimeoutOption(CLI::App& verb, PrinterLocation& location) {
   verb.add_option("--timeout", location.timeout, "Wait at most this long for a CUPS server")
       ->type_name("SECONDS")
       ->check(CLI::Range(1, kMaxTimeout))
+      ->each([&location](const std::string&) { location.has_timeout = true; })
       ->capture_default_str();
+}
+
+void AddConfigOption(CLI::App& verb, PrinterLocation& location) {
+  verb.add_option("--config", location.config_file,
+                  "Read the settings from FILE only, not from the files of the system and the user")
+      ->type_name("FILE")
+      ->each([](const std::string& file) {
+        if (file.empty()) throw CLI::ValidationError("--config", "the name of the file is empty");
+      });
 }
 
 CLI::Option* AddDocumentsOption(CLI::App& verb, PrinterLocation& location) {
@@ -78,8 +84,8 @@ CLI::Option* AddDocumentsOption(CLI::App& verb, PrinterLocation& location) {
 void AddDriverOption(CLI::App& verb, PrinterLocation& location) {
   verb.add_option("--driver-folder", location.driver_folder,
                   "Folder of the driver; its communication library is Bidi/libmqpd_util.so")
-      ->type_name("DIR")
-      ->required();
+      ->type_name("DIR");
+  location.needs_driver = true;
 }
 
 void AddQueueOptions(CLI::App& verb, PrinterLocation& location) {

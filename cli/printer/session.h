@@ -10,6 +10,9 @@
 
 namespace ia::cli {
 
+inline constexpr int kDefaultTimeout = 30;  // seconds
+inline constexpr int kMaxTimeout = 86'400;  // a day
+
 // Where a printer's driver, PPD and documents are, as given on the command line.
 struct PrinterLocation {
   std::string queue;
@@ -17,14 +20,18 @@ struct PrinterLocation {
   std::string device_info;  // document directory; empty: no documents are needed
   std::string cups_root;    // empty: the CUPS server of the environment
   std::string snapshot;     // empty: none; else it has the queue, its PPD and the documents
+  std::string config_file;  // empty: those of the system and the user
+  bool needs_driver = false;
   bool needs_documents = false;
-  int timeout = 30;                                // seconds to wait for a CUPS server
+  bool has_timeout = false;                        // the command line has it
+  int timeout = kDefaultTimeout;                   // seconds to wait for a CUPS server
   std::shared_ptr<const void> unpacked = nullptr;  // keeps the files of an archived snapshot
 };
 
 // Each adds one option of a location.
 void AddCupsRootOption(CLI::App& verb, PrinterLocation& location);
 void AddTimeoutOption(CLI::App& verb, PrinterLocation& location);
+void AddConfigOption(CLI::App& verb, PrinterLocation& location);
 void AddDriverOption(CLI::App& verb, PrinterLocation& location);
 CLI::Option* AddDocumentsOption(CLI::App& verb, PrinterLocation& location);
 

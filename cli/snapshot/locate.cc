@@ -4,6 +4,10 @@
 #include <string>
 #include <system_error>
 
+#include "cli/config/patterns.h"
+#include "cli/config/settings.h"
+#include "cli/printer/queue_ppd.h"
+#include "cli/snapshot/queue_facts.h"
 #include "cli/snapshot/snapshot_files.h"
 #include "cli/terminal/failure.h"
 #include "cli/terminal/printable.h"
@@ -26,16 +30,24 @@ namespace {
   }
 }
 
+[[nodiscard]] PrinterLocation LocateQueue(const PrinterLocation& given, const Settings& settings) {
+  if (given.queue.empty()) throw CLI::RequiredError("--queue");
+  PrinterLocation location = given;
+  location.timeout = TimeoutOf(given, settings);
+  return Complete(given, settings, WordsOf(location));
+}
+
+[[nodiscard]] PrinterLocation LocateSnapshot(const PrinterLocation& given,
+                                             const Settings& settings) {
+  const auto [location, device_uri] = LocateFiles(given);
+  QueueWords words = WordsOf(location);
+  words.host = [&device_uri] { return HostOfDeviceUri(device_uri); };
+  return Complete(location, settings, words);
+}
+
 }  // namespace
 
-PrinterLocation Locate(const PrinterLocation& given) {
-  if (given.snapshot.empty()) {
-    if (given.queue.empty()) throw CLI::RequiredError("--queue");
-    if (given.needs_documents && given.device_info.empty()) {
-      throw CLI::RequiredError("--device-info");
-    }
-    return given;
-  }
+SnapshotLocation LocateFiles(const PrinterLocation& given) {
   PrinterLocation location = given;
   const Snapshot snapshot = ReadSnapshot(given.snapshot);
   location.queue = snapshot.queue;
@@ -47,7 +59,19 @@ PrinterLocation Locate(const PrinterLocation& given) {
     location.unpacked = unpacked;
   }
   if (given.needs_documents) location.device_info = location.cups_root + "/device-info";
-  return location;
+  return {.location = location, .device_uri = snapshot.device_uri};
+}
+
+QueueWords WordsOf(const PrinterLocation& location) {
+  return {.queue = location.queue,
+          .host = [location] { return HostOfDeviceUri(FactsOf(location).device_uri); },
+          .model = [location] { return ModelCodeIn(location.queue, FetchPpd(location)); }};
+}
+
+PrinterLocation Locate(const PrinterLocation& given) {
+  const Settings& settings = CurrentSettings(given.config_file);
+  RequireLocation(given, settings);
+  return given.snapshot.empty() ? LocateQueue(given, settings) : LocateSnapshot(given, settings);
 }
 
 }  // namespace ia::cli

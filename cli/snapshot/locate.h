@@ -1,12 +1,26 @@
 #ifndef INFO_ANALYZE_CLI_SNAPSHOT_LOCATE_H_
 #define INFO_ANALYZE_CLI_SNAPSHOT_LOCATE_H_
 
+#include <string>
+
+#include "cli/config/patterns.h"
 #include "cli/printer/session.h"
 
 namespace ia::cli {
 
-// The location of the command line, completed from its snapshot where it names one. Throws when an
-// option is missing or the snapshot is damaged.
+struct SnapshotLocation {
+  PrinterLocation location;
+  std::string device_uri;  // empty: unknown
+};
+
+// The location with the queue, PPD and documents of its snapshot. Throws when that is damaged.
+[[nodiscard]] SnapshotLocation LocateFiles(const PrinterLocation& given);
+
+// What replaces the patterns in the settings of a queue, from CUPS.
+[[nodiscard]] QueueWords WordsOf(const PrinterLocation& location);
+
+// The location of the command line, completed from its snapshot where it names one, and from the
+// settings. Throws when an option is missing or the snapshot is damaged.
 [[nodiscard]] PrinterLocation Locate(const PrinterLocation& given);
 
 }  // namespace ia::cli

@@ -7,6 +7,7 @@
 
 #include "cli/printer/queue_ppd.h"
 #include "cli/printer/session.h"
+#include "cli/snapshot/locate.h"
 #include "cli/snapshot/queue_facts.h"
 #include "cli/snapshot/redaction.h"
 #include "cli/snapshot/secrets.h"
@@ -15,7 +16,6 @@
 #include "cli/snapshot/take.h"
 #include "cli/terminal/failure.h"
 #include "cli/terminal/output.h"
-#include "info_analyze/option_table.h"
 
 namespace ia::cli {
 namespace {
@@ -26,16 +26,6 @@ struct SnapshotQuestion {
   bool is_redacted = false;
   bool may_be_partial = false;
 };
-
-// The value that the library's reader of PPDs keeps.
-[[nodiscard]] std::string ModelCode(const std::string& queue) {
-  struct Releaser {
-    void operator()(OptTable* table) const noexcept { info_common_optlist_destroy(table); }
-  };
-  const std::unique_ptr<OptTable, Releaser> table(info_common_optlist_create(queue.c_str()));
-  const char* const code = info_common_optlist_getvalue(table.get(), "QVAnlz_DriverName");
-  return code != nullptr ? code : "";
-}
 
 [[nodiscard]] std::string ReportOf(const Secrets& secrets) {
   std::string report;
@@ -50,15 +40,14 @@ struct SnapshotQuestion {
 }
 
 void TakeSnapshot(const SnapshotQuestion& question) {
-  const PrinterLocation& location = question.location;
+  const PrinterLocation location = Locate(question.location);
   const std::string text = FetchPpd(location);
   const QueueAttributes facts = FactsOf(location);
-  const CopiedPpd ppd(location.queue, text);
   Snapshot snapshot = ComposeSnapshot({.queue = location.queue,
-                                       .ppd = ppd.text(),
+                                       .ppd = text,
                                        .device_info = location.device_info,
                                        .device_uri = facts.device_uri,
-                                       .model_code = ModelCode(location.queue)});
+                                       .model_code = ModelCodeIn(location.queue, text)});
   const std::string report = question.is_redacted ? ReportOf(Redact(snapshot, facts)) : "";
   WriteSnapshot(snapshot, question.path);
   WriteAnswer(report);
@@ -72,7 +61,8 @@ void DefineSnapshot(CLI::App& verb) {
   verb.add_option("PATH", question->path, "New folder, or new archive if it ends with .tar.gz")
       ->required();
   AddCupsOptions(verb, question->location);
-  AddDocumentsOption(verb, question->location)->required();
+  AddDocumentsOption(verb, question->location);
+  question->location.needs_documents = true;
   verb.get_option("--queue")->required();
   verb.add_flag("--partial", question->may_be_partial,
                 "Exit with 0 even if some documents cannot be read");

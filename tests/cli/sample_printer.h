@@ -20,6 +20,7 @@ inline constexpr char kSample[] = IA_TEST_SOURCE "/examples/office-mfp";
 
 // A copy of the sample printer that a test may change, and the programs that ask it. What is
 // around the programs fails programs that read the wrong place: no CUPS server listens there.
+// Settings of the user who runs the tests have no effect.
 class SamplePrinter : public testing::Test {
  protected:
   SamplePrinter() {
@@ -54,6 +55,10 @@ class SamplePrinter : public testing::Test {
             .environment = {{"CUPS_SERVER", "127.0.0.2:9"},
                             {"CUPS_SERVERROOT", temporary_ + "/no-root"},
                             {"HOME", temporary_},
+                            {"XDG_CONFIG_HOME", ""},
+                            {"INFO_ANALYZE_DRIVER_FOLDER", ""},
+                            {"INFO_ANALYZE_DEVICE_INFO", ""},
+                            {"INFO_ANALYZE_TIMEOUT", ""},
                             {"TMPDIR", temporary_}},
             .folder = root_.path(),
             .output = ""};

@@ -53,6 +53,18 @@ def lines_of_models(answer):
             for family in answer["families"] for row in family["rows"]]
 
 
+def lines_of_config(answer):
+    """The settings that have a value, and the files."""
+    folders = [f"{'driver-folder':<15}{folder['value']}  ({folder['models']} in {folder['source']})"
+               for folder in answer["driver_folders"]]
+    lines = [f"{setting['key']:<15}{setting['value']}  ({setting['source']})"
+             for setting in answer["settings"] if setting["value"] is not None]
+    if answer["settings"][0]["value"] is not None:
+        folders = [lines.pop(0), *folders]
+    return [*folders, *lines,
+            *(f"{'file':<15}{file['path']}  ({file['state']})" for file in answer["files"])]
+
+
 def input_name(input_):
     if input_["document"] is None:
         return f"PPD {input_['key']}"
@@ -67,6 +79,7 @@ LINES = {
     "doctor": (lines_of_doctor, r"((?:ok|note|warning|failure) .*)"),
     "diff": (lines_of_diff, r"(\w+: .* -> .*  \([^:)]*).*"),
     "models": (lines_of_models, r"(.*)"),
+    "config": (lines_of_config, r"(\S.*\))"),
 }
 
 
@@ -161,6 +174,9 @@ def main():
 
     with tempfile.TemporaryDirectory() as folder:
         snapshots = []
+        settings = pathlib.Path(folder, "info-analyze.conf")
+        settings.write_text(f"device-info = /x/{{queue}}\n[driver-folders]\nR* = {driver}\nR = x\n",
+                            encoding="ascii")
         for printer in sorted(path.parent for path in source.glob("examples/*/device-info")):
             snapshots.append(f"{folder}/{printer.name}")
             queue = ["--queue", printer.name, "--cups-root", printer]
@@ -178,9 +194,11 @@ def main():
             ask("calibration_defaults", "calibration", "defaults", *on_printer)
             ask("queues", "queues", "cups", "--cups-root", printer)
             ask("models", "models", model_code(printer))
+            ask("config", "config", *queue, "--config", settings)
             ask("diff", "diff", snapshots[0], snapshots[-1], "--driver-folder", driver)
         ask("doctor", "doctor", "--queue", "none", "--cups-root", folder, "--driver-folder", folder,
             "--device-info", folder, statuses=(8,))
+    ask("config", "config")
     ask("models", "models")
     ask("models", "models", "RA-Z5")
     ask("uri", "uri", "net:192.0.2.10/PDLType=kappa2")
