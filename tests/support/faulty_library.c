@@ -2,6 +2,7 @@
  * returns 0, as in a stub. */
 #include <signal.h>
 #include <stdlib.h>
+#include <string.h>
 #include <unistd.h>
 
 static void crash(void) {
@@ -14,6 +15,15 @@ static void hang(void) {
 }
 
 static void leave(void) { exit(0); }
+
+/* As a library that leaks without end. */
+static void grab(void) {
+  for (;;) {
+    char *memory = malloc(1 << 20);
+    if (!memory) abort();
+    memset(memory, 1, 1 << 20);
+  }
+}
 
 static void nothing(void) {}
 
@@ -29,4 +39,4 @@ __attribute__((constructor)) static void load(void) { WHEN_LOADED(); }
 
 __attribute__((destructor)) static void unload(void) { WHEN_UNLOADED(); }
 
-void (*const unused[])(void) = {crash, hang, leave, nothing};
+void (*const unused[])(void) = {crash, hang, leave, grab, nothing};

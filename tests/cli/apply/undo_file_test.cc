@@ -1,0 +1,85 @@
+#include "cli/apply/undo_file.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "cli/terminal/failure.h"
+#include "tests/cli/process.h"
+#include "tests/support/temp_folder.h"
+
+namespace {
+
+using ia::cli::Failure;
+using ia::cli::ReadUndoFile;
+using ia::cli::UndoFile;
+using ia::cli::UndoRecord;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+class UndoFiles : public testing::Test {
+ protected:
+  const ia_test::TempFolder root_;
+  const std::string path_ = root_ / "undo.json";
+  const UndoRecord record_ = {.queue = "B\xc3\xbcro",
+                              .defaults = {{"QVFinisher", {"None", "\xe4 \"\\/"}, "STFINT1"},
+                                           {"QVPuncher", {""}, "PUNU2"}}};
+};
+
+TEST_F(UndoFiles, HaveWhatWasAdded) {
+  UndoFile file(path_);
+  EXPECT_TRUE(file.IsEmpty());
+  file.Add(record_);
+  file.Add({.queue = "second", .defaults = {}});
+  EXPECT_FALSE(file.IsEmpty());
+  const std::vector<UndoRecord> records = ReadUndoFile(path_);
+  ASSERT_THAT(records, SizeIs(2));
+  EXPECT_EQ(records[0].queue, record_.queue);
+  ASSERT_THAT(records[0].defaults, SizeIs(2));
+  EXPECT_EQ(records[0].defaults[0].before, record_.defaults[0].before);
+  EXPECT_EQ(records[0].defaults[0].after, "STFINT1");
+  EXPECT_THAT(records[0].defaults[1].before, ElementsAre(""));
+  EXPECT_EQ(records[1].queue, "second");
+}
+
+TEST_F(UndoFiles, AreNotMadeWithoutARecord) {
+  {
+    const UndoFile file(path_);
+  }
+  EXPECT_FALSE(std::filesystem::exists(path_));
+}
+
+TEST_F(UndoFiles, AreNotOverwritten) {
+  root_.Write("undo.json", "mine");
+  EXPECT_THROW(UndoFile file(path_), Failure);
+  EXPECT_EQ(ia_test::ReadFile(path_), "mine");
+}
+
+TEST_F(UndoFiles, CanLackTheEndOfTheirLastLine) {
+  {
+    UndoFile(path_).Add(record_);
+  }
+  const std::string line = ia_test::ReadFile(path_);
+  for (std::size_t size = 0; size < line.size(); ++size) {
+    root_.Write("undo.json", line + line.substr(0, size));
+    EXPECT_THAT(ReadUndoFile(path_), SizeIs(1)) << size;
+  }
+  root_.Write("undo.json", line.substr(0, 10));
+  EXPECT_THAT(ReadUndoFile(path_), IsEmpty());
+}
+
+TEST_F(UndoFiles, OfADifferentFormatAreRefused) {
+  for (const char* const text : {"{}\n", "[]\n", "x\n", "{\"undo_version\":2}\n",
+                                 "{\"undo_version\":1,\"queue\":1,\"defaults\":[]}\n"}) {
+    root_.Write("undo.json", text);
+    EXPECT_THROW((void)ReadUndoFile(path_), Failure) << text;
+  }
+  EXPECT_THROW((void)ReadUndoFile(root_.path()), Failure);
+  EXPECT_THROW((void)ReadUndoFile(root_ / "none"), Failure);
+}
+
+}  // namespace

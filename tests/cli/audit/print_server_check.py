@@ -1,0 +1,483 @@
+#!/usr/bin/env python3
+"""Audits the queues of a real CUPS server, sets what differs, audits again and takes it back. The
+queues are of all kinds, some of their communication libraries are hostile, and apply is killed,
+refused, raced, and left without a server or without disk space in the middle.
+
+usage: print_server_check.py TOOL DRIVER_FOLDER FAULTY_FOLDER SOURCE_FOLDER [QUEUES [KILLS]]
+
+Needs cupsd and lpadmin, and root for some of the checks; exits with 77 without cupsd."""
+import ctypes
+import json
+import os
+import pathlib
+import random
+import re
+import shlex
+import shutil
+import signal
+import subprocess
+import sys
+import tempfile
+import threading
+import time
+
+from print_server import PrintServer, is_installed
+
+# What the samples' devices do not report stays unknown, so they are not audited as right.
+HOSTILE = ("crash_when_called", "hang_when_called", "crash_when_loaded", "exit_when_loaded",
+           "grab_when_called", "stub")
+TIMEOUT = 8
+
+
+class Checker:
+    def __init__(self, tool, driver, faulty, source, root):
+        self.tool = tool
+        self.driver = pathlib.Path(driver)
+        self.faulty = pathlib.Path(faulty)
+        self.samples = sorted(path.parent for path in pathlib.Path(source).glob("examples/*/ppd"))
+        self.root = pathlib.Path(root)
+        self.count = 0
+        self.wrong = []
+        self.root.chmod(0o755)  # backends run as a user of their own
+        self.server = PrintServer(self.root / "cups")
+        for folder in ("documents", "drivers", "tmp", "state"):
+            (self.root / folder).mkdir()
+
+    def expect(self, holds, *what):
+        self.count += 1
+        if not holds:
+            self.wrong.append(" ".join(map(str, what))[:2000])
+            print("WRONG:", self.wrong[-1], flush=True)
+
+    # Queues ----------------------------------------------------------------------------------
+
+    def add(self, name, sample, driver=None, ppd=None):
+        """A queue with its own document directory and driver folder."""
+        self.server.add(name, ppd or sample / f"ppd/{sample.name}.ppd")
+        (self.root / "documents" / name).symlink_to(sample / "device-info")
+        (self.root / "drivers" / name).symlink_to(driver or self.driver)
+
+    def environment(self, **more):
+        return {**self.server.environment, "TMPDIR": str(self.root / "tmp"),
+                "XDG_STATE_HOME": str(self.root / "state"),
+                "STATE_DIRECTORY": str(self.root / "state"), **more}
+
+    def command(self, verb, *arguments):
+        folders = [] if "--undo" in arguments else [
+            "--driver-folder", f"{self.root}/drivers/{{queue}}",
+            "--device-info", f"{self.root}/documents/{{queue}}"]
+        return [str(part) for part in (self.tool, verb, *arguments, *folders,
+                                       "--timeout", TIMEOUT)]
+
+    def run(self, verb, *arguments, status=None, **environment):
+        run = subprocess.run(self.command(verb, *arguments), env=self.environment(**environment),
+                             stdin=subprocess.DEVNULL, capture_output=True, text=True,
+                             errors="replace")
+        if status is not None:
+            self.expect(run.returncode == status, verb, arguments, "ended with", run.returncode,
+                        run.stdout[-600:], run.stderr[-600:])
+        return run
+
+    def judgements(self, *arguments):
+        """By queue, and the summary."""
+        lines = [json.loads(line) for line in
+                 self.run("audit", "--format", "json", *arguments).stdout.splitlines()]
+        return {line["queue"]: line for line in lines[:-1]}, lines[-1]["summary"]
+
+    def undo_path(self, run):
+        found = re.search(r"^undo with: info-analyze apply --undo (\S+)$", run.stdout, re.M)
+        self.expect(found, "no undo file is named", run.stdout[-300:], run.stderr[-300:])
+        return found[1]
+
+
+def check_whole_server(checker, queues):
+    """All kinds of queues at once: audit, apply, audit, undo."""
+    server, samples = checker.server, checker.samples
+    for i in range(queues):
+        checker.add(f"q{i:04}", samples[i % len(samples)])
+    office = next(sample for sample in samples if sample.name == "office-mfp")
+    for name in ("Büro-Süd", "キュー", "a&b;c$(x)", "x..", "x" * 127):
+        checker.add(name, office)
+    checker.add("shared1", office)
+    checker.add("shared2", office)
+    for name in HOSTILE:
+        checker.add(name, office, driver=checker.faulty / name)
+    server.lpadmin("-p", "raw", "-E", "-v", "file:///dev/null")
+    server.lpadmin("-p", "shared1", "-c", "class")
+    server.lpadmin("-p", "shared2", "-c", "class")
+    make_odd_ppds(checker, office)
+    before = server.ppds()
+
+    print_step("audit")
+    run = checker.run("audit", status=12)
+    names = [line.split("  ")[0] for line in run.stdout.splitlines()[:-1]]
+    checker.expect(len(names) == len(set(names)) and len(names) > queues, "queues of the audit")
+    judged, summary = checker.judgements()
+    checker.expect([name for name in names] == list(judged), "text and JSON have other queues")
+    checker.expect(summary["queues"] == len(judged), summary)
+    for name, why in {"raw": "raw queue", "class": "class", "driverless": "driverless",
+                      "foreign": "option lines"}.items():
+        checker.expect(judged[name]["state"] == "not applicable" and why in judged[name]["reason"],
+                       judged[name])
+    for name, why in {"broken": "not a PPD", "crash_when_called": "SIGSEGV",
+                      "crash_when_loaded": "SIGSEGV", "exit_when_loaded": "ended",
+                      "hang_when_called": f"within {TIMEOUT} s",
+                      "grab_when_called": "memory", "stub": "documents",
+                      "missing-documents": "documents"}.items():
+        checker.expect(judged[name]["state"] == "failed" and why in judged[name]["reason"],
+                       name, judged[name])
+    good = [name for name in judged if judged[name]["state"] == "judged"]
+    checker.expect(len(good) >= queues + 7, "judged:", len(good))
+    checker.expect(all(judged[name]["differ"] for name in good), "some sample does not differ")
+    for name in ("shared1", "shared2", "Büro-Süd", "キュー"):
+        checker.expect(judged[name]["options"] == judged["q0005"]["options"], name)
+    checker.expect(server.ppds() == before, "audit changes PPDs")
+
+    print_step("dry run")
+    dry = checker.run("apply", "--dry-run", status=12)
+    checker.expect(server.ppds() == before, "a dry run changes PPDs")
+    check_dry_run(checker, dry.stdout, "q0000", judged["q0000"])
+
+    print_step("apply")
+    run = checker.run("apply", status=11)
+    undo = checker.undo_path(run)
+    changed = server.ppds()
+    for name in before:
+        checker.expect((before[name] != changed[name]) == (name in good), "changed or not:", name)
+    now, summary = checker.judgements()
+    checker.expect(summary["differ"] == 0, "still differ:", summary)
+    for name in good:
+        check_defaults(checker, changed[name], judged[name])
+        checker.expect(now[name]["unknown"] == judged[name]["unknown"], name, "unknown options")
+    again = checker.run("apply", status=11)
+    checker.expect(again.stdout.startswith("0 queues changed"), again.stdout[:200])
+    checker.expect(server.ppds() == changed, "a second apply changes PPDs")
+
+    print_step("undo")
+    checker.run("apply", "--undo", undo, status=0)
+    checker.expect(server.ppds() == before, "undo does not restore the bytes")
+    left = list((checker.root / "tmp").iterdir())
+    checker.expect(not left, "left in TMPDIR:", left)
+
+
+def make_odd_ppds(checker, office):
+    """What CUPS itself accepts no more, so it is put there behind its back."""
+    text = (office / "ppd/office-mfp.ppd").read_bytes()
+    lines = text.split(b"\n")
+    ppds = {
+        "driverless": re.sub(rb'NickName: ".*"', b'NickName: "Office - IPP Everywhere"', text),
+        "foreign": b"\n".join(line for line in lines if not re.match(rb"\*(Default)?QV|\*.*QV", line)),
+        "missing-documents": text,
+        # Blanks, line ends and bytes that an edit has to keep.
+        "crlf": text.replace(b"\n", b"\r\n").replace(b"*DefaultQVFinisher: None",
+                                                     b"*DefaultQVFinisher:\t None/\xe4 "),
+    }
+    for name, ppd in ppds.items():
+        path = checker.root / f"{name}.ppd"
+        path.write_bytes(ppd)
+        checker.add(name, office, ppd=path)
+    (checker.root / "documents/missing-documents").unlink()
+    checker.add("broken", office)
+    checker.server.ppd("broken").write_bytes(b"\x00\xffnot a PPD\n" * 100)
+
+
+def check_dry_run(checker, text, name, judged):
+    """The commands do what apply does."""
+    line = next(line for line in text.splitlines()
+                if shlex.split(line)[:3] == ["lpadmin", "-p", name])
+    server = checker.server
+    kept = server.ppd(name).read_bytes()
+    subprocess.run(["sh", "-c", line], env=server.environment, check=True, capture_output=True)
+    check_defaults(checker, server.ppd(name).read_bytes(), judged)
+    server.ppd(name).write_bytes(kept)
+
+
+def check_defaults(checker, ppd, judged):
+    """The defaults of a PPD are what its device has."""
+    lines = {line.strip() for line in ppd.decode("latin-1").splitlines()}
+    for option in judged["options"]:
+        if option["state"] != "differs":
+            continue
+        wanted = option["keyword"] + ":"
+        has = [line.split(":", 1)[1].strip() for line in lines
+               if line.startswith("*Default" + wanted)]
+        checker.expect(has == [option["value"]], judged["queue"], option, has)
+
+
+def check_missing_data(checker):
+    """What a device does not report is never changed."""
+    sample = next(path for path in checker.samples if path.name == "office-mfp")
+    for document in sorted(path.name for path in (sample / "device-info").iterdir()):
+        folder = checker.root / "documents/partial"
+        shutil.rmtree(folder, ignore_errors=True)
+        shutil.copytree(sample / "device-info", folder)
+        (folder / document).unlink()
+        if document == "Accessories.xml":
+            checker.server.add("partial", sample / "ppd/office-mfp.ppd")
+            (checker.root / "drivers/partial").symlink_to(checker.driver)
+        judged, _ = checker.judgements("partial", "--all")
+        whole, _ = checker.judgements("shared1", "--all")
+        values = {option["keyword"]: option for option in whole["shared1"]["options"]}
+        for option in judged["partial"]["options"]:
+            checker.expect(option["state"] in ("unknown", "equal") or
+                           option["value"] == values[option["keyword"]]["value"], document, option)
+    checker.server.lpadmin("-x", "partial")
+
+
+def check_jobs(checker):
+    """A queue that prints is left alone, unless it is forced."""
+    server = checker.server
+    (server.root / "printing").touch()
+    server.lpadmin("-p", "q0001", "-v", "slow:/somewhere")
+    job = checker.root / "job"
+    job.write_text("text")
+    subprocess.run(["lp", "-d", "q0001", "-o", "raw", job], env=server.environment, check=True,
+                   capture_output=True)
+    for _ in range(100):
+        state = subprocess.run(["lpstat", "-p", "q0001"], env=server.environment,
+                               capture_output=True, text=True).stdout
+        if "now printing" in state:
+            break
+        time.sleep(0.05)
+    before = server.ppds()
+    run = checker.run("apply", "q0001", "q0002")
+    checker.expect("q0001 is left alone: a job is being printed" in run.stderr, run.stderr[-300:])
+    after = server.ppds()
+    changed = [name for name in before if before[name] != after[name]]
+    checker.expect(changed == ["q0002"], "changed while printing:", changed, state)
+    forced = checker.run("apply", "q0001", "--force")
+    checker.expect(server.ppds()["q0001"] != before["q0001"], "not forced", forced.stderr)
+    for undone in (run, forced):
+        checker.run("apply", "--undo", checker.undo_path(undone), "--force", status=0)
+    (server.root / "printing").unlink()
+    server.lpadmin("-p", "q0001", "-v", "file:///dev/null")
+
+
+def check_snapshots(checker):
+    """Snapshots of all queues, audited instead of them and against them, and what has changed."""
+    folder = checker.root / "monday"
+    folder.mkdir()
+    names = ["q0000", "q0003", "shared1"]
+    checker.run("audit", *names, "--save", folder)
+    checker.expect(sorted(path.name for path in folder.iterdir()) ==
+                   [f"{name}.tar.gz" for name in sorted(names)], list(folder.iterdir()))
+    live, _ = checker.judgements(*names)
+    saved, _ = checker.judgements("--snapshots", folder)
+    for name in names:
+        checker.expect(saved[name]["options"] == live[name]["options"], name, "as a snapshot")
+    paired, _ = checker.judgements(*names, "--snapshots", folder, "--live")
+    checker.expect({name: paired[name]["options"] for name in names} ==
+                   {name: live[name]["options"] for name in names}, "against snapshots")
+    checker.expect(list(checker.judgements("--snapshots", folder, "--", "q0003")[0]) == ["q0003"],
+                   "one of the snapshots")
+    documents = checker.root / "documents/shared1"
+    sample = documents.resolve()
+    documents.unlink()
+    shutil.copytree(sample, documents)
+    path = documents / "Accessories.xml"
+    path.write_text(path.read_text().replace('<long key="hd">1<', '<long key="hd">0<'))
+    changed, _ = checker.judgements(*names, "--since", folder, "--save", folder)
+    checker.expect(changed["shared1"]["changes"] ==
+                   [{"keyword": "QVHardDisk", "before": "True", "after": "False"}],
+                   changed["shared1"]["changes"])
+    checker.expect(not changed["q0000"]["changes"], changed["q0000"]["changes"])
+    same, _ = checker.judgements(*names, "--since", folder)
+    checker.expect(not any(same[name]["changes"] for name in names), "saved snapshots are old")
+    log = checker.run("audit", "shared1", "--format", "log").stdout.splitlines()[:-1]
+    checker.expect(len(log) == same["shared1"]["differ"] and
+                   all(line.startswith("shared1: QV") for line in log), log)
+
+
+def check_two_at_once(checker):
+    before = checker.server.ppds()
+    runs = [None, None]
+
+    def apply(i):
+        runs[i] = checker.run("apply", "q0000", "q0001", "q0002", "q0003", "q0004")
+
+    threads = [threading.Thread(target=apply, args=(i,)) for i in range(2)]
+    for thread in threads:
+        thread.start()
+    for thread in threads:
+        thread.join()
+    changed = sorted(run.stdout.count("QVDupUnit False -> True") for run in runs)
+    checker.expect(changed == [0, 5], "two at once:", [run.stdout[-200:] for run in runs])
+    for run in runs:
+        if "undo with" in run.stdout:
+            checker.run("apply", "--undo", checker.undo_path(run), status=0)
+    checker.expect(checker.server.ppds() == before, "two at once cannot be undone")
+
+
+def check_rights(checker):
+    """Who may not change queues gets an error before the first change."""
+    before = checker.server.ppds()
+    os.chmod(checker.root, 0o755)
+    state = checker.root / "state-of-nobody"
+    state.mkdir()
+    os.chown(state, 65534, 65534)
+    run = subprocess.run(
+        ["setpriv", "--reuid=65534", "--regid=65534", "--clear-groups",
+         *checker.command("apply", "q0000", "q0001")],
+        env=checker.environment(STATE_DIRECTORY=str(state), TMPDIR="/tmp"), capture_output=True,
+        text=True)
+    checker.expect(run.returncode == 3 and "does not let user" in run.stderr, run)
+    checker.expect(checker.server.ppds() == before, "changed without rights")
+
+
+def check_stopped_server(checker):
+    """The server ends in the middle; a second run finishes."""
+    server = checker.server
+    before = server.ppds()
+    process = subprocess.Popen(checker.command("apply"), env=checker.environment(),
+                               stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
+    for _ in range(8):
+        process.stdout.readline()
+    server.stop(signal.SIGKILL)
+    out, err = process.communicate()
+    checker.expect(process.returncode not in (0, 10) and "does not answer" in err, err[-500:])
+    between = server.ppds()
+    server.start()
+    run = checker.run("apply", status=11)
+    after = server.ppds()
+    for name in before:
+        checker.expect(between[name] in (before[name], after[name]), "half set:", name)
+    checker.run("apply", "--undo", checker.undo_path(run), status=0)
+    found = re.search(r"^undo with: info-analyze apply --undo (\S+)$", out, re.M)
+    checker.expect(found, "no undo file is named when the server stops", out[-300:])
+    if found:
+        checker.run("apply", "--undo", found[1], status=0)
+    checker.expect(server.ppds() == before, "a stopped server leaves changes")
+
+
+def check_full_disk(checker):
+    """The server's disk fills up in the middle."""
+    server = checker.server
+    before = server.ppds()
+    libc = ctypes.CDLL(None, use_errno=True)
+    folder = server.root / "etc"
+    server.stop()
+    copy = checker.root / "etc-before"
+    shutil.copytree(folder, copy)
+    size = sum(path.stat().st_size // 4096 + 2 for path in folder.rglob("*")) * 4096 + (1 << 20)
+    if libc.mount(b"none", str(folder).encode(), b"tmpfs", 0, f"size={size}".encode()):
+        print("not checked: a full disk (no mounts)")
+        server.start()
+        return
+    try:
+        shutil.copytree(copy, folder, dirs_exist_ok=True)
+        server.start()
+        with open(folder / "ballast", "wb") as file:
+            try:
+                while True:
+                    file.write(b"x" * 4096)
+                    file.flush()
+            except OSError:
+                pass
+        run = checker.run("apply", "q0000", "q0001", "q0002")
+        checker.expect(run.returncode not in (0, 10) and "PPD" in run.stderr, run)
+        between = server.ppds()
+        (folder / "ballast").unlink()
+        again = checker.run("apply", "q0000", "q0001", "q0002")
+        after = server.ppds()
+        for name in before:
+            checker.expect(between[name] in (before[name], after[name]), "half set:", name,
+                           len(between[name]))
+        for undone in (again, run):
+            if "undo with" in undone.stdout:
+                checker.run("apply", "--undo", checker.undo_path(undone), status=0)
+        checker.expect(server.ppds() == before, "a full disk leaves changes")
+    finally:
+        server.stop()
+        libc.umount2(str(folder).encode(), 2)
+        server.start()
+
+
+def check_kills(checker, kills):
+    """Killed at any moment, each queue is untouched or set, and can be undone."""
+    server = checker.server
+    names = [f"q{i:04}" for i in range(4)]
+    before = server.ppds()
+    run = checker.run("apply", *names)
+    after = server.ppds()
+    checker.run("apply", "--undo", checker.undo_path(run), status=0)
+    random.seed(1)
+    start = time.time()
+    checker.run("apply", *names)
+    whole = time.time() - start
+    newest = max((checker.root / "state").glob("*.json"), key=lambda path: path.stat().st_mtime)
+    checker.run("apply", "--undo", newest, status=0)
+    untouched = half = complete = 0
+    for _ in range(kills):
+        for path in (checker.root / "state").glob("*.json"):
+            path.unlink()
+        process = subprocess.Popen(checker.command("apply", *names), env=checker.environment(),
+                                   stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        time.sleep(random.uniform(0, whole * 1.1))
+        process.kill()
+        process.wait()
+        time.sleep(0.02)  # for a request that is on its way
+        now = server.ppds()
+        set_queues = sum(now[name] == after[name] for name in names)
+        checker.expect(all(now[name] in (before[name], after[name]) for name in before),
+                       "half set after a kill")
+        untouched += set_queues == 0
+        complete += set_queues == len(names)
+        half += 0 < set_queues < len(names)
+        for path in (checker.root / "state").glob("*.json"):
+            checker.run("apply", "--undo", path, status=0)
+        if server.ppds() != before:
+            checker.expect(False, "not undone after a kill")
+            break
+    print(f"{kills} kills: {untouched} before the first queue, {half} between queues, {complete} "
+          "after the last; no queue half set")
+    if kills >= 40:
+        checker.expect(untouched and half, "the kills come at no interesting moment")
+    for path in (checker.root / "tmp").iterdir():  # of killed processes
+        shutil.rmtree(path)
+
+
+def print_step(text):
+    print(f"{time.strftime('%H:%M:%S')} {text}", flush=True)
+
+
+def main():
+    tool, driver, faulty, source = sys.argv[1:5]
+    queues = int(sys.argv[5]) if len(sys.argv) > 5 else 20
+    kills = int(sys.argv[6]) if len(sys.argv) > 6 else 20
+    if not is_installed():
+        print("no cupsd")
+        return 77
+    with tempfile.TemporaryDirectory() as root:
+        checker = Checker(tool, driver, faulty, source, root)
+        with checker.server:
+            check_whole_server(checker, queues)
+            checks = [check_missing_data, check_snapshots, check_two_at_once]
+            if os.geteuid() == 0:  # cupsd runs programs of root only
+                checks.append(check_jobs)
+            for check in checks:
+                print_step(check.__name__)
+                check(checker)
+            for name in HOSTILE:  # they only cost time from here on
+                checker.server.lpadmin("-x", name)
+            if os.geteuid() == 0:
+                for check in (check_full_disk, check_stopped_server):
+                    print_step(check.__name__)
+                    check(checker)
+            print_step("check_kills")
+            check_kills(checker, kills)
+    if os.geteuid() == 0:
+        with tempfile.TemporaryDirectory() as root:
+            checker2 = Checker(tool, driver, faulty, source, root)
+            checker2.server = PrintServer(checker2.root / "cups", requires_root=True)
+            with checker2.server:
+                for i in range(2):
+                    checker2.add(f"q{i:04}", checker2.samples[0])
+                check_rights(checker2)
+            checker.count += checker2.count
+            checker.wrong += checker2.wrong
+    print(f"{checker.count} checks, {len(checker.wrong)} wrong")
+    return 1 if checker.wrong else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
