@@ -68,6 +68,13 @@ void UseCupsRoot(const std::string& root) {
                          QuoteForShell(queue) + " -P FILE.ppd`"});
 }
 
+void WriteCopy(const std::string& queue, const std::string& ppd, const std::string& root) {
+  std::filesystem::create_directory(root + "/ppd");
+  std::ofstream file(root + "/ppd/" + queue + ".ppd", std::ios::binary);
+  file << ppd << std::flush;
+  if (!file) FailForTemporaryFile(queue, std::strerror(errno));
+}
+
 // Of the queue whose PPD libcups finds.
 [[nodiscard]] std::string ReadModelCode(const std::string& queue) {
   struct Releaser {
@@ -106,17 +113,17 @@ std::string FetchPpd(const PrinterLocation& location) {
 std::string ModelCodeIn(const std::string& queue, const std::string& ppd) {
   constexpr std::chrono::seconds kLimit(30);
   RequireQueueName(queue);
-  const TemporaryFiles files(queue);  // has those of the child, which may be killed
+  const TemporaryFiles files(queue);
+  WriteCopy(queue, ppd, files.path());
   const ChildResult child = RunInChild(kLimit, [&](int descriptor) {
-    const CopiedPpd copy(queue, ppd);
+    UseCupsRoot(files.path());
     WriteAll(descriptor, ReadModelCode(queue));
   });
   if (!child.has_timed_out && child.signal == 0 && child.status == 0) return child.answer;
-  throw Failure(ExitStatus::kQueue,
-                {.action = "cannot read",
-                 .object = "model code in the PPD of queue \"" + queue + "\"",
-                 .cause = "the process that reads it was stopped or failed",
-                 .hint = "check that " + TemporaryFolderParent() + " has free space"});
+  throw Failure(ExitStatus::kQueue, {.action = "cannot read",
+                                     .object = "model code in the PPD of queue \"" + queue + "\"",
+                                     .cause = "the process that reads it did not succeed",
+                                     .hint = "replace the PPD with that of the driver package"});
 }
 
 CopiedPpd::CopiedPpd(const PrinterLocation& location)
@@ -124,15 +131,8 @@ CopiedPpd::CopiedPpd(const PrinterLocation& location)
 
 CopiedPpd::CopiedPpd(const std::string& queue, std::string text)
     : queue_(queue), files_(queue), text_(std::move(text)) {
-  WriteCopy();
+  WriteCopy(queue_, text_, files_.path());
   UseCupsRoot(files_.path());
-}
-
-void CopiedPpd::WriteCopy() const {
-  std::filesystem::create_directory(files_.path() + "/ppd");
-  std::ofstream file(files_.path() + "/ppd/" + queue_ + ".ppd", std::ios::binary);
-  file << text_ << std::flush;
-  if (!file) FailForTemporaryFile(queue_, std::strerror(errno));
 }
 
 AnalyzerPtr CopiedPpd::CreateAnalyzer(BidiContext* library, const char* device_info) const {

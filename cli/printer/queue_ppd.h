@@ -50,8 +50,6 @@ class CopiedPpd {
   [[nodiscard]] AnalyzerPtr CreateAnalyzer(BidiContext* library, const char* device_info) const;
 
  private:
-  void WriteCopy() const;
-
   std::string queue_;
   TemporaryFiles files_;
   std::string text_;
