@@ -17,6 +17,8 @@
 #include <utility>
 #include <vector>
 
+#include "cli/apply/apply.h"
+#include "cli/audit/audit.h"
 #include "cli/calibration/calibration.h"
 #include "cli/diff/diff.h"
 #include "cli/doctor/doctor.h"
@@ -51,6 +53,8 @@ void DefineHelp(CLI::App& verb) {
 }
 
 constexpr auto kVerbs = std::to_array<Verb>({
+    {"apply", "Make what the devices have the PPD defaults of their queues", DefineApply},
+    {"audit", "Compare the PPD defaults of queues with what their devices have", DefineAudit},
     {"calibration", "Print calibration settings, default data and curves", DefineCalibration},
     {"completion", "Print a completion script for a shell", DefineCompletion},
     {"config", "Print the settings in force and where they are set", DefineConfig},

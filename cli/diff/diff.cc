@@ -35,8 +35,8 @@ struct DiffQuestion {
 };
 
 struct Change {
-  const StateOption* before;  // null: only the later one has the option
-  const StateOption* after;   // null: only the earlier one has it
+  const PrinterOption* before;  // null: only the later one has the option
+  const PrinterOption* after;   // null: only the earlier one has it
 };
 
 struct Difference {
@@ -61,23 +61,24 @@ struct Difference {
   return location;
 }
 
-[[nodiscard]] const StateOption* FindOption(const PrinterState& state, const std::string& keyword) {
-  const auto hit = std::ranges::find(state.options, keyword, &StateOption::keyword);
+[[nodiscard]] const PrinterOption* FindOption(const PrinterState& state,
+                                              const std::string& keyword) {
+  const auto hit = std::ranges::find(state.options, keyword, &PrinterOption::keyword);
   return hit != state.options.end() ? &*hit : nullptr;
 }
 
-[[nodiscard]] const StateOption& LatestOf(const Change& change) {
+[[nodiscard]] const PrinterOption& LatestOf(const Change& change) {
   return change.after != nullptr ? *change.after : *change.before;
 }
 
 // In the order of the later printer, and then what only the earlier one has.
 [[nodiscard]] std::vector<Change> ChangesOf(const PrinterState& before, const PrinterState& after) {
   std::vector<Change> changes;
-  for (const StateOption& option : after.options) {
-    const StateOption* const earlier = FindOption(before, option.keyword);
+  for (const PrinterOption& option : after.options) {
+    const PrinterOption* const earlier = FindOption(before, option.keyword);
     if (earlier == nullptr || earlier->value != option.value) changes.push_back({earlier, &option});
   }
-  for (const StateOption& option : before.options) {
+  for (const PrinterOption& option : before.options) {
     if (FindOption(after, option.keyword) == nullptr) changes.push_back({&option, nullptr});
   }
   return changes;
@@ -105,16 +106,16 @@ struct Difference {
 }
 
 [[nodiscard]] std::string WordsOf(const Change& change) {
-  const StateOption& latest = LatestOf(change);
+  const PrinterOption& latest = LatestOf(change);
   const bool is_gone = change.after == nullptr || NameOf(change) == std::string_view("gone");
-  const StateOption& named = is_gone && change.before != nullptr ? *change.before : latest;
+  const PrinterOption& named = is_gone && change.before != nullptr ? *change.before : latest;
   std::string words = std::string("  (") + NameOf(change);
   if (!latest.keyword_text.empty()) words += ": " + latest.keyword_text;
   if (!named.value_text.empty()) words += ", " + named.value_text;
   return words + ")";
 }
 
-[[nodiscard]] std::string ValueOf(const StateOption* option) {
+[[nodiscard]] std::string ValueOf(const PrinterOption* option) {
   return option != nullptr ? option->value : "-";
 }
 
@@ -153,11 +154,11 @@ struct Difference {
 }
 
 [[nodiscard]] Json JsonOf(const Change& change) {
-  const auto side = [](const StateOption* option) {
+  const auto side = [](const PrinterOption* option) {
     if (option == nullptr) return Json();
     return Json{{"value", option->value}, {"text", OrNull(option->value_text)}};
   };
-  const StateOption& latest = LatestOf(change);
+  const PrinterOption& latest = LatestOf(change);
   return {{"keyword", latest.keyword},
           {"text", OrNull(latest.keyword_text)},
           {"change", NameOf(change)},
@@ -175,12 +176,12 @@ struct Difference {
 }
 
 // Only what the PPD offers can be a default of the queue.
-[[nodiscard]] bool CanBeDefault(const StateOption& option) {
+[[nodiscard]] bool CanBeDefault(const PrinterOption& option) {
   return option.is_choice && IsPlainOptionWord(option.keyword) && IsPlainOptionWord(option.value);
 }
 
 // Why an option is not proposed as a default; empty when it is.
-[[nodiscard]] std::string ReasonAgainst(const StateOption& option) {
+[[nodiscard]] std::string ReasonAgainst(const PrinterOption& option) {
   if (!option.missing_data.empty()) return option.missing_data;
   return CanBeDefault(option) ? "" : "the PPD has no such choice";
 }
@@ -191,7 +192,7 @@ void WriteLpadminLine(const Difference& difference) {
   bool is_complete = true;
   for (const Change& change : difference.changes) {
     if (change.after == nullptr) continue;
-    const StateOption& option = *change.after;
+    const PrinterOption& option = *change.after;
     const std::string reason = ReasonAgainst(option);
     if (reason.empty()) choices.push_back({option.keyword, option.value});
     if (!reason.empty()) {

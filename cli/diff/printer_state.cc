@@ -16,9 +16,7 @@
 #include <utility>
 #include <vector>
 
-#include "cli/explain/decision.h"
-#include "cli/explain/explanation.h"
-#include "cli/explain/unknown_values.h"
+#include "cli/explain/printer_options.h"
 #include "cli/printer/child_process.h"
 #include "cli/printer/message.h"
 #include "cli/printer/ppd.h"
@@ -34,50 +32,10 @@ constexpr std::array<std::int32_t, kListNames.size()> kLists = {
     IA_DOCUMENT_FINISHER_LIST, IA_DOCUMENT_BIN_LIST, IA_DOCUMENT_TRAY_LIST,
     IA_DOCUMENT_FAX_LINE_LIST};
 
-[[nodiscard]] StateOption OptionOf(const Explanation& why, const PpdOptions& ppd) {
-  StateOption option = {.keyword = why.keyword,
-                        .value = why.value,
-                        .keyword_text = "",
-                        .value_text = "",
-                        .missing_data = why.missing_data,
-                        .is_choice = false};
-  const auto in_ppd = ppd.find(option.keyword);
-  if (in_ppd == ppd.end()) return option;
-  option.keyword_text = in_ppd->second.text;
-  option.is_choice = in_ppd->second.HasChoice(option.value);
-  for (const PpdChoice& choice : in_ppd->second.choices) {
-    if (choice.name == option.value) option.value_text = choice.text;
-  }
-  return option;
-}
-
-[[nodiscard]] bool MayDecide(const UnknownValue& unknown, const Explanation& why,
-                             const Decision& decision) {
-  if (!decision.is_known) return IsIn(why.raw_values, unknown.raw);
-  return IsIn(decision.needed, unknown.raw) || IsIn(decision.unmatched, unknown.raw);
-}
-
-// What nothing knows may be what the printer has, under a different name.
-void AddUnknownValues(AnalyzeContext& analyzer, std::vector<Explanation>& explanations) {
-  const std::vector<UnknownValue> unknown_values = FindUnknownValues(analyzer);
-  if (unknown_values.empty()) return;
-  const std::vector<Decision> decisions = FindDecisions(analyzer, explanations);
-  for (std::size_t i = 0; i < explanations.size(); ++i) {
-    const auto unknown = std::ranges::find_if(unknown_values, [&](const UnknownValue& value) {
-      return MayDecide(value, explanations[i], decisions[i]);
-    });
-    const bool is_complete = explanations[i].missing_data.empty();
-    if (is_complete && unknown != unknown_values.end()) {
-      explanations[i].missing_data = Describe(*unknown);
-    }
-  }
-}
-
 [[nodiscard]] PrinterState Query(const PrinterLocation& given) {
   const PrinterLocation location = Locate(given);
   const Session session = OpenSession(location);
   const OptionListPtr options = QueryPrinter(*session.analyzer, location.queue);
-  const PpdOptions ppd = ParsePpdOptions(session.ppd);
   PrinterState state;
   state.queue = location.queue;
   const char* const code = session.analyzer->driver_name;
@@ -85,9 +43,7 @@ void AddUnknownValues(AnalyzeContext& analyzer, std::vector<Explanation>& explan
   for (std::size_t i = 0; i < kLists.size(); ++i) {
     state.list_counts[i] = std::to_string(session.analyzer->documents[kLists[i]].count);
   }
-  std::vector<Explanation> explanations = Explain(*session.analyzer, options->next);
-  AddUnknownValues(*session.analyzer, explanations);
-  for (const Explanation& why : explanations) state.options.push_back(OptionOf(why, ppd));
+  state.options = OptionsOf(*session.analyzer, options->next, ParsePpdOptions(session.ppd));
   return state;
 }
 
@@ -96,7 +52,7 @@ void AddUnknownValues(AnalyzeContext& analyzer, std::vector<Explanation>& explan
   message.Put(state.queue);
   message.Put(state.model_code);
   for (const std::string& count : state.list_counts) message.Put(count);
-  for (const StateOption& option : state.options) {
+  for (const PrinterOption& option : state.options) {
     for (const std::string& text : {option.keyword, option.value, option.keyword_text,
                                     option.value_text, option.missing_data}) {
       message.Put(text);
@@ -113,7 +69,7 @@ void AddUnknownValues(AnalyzeContext& analyzer, std::vector<Explanation>& explan
   state.model_code = message.Take();
   for (std::string& count : state.list_counts) count = message.Take();
   while (!message.IsAtEnd()) {
-    StateOption option;
+    PrinterOption option;
     option.keyword = message.Take();
     option.value = message.Take();
     option.keyword_text = message.Take();

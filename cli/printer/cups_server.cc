@@ -17,10 +17,13 @@
 #include <cstring>
 #include <ctime>
 #include <filesystem>
+#include <fstream>
 #include <functional>
-#include <initializer_list>
+#include <ios>
 #include <memory>
 #include <optional>
+#include <ostream>
+#include <span>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -100,12 +103,15 @@ struct Purpose {
   return server.starts_with('/') || strcasecmp(std::string(server).c_str(), "localhost") == 0;
 }
 
-// The conditions of libcups.
-[[nodiscard]] bool HasLocalPpd(const std::string& queue, std::string_view server) {
-  const std::string path = PpdPath(queue, LocalRoot());
+// The conditions of libcups. Without a folder, the server is on a different machine.
+[[nodiscard]] bool HasLocalPpd(const std::string& queue, const std::string& folder) {
+  const std::string path = PpdPath(queue, folder);
   struct stat status = {};
-  return IsLocal(server) && stat(path.c_str(), &status) == 0 && access(path.c_str(), R_OK) == 0;
+  return !folder.empty() && stat(path.c_str(), &status) == 0 && access(path.c_str(), R_OK) == 0;
 }
+
+// Of the server that libcups uses.
+[[nodiscard]] std::string LocalFolder() { return IsLocal(cupsServer()) ? LocalRoot() : ""; }
 
 [[nodiscard]] std::optional<std::int64_t> ModificationTime(const std::filesystem::path& path) {
   struct stat status = {};
@@ -148,6 +154,12 @@ struct AddressListDeleter {
   return is_connected ? "it closes connections" : std::strerror(error);
 }
 
+[[nodiscard]] bool IsDenial(ipp_status_t status) {
+  return status == IPP_STATUS_ERROR_FORBIDDEN || status == IPP_STATUS_ERROR_NOT_AUTHENTICATED ||
+         status == IPP_STATUS_ERROR_NOT_AUTHORIZED ||
+         status == IPP_STATUS_ERROR_CUPS_AUTHENTICATION_CANCELED;
+}
+
 class Server {
  public:
   Server(Purpose purpose, seconds timeout) : purpose_(std::move(purpose)) {
@@ -164,9 +176,11 @@ class Server {
   [[nodiscard]] std::string Name() const { return NameOfServer(ServerOfLibcups()); }
   [[nodiscard]] http_t* http() const { return http_.get(); }
 
-  [[nodiscard]] IppPtr Ask(IppPtr request, const char* resource) const {
-    IppPtr answer(cupsDoRequest(http_.get(), request.release(), resource));
+  // With a file, which the server gets after the request.
+  [[nodiscard]] IppPtr Ask(IppPtr request, const char* resource, const char* file = nullptr) const {
+    IppPtr answer(cupsDoFileRequest(http_.get(), request.release(), resource, file));
     const ipp_status_t status = cupsLastError();
+    if (IsDenial(status)) throw Denied(ExitStatus::kQueue, DenialOf(cupsLastErrorString()));
     if (status == IPP_STATUS_ERROR_NOT_FOUND) return nullptr;
     if (status == IPP_STATUS_ERROR_SERVICE_UNAVAILABLE || status == IPP_STATUS_ERROR_INTERNAL) {
       Fail(purpose_, Name() + " does not complete the request (" + cupsLastErrorString() + ")",
@@ -174,6 +188,13 @@ class Server {
     }
     if (!answer || status > IPP_STATUS_OK_CONFLICTING) Refuse(cupsLastErrorString());
     return answer;
+  }
+
+  [[nodiscard]] FailureParts DenialOf(const std::string& reason) const {
+    return {.action = purpose_.action,
+            .object = purpose_.object,
+            .cause = Name() + " does not let user " + cupsUser() + " do it (" + reason + ")",
+            .hint = "run as root, or as a member of the group that administers CUPS"};
   }
 
   [[noreturn]] void Refuse(const std::string& reason) const {
@@ -186,12 +207,10 @@ class Server {
   HttpPtr http_;
 };
 
-[[nodiscard]] IppPtr NewRequest(ipp_op_t operation,
-                                const std::initializer_list<const char*>& attributes) {
+[[nodiscard]] IppPtr NewRequest(ipp_op_t operation, std::span<const char* const> attributes) {
   IppPtr request(ippNewRequest(operation));
-  std::vector<const char*> names(attributes);
   ippAddStrings(request.get(), IPP_TAG_OPERATION, IPP_TAG_KEYWORD, "requested-attributes",
-                static_cast<int>(names.size()), nullptr, names.data());
+                static_cast<int>(attributes.size()), nullptr, attributes.data());
   return request;
 }
 
@@ -201,57 +220,71 @@ class Server {
   return text != nullptr ? text : "";
 }
 
-constexpr std::initializer_list<const char*> kQueueAttributes = {
-    "device-uri",       "printer-info",           "printer-is-temporary",
-    "printer-location", "printer-make-and-model", "printer-name",
-    "printer-type"};
+constexpr auto kQueueAttributes = std::to_array<const char*>(
+    {"device-uri", "printer-info", "printer-is-temporary", "printer-location",
+     "printer-make-and-model", "printer-name", "printer-type"});
 
-[[nodiscard]] IppPtr AskForQueue(const Server& server, const Purpose& purpose) {
-  const Step step("the attributes of queue " + purpose.queue);
+[[nodiscard]] QueueAttributes AttributesOf(ipp_t* answer) {
+  ipp_attribute_t* const type = ippFindAttribute(answer, "printer-type", IPP_TAG_ENUM);
+  ipp_attribute_t* const temporary =
+      ippFindAttribute(answer, "printer-is-temporary", IPP_TAG_BOOLEAN);
+  return {
+      .name = TextOf(answer, "printer-name"),
+      .device_uri = TextOf(answer, "device-uri"),
+      .location = TextOf(answer, "printer-location"),
+      .description = TextOf(answer, "printer-info"),
+      .make_and_model = TextOf(answer, "printer-make-and-model"),
+      .is_class = type != nullptr && (ippGetInteger(type, 0) & CUPS_PRINTER_CLASS) != 0,
+      .is_temporary = temporary != nullptr && ippGetBoolean(temporary, 0) != 0,
+  };
+}
+
+void Put(const QueueAttributes& attributes, Message& message) {
+  for (const std::string& text : {attributes.name, attributes.device_uri, attributes.location,
+                                  attributes.description, attributes.make_and_model}) {
+    message.Put(text);
+  }
+  message.Put(attributes.is_class);
+  message.Put(attributes.is_temporary);
+}
+
+[[nodiscard]] QueueAttributes TakeAttributes(Message& message) {
+  QueueAttributes attributes;
+  attributes.name = message.Take();
+  attributes.device_uri = message.Take();
+  attributes.location = message.Take();
+  attributes.description = message.Take();
+  attributes.make_and_model = message.Take();
+  attributes.is_class = message.TakeFlag();
+  attributes.is_temporary = message.TakeFlag();
+  return attributes;
+}
+
+void AddUri(const std::string& queue, ipp_t* request) {
   std::array<char, HTTP_MAX_URI> uri = {};
   httpAssembleURIf(HTTP_URI_CODING_ALL, uri.data(), static_cast<int>(uri.size()), "ipp", nullptr,
-                   "localhost", 0, "/printers/%s", purpose.queue.c_str());
+                   "localhost", 0, "/printers/%s", queue.c_str());
+  ippAddString(request, IPP_TAG_OPERATION, IPP_TAG_URI, "printer-uri", nullptr, uri.data());
+}
+
+[[nodiscard]] QueueAttributes AskForQueue(const Server& server, const Purpose& purpose) {
+  const Step step("the attributes of queue " + purpose.queue);
   IppPtr request = NewRequest(IPP_OP_GET_PRINTER_ATTRIBUTES, kQueueAttributes);
-  ippAddString(request.get(), IPP_TAG_OPERATION, IPP_TAG_URI, "printer-uri", nullptr, uri.data());
-  IppPtr answer = server.Ask(std::move(request), "/");
-  if (answer) return answer;
+  AddUri(purpose.queue, request.get());
+  const IppPtr answer = server.Ask(std::move(request), "/");
+  if (answer) return AttributesOf(answer.get());
   Fail(purpose, server.Name() + " has no such queue",
        "list the queues with `info-analyze queues cups`");
 }
 
-[[nodiscard]] QueueAttributes AttributesOf(ipp_t* answer) {
-  return {.device_uri = TextOf(answer, "device-uri"),
-          .location = TextOf(answer, "printer-location"),
-          .description = TextOf(answer, "printer-info")};
-}
-
-void Put(const QueueAttributes& attributes, Message& message) {
-  message.Put(attributes.device_uri);
-  message.Put(attributes.location);
-  message.Put(attributes.description);
-}
-
-[[nodiscard]] QueueAttributes TakeAttributes(Message& message) {
-  return {.device_uri = message.Take(), .location = message.Take(), .description = message.Take()};
-}
-
-[[nodiscard]] bool IsDriverless(ipp_t* queue) {
-  ipp_attribute_t* const temporary =
-      ippFindAttribute(queue, "printer-is-temporary", IPP_TAG_BOOLEAN);
-  if (temporary != nullptr && ippGetBoolean(temporary, 0) != 0) return true;
-  return TextOf(queue, "printer-make-and-model").find("IPP Everywhere") != std::string::npos;
-}
-
-[[noreturn]] void FailForNoPpd(const Purpose& purpose, const Server& server, ipp_t* queue) {
+[[noreturn]] void FailForNoPpd(const Purpose& purpose, const Server& server,
+                               const QueueAttributes& queue) {
   const std::string fix = "set it up with the PPD of the driver package: `lpadmin -p " +
                           QuoteForShell(purpose.queue) + " -P FILE.ppd`";
   if (IsDriverless(queue)) {
-    Fail(purpose, "the queue is driverless (" + TextOf(queue, "device-uri") + "), without a PPD",
-         fix);
+    Fail(purpose, "the queue is driverless (" + queue.device_uri + "), without a PPD", fix);
   }
-  if (TextOf(queue, "printer-make-and-model").find("Raw") != std::string::npos) {
-    Fail(purpose, "it is a raw queue, which has no PPD", fix);
-  }
+  if (IsRaw(queue)) Fail(purpose, "it is a raw queue, which has no PPD", fix);
   Fail(purpose, server.Name() + " has no PPD of the queue", fix);
 }
 
@@ -267,7 +300,8 @@ void Put(const QueueAttributes& attributes, Message& message) {
   }
 }
 
-[[nodiscard]] std::string DownloadPpd(const Server& server, const Purpose& purpose, ipp_t* queue) {
+[[nodiscard]] std::string DownloadPpd(const Server& server, const Purpose& purpose,
+                                      const QueueAttributes& queue) {
   const Step step("downloading the PPD of queue " + purpose.queue);
   std::array<char, 1024> path = {};
   std::time_t time = 0;
@@ -284,10 +318,10 @@ void Put(const QueueAttributes& attributes, Message& message) {
 }
 
 [[nodiscard]] std::string FetchPpdInChild(const Purpose& purpose, seconds timeout) {
-  if (HasLocalPpd(purpose.queue, cupsServer())) return ReadPpdOfRoot(purpose.queue, LocalRoot());
+  const std::string folder = LocalFolder();
+  if (HasLocalPpd(purpose.queue, folder)) return ReadPpdOfRoot(purpose.queue, folder);
   const Server server(purpose, timeout);
-  const IppPtr queue = AskForQueue(server, purpose);
-  return DownloadPpd(server, purpose, queue.get());
+  return DownloadPpd(server, purpose, AskForQueue(server, purpose));
 }
 
 // Lists ------------------------------------------------------------------------------------------
@@ -323,7 +357,8 @@ void Put(const QueueAttributes& attributes, Message& message) {
 [[nodiscard]] std::string ListQueuesInChild(const Purpose& purpose, seconds timeout) {
   const Server server(purpose, timeout);
   const Step step("the list of queues");
-  const IppPtr answer = server.Ask(NewRequest(IPP_OP_CUPS_GET_PRINTERS, {"printer-name"}), "/");
+  const IppPtr answer =
+      server.Ask(NewRequest(IPP_OP_CUPS_GET_PRINTERS, std::to_array({"printer-name"})), "/");
   Message list;
   if (!answer) return "";  // a server without queues reports that none is found
   for (const std::string& name : NamesOfQueues(answer.get())) {
@@ -333,10 +368,62 @@ void Put(const QueueAttributes& attributes, Message& message) {
   return list.bytes();
 }
 
+// The attributes of the printers in an answer stand in groups, with a separator after each.
+void PutQueues(const Server& server, Message& list) {
+  const Step step("the list of queues");
+  const IppPtr answer = server.Ask(NewRequest(IPP_OP_CUPS_GET_PRINTERS, kQueueAttributes), "/");
+  if (!answer) return;  // a server without queues reports that none is found
+  IppPtr queue(ippNew());
+  const auto put = [&] {
+    const QueueAttributes attributes = AttributesOf(queue.get());
+    if (!attributes.name.empty()) Put(attributes, list);
+    queue.reset(ippNew());
+  };
+  for (ipp_attribute_t* attribute = ippFirstAttribute(answer.get()); attribute != nullptr;
+       attribute = ippNextAttribute(answer.get())) {
+    if (ippGetName(attribute) == nullptr) put();
+    if (ippGetGroupTag(attribute) == IPP_TAG_PRINTER) ippCopyAttribute(queue.get(), attribute, 0);
+  }
+  put();
+}
+
+[[nodiscard]] bool PrintsJob(const Server& server, const Purpose& purpose) {
+  IppPtr request = NewRequest(IPP_OP_GET_JOBS, std::to_array({"job-state"}));
+  AddUri(purpose.queue, request.get());
+  ippAddString(request.get(), IPP_TAG_OPERATION, IPP_TAG_KEYWORD, "which-jobs", nullptr,
+               "not-completed");
+  const IppPtr answer = server.Ask(std::move(request), "/");
+  if (!answer) return false;
+  ipp_attribute_t* state = ippFindAttribute(answer.get(), "job-state", IPP_TAG_ENUM);
+  while (state != nullptr && ippGetInteger(state, 0) != IPP_JSTATE_PROCESSING) {
+    state = ippFindNextAttribute(answer.get(), "job-state", IPP_TAG_ENUM);
+  }
+  return state != nullptr;
+}
+
+void Upload(const Server& server, const Purpose& purpose, const std::string& ppd) {
+  const TemporaryFolder folder;
+  const std::string path = folder.path() + "/ppd";
+  std::ofstream file(path, std::ios::binary);
+  file << ppd << std::flush;
+  if (!file) Fail(purpose, path + ": " + std::strerror(errno), "free space in TMPDIR");
+  IppPtr request(ippNewRequest(IPP_OP_CUPS_ADD_MODIFY_PRINTER));
+  AddUri(purpose.queue, request.get());
+  const IppPtr answer = server.Ask(std::move(request), "/admin/", path.c_str());
+  if (!answer) Fail(purpose, server.Name() + " has no such queue", "run audit again");
+}
+
+void Use(const ServerSettings& server) {
+  cupsSetServer(server.name.c_str());
+  cupsSetUser(server.user.c_str());
+  cupsSetEncryption(static_cast<http_encryption_t>(server.encryption));
+}
+
 // The child --------------------------------------------------------------------------------------
 
 constexpr std::string_view kSuccess = "answer";
 constexpr std::string_view kFailure = "failure";
+constexpr std::string_view kDenied = "denied";
 
 // Writes the server's name, before any wait, and then the result: a word and what belongs to it.
 void Answer(int descriptor, const std::function<std::string()>& ask) {
@@ -349,7 +436,7 @@ void Answer(int descriptor, const std::function<std::string()>& ask) {
     result.Put(kSuccess);
     WriteAll(descriptor, result.bytes() + answer);
   } catch (const Failure& failure) {
-    result.Put(kFailure);
+    result.Put(dynamic_cast<const Denied*>(&failure) != nullptr ? kDenied : kFailure);
     result.Put(failure.parts().cause);
     result.Put(failure.parts().hint);
     WriteAll(descriptor, result.bytes());
@@ -379,12 +466,24 @@ void Answer(int descriptor, const std::function<std::string()>& ask) {
   if (child.has_timed_out || child.signal != 0 || child.status != 0 || message.IsAtEnd()) {
     FailForChild(purpose, child, server, timeout);
   }
-  if (message.Take() == kSuccess) return message.TakeRest();
-  const std::string cause = message.Take();
-  Fail(purpose, cause, message.Take());
+  const std::string outcome = message.Take();
+  if (outcome == kSuccess) return message.TakeRest();
+  FailureParts parts = {.action = purpose.action, .object = purpose.object};
+  parts.cause = message.Take();
+  parts.hint = message.Take();
+  if (outcome == kDenied) throw Denied(ExitStatus::kQueue, parts);
+  throw Failure(ExitStatus::kQueue, parts);
 }
 
 }  // namespace
+
+bool IsDriverless(const QueueAttributes& queue) {
+  return queue.is_temporary || queue.make_and_model.find("IPP Everywhere") != std::string::npos;
+}
+
+bool IsRaw(const QueueAttributes& queue) {
+  return queue.make_and_model.find("Raw") != std::string::npos;
+}
 
 std::string ReadPpdOfRoot(const std::string& queue, const std::string& root) {
   const std::string path = PpdPath(queue, root);
@@ -431,13 +530,60 @@ std::vector<ServerQueue> ListServerQueues(seconds timeout) {
   return queues;
 }
 
+bool HasPrintingJob(const std::string& queue, seconds timeout) {
+  const Purpose purpose = {
+      .action = "cannot list", .object = "jobs of queue \"" + queue + "\"", .queue = queue};
+  return !AskInChild(purpose, timeout, [&] {
+            return PrintsJob(Server(purpose, timeout), purpose) ? "1" : "";
+          }).empty();
+}
+
+void ReplacePpd(const std::string& queue, const std::string& ppd, seconds timeout) {
+  const Purpose purpose = {
+      .action = "cannot change", .object = "PPD of queue \"" + queue + "\"", .queue = queue};
+  const std::string nothing = AskInChild(purpose, timeout, [&] {
+    Upload(Server(purpose, timeout), purpose, ppd);
+    return "";
+  });
+}
+
+AllQueues FetchAllQueues(seconds timeout) {
+  const Purpose purpose = {.action = "cannot list", .object = "the queues", .queue = ""};
+  Message message(AskInChild(purpose, timeout, [&] {
+    const Server server(purpose, timeout);
+    Message list;
+    list.Put(ServerOfLibcups());
+    list.Put(LocalFolder());
+    list.Put(cupsUser());
+    list.Put(std::to_string(cupsEncryption()));
+    PutQueues(server, list);
+    return list.bytes();
+  }));
+  AllQueues all;
+  all.server.name = message.Take();
+  all.server.folder = message.Take();
+  all.server.user = message.Take();
+  all.server.encryption = std::atoi(message.Take().c_str());
+  while (!message.IsAtEnd()) all.queues.push_back(TakeAttributes(message));
+  return all;
+}
+
+std::string FetchPpdFrom(const ServerSettings& server, const std::string& queue, seconds timeout) {
+  if (HasLocalPpd(queue, server.folder)) return ReadPpdOfRoot(queue, server.folder);
+  const Purpose purpose = ReadingPpd(queue);
+  return AskInChild(purpose, timeout, [&] {
+    Use(server);
+    return FetchPpdInChild(purpose, timeout);
+  });
+}
+
 QueueAttributes FetchQueueAttributes(const std::string& queue, seconds timeout) {
   const Purpose purpose = {
       .action = "cannot read", .object = "attributes of queue \"" + queue + "\"", .queue = queue};
   Message message(AskInChild(purpose, timeout, [&] {
     const Server server(purpose, timeout);
     Message attributes;
-    Put(AttributesOf(AskForQueue(server, purpose).get()), attributes);
+    Put(AskForQueue(server, purpose), attributes);
     return attributes.bytes();
   }));
   return TakeAttributes(message);

@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "cli/terminal/failure.h"
+
 namespace ia::cli {
 
 // The PPD of a queue, by the rule of libcups: the file in the server's folder when the server is on
@@ -29,10 +31,18 @@ struct ServerQueue {
 
 // What the server knows of a queue beside its PPD. Texts that are empty are unknown.
 struct QueueAttributes {
+  std::string name;
   std::string device_uri;
   std::string location;
   std::string description;
+  std::string make_and_model;
+  bool is_class = false;
+  bool is_temporary = false;  // CUPS adds and removes the queue itself
 };
+
+// Whether CUPS prints without a driver, and whether it sends what it gets as it is.
+[[nodiscard]] bool IsDriverless(const QueueAttributes& queue);
+[[nodiscard]] bool IsRaw(const QueueAttributes& queue);
 
 // Throws a Failure.
 [[nodiscard]] QueueAttributes FetchQueueAttributes(const std::string& queue,
@@ -40,6 +50,39 @@ struct QueueAttributes {
 
 // The queues of the server; throws a Failure.
 [[nodiscard]] std::vector<ServerQueue> ListServerQueues(std::chrono::seconds timeout);
+
+// A server as libcups finds it in the environment and its files, for processes in which a copied
+// PPD has replaced these settings.
+struct ServerSettings {
+  std::string name;    // host and port, or the path of a socket
+  std::string folder;  // of its files; empty: it is on a different machine
+  std::string user;
+  int encryption = 0;  // an http_encryption_t
+};
+
+struct AllQueues {
+  ServerSettings server;
+  std::vector<QueueAttributes> queues;  // and classes
+};
+
+// Throws a Failure.
+[[nodiscard]] AllQueues FetchAllQueues(std::chrono::seconds timeout);
+
+// The same as FetchPpdFromServer, of a server that FetchAllQueues has found.
+[[nodiscard]] std::string FetchPpdFrom(const ServerSettings& server, const std::string& queue,
+                                       std::chrono::seconds timeout);
+
+// Whether the server prints a job of the queue now; throws a Failure.
+[[nodiscard]] bool HasPrintingJob(const std::string& queue, std::chrono::seconds timeout);
+
+// Thrown when the server does not let this user do something.
+class Denied : public Failure {
+ public:
+  using Failure::Failure;
+};
+
+// Gives the queue this PPD, which the server takes as a whole or not at all; throws a Failure.
+void ReplacePpd(const std::string& queue, const std::string& ppd, std::chrono::seconds timeout);
 
 }  // namespace ia::cli
 

@@ -42,6 +42,12 @@ struct PpdLine {
   return keyword.starts_with('*') ? keyword.substr(1) : keyword;
 }
 
+// Without quotes, and without the text for people after it, as libcups reads a default choice.
+[[nodiscard]] std::string_view ChoiceIn(std::string_view value) {
+  if (value.starts_with('"')) value = value.substr(1, value.find('"', 1) - 1);
+  return value.substr(0, value.find_first_of("/:"));
+}
+
 // Follows the blocks of options from line to line.
 class OptionReader {
  public:
@@ -54,7 +60,7 @@ class OptionReader {
     } else if (!open_.empty() && line.keyword == open_ && !line.choice.empty()) {
       options_[open_].choices.push_back({std::string(line.choice), std::string(line.text)});
     } else if (!open_.empty() && line.keyword == "Default" + open_) {
-      options_[open_].default_choice = line.value;
+      options_[open_].default_choice = ChoiceIn(line.value);
     }
   }
   [[nodiscard]] PpdOptions Take() { return std::move(options_); }

@@ -1,6 +1,7 @@
 #include "cli/printer/queue_ppd.h"
 
 #include <stdlib.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <chrono>
@@ -61,22 +62,23 @@ void UseCupsRoot(const std::string& root) {
 [[noreturn]] void FailForLines(const std::string& queue, std::string_view ppd) {
   std::string cause = "it has no option lines of the driver (\"*QV\")";
   if (IsDriverless(ppd)) cause += ", because CUPS made it for driverless printing";
-  throw Failure(ExitStatus::kQueue,
-                {.object = "PPD of queue \"" + queue + "\"",
-                 .cause = cause,
-                 .hint = "give the queue the PPD of the driver package: `lpadmin -p " +
-                         QuoteForShell(queue) + " -P FILE.ppd`"});
+  throw ForeignPpd(ExitStatus::kQueue,
+                   {.object = "PPD of queue \"" + queue + "\"",
+                    .cause = cause,
+                    .hint = "give the queue the PPD of the driver package: `lpadmin -p " +
+                            QuoteForShell(queue) + " -P FILE.ppd`"});
 }
 
 void WriteCopy(const std::string& queue, const std::string& ppd, const std::string& root) {
-  std::filesystem::create_directory(root + "/ppd");
+  std::error_code ignored;
+  std::filesystem::create_directory(root + "/ppd", ignored);
   std::ofstream file(root + "/ppd/" + queue + ".ppd", std::ios::binary);
   file << ppd << std::flush;
   if (!file) FailForTemporaryFile(queue, std::strerror(errno));
 }
 
 // Of the queue whose PPD libcups finds.
-[[nodiscard]] std::string ReadModelCode(const std::string& queue) {
+[[nodiscard]] std::string FindModelCode(const std::string& queue) {
   struct Releaser {
     void operator()(OptTable* table) const noexcept { info_common_optlist_destroy(table); }
   };
@@ -117,7 +119,7 @@ std::string ModelCodeIn(const std::string& queue, const std::string& ppd) {
   WriteCopy(queue, ppd, files.path());
   const ChildResult child = RunInChild(kLimit, [&](int descriptor) {
     UseCupsRoot(files.path());
-    WriteAll(descriptor, ReadModelCode(queue));
+    WriteAll(descriptor, FindModelCode(queue));
   });
   if (!child.has_timed_out && child.signal == 0 && child.status == 0) return child.answer;
   throw Failure(ExitStatus::kQueue, {.action = "cannot read",
@@ -130,10 +132,24 @@ CopiedPpd::CopiedPpd(const PrinterLocation& location)
     : CopiedPpd(location.queue, FetchPpd(location)) {}
 
 CopiedPpd::CopiedPpd(const std::string& queue, std::string text)
-    : queue_(queue), files_(queue), text_(std::move(text)) {
-  WriteCopy(queue_, text_, files_.path());
-  UseCupsRoot(files_.path());
+    : CopiedPpd(std::make_shared<const TemporaryFiles>(queue), queue, std::move(text)) {}
+
+CopiedPpd::CopiedPpd(std::shared_ptr<const TemporaryFiles> cups_root, const std::string& queue,
+                     std::string text)
+    : queue_(queue), files_(std::move(cups_root)), text_(std::move(text)) {
+  WriteCopy(queue_, text_, files_->path());
+  UseCupsRoot(files_->path());
 }
+
+CopiedPpd::~CopiedPpd() { unlink(path().c_str()); }
+
+std::string CopiedPpd::path() const { return files_->path() + "/ppd/" + queue_ + ".ppd"; }
+
+void CopiedPpd::RequireDriver() const {
+  if (text_.find("*QV") == std::string::npos) FailForLines(queue_, text_);
+}
+
+std::string CopiedPpd::ReadModelCode() const { return FindModelCode(queue_); }
 
 AnalyzerPtr CopiedPpd::CreateAnalyzer(BidiContext* library, const char* device_info) const {
   const Progress progress("the options in the PPD of queue " + queue_);

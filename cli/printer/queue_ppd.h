@@ -2,11 +2,13 @@
 #ifndef INFO_ANALYZE_CLI_PRINTER_QUEUE_PPD_H_
 #define INFO_ANALYZE_CLI_PRINTER_QUEUE_PPD_H_
 
+#include <memory>
 #include <optional>
 #include <string>
 
 #include "cli/printer/handles.h"
 #include "cli/printer/session.h"
+#include "cli/terminal/failure.h"
 #include "cli/terminal/temporary_folder.h"
 
 namespace ia::cli {
@@ -30,6 +32,12 @@ class TemporaryFiles {
 // The text of the PPD; throws a Failure that names the cause.
 [[nodiscard]] std::string FetchPpd(const PrinterLocation& location);
 
+// Thrown for a PPD that no driver of the library made.
+class ForeignPpd : public Failure {
+ public:
+  using Failure::Failure;
+};
+
 // The model code (QVAnlz_DriverName) in the text of a queue's PPD, as the library reads it; empty:
 // none. A child process reads it, so libcups can still use any CUPS root in this one. Throws a
 // Failure.
@@ -39,19 +47,34 @@ class TemporaryFiles {
 // waiting for a server, or for a file that is not a regular one.
 class CopiedPpd {
  public:
-  // Both throw a Failure.
+  // Each throws a Failure.
   explicit CopiedPpd(const PrinterLocation& location);
   CopiedPpd(const std::string& queue, std::string text);
 
+  // For several in one process: libcups keeps the first CUPS root that it is given.
+  CopiedPpd(std::shared_ptr<const TemporaryFiles> cups_root, const std::string& queue,
+            std::string text);
+  CopiedPpd(const CopiedPpd&) = delete;
+  CopiedPpd& operator=(const CopiedPpd&) = delete;
+  ~CopiedPpd();
+
   [[nodiscard]] const std::string& text() const { return text_; }
 
-  // Throws a Failure when the PPD has no option lines of the driver. The library and the text of
+  // Throws a ForeignPpd when the PPD certainly has no option lines of a driver.
+  void RequireDriver() const;
+
+  // QVAnlz_DriverName as the library reads it; empty: none.
+  [[nodiscard]] std::string ReadModelCode() const;
+
+  // Throws a ForeignPpd when the PPD has no option lines of the driver. The library and the text of
   // the document directory must outlive the analyser; no directory: no documents.
   [[nodiscard]] AnalyzerPtr CreateAnalyzer(BidiContext* library, const char* device_info) const;
 
  private:
+  [[nodiscard]] std::string path() const;
+
   std::string queue_;
-  TemporaryFiles files_;
+  std::shared_ptr<const TemporaryFiles> files_;
   std::string text_;
 };
 

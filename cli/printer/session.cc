@@ -12,9 +12,18 @@
 #include "cli/terminal/terminal.h"
 
 namespace ia::cli {
-namespace {
 
-[[nodiscard]] BidiPtr LoadLibrary(const std::string& driver_folder) {
+std::string LibraryPath(const std::string& driver_folder) {
+  char* path = nullptr;
+  if (FolderPathToFullPathOfMqpdUtil(driver_folder.c_str(), &path) != 0) {
+    throw Failure(ExitStatus::kCommunicationLibrary,
+                  {.object = "communication library",
+                   .cause = "the driver folder's path is too long: " + driver_folder});
+  }
+  return TextPtr(path).get();
+}
+
+BidiPtr LoadLibrary(const std::string& driver_folder) {
   const std::string path = LibraryPath(driver_folder);
   const Step step("the communication library " + path);
   std::error_code ignored;
@@ -34,18 +43,6 @@ namespace {
       ExitStatus::kCommunicationLibrary,
       {.object = "communication library " + path,
        .cause = reason ? reason : "not all entry points of a communication library are there"});
-}
-
-}  // namespace
-
-std::string LibraryPath(const std::string& driver_folder) {
-  char* path = nullptr;
-  if (FolderPathToFullPathOfMqpdUtil(driver_folder.c_str(), &path) != 0) {
-    throw Failure(ExitStatus::kCommunicationLibrary,
-                  {.object = "communication library",
-                   .cause = "the driver folder's path is too long: " + driver_folder});
-  }
-  return TextPtr(path).get();
 }
 
 void AddCupsOptions(CLI::App& verb, PrinterLocation& location) {

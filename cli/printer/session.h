@@ -44,6 +44,9 @@ void AddPrinterOptions(CLI::App& verb, PrinterLocation& location);
 // The communication library of a driver folder; throws a Failure when the path is too long.
 [[nodiscard]] std::string LibraryPath(const std::string& driver_folder);
 
+// Loads it; throws a Failure that names what is missing.
+[[nodiscard]] BidiPtr LoadLibrary(const std::string& driver_folder);
+
 // Members are released from the last to the first: the analyser needs the communication library.
 struct Session {
   std::string ppd;  // text of the queue's PPD

@@ -39,6 +39,15 @@ namespace {
 
 [[nodiscard]] PrinterLocation LocateSnapshot(const PrinterLocation& given,
                                              const Settings& settings) {
+  const SnapshotLocation found = LocateFiles(given);
+  QueueWords words = WordsOf(found.location);
+  words.host = [&] { return HostOfDeviceUri(found.device_uri); };
+  return Complete(found.location, settings, words);
+}
+
+}  // namespace
+
+SnapshotLocation LocateFiles(const PrinterLocation& given) {
   PrinterLocation location = given;
   const Snapshot snapshot = ReadSnapshot(given.snapshot);
   location.queue = snapshot.queue;
@@ -50,12 +59,8 @@ namespace {
     location.unpacked = unpacked;
   }
   if (given.needs_documents) location.device_info = location.cups_root + "/device-info";
-  QueueWords words = WordsOf(location);
-  words.host = [&] { return HostOfDeviceUri(snapshot.device_uri); };
-  return Complete(location, settings, words);
+  return {.location = location, .device_uri = snapshot.device_uri};
 }
-
-}  // namespace
 
 QueueWords WordsOf(const PrinterLocation& location) {
   return {.queue = location.queue,

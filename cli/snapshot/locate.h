@@ -1,10 +1,20 @@
 #ifndef INFO_ANALYZE_CLI_SNAPSHOT_LOCATE_H_
 #define INFO_ANALYZE_CLI_SNAPSHOT_LOCATE_H_
 
+#include <string>
+
 #include "cli/config/patterns.h"
 #include "cli/printer/session.h"
 
 namespace ia::cli {
+
+struct SnapshotLocation {
+  PrinterLocation location;
+  std::string device_uri;  // empty: unknown
+};
+
+// The location with the queue, PPD and documents of its snapshot. Throws when that is damaged.
+[[nodiscard]] SnapshotLocation LocateFiles(const PrinterLocation& given);
 
 // What replaces the patterns in the settings of a queue, from CUPS.
 [[nodiscard]] QueueWords WordsOf(const PrinterLocation& location);

@@ -22,6 +22,8 @@ enum class ExitStatus {
   kFailures = 8,
   kSnapshot = 9,
   kDifferent = 10,
+  kUnjudged = 11,
+  kDifferentAndUnjudged = 12,
 };
 
 // The parts of a message: "ACTION OBJECT: CAUSE; HINT". Empty: none.

@@ -1,0 +1,206 @@
+#include "cli/apply/apply.h"
+
+#include <chrono>
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "cli/apply/apply_lock.h"
+#include "cli/apply/queue_change.h"
+#include "cli/apply/undo_file.h"
+#include "cli/audit/audit.h"
+#include "cli/audit/judgement.h"
+#include "cli/audit/report.h"
+#include "cli/audit/targets.h"
+#include "cli/config/settings.h"
+#include "cli/printer/cups_server.h"
+#include "cli/printer/lpadmin.h"
+#include "cli/terminal/failure.h"
+#include "cli/terminal/output.h"
+#include "cli/terminal/printable.h"
+#include "cli/terminal/shell_quoting.h"
+
+namespace ia::cli {
+namespace {
+
+struct ApplyQuestion {
+  AuditPlan plan;
+  std::vector<std::string> queues;
+  std::string undo;       // file to take back
+  std::string save_undo;  // file for the old values; empty: a new one in the state folder
+  bool is_forced = false;
+  bool is_dry_run = false;
+};
+
+[[nodiscard]] std::chrono::seconds TimeoutOf(const ApplyQuestion& question) {
+  return std::chrono::seconds(question.plan.scope.location.timeout);
+}
+
+[[nodiscard]] std::string Lines(const std::string& queue, const std::vector<NewDefault>& defaults) {
+  std::string text;
+  for (const NewDefault& changed : defaults) {
+    text +=
+        Printable(queue + ": " + changed.keyword + " " + changed.before + " -> " + changed.after) +
+        "\n";
+  }
+  return text;
+}
+
+[[nodiscard]] std::vector<NewDefault> WantedOf(const Judgement& judgement) {
+  std::vector<NewDefault> wanted;
+  for (const JudgedOption& option : judgement.options) {
+    if (option.state != OptionState::kDiffers) continue;
+    wanted.push_back({option.keyword, option.default_choice, option.value});
+  }
+  return wanted;
+}
+
+// What lpadmin cannot be told is set all the same, because apply itself does not use it.
+[[nodiscard]] std::string CommandOf(const std::string& queue,
+                                    const std::vector<NewDefault>& wanted) {
+  std::vector<DefaultChoice> choices;
+  for (const NewDefault& option : wanted) {
+    if (IsPlainOptionWord(option.after)) choices.push_back({option.keyword, option.after});
+  }
+  return choices.empty() ? "" : LpadminLine(queue, choices) + "\n";
+}
+
+// The work of one apply, queue by queue.
+class Apply {
+ public:
+  explicit Apply(const ApplyQuestion& question)
+      : question_(question), options_{TimeoutOf(question), question.is_forced} {
+    if (question.is_dry_run) return;
+    const bool has_path = !question.save_undo.empty();
+    const std::string folder = StateFolder();
+    lock_.emplace(folder, TimeoutOf(question));
+    undo_file_.emplace(has_path ? question.save_undo : NewUndoPath(folder));
+  }
+
+  void Do(Judgement judgement) {
+    const std::vector<NewDefault> wanted = WantedOf(judgement);
+    if (question_.is_dry_run) {
+      WriteAnswer(CommandOf(judgement.queue, wanted));
+    } else if (!wanted.empty()) {
+      Set(wanted, judgement);
+    }
+    ReportRest(judgement);
+    summary_.Add(judgement);
+  }
+
+  // Throws a Verdict unless all is right now.
+  void Finish() const {
+    WriteAnswer(std::to_string(changed_) + (changed_ == 1 ? " queue" : " queues") +
+                (question_.is_dry_run ? " to change; " : " changed; ") + TextOf(summary_));
+    if (undo_file_ && !undo_file_->IsEmpty()) {
+      WriteAnswer("undo with: info-analyze apply --undo " + QuoteForShell(undo_file_->path()) +
+                  "\n");
+    }
+    if (summary_.Status() != ExitStatus::kSuccess) throw Verdict(summary_.Status());
+  }
+
+ private:
+  // A queue that was set is right but for what its PPD does not offer.
+  void Set(const std::vector<NewDefault>& wanted, Judgement& judgement) {
+    try {
+      SetDefaults(judgement.queue, wanted, options_,
+                  [this](const UndoRecord& record) { undo_file_->Add(record); });
+      WriteAnswer(Lines(judgement.queue, wanted));
+      ++changed_;
+      for (JudgedOption& option : judgement.options) {
+        if (option.state == OptionState::kDiffers) option.state = OptionState::kEqual;
+      }
+    } catch (const LeftAlone& reason) {
+      ReportWarning(judgement.queue + " is left alone: " + reason.what());
+    }
+  }
+
+  static void ReportRest(const Judgement& judgement) {
+    if (judgement.state == QueueState::kFailed) {
+      ReportWarning(judgement.queue + " is not judged: " + judgement.reason);
+    }
+    for (const JudgedOption& option : judgement.options) {
+      if (option.state != OptionState::kNotOffered && option.state != OptionState::kUnknown) {
+        continue;
+      }
+      ReportWarning(judgement.queue + ": " + option.keyword + "=" + option.value +
+                    " is left out: " + option.reason);
+    }
+  }
+
+  const ApplyQuestion& question_;
+  ChangeOptions options_;
+  std::optional<ApplyLock> lock_;
+  std::optional<UndoFile> undo_file_;
+  std::size_t changed_ = 0;
+  AuditSummary summary_;
+};
+
+void ApplyAll(ApplyQuestion& question) {
+  AuditPlan& plan = question.plan;
+  UseSettings(plan, true);
+  Apply apply(question);
+  plan.targets = FindLiveTargets(plan.scope, question.queues);
+  JudgeAll(plan, [&](const Judgement& judgement) { apply.Do(judgement); });
+  apply.Finish();
+}
+
+void UndoAll(ApplyQuestion& question) {
+  PrinterLocation& location = question.plan.scope.location;
+  location.timeout = TimeoutOf(location, CurrentSettings(location.config_file));
+  const std::vector<UndoRecord> records = ReadUndoFile(question.undo);
+  const ApplyLock lock(StateFolder(), TimeoutOf(question));
+  const ChangeOptions options = {TimeoutOf(question), question.is_forced};
+  std::size_t changed = 0;
+  bool is_complete = true;
+  for (const UndoRecord& record : records) {
+    try {
+      const std::vector<NewDefault> undone = Undo(record, options);
+      WriteAnswer(Lines(record.queue, undone));
+      if (!undone.empty()) ++changed;
+    } catch (const LeftAlone& reason) {
+      ReportWarning(record.queue + " is left alone: " + reason.what());
+      is_complete = false;
+    }
+  }
+  WriteAnswer(std::to_string(changed) + (changed == 1 ? " queue" : " queues") + " restored\n");
+  if (!is_complete) throw Verdict(ExitStatus::kDifferent);
+}
+
+}  // namespace
+
+void DefineApply(CLI::App& verb) {
+  const auto question = std::make_shared<ApplyQuestion>();
+  AddAuditOptions(verb, question->plan, question->queues);
+  CLI::Option* const dry_run =
+      verb.add_flag("--dry-run", question->is_dry_run,
+                    "Change nothing; print lpadmin commands that would make the changes");
+  verb.add_flag("--force", question->is_forced, "Change queues that are printing a job, too");
+  verb.add_option("--save-undo", question->save_undo,
+                  "Keep the old values in FILE instead of in a new file of the state folder")
+      ->type_name("FILE")
+      ->excludes(dry_run);
+  verb.add_option("--undo", question->undo, "Restore the old values that are kept in FILE")
+      ->type_name("FILE")
+      ->excludes(dry_run)
+      ->excludes("QUEUE");
+  verb.footer(
+      "Exit status: 0 when all is right now, 10 when an option still differs, 11 when something "
+      "could not be judged, 12 for both.\n\n"
+      "Examples:\n"
+      "  info-analyze apply --dry-run\n"
+      "  info-analyze apply office reception\n"
+      "  info-analyze apply --undo /var/lib/info-analyze/2026-11-22T160850Z-1234.json");
+  verb.callback([question] {
+    if (question->undo.empty()) {
+      ApplyAll(*question);
+    } else {
+      UndoAll(*question);
+    }
+  });
+}
+
+}  // namespace ia::cli

@@ -1,0 +1,14 @@
+// The verb "apply": makes what the devices have the defaults of their queues.
+#ifndef INFO_ANALYZE_CLI_APPLY_APPLY_H_
+#define INFO_ANALYZE_CLI_APPLY_APPLY_H_
+
+#include <CLI/CLI.hpp>
+
+namespace ia::cli {
+
+// Adds the verb's options to its part of the command line and sets the callback that does the work.
+void DefineApply(CLI::App& verb);
+
+}  // namespace ia::cli
+
+#endif  // INFO_ANALYZE_CLI_APPLY_APPLY_H_

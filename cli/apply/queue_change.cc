@@ -1,0 +1,80 @@
+#include "cli/apply/queue_change.h"
+
+#include <algorithm>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "cli/apply/ppd_defaults.h"
+#include "cli/printer/cups_server.h"
+#include "cli/printer/ppd.h"
+#include "cli/terminal/failure.h"
+
+namespace ia::cli {
+namespace {
+
+void RequireIdleQueue(const std::string& queue, const ChangeOptions& options) {
+  if (options.is_forced || !HasPrintingJob(queue, options.timeout)) return;
+  throw LeftAlone("a job is being printed; wait for it, or use --force");
+}
+
+void RequireDefault(const PpdOptions& ppd, const NewDefault& wanted) {
+  const auto option = ppd.find(wanted.keyword);
+  const bool is_as_before = option != ppd.end() && option->second.default_choice == wanted.before;
+  if (!is_as_before) throw LeftAlone("its PPD has changed since it was judged; run apply again");
+}
+
+// The server may answer with success before a full disk shows.
+void Replace(const std::string& queue, const std::string& ppd, const ChangeOptions& options) {
+  ReplacePpd(queue, ppd, options.timeout);
+  if (FetchPpdFromServer(queue, options.timeout) == ppd) return;
+  throw Failure(ExitStatus::kQueue, {.action = "cannot change",
+                                     .object = "PPD of queue \"" + queue + "\"",
+                                     .cause = "the server has a different PPD than it was given",
+                                     .hint = "read its error log, and run apply again"});
+}
+
+}  // namespace
+
+void SetDefaults(const std::string& queue, const std::vector<NewDefault>& defaults,
+                 const ChangeOptions& options,
+                 const std::function<void(const UndoRecord&)>& keep_record) {
+  const std::string before = FetchPpdFromServer(queue, options.timeout);
+  const PpdOptions ppd_options = ParsePpdOptions(before);
+  UndoRecord record = {.queue = queue, .defaults = {}};
+  std::string after = before;
+  for (const NewDefault& wanted : defaults) {
+    RequireDefault(ppd_options, wanted);
+    const std::vector<std::string> texts = DefaultTexts(before, wanted.keyword);
+    after = WithDefaultTexts(after, wanted.keyword,
+                             std::vector<std::string>(texts.size(), wanted.after));
+    record.defaults.push_back({wanted.keyword, texts, wanted.after});
+  }
+  RequireIdleQueue(queue, options);
+  keep_record(record);
+  Replace(queue, after, options);
+}
+
+std::vector<NewDefault> Undo(const UndoRecord& record, const ChangeOptions& options) {
+  const std::string now = FetchPpdFromServer(record.queue, options.timeout);
+  std::string before = now;
+  std::vector<NewDefault> undone;
+  for (const ChangedDefault& changed : record.defaults) {
+    const std::vector<std::string> texts = DefaultTexts(now, changed.keyword);
+    if (texts == changed.before) continue;
+    if (texts != std::vector<std::string>(changed.before.size(), changed.after)) {
+      ReportWarning(record.queue + ": " + changed.keyword +
+                    " has changed since, so it is left as it is");
+      continue;
+    }
+    before = WithDefaultTexts(before, changed.keyword, changed.before);
+    undone.push_back({changed.keyword, changed.after, changed.before.back()});
+  }
+  if (undone.empty()) return undone;
+  RequireIdleQueue(record.queue, options);
+  Replace(record.queue, before, options);
+  return undone;
+}
+
+}  // namespace ia::cli

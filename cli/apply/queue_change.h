@@ -1,0 +1,48 @@
+// Changes defaults in the PPD of one live queue.
+#ifndef INFO_ANALYZE_CLI_APPLY_QUEUE_CHANGE_H_
+#define INFO_ANALYZE_CLI_APPLY_QUEUE_CHANGE_H_
+
+#include <chrono>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "cli/apply/undo_file.h"
+
+namespace ia::cli {
+
+// A default choice and what it becomes.
+struct NewDefault {
+  std::string keyword;
+  std::string before;
+  std::string after;
+};
+
+struct ChangeOptions {
+  std::chrono::seconds timeout;
+  bool is_forced = false;  // also while a job is printed
+};
+
+// Thrown for a queue that is left alone; the text says why.
+class LeftAlone : public std::exception {
+ public:
+  explicit LeftAlone(std::string reason) : reason_(std::move(reason)) {}
+  [[nodiscard]] const char* what() const noexcept override { return reason_.c_str(); }
+
+ private:
+  std::string reason_;
+};
+
+// Sets all of the defaults at once, and reads the PPD again to confirm it. Calls with the record
+// that takes it back before the queue is changed. Throws LeftAlone or a Failure.
+void SetDefaults(const std::string& queue, const std::vector<NewDefault>& defaults,
+                 const ChangeOptions& options,
+                 const std::function<void(const UndoRecord&)>& keep_record);
+
+// Gives the lines of the PPD the texts that they had before, and returns the defaults that it
+// changed. What has changed since is left as it is, and reported.
+[[nodiscard]] std::vector<NewDefault> Undo(const UndoRecord& record, const ChangeOptions& options);
+
+}  // namespace ia::cli
+
+#endif  // INFO_ANALYZE_CLI_APPLY_QUEUE_CHANGE_H_

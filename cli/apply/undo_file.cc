@@ -1,0 +1,158 @@
+#include "cli/apply/undo_file.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <cstddef>
+#include <cstdlib>
+#include <cstring>
+#include <ctime>
+#include <filesystem>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <string_view>
+#include <system_error>
+#include <utility>
+#include <vector>
+
+#include "cli/printer/child_process.h"
+#include "cli/printer/ppd.h"
+#include "cli/printer/regular_file.h"
+#include "cli/terminal/failure.h"
+
+namespace ia::cli {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+constexpr int kUndoVersion = 1;
+constexpr std::size_t kMaxSize = std::size_t{256} << 20;
+
+[[noreturn]] void Fail(const std::string& path, const std::string& why, const std::string& fix) {
+  throw Failure(ExitStatus::kOther, {.object = "undo file " + path, .cause = why, .hint = fix});
+}
+
+// Texts of PPDs may be in any encoding, so their bytes are written as characters of Latin-1.
+[[nodiscard]] std::string ToUtf8(std::string_view bytes) {
+  std::string text;
+  for (const char byte : bytes) {
+    const auto code = static_cast<unsigned char>(byte);
+    if (code >= 0x80) text += static_cast<char>(0xc0 | (code >> 6));
+    text += static_cast<char>(code >= 0x80 ? 0x80 | (code & 0x3f) : code);
+  }
+  return text;
+}
+
+[[nodiscard]] std::string FromUtf8(std::string_view text) {
+  std::string bytes;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const auto code = static_cast<unsigned char>(text[i]);
+    if (code < 0x80 || i + 1 == text.size()) {
+      bytes += text[i];
+    } else {
+      bytes += static_cast<char>((code << 6) | (static_cast<unsigned char>(text[++i]) & 0x3f));
+    }
+  }
+  return bytes;
+}
+
+[[nodiscard]] std::string Write(const UndoRecord& record) {
+  Json defaults = Json::array();
+  for (const ChangedDefault& changed : record.defaults) {
+    Json before = Json::array();
+    for (const std::string& text : changed.before) before.push_back(ToUtf8(text));
+    defaults.push_back({{"keyword", ToUtf8(changed.keyword)},
+                        {"before", before},
+                        {"after", ToUtf8(changed.after)}});
+  }
+  const Json json = {
+      {"undo_version", kUndoVersion}, {"queue", ToUtf8(record.queue)}, {"defaults", defaults}};
+  return json.dump(-1, ' ', true) + "\n";
+}
+
+[[nodiscard]] UndoRecord Read(const Json& json) {
+  UndoRecord record;
+  if (json.at("undo_version") != kUndoVersion) throw std::invalid_argument("a different version");
+  record.queue = FromUtf8(json.at("queue").get<std::string>());
+  for (const Json& changed : json.at("defaults")) {
+    ChangedDefault& of_record = record.defaults.emplace_back();
+    of_record.keyword = FromUtf8(changed.at("keyword").get<std::string>());
+    of_record.after = FromUtf8(changed.at("after").get<std::string>());
+    for (const Json& text : changed.at("before")) {
+      of_record.before.push_back(FromUtf8(text.get<std::string>()));
+    }
+  }
+  return record;
+}
+
+[[nodiscard]] std::string FolderOfUser() {
+  const char* const state = std::getenv("XDG_STATE_HOME");
+  if (state != nullptr && *state == '/') return std::string(state) + "/info-analyze";
+  const char* const home = std::getenv("HOME");
+  return std::string(home != nullptr ? home : "") + "/.local/state/info-analyze";
+}
+
+}  // namespace
+
+std::string StateFolder() {
+  const char* const of_service = std::getenv("STATE_DIRECTORY");  // set by systemd
+  std::string folder = of_service != nullptr ? of_service
+                       : geteuid() == 0      ? "/var/lib/info-analyze"
+                                             : FolderOfUser();
+  std::error_code error;
+  std::filesystem::create_directories(folder, error);
+  if (!error) return folder;
+  throw Failure(ExitStatus::kOther, {.object = "folder " + folder,
+                                     .cause = "cannot be made: " + error.message(),
+                                     .hint = "name an undo file with --save-undo"});
+}
+
+UndoFile::UndoFile(std::string path) : path_(std::move(path)) {
+  if (std::filesystem::exists(std::filesystem::symlink_status(path_))) {
+    Fail(path_, "exists already", "name a new file");
+  }
+}
+
+UndoFile::~UndoFile() {
+  if (descriptor_ >= 0) close(descriptor_);
+}
+
+void UndoFile::Add(const UndoRecord& record) {
+  if (descriptor_ < 0) {
+    descriptor_ = open(path_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
+  }
+  if (descriptor_ < 0) Fail(path_, std::strerror(errno), "check its folder");
+  try {
+    WriteAll(descriptor_, Write(record));
+  } catch (const std::system_error& error) {
+    Fail(path_, error.code().message(), "free space, and run it again");
+  }
+  if (fsync(descriptor_) != 0) Fail(path_, std::strerror(errno), "check its disk");
+}
+
+std::string NewUndoPath(const std::string& folder) {
+  const std::time_t now = std::time(nullptr);
+  std::tm utc{};
+  std::array<char, 32> text{};
+  std::strftime(text.data(), text.size(), "%Y-%m-%dT%H%M%SZ", gmtime_r(&now, &utc));
+  return folder + "/" + text.data() + "-" + std::to_string(getpid()) + ".json";
+}
+
+std::vector<UndoRecord> ReadUndoFile(const std::string& path) {
+  std::vector<UndoRecord> records;
+  try {
+    std::string text = ReadRegularFile(path, kMaxSize);
+    text.resize(text.rfind('\n') + 1);
+    ForEachLine(text, [&](std::string_view line) { records.push_back(Read(Json::parse(line))); });
+  } catch (const FileFault& fault) {
+    Fail(path, fault.what(), "name the file that apply has printed");
+  } catch (const std::exception&) {
+    Fail(path, "line " + std::to_string(records.size() + 1) + " has a different format",
+         "name the file that apply has printed");
+  }
+  return records;
+}
+
+}  // namespace ia::cli

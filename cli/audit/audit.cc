@@ -1,0 +1,195 @@
+#include "cli/audit/audit.h"
+
+#include <stdlib.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstddef>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "cli/audit/judgement.h"
+#include "cli/audit/report.h"
+#include "cli/audit/targets.h"
+#include "cli/config/patterns.h"
+#include "cli/config/settings.h"
+#include "cli/printer/worker_pool.h"
+#include "cli/terminal/failure.h"
+#include "cli/terminal/output.h"
+#include "cli/terminal/progress_bar.h"
+#include "cli/terminal/temporary_folder.h"
+
+namespace ia::cli {
+namespace {
+
+constexpr int kMaxJobs = 256;
+
+// Of a worker. The largest printers need a tenth of it.
+constexpr std::size_t kMemory = std::size_t{1} << 30;
+
+// The shadow memory of the address sanitizer is larger than any limit.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr bool kLimitsMemory = false;
+#else
+constexpr bool kLimitsMemory = true;
+#endif
+
+struct AuditQuestion {
+  AuditPlan plan;
+  std::vector<std::string> queues;
+  std::vector<std::string> snapshots;
+  std::string format = "text";
+  bool is_live = false;
+  bool with_equal = false;
+};
+
+[[nodiscard]] Judgement JudgementOf(const std::string& task, const TaskResult& result) {
+  if (result.fault.empty()) return ReadJudgement(result.answer);
+  const Target target = ReadTarget(task);
+  Judgement judgement;
+  judgement.queue = target.queue;
+  judgement.snapshot = target.snapshot;
+  judgement.state = QueueState::kFailed;
+  judgement.reason = "the process that judges it failed: " + result.fault;
+  judgement.hint = "check its communication library with info-analyze doctor";
+  return judgement;
+}
+
+[[nodiscard]] std::vector<Target> FindTargets(AuditQuestion& question) {
+  AuditScope& scope = question.plan.scope;
+  if (question.snapshots.empty()) return FindLiveTargets(scope, question.queues);
+  if (!question.is_live) return FindSavedTargets(question.snapshots, question.queues);
+  return PairWithSnapshots(FindLiveTargets(scope, question.queues),
+                           FindSavedTargets(question.snapshots, question.queues));
+}
+
+void RequireFolder(const std::string& path) {
+  if (path.empty() || std::filesystem::is_directory(path)) return;
+  throw Failure(ExitStatus::kSnapshot,
+                {.object = "folder " + path, .cause = "is not there", .hint = "make it first"});
+}
+
+[[nodiscard]] std::string FormatOf(const Judgement& judgement, const AuditQuestion& question) {
+  if (question.format == "json") return JsonOf(judgement, question.with_equal);
+  if (question.format == "log") return LogOf(judgement);
+  return TextOf(judgement, question.with_equal);
+}
+
+[[nodiscard]] std::string FormatOf(const AuditSummary& summary, const std::string& format) {
+  return format == "json" ? JsonOf(summary) : TextOf(summary);
+}
+
+void Audit(AuditQuestion& question) {
+  AuditPlan& plan = question.plan;
+  if (question.is_live && question.snapshots.empty()) throw CLI::RequiredError("--snapshots");
+  UseSettings(plan, question.snapshots.empty());
+  RequireFolder(plan.scope.since);
+  RequireFolder(plan.scope.save);
+  plan.targets = FindTargets(question);
+  AuditSummary summary;
+  JudgeAll(plan, [&](const Judgement& judgement) {
+    summary.Add(judgement);
+    WriteAnswer(FormatOf(judgement, question));
+  });
+  WriteAnswer(FormatOf(summary, question.format));
+  if (summary.Status() != ExitStatus::kSuccess) throw Verdict(summary.Status());
+}
+
+}  // namespace
+
+void UseSettings(AuditPlan& plan, bool needs_documents) {
+  PrinterLocation& location = plan.scope.location;
+  const Settings& settings = CurrentSettings(location.config_file);
+  location.needs_documents = needs_documents;
+  RequireLocation(location, settings);
+  location.needs_documents = true;
+  location.timeout = TimeoutOf(location, settings);
+}
+
+void JudgeAll(const AuditPlan& plan, const std::function<void(const Judgement&)>& use) {
+  const TemporaryFolder folder;  // also for what workers leave that are killed
+  const WorkerLimits limits = {.workers = plan.jobs,
+                               .seconds = std::chrono::seconds(plan.scope.location.timeout),
+                               .memory = kLimitsMemory ? kMemory : 0};
+  std::unique_ptr<Judge> judge;  // of the worker process
+  const auto work = [&](const std::string& task) {
+    if (!judge) {
+      setenv("TMPDIR", folder.path().c_str(), 1);
+      judge = std::make_unique<Judge>(plan.scope);
+    }
+    return Write(judge->Of(ReadTarget(task)));
+  };
+  auto next = plan.targets.begin();
+  const auto next_task = [&] {
+    return next != plan.targets.end() ? std::optional(Write(*next++)) : std::nullopt;
+  };
+  ProgressBar progress(plan.targets.size(), "queues");
+  std::size_t done = 0;
+  std::size_t failed = 0;
+  RunInWorkers(limits, work, next_task, [&](const std::string& task, const TaskResult& result) {
+    const Judgement judgement = JudgementOf(task, result);
+    ++done;
+    if (judgement.state == QueueState::kFailed) ++failed;
+    progress.Hide();
+    use(judgement);
+    progress.Show(done, failed);
+  });
+}
+
+void AddAuditOptions(CLI::App& verb, AuditPlan& plan, std::vector<std::string>& queues) {
+  verb.add_option("QUEUE", queues, "Names of queues; without any, all queues");
+  AddDriverOption(verb, plan.scope.location);
+  AddDocumentsOption(verb, plan.scope.location);
+  AddTimeoutOption(verb, plan.scope.location);
+  AddConfigOption(verb, plan.scope.location);
+  plan.jobs = static_cast<int>(std::clamp(std::thread::hardware_concurrency(), 1U, 256U));
+  verb.add_option("-j,--jobs", plan.jobs, "Judge this many queues at the same time")
+      ->type_name("COUNT")
+      ->check(CLI::Range(1, kMaxJobs))
+      ->default_str("number of cores");
+  // As the tools of CUPS have it, so that -h is not the help of this verb.
+  verb.set_help_flag("--help", "Print this help message and exit");
+  verb.add_option_function<std::string>(
+          "-h,--host", [](const std::string& host) { setenv("CUPS_SERVER", host.c_str(), 1); },
+          "Ask the CUPS server HOST, or HOST:PORT")
+      ->type_name("HOST");
+}
+
+void DefineAudit(CLI::App& verb) {
+  const auto question = std::make_shared<AuditQuestion>();
+  AddAuditOptions(verb, question->plan, question->queues);
+  AuditScope& scope = question->plan.scope;
+  AddCupsRootOption(verb, scope.location);
+  verb.get_option("--cups-root")->excludes("--host");
+  verb.add_option("--snapshots", question->snapshots,
+                  "Audit the printers that are saved in these snapshots, or folders of snapshots")
+      ->type_name("PATH");
+  verb.add_flag("--live", question->is_live,
+                "With --snapshots: audit the live queues against the saved documents");
+  verb.add_option("--since", scope.since, "Report what has changed since the snapshots in DIR")
+      ->type_name("DIR");
+  verb.add_option("--save", scope.save, "Save a snapshot of each queue in DIR")->type_name("DIR");
+  verb.add_flag("--all", question->with_equal, "Print options that are equal, too");
+  verb.add_option("--format", question->format,
+                  "text: a line for each queue; log: a line for each difference; json: an object "
+                  "for each queue")
+      ->check(CLI::IsMember({"text", "log", "json"}))
+      ->capture_default_str();
+  verb.footer(
+      "Exit status: 0 when all is right, 10 when an option differs, 11 when something could not "
+      "be judged, 12 for both.\n\n"
+      "Examples:\n"
+      "  info-analyze audit --driver-folder /usr/lib/driver --device-info \"/var/cache/{queue}\"\n"
+      "  info-analyze audit office --all\n"
+      "  info-analyze audit --snapshots monday --format json");
+  verb.callback([question] { Audit(*question); });
+}
+
+}  // namespace ia::cli

@@ -1,0 +1,246 @@
+#include "cli/audit/judge.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <new>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <system_error>
+#include <utility>
+#include <vector>
+
+#include "cli/config/patterns.h"
+#include "cli/config/settings.h"
+#include "cli/explain/printer_options.h"
+#include "cli/printer/documents.h"
+#include "cli/printer/message.h"
+#include "cli/printer/ppd.h"
+#include "cli/printer/queue_name.h"
+#include "cli/snapshot/locate.h"
+#include "cli/snapshot/snapshot_files.h"
+#include "cli/snapshot/take.h"
+#include "cli/terminal/failure.h"
+
+namespace ia::cli {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::string_view kArchiveSuffix = ".tar.gz";
+
+// All handlers run, also where a document is missing: what then lacks data says so itself.
+[[nodiscard]] OptionListPtr RunAllUpdates(AnalyzeContext& analyzer) {
+  OptionListPtr options = StartOptionList();
+  if (Analyze_Info_FromPrinter(&analyzer, options.get(), 0) == 0) return options;
+  options = StartOptionList();
+  std::int32_t update = 0;
+  UpdateSource source = {};
+  while (Analyze_Provenance_GetUpdate(update, &source, sizeof source) != 0) {
+    Analyze_Provenance_RunUpdate(&analyzer, update, 1, options.get());
+    ++update;
+  }
+  return options;
+}
+
+void RequireDocuments(const AnalyzeContext& analyzer) {
+  const std::vector<std::string> missing = ExplainMissingDocuments(analyzer);
+  if (missing.size() < IA_DOCUMENT_COUNT) return;
+  throw Failure(ExitStatus::kDocuments, {.object = "documents",
+                                         .cause = "none can be read; " + missing.front(),
+                                         .hint = "find out why with info-analyze doctor"});
+}
+
+void RequirePpd(const std::string& queue, std::string_view ppd) {
+  if (ppd.starts_with("*PPD-Adobe")) return;
+  const bool is_compressed = ppd.starts_with("\x1f\x8b");
+  throw Failure(ExitStatus::kQueue, {.object = "PPD of queue \"" + queue + "\"",
+                                     .cause = is_compressed ? "is compressed" : "is not a PPD",
+                                     .hint = "install the driver package's PPD again"});
+}
+
+[[nodiscard]] std::optional<JudgedOption> Compare(const PrinterOption& option) {
+  if (!option.is_in_ppd) return std::nullopt;
+  JudgedOption judged = {.keyword = option.keyword,
+                         .default_choice = option.default_choice.value_or(""),
+                         .value = option.value,
+                         .state = OptionState::kDiffers,
+                         .reason = ""};
+  if (!option.missing_data.empty()) {
+    judged.state = OptionState::kUnknown;
+    judged.reason = option.missing_data;
+  } else if (option.default_choice == option.value) {
+    judged.state = OptionState::kEqual;
+  } else if (!option.default_choice) {
+    judged.state = OptionState::kNotOffered;
+    judged.reason = "the PPD has no line *Default" + option.keyword;
+  } else if (!option.is_choice) {
+    judged.state = OptionState::kNotOffered;
+    judged.reason = "the PPD has no such choice";
+  }
+  return judged;
+}
+
+// An archive or a folder of the queue; empty: there is none.
+[[nodiscard]] std::string FindSnapshot(const std::string& folder, const std::string& queue) {
+  const std::string path = folder + "/" + queue;
+  if (fs::exists(path + std::string(kArchiveSuffix))) return path + std::string(kArchiveSuffix);
+  return fs::exists(path + "/" + kSnapshotListName) ? path : "";
+}
+
+// Replaces an earlier one as a whole.
+void Save(const Snapshot& snapshot, const std::string& folder) {
+  const std::string path = folder + "/" + snapshot.queue + std::string(kArchiveSuffix);
+  const std::string made = folder + "/." + snapshot.queue + ".new" + std::string(kArchiveSuffix);
+  fs::remove(made);
+  WriteSnapshot(snapshot, made);
+  fs::rename(made, path);
+}
+
+}  // namespace
+
+struct Judge::Printer {
+  PrinterLocation location;
+  std::string device_uri;
+  std::string ppd;
+  std::string model_code;
+  std::vector<PrinterOption> options;
+};
+
+std::string Write(const Target& target) {
+  Message message;
+  message.Put(target.queue);
+  message.Put(target.snapshot);
+  message.Put(target.is_live);
+  message.Put(target.device_uri);
+  message.Put(target.not_applicable);
+  return message.bytes();
+}
+
+Target ReadTarget(const std::string& bytes) {
+  Message message(bytes);
+  Target target;
+  target.queue = message.Take();
+  target.snapshot = message.Take();
+  target.is_live = message.TakeFlag();
+  target.device_uri = message.Take();
+  target.not_applicable = message.Take();
+  return target;
+}
+
+Judge::Judge(const AuditScope& scope)
+    : scope_(scope), cups_root_(std::make_shared<const TemporaryFiles>("")) {}
+
+Judgement Judge::Of(const Target& target) {
+  Judgement judgement;
+  judgement.queue = target.queue;
+  judgement.snapshot = target.snapshot;
+  try {
+    if (!target.not_applicable.empty()) {
+      judgement.state = QueueState::kNotApplicable;
+      judgement.reason = target.not_applicable;
+    } else {
+      JudgeOptions(target, judgement);
+    }
+  } catch (const ForeignPpd& failure) {
+    judgement.state = QueueState::kNotApplicable;
+    judgement.reason = failure.parts().cause;
+  } catch (const Failure& failure) {
+    judgement.state = QueueState::kFailed;
+    judgement.reason = MessageOf({.action = failure.parts().action,
+                                  .object = failure.parts().object,
+                                  .cause = failure.parts().cause});
+    judgement.hint = failure.parts().hint;
+  } catch (const std::bad_alloc&) {
+    throw;  // the memory of the process is used up
+  } catch (const std::exception& error) {
+    judgement.state = QueueState::kFailed;
+    judgement.reason = error.what();
+  }
+  return judgement;
+}
+
+std::string Judge::FetchLivePpd(const std::string& queue) const {
+  const std::string& root = scope_.location.cups_root;
+  if (!root.empty()) return ReadPpdOfRoot(queue, root);
+  return FetchPpdFrom(scope_.server, queue, std::chrono::seconds(scope_.location.timeout));
+}
+
+BidiContext* Judge::LibraryOf(const std::string& driver_folder) {
+  BidiPtr& library = libraries_[driver_folder];
+  if (!library) library = LoadLibrary(driver_folder);
+  return library.get();
+}
+
+Judge::Printer Judge::Query(const Target& target) {
+  PrinterLocation given = scope_.location;
+  given.queue = target.queue;
+  given.snapshot = target.snapshot;
+  Printer printer;
+  printer.location = given;
+  printer.device_uri = target.device_uri;
+  if (!target.snapshot.empty()) {
+    SnapshotLocation files = LocateFiles(given);
+    printer.location = std::move(files.location);
+    if (!target.is_live) printer.device_uri = std::move(files.device_uri);
+  }
+  if (!target.queue.empty()) printer.location.queue = target.queue;
+  const std::string queue = printer.location.queue;
+  RequireQueueName(queue);
+  printer.ppd =
+      target.is_live ? FetchLivePpd(queue) : ReadPpdOfRoot(queue, printer.location.cups_root);
+  RequirePpd(queue, printer.ppd);
+  const CopiedPpd copy(cups_root_, queue, printer.ppd);
+  copy.RequireDriver();
+  const QueueWords words = {.queue = queue,
+                            .host = [&] { return HostOfDeviceUri(printer.device_uri); },
+                            .model = [&] { return copy.ReadModelCode(); }};
+  const PrinterLocation location =
+      Complete(printer.location, CurrentSettings(given.config_file), words);
+  const AnalyzerPtr analyzer =
+      copy.CreateAnalyzer(LibraryOf(location.driver_folder), location.device_info.c_str());
+  const OptionListPtr options = RunAllUpdates(*analyzer);
+  RequireDocuments(*analyzer);
+  const char* const code = analyzer->driver_name;
+  printer.model_code = code != nullptr ? code : "";
+  printer.options = OptionsOf(*analyzer, options->next, ParsePpdOptions(printer.ppd));
+  printer.location = location;
+  return printer;
+}
+
+void Judge::JudgeOptions(const Target& target, Judgement& judgement) {
+  const Printer printer = Query(target);
+  judgement.queue = printer.location.queue;
+  judgement.model_code = printer.model_code;
+  for (const PrinterOption& option : printer.options) {
+    if (auto judged = Compare(option)) judgement.options.push_back(std::move(*judged));
+  }
+  if (!scope_.since.empty()) CompareWithEarlier(printer, judgement);
+  if (scope_.save.empty()) return;
+  Save(ComposeSnapshot({.queue = judgement.queue,
+                        .ppd = printer.ppd,
+                        .device_info = printer.location.device_info,
+                        .device_uri = printer.device_uri,
+                        .model_code = printer.model_code}),
+       scope_.save);
+}
+
+void Judge::CompareWithEarlier(const Printer& printer, Judgement& judgement) {
+  Target earlier;
+  earlier.snapshot = FindSnapshot(scope_.since, judgement.queue);
+  earlier.is_live = false;
+  if (earlier.snapshot.empty()) return;
+  judgement.since = ReadSnapshot(earlier.snapshot).date;
+  const Printer before = Query(earlier);
+  for (const PrinterOption& option : printer.options) {
+    const auto hit = std::ranges::find(before.options, option.keyword, &PrinterOption::keyword);
+    if (hit == before.options.end() || hit->value == option.value) continue;
+    if (!hit->missing_data.empty() || !option.missing_data.empty()) continue;
+    judgement.changes.push_back({option.keyword, hit->value, option.value});
+  }
+}
+
+}  // namespace ia::cli
