@@ -1,5 +1,6 @@
 // The verb "config": which settings are in force, and from where.
 #include <CLI/CLI.hpp>
+#include <cstddef>
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <optional>
@@ -105,8 +106,9 @@ struct Report {
     if (shown.names == &kTimeout || shown.expanded.empty()) continue;
     text += Line("  for queue", shown.expanded, report.queue);
   }
-  for (const SettingsFile& file : settings.files)
+  for (const SettingsFile& file : settings.files) {
     text += Line("file", file.path, NameOf(file.state));
+  }
   return text;
 }
 

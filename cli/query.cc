@@ -31,10 +31,10 @@ void DefineQuery(CLI::App& verb) {
   AddFormatOption(verb, query->format);
   verb.footer(
       "Examples:\n"
+      "  info-analyze query --queue office\n"
       "  info-analyze query --queue office --driver-folder /usr/lib/driver \\\n"
       "      --device-info /var/cache/office\n"
-      "  info-analyze query --snapshot office.snapshot --driver-folder /usr/lib/driver --format "
-      "json");
+      "  info-analyze query --snapshot office.snapshot --format json");
   verb.callback([query] { Query(*query); });
 }
 

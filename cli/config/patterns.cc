@@ -5,7 +5,6 @@
 #include <array>
 #include <cstddef>
 #include <functional>
-#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -56,17 +55,11 @@ constexpr auto kPatterns = std::to_array<Pattern>({
                                      .hint = "write a path without " + name});
 }
 
-// Calls the function at most once.
-[[nodiscard]] std::function<std::string()> Remembering(const std::function<std::string()>& get) {
-  const auto word = std::make_shared<std::optional<std::string>>();
-  return [get, word] {
-    if (!*word) *word = get();
-    return **word;
-  };
-}
-
-[[nodiscard]] QueueWords Remembering(const QueueWords& words) {
-  return {.queue = words.queue, .host = Remembering(words.host), .model = Remembering(words.model)};
+// The word, which the function is asked for once.
+[[nodiscard]] std::string Remembered(std::optional<std::string>& word,
+                                     const std::function<std::string()>& get) {
+  if (!word) word = get();
+  return *word;
 }
 
 // Devices whose URI has something else where others have the host.
@@ -84,6 +77,14 @@ constexpr auto kPatterns = std::to_array<Pattern>({
 [[nodiscard]] std::string PlaceOf(const SettingNames& names, const SettingValue& value) {
   const bool is_name = value.source == names.variable || value.source == names.option;
   return is_name ? value.source : names.key + std::string(" in ") + value.source;
+}
+
+[[nodiscard]] SettingValue DeviceInfoOf(const PrinterLocation& given, const Settings& settings) {
+  if (!given.device_info.empty() || !settings.device_info) {
+    return OfOption(kDeviceInfo, given.device_info);
+  }
+  return {.text = settings.device_info->text,
+          .source = PlaceOf(kDeviceInfo, *settings.device_info)};
 }
 
 void Require(bool is_given, const SettingNames& names, const Settings& settings) {
@@ -154,20 +155,20 @@ SettingValue DriverFolderOf(const PrinterLocation& given, const Settings& settin
 PrinterLocation Complete(const PrinterLocation& given, const Settings& settings,
                          const QueueWords& words) {
   RequireLocation(given, settings);
-  const QueueWords remembered = Remembering(words);
+  std::optional<std::string> host;
+  std::optional<std::string> model;
+  const QueueWords remembered = {.queue = words.queue,
+                                 .host = [&] { return Remembered(host, words.host); },
+                                 .model = [&] { return Remembered(model, words.model); }};
   PrinterLocation location = given;
   location.timeout = TimeoutOf(given, settings);
   if (given.needs_driver) {
     location.driver_folder =
         ReplacePatterns(DriverFolderOf(given, settings, remembered), remembered);
   }
-  if (!given.needs_documents || !given.snapshot.empty()) return location;
-  const SettingValue documents =
-      !given.device_info.empty()
-          ? OfOption(kDeviceInfo, given.device_info)
-          : SettingValue{.text = settings.device_info->text,
-                         .source = PlaceOf(kDeviceInfo, *settings.device_info)};
-  location.device_info = ReplacePatterns(documents, remembered);
+  if (given.needs_documents && given.snapshot.empty()) {
+    location.device_info = ReplacePatterns(DeviceInfoOf(given, settings), remembered);
+  }
   return location;
 }
 

@@ -120,8 +120,7 @@ void DefineDoctor(CLI::App& verb) {
   verb.footer(
       "Exit status: 0 all is well, 7 warnings, 8 failures.\n"
       "Examples:\n"
-      "  info-analyze doctor --queue office --driver-folder /usr/lib/driver \\\n"
-      "      --device-info /var/cache/office");
+      "  info-analyze doctor --queue office");
   verb.callback([question] { Diagnose(*question); });
 }
 

@@ -69,6 +69,24 @@ void UseCupsRoot(const std::string& root) {
                             QuoteForShell(queue) + " -P FILE.ppd`"});
 }
 
+void WriteCopy(const std::string& queue, const std::string& ppd, const std::string& root) {
+  std::error_code ignored;
+  std::filesystem::create_directory(root + "/ppd", ignored);
+  std::ofstream file(root + "/ppd/" + queue + ".ppd", std::ios::binary);
+  file << ppd << std::flush;
+  if (!file) FailForTemporaryFile(queue, std::strerror(errno));
+}
+
+// Of the queue whose PPD libcups finds.
+[[nodiscard]] std::string FindModelCode(const std::string& queue) {
+  struct Releaser {
+    void operator()(OptTable* table) const noexcept { info_common_optlist_destroy(table); }
+  };
+  const std::unique_ptr<OptTable, Releaser> table(info_common_optlist_create(queue.c_str()));
+  const char* const code = info_common_optlist_getvalue(table.get(), "QVAnlz_DriverName");
+  return code != nullptr ? code : "";
+}
+
 }  // namespace
 
 TemporaryFiles::TemporaryFiles(const std::string& queue) {
@@ -97,17 +115,17 @@ std::string FetchPpd(const PrinterLocation& location) {
 std::string ModelCodeIn(const std::string& queue, const std::string& ppd) {
   constexpr std::chrono::seconds kLimit(30);
   RequireQueueName(queue);
-  const TemporaryFiles files(queue);  // has those of the child, which may be killed
+  const TemporaryFiles files(queue);
+  WriteCopy(queue, ppd, files.path());
   const ChildResult child = RunInChild(kLimit, [&](int descriptor) {
-    const CopiedPpd copy(queue, ppd);
-    WriteAll(descriptor, copy.ReadModelCode());
+    UseCupsRoot(files.path());
+    WriteAll(descriptor, FindModelCode(queue));
   });
   if (!child.has_timed_out && child.signal == 0 && child.status == 0) return child.answer;
-  throw Failure(ExitStatus::kQueue,
-                {.action = "cannot read",
-                 .object = "model code in the PPD of queue \"" + queue + "\"",
-                 .cause = "the process that reads it was stopped or failed",
-                 .hint = "check that " + TemporaryFolderParent() + " has free space"});
+  throw Failure(ExitStatus::kQueue, {.action = "cannot read",
+                                     .object = "model code in the PPD of queue \"" + queue + "\"",
+                                     .cause = "the process that reads it did not succeed",
+                                     .hint = "replace the PPD with that of the driver package"});
 }
 
 CopiedPpd::CopiedPpd(const PrinterLocation& location)
@@ -119,11 +137,7 @@ CopiedPpd::CopiedPpd(const std::string& queue, std::string text)
 CopiedPpd::CopiedPpd(std::shared_ptr<const TemporaryFiles> cups_root, const std::string& queue,
                      std::string text)
     : queue_(queue), files_(std::move(cups_root)), text_(std::move(text)) {
-  std::error_code ignored;
-  std::filesystem::create_directory(files_->path() + "/ppd", ignored);
-  std::ofstream file(path(), std::ios::binary);
-  file << text_ << std::flush;
-  if (!file) FailForTemporaryFile(queue_, std::strerror(errno));
+  WriteCopy(queue_, text_, files_->path());
   UseCupsRoot(files_->path());
 }
 
@@ -135,14 +149,7 @@ void CopiedPpd::RequireDriver() const {
   if (text_.find("*QV") == std::string::npos) FailForLines(queue_, text_);
 }
 
-std::string CopiedPpd::ReadModelCode() const {
-  struct Releaser {
-    void operator()(OptTable* table) const noexcept { info_common_optlist_destroy(table); }
-  };
-  const std::unique_ptr<OptTable, Releaser> table(info_common_optlist_create(queue_.c_str()));
-  const char* const code = info_common_optlist_getvalue(table.get(), "QVAnlz_DriverName");
-  return code != nullptr ? code : "";
-}
+std::string CopiedPpd::ReadModelCode() const { return FindModelCode(queue_); }
 
 AnalyzerPtr CopiedPpd::CreateAnalyzer(BidiContext* library, const char* device_info) const {
   const Progress progress("the options in the PPD of queue " + queue_);

@@ -39,10 +39,10 @@ namespace {
 
 [[nodiscard]] PrinterLocation LocateSnapshot(const PrinterLocation& given,
                                              const Settings& settings) {
-  const auto [location, device_uri] = LocateFiles(given);
-  QueueWords words = WordsOf(location);
-  words.host = [&device_uri] { return HostOfDeviceUri(device_uri); };
-  return Complete(location, settings, words);
+  const SnapshotLocation found = LocateFiles(given);
+  QueueWords words = WordsOf(found.location);
+  words.host = [&] { return HostOfDeviceUri(found.device_uri); };
+  return Complete(found.location, settings, words);
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -75,6 +76,22 @@ TEST_F(LiveQueue, IsKeptWithItsDeviceUriAndRedacted) {
     EXPECT_THAT(ReadFile(folder + "/snapshot.json"),
                 HasSubstr("\"device_uri\": \"ipp://" + host + "\""));
   }
+}
+
+// The host, the PPD for the model code and then the PPD of the query come from one server.
+TEST_F(LiveQueue, HostAndModelOfItsFoldersComeFromTheServer) {
+  const Finished set = Run({"/bin/sh", "-c",
+                            "PATH=$PATH:/usr/sbin; lpadmin -p office "
+                            "-v ipp://prn7.corp.example:9100/x"});
+  ASSERT_EQ(set.status, 0) << set.err;
+  std::filesystem::create_symlink(kPrinter + "/device-info",
+                                  root_ / "office-prn7.corp.example-RA-H5-MLT-JP");
+  root_.Write("settings.conf", "device-info = " + (root_ / "{queue}-{host}-{model}") +
+                                   "\n[driver-folders]\nRA-H5* = " + IA_TEST_DRIVER_FOLDER + "\n");
+  const Finished run =
+      Run({IA_TEST_TOOL, "query", "--queue", "office", "--config", root_ / "settings.conf"});
+  EXPECT_EQ(run.status, 0) << run.err;
+  EXPECT_EQ(run.out, Run(Tool("query", live_)).out);
 }
 
 // From a printer without anything to the one that is there: every default is set.
