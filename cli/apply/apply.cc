@@ -58,7 +58,8 @@ struct ApplyQuestion {
   return wanted;
 }
 
-// What lpadmin cannot be told is set all the same, because apply itself does not use it.
+// Without values that lpadmin would misread. They are set all the same, because apply does not use
+// it.
 [[nodiscard]] std::string CommandOf(const std::string& queue,
                                     const std::vector<NewDefault>& wanted) {
   std::vector<DefaultChoice> choices;

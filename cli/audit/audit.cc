@@ -73,7 +73,7 @@ struct AuditQuestion {
 void RequireFolder(const std::string& path) {
   if (path.empty() || std::filesystem::is_directory(path)) return;
   throw Failure(ExitStatus::kSnapshot,
-                {.object = "folder " + path, .cause = "is not there", .hint = "make it first"});
+                {.object = "folder " + path, .cause = "does not exist", .hint = "make it first"});
 }
 
 [[nodiscard]] std::string FormatOf(const Judgement& judgement, const AuditQuestion& question) {

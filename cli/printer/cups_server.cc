@@ -368,7 +368,7 @@ void AddUri(const std::string& queue, ipp_t* request) {
   return list.bytes();
 }
 
-// The attributes of the printers in an answer stand in groups, with a separator after each.
+// An answer has a group of attributes for each printer, with a separator after it.
 void PutQueues(const Server& server, Message& list) {
   const Step step("the list of queues");
   const IppPtr answer = server.Ask(NewRequest(IPP_OP_CUPS_GET_PRINTERS, kQueueAttributes), "/");

@@ -31,7 +31,7 @@ using NextTask = std::function<std::optional<std::string>()>;
 // Called in this process, in the order of the tasks.
 using UseResult = std::function<void(const std::string& task, const TaskResult& result)>;
 
-// Does tasks in worker processes, each of which does one at a time and many in turn. A task whose
+// Does tasks in worker processes; each does one at a time and many in turn. A task whose
 // worker crashes, hangs or uses too much memory costs no other: a worker that crashes after other
 // tasks may do so because of them, so its task is tried again in a new worker. Reads only a few
 // tasks ahead of the results that were used.

@@ -91,7 +91,7 @@ class Checker:
 
 
 def check_whole_server(checker, queues):
-    """All kinds of queues at once: audit, apply, audit, undo."""
+    """All types of queues at once: audit, apply, audit, undo."""
     server, samples = checker.server, checker.samples
     for i in range(queues):
         checker.add(f"q{i:04}", samples[i % len(samples)])
@@ -161,7 +161,7 @@ def check_whole_server(checker, queues):
 
 
 def make_odd_ppds(checker, office):
-    """What CUPS itself accepts no more, so it is put there behind its back."""
+    """PPDs as they are in old set-ups; the last one is put there without asking CUPS."""
     text = (office / "ppd/office-mfp.ppd").read_bytes()
     lines = text.split(b"\n")
     ppds = {
@@ -358,7 +358,7 @@ def check_full_disk(checker):
     server.stop()
     copy = checker.root / "etc-before"
     shutil.copytree(folder, copy)
-    size = sum(path.stat().st_size // 4096 + 2 for path in folder.rglob("*")) * 4096 + (1 << 20)
+    size = sum(path.stat().st_size // 4096 + 2 for path in folder.rglob("*")) * 4096 + (16 << 20)
     if libc.mount(b"none", str(folder).encode(), b"tmpfs", 0, f"size={size}".encode()):
         print("not checked: a full disk (no mounts)")
         server.start()
