@@ -26,6 +26,9 @@
 namespace ia::cli {
 namespace {
 
+// A server that has failed so many times in a row is not asked again.
+constexpr int kMaxFailures = 3;
+
 struct ApplyQuestion {
   AuditPlan plan;
   std::vector<std::string> queues;
@@ -92,14 +95,18 @@ class Apply {
     summary_.Add(judgement);
   }
 
+  void SayHowToUndo() const {
+    if (!undo_file_ || undo_file_->IsEmpty()) return;
+    WriteAnswer("undo with: info-analyze apply --undo " + QuoteForShell(undo_file_->path()) + "\n");
+  }
+
   // Throws a Verdict unless all is right now.
   void Finish() const {
-    WriteAnswer(std::to_string(changed_) + (changed_ == 1 ? " queue" : " queues") +
-                (question_.is_dry_run ? " to change; " : " changed; ") + TextOf(summary_));
-    if (undo_file_ && !undo_file_->IsEmpty()) {
-      WriteAnswer("undo with: info-analyze apply --undo " + QuoteForShell(undo_file_->path()) +
-                  "\n");
+    if (!question_.is_dry_run) {
+      WriteAnswer(std::to_string(changed_) + (changed_ == 1 ? " queue" : " queues") + " changed; " +
+                  TextOf(summary_));
     }
+    SayHowToUndo();
     if (summary_.Status() != ExitStatus::kSuccess) throw Verdict(summary_.Status());
   }
 
@@ -111,17 +118,24 @@ class Apply {
                   [this](const UndoRecord& record) { undo_file_->Add(record); });
       WriteAnswer(Lines(judgement.queue, wanted));
       ++changed_;
+      failures_ = 0;
       for (JudgedOption& option : judgement.options) {
         if (option.state == OptionState::kDiffers) option.state = OptionState::kEqual;
       }
     } catch (const LeftAlone& reason) {
       ReportWarning(judgement.queue + " is left alone: " + reason.what());
+    } catch (const Denied&) {
+      throw;
+    } catch (const Failure& failure) {
+      if (++failures_ == kMaxFailures) throw;
+      judgement.state = QueueState::kFailed;
+      judgement.reason = failure.what();
     }
   }
 
   static void ReportRest(const Judgement& judgement) {
     if (judgement.state == QueueState::kFailed) {
-      ReportWarning(judgement.queue + " is not judged: " + judgement.reason);
+      ReportWarning(judgement.queue + " failed: " + judgement.reason);
     }
     for (const JudgedOption& option : judgement.options) {
       if (option.state != OptionState::kNotOffered && option.state != OptionState::kUnknown) {
@@ -137,6 +151,7 @@ class Apply {
   std::optional<ApplyLock> lock_;
   std::optional<UndoFile> undo_file_;
   std::size_t changed_ = 0;
+  int failures_ = 0;  // of the server, since the last queue that was changed
   AuditSummary summary_;
 };
 
@@ -145,7 +160,12 @@ void ApplyAll(ApplyQuestion& question) {
   UseSettings(plan, true);
   Apply apply(question);
   plan.targets = FindLiveTargets(plan.scope, question.queues);
-  JudgeAll(plan, [&](const Judgement& judgement) { apply.Do(judgement); });
+  try {
+    JudgeAll(plan, [&](const Judgement& judgement) { apply.Do(judgement); });
+  } catch (...) {
+    apply.SayHowToUndo();
+    throw;
+  }
   apply.Finish();
 }
 
