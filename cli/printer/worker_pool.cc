@@ -179,7 +179,7 @@ class Worker {
   // Why it has ended, or has to.
   [[nodiscard]] std::string FindFault() {
     if (Clock::now() >= deadline_) {
-      return "it had not ended within " + std::to_string(limits_.seconds.count()) + " s";
+      return "it took longer than " + std::to_string(limits_.seconds.count()) + " s";
     }
     kill(process_, SIGKILL);  // changes nothing for a worker that ends already
     int status = 0;

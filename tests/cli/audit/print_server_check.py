@@ -11,6 +11,7 @@ import ctypes
 import json
 import os
 import pathlib
+import pty
 import random
 import re
 import shlex
@@ -121,9 +122,10 @@ def check_whole_server(checker, queues):
                       "foreign": "option lines"}.items():
         checker.expect(judged[name]["state"] == "not applicable" and why in judged[name]["reason"],
                        judged[name])
-    for name, why in {"broken": "not a PPD", "crash_when_called": "SIGSEGV",
+    for name, why in {"broken": "not a PPD", "missing": "has no PPD of the queue",
+                      "crash_when_called": "SIGSEGV",
                       "crash_when_loaded": "SIGSEGV", "exit_when_loaded": "ended",
-                      "hang_when_called": f"within {TIMEOUT} s",
+                      "hang_when_called": f"longer than {TIMEOUT} s",
                       "grab_when_called": "memory", "stub": "documents",
                       "missing-documents": "documents"}.items():
         checker.expect(name in HOSTILE and name not in hostile or
@@ -185,6 +187,8 @@ def make_odd_ppds(checker, office):
         path.write_bytes(ppd)
         checker.add(name, office, ppd=path)
     (checker.root / "documents/missing-documents").unlink()
+    checker.add("missing", office)
+    checker.server.ppd("missing").unlink()
     checker.add("broken", office)
     checker.server.ppd("broken").write_bytes(b"\x00\xffnot a PPD\n" * 100)
 
@@ -294,6 +298,24 @@ def check_snapshots(checker):
     log = checker.run("audit", "shared1", "--format", "log").stdout.splitlines()[:-1]
     checker.expect(len(log) == same["shared1"]["differ"] and
                    all(line.startswith("shared1: QV") for line in log), log)
+
+
+def check_progress(checker):
+    """A terminal has a bar while it takes time, and none when quiet."""
+    checker.add("slow", checker.samples[0], driver=checker.faulty / "hang_when_called")
+    for option, is_shown in (("--all", True), ("--quiet", False)):
+        terminal, of_tool = pty.openpty()
+        subprocess.run(checker.command("audit", "slow", "q0000", option, "--jobs", "1"),
+                       env=checker.environment(), stderr=of_tool, stdout=subprocess.DEVNULL)
+        os.close(of_tool)
+        shown = b""
+        with contextlib.suppress(OSError):
+            while part := os.read(terminal, 4096):
+                shown += part
+        os.close(terminal)
+        checker.expect((b"] 1 of 2 queues, 1 failed, 0:0" in shown) == is_shown, option, shown)
+        checker.expect(not shown or shown.endswith(b"\r\x1b[K"), "the bar stays:", shown)
+    checker.server.lpadmin("-x", "slow")
 
 
 def check_two_at_once(checker):
@@ -460,7 +482,7 @@ def main():
         checker = Checker(tool, driver, faulty, source, root)
         with checker.server:
             check_whole_server(checker, queues)
-            checks = [check_missing_data, check_snapshots, check_two_at_once]
+            checks = [check_missing_data, check_snapshots, check_progress, check_two_at_once]
             if os.geteuid() == 0:  # cupsd runs programs of root only
                 checks.append(check_jobs)
             for check in checks:
