@@ -1,9 +1,7 @@
 #include "cli/apply/queue_change.h"
 
-#include <algorithm>
 #include <functional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "cli/apply/ppd_defaults.h"

@@ -3,8 +3,10 @@
 #define INFO_ANALYZE_CLI_APPLY_QUEUE_CHANGE_H_
 
 #include <chrono>
+#include <exception>
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "cli/apply/undo_file.h"

@@ -1,7 +1,6 @@
 #include "cli/audit/audit.h"
 
 #include <stdlib.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <chrono>
@@ -12,7 +11,6 @@
 #include <optional>
 #include <string>
 #include <thread>
-#include <utility>
 #include <vector>
 
 #include "cli/audit/judgement.h"

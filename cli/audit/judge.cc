@@ -1,15 +1,15 @@
 #include "cli/audit/judge.h"
 
 #include <algorithm>
-#include <cstddef>
+#include <chrono>
 #include <cstdint>
+#include <exception>
 #include <filesystem>
 #include <memory>
 #include <new>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <system_error>
 #include <utility>
 #include <vector>
 

@@ -1,8 +1,10 @@
 #include "cli/audit/report.h"
 
+#include <cstddef>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "cli/terminal/output.h"
@@ -86,6 +88,7 @@ using Json = nlohmann::ordered_json;
 
 [[nodiscard]] std::vector<std::string> ChangesOf(const Judgement& judgement) {
   std::vector<std::string> changes;
+  changes.reserve(judgement.changes.size());
   for (const ChangedOption& change : judgement.changes) {
     changes.push_back(TextOf(change, judgement.since));
   }

@@ -116,7 +116,8 @@ namespace fs = std::filesystem;
 std::vector<Target> FindLiveTargets(AuditScope& scope, const std::vector<std::string>& names) {
   const std::vector<QueueAttributes> queues = QueuesOf(scope);
   std::vector<Target> targets;
-  for (const std::string& name : names) targets.push_back(FindTarget(queues, name));
+  std::ranges::transform(names, std::back_inserter(targets),
+                         [&](const std::string& name) { return FindTarget(queues, name); });
   if (!names.empty()) return targets;
   for (const QueueAttributes& queue : queues) {
     if (!queue.is_temporary) targets.push_back(TargetOf(queue));

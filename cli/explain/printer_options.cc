@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -59,7 +60,8 @@ std::vector<PrinterOption> OptionsOf(AnalyzeContext& analyzer, const OptionList*
   std::vector<Explanation> explanations = Explain(analyzer, options);
   AddUnknownValues(analyzer, explanations);
   std::vector<PrinterOption> of_printer;
-  for (const Explanation& why : explanations) of_printer.push_back(OptionOf(why, ppd));
+  std::ranges::transform(explanations, std::back_inserter(of_printer),
+                         [&](const Explanation& why) { return OptionOf(why, ppd); });
   return of_printer;
 }
 

@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <linux/prctl.h>
 #include <signal.h>
+#include <stdlib.h>
 #include <sys/poll.h>
 #include <sys/prctl.h>
 #include <sys/resource.h>
@@ -45,17 +46,18 @@ constexpr std::size_t kTasksAhead = 64;  // of each worker
 // Texts between processes: their size, and their bytes.
 // --------------------------------------------
 
-// Throws when the reader has ended.
-void Send(int descriptor, std::string_view text) {
+// False when the reader has ended.
+bool Send(int descriptor, std::string_view text) {
   const std::uint64_t size = text.size();
   std::string frame(reinterpret_cast<const char*>(&size), sizeof size);
   frame.append(text);
   for (std::string_view rest = frame; !rest.empty();) {
     const ssize_t sent = send(descriptor, rest.data(), rest.size(), MSG_NOSIGNAL);
     if (sent < 0 && errno == EINTR) continue;
-    if (sent < 0) ThrowErrno();
+    if (sent < 0) return false;
     rest.remove_prefix(static_cast<std::size_t>(sent));
   }
+  return true;
 }
 
 // Nothing until a whole text is there.
@@ -82,6 +84,7 @@ void Send(int descriptor, std::string_view text) {
 
 void LeadNowhere() {
   const int nowhere = open("/dev/null", O_RDWR | O_CLOEXEC);
+  if (nowhere < 0) return;
   for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
     dup2(nowhere, descriptor);
   }
@@ -103,8 +106,8 @@ constexpr int kOutOfMemory = 100;
     std::string received;
     for (;;) {
       const std::optional<std::string> task = TakeFrame(received);
-      if (task) Send(descriptor, work(*task));
-      if (!task && !Receive(descriptor, received)) _exit(0);
+      const bool goes_on = task ? Send(descriptor, work(*task)) : Receive(descriptor, received);
+      if (!goes_on) _exit(0);
     }
   } catch (const std::bad_alloc&) {
     _exit(kOutOfMemory);
@@ -158,17 +161,14 @@ class Worker {
   void Start(Task& task) {
     task_ = &task;
     deadline_ = Clock::now() + limits_.seconds;
-    try {
-      Send(descriptor_, task.text);
-    } catch (const std::system_error&) {  // it has ended, which the next read finds out
-    }
+    (void)Send(descriptor_, task.text);  // the next read finds out that the worker has ended
   }
 
   // True when the worker can go on.
   [[nodiscard]] bool Read() {
     const bool is_open = Receive(descriptor_, received_);
     if (std::optional<std::string> answer = TakeFrame(received_)) {
-      task_->result = TaskResult{.answer = std::move(*answer)};
+      task_->result = TaskResult{.answer = std::move(*answer), .fault = ""};
       task_ = nullptr;
       ++done_;
       return true;
@@ -259,12 +259,15 @@ class Pool {
     if (!has_more_ || tasks_.size() >= kTasksAhead * workers_.size()) return nullptr;
     std::optional<std::string> text = next_task_();
     has_more_ = text.has_value();
-    return text ? &tasks_.emplace_back(Task{.text = std::move(*text), .result = {}}) : nullptr;
+    if (!text) return nullptr;
+    return &tasks_.emplace_back(Task{.text = std::move(*text), .result = {}});
   }
 
   void UseResults() {
-    while (!tasks_.empty() && tasks_.front().result) {
-      use_result_(tasks_.front().text, *tasks_.front().result);
+    while (!tasks_.empty()) {
+      const Task& task = tasks_.front();
+      if (!task.result) return;
+      use_result_(task.text, *task.result);
       tasks_.pop_front();
     }
   }

@@ -17,8 +17,8 @@ struct WorkerLimits {
 
 // How a task ended.
 struct TaskResult {
-  std::string answer;      // when nothing below is set
-  std::string fault = {};  // why there is none: "it was ended by SIGSEGV"
+  std::string answer;  // when nothing below is set
+  std::string fault;   // why there is none: "it was ended by SIGSEGV"
 };
 
 // What a worker does with one task. Standard output and standard error lead nowhere, because

@@ -2,7 +2,6 @@
 
 #include <dlfcn.h>
 
-#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <ctime>
