@@ -3,10 +3,29 @@ _info_analyze() {
   local cur=${COMP_WORDS[COMP_CWORD]} prev=${COMP_WORDS[COMP_CWORD-1]} place= i
   for ((i = 1; i < COMP_CWORD; i++)); do
     case "$place/${COMP_WORDS[i]}" in
-      /calibration|/calibration/settings|/calibration/defaults|/calibration/curves|/completion|/config|/diff|/doctor|/explain|/function-version|/help|/models|/query|/queues|/queues/cups|/queues/daemon|/queues/find|/snapshot|/uri) place+=/${COMP_WORDS[i]} ;;
+      /apply|/audit|/calibration|/calibration/settings|/calibration/defaults|/calibration/curves|/completion|/config|/diff|/doctor|/explain|/function-version|/help|/models|/query|/queues|/queues/cups|/queues/daemon|/queues/find|/snapshot|/uri) place+=/${COMP_WORDS[i]} ;;
     esac
   done
   case "$place $prev" in
+    '/apply --driver-folder') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
+    '/apply --device-info') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
+    '/apply --timeout') :; return ;;
+    '/apply --config') mapfile -t COMPREPLY < <(compgen -f -- "$cur"); return ;;
+    '/apply --jobs') :; return ;;
+    '/apply --host') :; return ;;
+    '/apply --save-undo') mapfile -t COMPREPLY < <(compgen -f -- "$cur"); return ;;
+    '/apply --undo') mapfile -t COMPREPLY < <(compgen -f -- "$cur"); return ;;
+    '/audit --driver-folder') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
+    '/audit --device-info') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
+    '/audit --timeout') :; return ;;
+    '/audit --config') mapfile -t COMPREPLY < <(compgen -f -- "$cur"); return ;;
+    '/audit --jobs') :; return ;;
+    '/audit --host') :; return ;;
+    '/audit --cups-root') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
+    '/audit --snapshots') mapfile -t COMPREPLY < <(compgen -f -- "$cur"); return ;;
+    '/audit --since') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
+    '/audit --save') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
+    '/audit --format') mapfile -t COMPREPLY < <(compgen -W 'text log json' -- "$cur"); return ;;
     '/calibration/settings --queue') :; return ;;
     '/calibration/settings --cups-root') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
     '/calibration/settings --timeout') :; return ;;
@@ -83,7 +102,9 @@ _info_analyze() {
     '/uri --format') mapfile -t COMPREPLY < <(compgen -W 'text json' -- "$cur"); return ;;
   esac
   case "$place" in
-    '') mapfile -t COMPREPLY < <(compgen -W 'calibration completion config diff doctor explain function-version help models query queues snapshot uri --help --version' -- "$cur") ;;
+    '') mapfile -t COMPREPLY < <(compgen -W 'apply audit calibration completion config diff doctor explain function-version help models query queues snapshot uri --help --version' -- "$cur") ;;
+    /apply) mapfile -t COMPREPLY < <(compgen -W '--driver-folder --device-info --timeout --config --jobs --help --host --dry-run --force --save-undo --undo --quiet --verbose' -- "$cur") ;;
+    /audit) mapfile -t COMPREPLY < <(compgen -W '--driver-folder --device-info --timeout --config --jobs --help --host --cups-root --snapshots --live --since --save --all --format --quiet --verbose' -- "$cur") ;;
     /calibration) mapfile -t COMPREPLY < <(compgen -W 'settings defaults curves --help' -- "$cur") ;;
     /calibration/settings) mapfile -t COMPREPLY < <(compgen -W '--help --queue --cups-root --timeout --config --driver-folder --snapshot --option --format --quiet --verbose' -- "$cur") ;;
     /calibration/defaults) mapfile -t COMPREPLY < <(compgen -W '--help --queue --cups-root --timeout --config --driver-folder --snapshot --option --format --quiet --verbose' -- "$cur") ;;

@@ -289,6 +289,7 @@ void DefineExplain(CLI::App& verb) {
   AddFormatOption(verb, question->format);
   verb.footer(
       "Examples:\n"
+      "  info-analyze explain QVFinisher --queue office\n"
       "  info-analyze explain QVFinisher --queue office --driver-folder /usr/lib/driver \\\n"
       "      --device-info /var/cache/office");
   verb.callback([question] { ExplainOptions(*question); });

@@ -34,7 +34,9 @@ MODULES = {
     "cli/explain": ("cli/provenance", "cli/snapshot"),
     "cli/doctor": ("cli/explain",),
     "cli/diff": ("cli/explain",),
-    "cli": ("cli/calibration", "cli/diff", "cli/doctor", "cli/explain"),
+    "cli/audit": ("cli/explain",),
+    "cli/apply": ("cli/audit",),
+    "cli": ("cli/apply", "cli/calibration", "cli/diff", "cli/doctor"),
 }
 SOURCES = (".cc", ".h", ".inc")
 

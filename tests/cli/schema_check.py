@@ -1,12 +1,13 @@
 #!/usr/bin/env python3
 """Checks what each verb writes in JSON, for all sample printers: against the published schema, and
-where LINES has the verb against what it writes as text.
+where LINES has the verb, and for audit, against what it writes as text.
 
 usage: schema_check.py TOOL DRIVER_FOLDER SOURCE_FOLDER     exit status 77: no jsonschema
 """
 import json
 import pathlib
 import re
+import shutil
 import subprocess
 import sys
 import tempfile
@@ -71,6 +72,41 @@ def input_name(input_):
     if input_["key"] == "list":
         return f"{input_['document']} number of items"
     return f"{input_['document']} {'list[] ' if input_['in_list'] else ''}{input_['key']}"
+
+
+def text_of_option(option):
+    """As audit prints it."""
+    change = f"{option['default'] or ''} -> {option['value']}"
+    return f"{option['keyword']} " + {
+        "equal": option["value"], "differs": change,
+        "not offered": f"{change} ({option['reason']})",
+        "unknown": f"unknown ({option['reason']})"}[option["state"]]
+
+
+def line_of_audit(answer):
+    """The line of text about a queue."""
+    name = answer["queue"] or answer["snapshot"]
+    if answer["state"] != "judged":
+        why = "; ".join(filter(None, (answer["reason"], answer["hint"])))
+        return f"{name}  {answer['state']}  {why}"
+    differ, unknown = answer["differ"], answer["unknown"]
+    counts = [f"{differ} {'differs' if differ == 1 else 'differ'}"] * bool(differ)
+    counts += [f"{unknown} unknown"] * bool(unknown)
+    details = [text_of_option(option) for option in answer["options"]]
+    details += [f"{change['keyword']} {change['before']} -> {change['after']} since "
+                f"{answer['since']}" for change in answer["changes"]]
+    return "  ".join(filter(None, (name, ", ".join(counts) or "right", ", ".join(details))))
+
+
+def summary_of(answers):
+    """What the last line of an audit must count."""
+    judged = [answer for answer in answers if answer["state"] == "judged"]
+    return {"queues": len(answers),
+            "right": sum(not answer["differ"] + answer["unknown"] for answer in judged),
+            "differ": sum(answer["differ"] > 0 for answer in judged),
+            "unknown": sum(answer["unknown"] > 0 for answer in judged),
+            "not_applicable": sum(answer["state"] == "not applicable" for answer in answers),
+            "failed": sum(answer["state"] == "failed" for answer in answers)}
 
 
 # The lines that the text of a verb must have, made of its JSON, and no others of their pattern.
@@ -155,6 +191,62 @@ def main():
             plain = subprocess.run([tool, *arguments], capture_output=True)
             checker.compare(what, name, run.stdout.decode(), plain.stdout.decode())
 
+    def audit(status, *arguments):
+        """Returns the answers about queues, by queue."""
+        what = " ".join(map(str, ("audit", *arguments)))
+        run = subprocess.run([tool, "audit", *arguments, "--format", "json"], capture_output=True)
+        *lines, last = run.stdout.decode().splitlines() or [""]
+        if run.returncode != status or not lines:
+            checker.wrong.append(f"{what}: status {run.returncode}: {run.stderr.decode()}")
+            return {}
+        asked.update(("audit", "audit_summary"))
+        for line in lines:
+            checker.check(what, "audit", line)
+        checker.check(what, "audit_summary", last)
+        answers = [json.loads(line) for line in lines]
+        if json.loads(last)["summary"] != summary_of(answers):
+            checker.wrong.append(f"{what}: {last}, should be {summary_of(answers)}")
+        if "--all" not in arguments:
+            plain = subprocess.run([tool, "audit", *arguments], capture_output=True)
+            text = plain.stdout.decode().splitlines()[:-1]
+            if text != list(map(line_of_audit, answers)):
+                checker.wrong.append(f"{what}: text {text}, JSON {answers}")
+        return {answer["queue"]: answer for answer in answers}
+
+    def audit_all(folder):
+        """Audits the snapshots in a folder, and queues in each state."""
+        on_driver = ["--driver-folder", driver]
+        pathlib.Path(folder, "damaged.tar.gz").write_text("no archive")
+        whole = audit(12, "--snapshots", folder, "--all", *on_driver)
+        short = audit(12, "--snapshots", folder, *on_driver)
+        states = {option["state"] for answer in whole.values() for option in answer["options"]}
+        if not {"equal", "differs", "unknown"} <= states or set(whole) != set(short):
+            checker.wrong.append(f"audit: states {states}")
+        root = pathlib.Path(folder, "root")
+        shutil.copytree(source / "examples/office-mfp", root)
+        office = root / "ppd/office-mfp.ppd"
+        text = office.read_text()
+        accessories = root / "device-info/Accessories.xml"
+        accessories.write_text(accessories.read_text().replace('key="hd">1<', 'key="hd">0<'))
+        lines = [line for line in text.splitlines(True) if "QVFinisher" not in line or
+                 "BKFINW1" not in line]
+        office.write_text("".join(lines))
+        office.with_name("foreign.ppd").write_text(
+            "".join(line for line in text.splitlines(True) if "QV" not in line))
+        office.with_name("broken.ppd").write_text("no PPD")
+        queues = audit(12, "--cups-root", root, "--device-info", root / "device-info", "--since",
+                       folder, *on_driver)
+        found = {name: answer["state"] for name, answer in queues.items()}
+        expected = {"office-mfp": "judged", "foreign": "not applicable", "broken": "failed"}
+        if found != expected:
+            checker.wrong.append(f"audit: {found}")
+            return
+        office = queues["office-mfp"]
+        if [change["keyword"] for change in office["changes"]] != ["QVHardDisk"]:
+            checker.wrong.append(f"audit: changes {office['changes']}")
+        if "not offered" not in {option["state"] for option in office["options"]}:
+            checker.wrong.append(f"audit: no value that the PPD does not offer {office['options']}")
+
     def fail(status, *arguments):
         """A failure writes nothing but one line of JSON, whose parts make the text of it."""
         what = " ".join(map(str, arguments))
@@ -196,6 +288,7 @@ def main():
             ask("models", "models", model_code(printer))
             ask("config", "config", *queue, "--config", settings)
             ask("diff", "diff", snapshots[0], snapshots[-1], "--driver-folder", driver)
+        audit_all(folder)
         ask("doctor", "doctor", "--queue", "none", "--cups-root", folder, "--driver-folder", folder,
             "--device-info", folder, statuses=(8,))
     ask("config", "config")
@@ -213,6 +306,8 @@ def main():
          "--driver-folder", driver)
     fail(4, "query", "--queue", "none", "--device-info", "/", "--driver-folder", "/none")
     fail(6, "uri", "none")
+    fail(2, "audit", "--live")
+    fail(9, "audit", "--snapshots", "/none", "--driver-folder", driver, "--since", "/none")
     fail(9, "explain", "--snapshot", "/none", "--driver-folder", driver)
     checker.wrong += [f"key {key!r} has a blank" for key in keys(schema) if " " in key]
     unasked = {entry["$ref"].split("/")[-1] for entry in schema["oneOf"]} - asked - {"queue"}
