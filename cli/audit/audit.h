@@ -3,7 +3,6 @@
 #define INFO_ANALYZE_CLI_AUDIT_AUDIT_H_
 
 #include <CLI/CLI.hpp>
-#include <cstddef>
 #include <functional>
 #include <string>
 #include <vector>
