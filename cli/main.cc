@@ -53,7 +53,7 @@ void DefineHelp(CLI::App& verb) {
 }
 
 constexpr auto kVerbs = std::to_array<Verb>({
-    {"apply", "Make what the devices have the PPD defaults of their queues", DefineApply},
+    {"apply", "Set the PPD defaults of queues to what their devices have", DefineApply},
     {"audit", "Compare the PPD defaults of queues with what their devices have", DefineAudit},
     {"calibration", "Print calibration settings, default data and curves", DefineCalibration},
     {"completion", "Print a completion script for a shell", DefineCompletion},

@@ -175,19 +175,25 @@ void UndoAll(ApplyQuestion& question) {
   const ApplyLock lock(StateFolder(), TimeoutOf(question));
   const ChangeOptions options = {TimeoutOf(question), question.is_forced};
   std::size_t changed = 0;
-  bool is_complete = true;
+  AuditSummary summary;
   for (const UndoRecord& record : records) {
     try {
-      const std::vector<NewDefault> undone = Undo(record, options);
-      WriteAnswer(Lines(record.queue, undone));
-      if (!undone.empty()) ++changed;
+      const Undone undone = Undo(record, options);
+      WriteAnswer(Lines(record.queue, undone.defaults));
+      if (!undone.defaults.empty()) ++changed;
+      if (!undone.is_complete) ++summary.differ;
     } catch (const LeftAlone& reason) {
       ReportWarning(record.queue + " is left alone: " + reason.what());
-      is_complete = false;
+      ++summary.differ;
+    } catch (const Denied&) {
+      throw;
+    } catch (const Failure& failure) {
+      ReportWarning(record.queue + " failed: " + failure.what());
+      ++summary.failed;
     }
   }
   WriteAnswer(std::to_string(changed) + (changed == 1 ? " queue" : " queues") + " restored\n");
-  if (!is_complete) throw Verdict(ExitStatus::kDifferent);
+  if (summary.Status() != ExitStatus::kSuccess) throw Verdict(summary.Status());
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// The verb "apply": makes what the devices have the defaults of their queues.
+// The verb "apply": sets the PPD defaults of queues to what their devices have.
 #ifndef INFO_ANALYZE_CLI_APPLY_APPLY_H_
 #define INFO_ANALYZE_CLI_APPLY_APPLY_H_
 

@@ -54,22 +54,23 @@ void SetDefaults(const std::string& queue, const std::vector<NewDefault>& defaul
   Replace(queue, after, options);
 }
 
-std::vector<NewDefault> Undo(const UndoRecord& record, const ChangeOptions& options) {
+Undone Undo(const UndoRecord& record, const ChangeOptions& options) {
   const std::string now = FetchPpdFromServer(record.queue, options.timeout);
   std::string before = now;
-  std::vector<NewDefault> undone;
+  Undone undone;
   for (const ChangedDefault& changed : record.defaults) {
     const std::vector<std::string> texts = DefaultTexts(now, changed.keyword);
     if (texts == changed.before) continue;
     if (texts != std::vector<std::string>(changed.before.size(), changed.after)) {
       ReportWarning(record.queue + ": " + changed.keyword +
                     " has changed since, so it is left as it is");
+      undone.is_complete = false;
       continue;
     }
     before = WithDefaultTexts(before, changed.keyword, changed.before);
-    undone.push_back({changed.keyword, changed.after, changed.before.back()});
+    undone.defaults.push_back({changed.keyword, changed.after, changed.before.back()});
   }
-  if (undone.empty()) return undone;
+  if (undone.defaults.empty()) return undone;
   RequireIdleQueue(record.queue, options);
   Replace(record.queue, before, options);
   return undone;

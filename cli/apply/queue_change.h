@@ -41,9 +41,14 @@ void SetDefaults(const std::string& queue, const std::vector<NewDefault>& defaul
                  const ChangeOptions& options,
                  const std::function<void(const UndoRecord&)>& keep_record);
 
-// Gives the lines of the PPD the texts that they had before, and returns the defaults that it
-// changed. What has changed since is left as it is, and reported.
-[[nodiscard]] std::vector<NewDefault> Undo(const UndoRecord& record, const ChangeOptions& options);
+struct Undone {
+  std::vector<NewDefault> defaults;
+  bool is_complete = true;  // no default has changed since
+};
+
+// Gives the lines of the PPD the texts that they had before. What has changed since is left as it
+// is, and reported.
+[[nodiscard]] Undone Undo(const UndoRecord& record, const ChangeOptions& options);
 
 }  // namespace ia::cli
 

@@ -1,8 +1,10 @@
 #include "cli/apply/undo_file.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstddef>
@@ -74,16 +76,37 @@ constexpr std::size_t kMaxSize = std::size_t{256} << 20;
   return json.dump(-1, ' ', true) + "\n";
 }
 
+// A line of its own in a PPD could name a filter, which CUPS would run.
+[[nodiscard]] std::string TakeText(const Json& json) {
+  std::string text = FromUtf8(json.get<std::string>());
+  const bool is_one_line = std::ranges::none_of(
+      text, [](char byte) { return (byte >= 0 && byte < ' ' && byte != '\t') || byte == 0x7F; });
+  if (!is_one_line) throw std::invalid_argument("a control character");
+  return text;
+}
+
+// What others can write is not written into PPDs.
+void RequireTrust(const std::string& path) {
+  struct stat status = {};
+  if (stat(path.c_str(), &status) != 0) return;  // which reading it reports
+  if (status.st_uid != geteuid() && status.st_uid != 0) {
+    Fail(path, "belongs to a different user", "name the file that your apply has printed");
+  }
+  if ((status.st_mode & (S_IWGRP | S_IWOTH)) != 0) {
+    Fail(path, "other users can write to it", "check it, and use chmod 600");
+  }
+}
+
 [[nodiscard]] UndoRecord Read(const Json& json) {
   UndoRecord record;
   if (json.at("undo_version") != kUndoVersion) throw std::invalid_argument("a different version");
-  record.queue = FromUtf8(json.at("queue").get<std::string>());
+  record.queue = TakeText(json.at("queue"));
   for (const Json& changed : json.at("defaults")) {
     ChangedDefault& of_record = record.defaults.emplace_back();
-    of_record.keyword = FromUtf8(changed.at("keyword").get<std::string>());
-    of_record.after = FromUtf8(changed.at("after").get<std::string>());
+    of_record.keyword = TakeText(changed.at("keyword"));
+    of_record.after = TakeText(changed.at("after"));
     for (const Json& text : changed.at("before")) {
-      of_record.before.push_back(FromUtf8(text.get<std::string>()));
+      of_record.before.push_back(TakeText(text));
     }
   }
   return record;
@@ -100,9 +123,9 @@ constexpr std::size_t kMaxSize = std::size_t{256} << 20;
 
 std::string StateFolder() {
   const char* const of_service = std::getenv("STATE_DIRECTORY");  // set by systemd
-  std::string folder = of_service != nullptr ? of_service
-                       : geteuid() == 0      ? "/var/lib/info-analyze"
-                                             : FolderOfUser();
+  std::string folder = geteuid() == 0 ? "/var/lib/info-analyze" : FolderOfUser();
+  if (of_service != nullptr)
+    folder = std::string(of_service).substr(0, std::string_view(of_service).find(':'));
   std::error_code error;
   std::filesystem::create_directories(folder, error);
   if (!error) return folder;
@@ -121,11 +144,18 @@ UndoFile::~UndoFile() {
   if (descriptor_ >= 0) close(descriptor_);
 }
 
-void UndoFile::Add(const UndoRecord& record) {
-  if (descriptor_ < 0) {
-    descriptor_ = open(path_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
-  }
+void UndoFile::Make() {
+  descriptor_ = open(path_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
   if (descriptor_ < 0) Fail(path_, std::strerror(errno), "check its folder");
+  const std::string folder = std::filesystem::absolute(path_).parent_path().string();
+  const int of_folder = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  const bool is_on_disk = of_folder >= 0 && fsync(of_folder) == 0;
+  if (of_folder >= 0) close(of_folder);
+  if (!is_on_disk) Fail(path_, std::strerror(errno), "check its folder");
+}
+
+void UndoFile::Add(const UndoRecord& record) {
+  if (descriptor_ < 0) Make();
   try {
     WriteAll(descriptor_, Write(record));
   } catch (const std::system_error& error) {
@@ -143,6 +173,7 @@ std::string NewUndoPath(const std::string& folder) {
 }
 
 std::vector<UndoRecord> ReadUndoFile(const std::string& path) {
+  RequireTrust(path);
   std::vector<UndoRecord> records;
   try {
     std::string text = ReadRegularFile(path, kMaxSize);

@@ -38,6 +38,8 @@ class UndoFile {
   [[nodiscard]] const std::string& path() const { return path_; }
 
  private:
+  void Make();
+
   std::string path_;
   int descriptor_ = -1;
 };
@@ -45,8 +47,8 @@ class UndoFile {
 // In a folder of undo files: "2026-11-22T160850Z-1234.json".
 [[nodiscard]] std::string NewUndoPath(const std::string& folder);
 
-// Throws a Failure for what is no undo file. A last line that is not complete is left out: its
-// queue was not changed.
+// Throws a Failure for what is no undo file, or what other users can write to. A last line that is
+// not complete is left out: its queue was not changed.
 [[nodiscard]] std::vector<UndoRecord> ReadUndoFile(const std::string& path);
 
 }  // namespace ia::cli

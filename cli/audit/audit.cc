@@ -146,6 +146,8 @@ void AddAuditOptions(CLI::App& verb, AuditPlan& plan, std::vector<std::string>& 
   AddDriverOption(verb, plan.scope.location);
   AddDocumentsOption(verb, plan.scope.location);
   AddTimeoutOption(verb, plan.scope.location);
+  verb.get_option("--timeout")
+      ->description("Wait at most this long for a CUPS server, and as long for each queue");
   AddConfigOption(verb, plan.scope.location);
   plan.jobs = static_cast<int>(std::clamp(std::thread::hardware_concurrency(), 1U, 256U));
   verb.add_option("-j,--jobs", plan.jobs, "Judge this many queues at the same time")

@@ -91,6 +91,12 @@ void RequirePpd(const std::string& queue, std::string_view ppd) {
   return fs::exists(path + "/" + kSnapshotListName) ? path : "";
 }
 
+[[nodiscard]] std::string ReasonOf(const Failure& failure) {
+  return MessageOf({.action = failure.parts().action,
+                    .object = failure.parts().object,
+                    .cause = failure.parts().cause});
+}
+
 // Replaces an earlier one as a whole.
 void Save(const Snapshot& snapshot, const std::string& folder) {
   const std::string path = folder + "/" + snapshot.queue + std::string(kArchiveSuffix);
@@ -150,9 +156,7 @@ Judgement Judge::Of(const Target& target) {
     judgement.reason = failure.parts().cause;
   } catch (const Failure& failure) {
     judgement.state = QueueState::kFailed;
-    judgement.reason = MessageOf({.action = failure.parts().action,
-                                  .object = failure.parts().object,
-                                  .cause = failure.parts().cause});
+    judgement.reason = ReasonOf(failure);
     judgement.hint = failure.parts().hint;
   } catch (const std::bad_alloc&) {
     throw;  // the memory of the process is used up
@@ -160,6 +164,8 @@ Judgement Judge::Of(const Target& target) {
     judgement.state = QueueState::kFailed;
     judgement.reason = error.what();
   }
+  if (judgement.state != QueueState::kJudged)
+    judgement.options.clear();  // such as before a full disk
   return judgement;
 }
 
@@ -233,8 +239,14 @@ void Judge::CompareWithEarlier(const Printer& printer, Judgement& judgement) {
   earlier.snapshot = FindSnapshot(scope_.since, judgement.queue);
   earlier.is_live = false;
   if (earlier.snapshot.empty()) return;
-  judgement.since = ReadSnapshot(earlier.snapshot).date;
-  const Printer before = Query(earlier);
+  Printer before;
+  try {
+    judgement.since = ReadSnapshot(earlier.snapshot).date;
+    before = Query(earlier);
+  } catch (const Failure& failure) {
+    judgement.reason = ReasonOf(failure);
+    return;
+  }
   for (const PrinterOption& option : printer.options) {
     const auto hit = std::ranges::find(before.options, option.keyword, &PrinterOption::keyword);
     if (hit == before.options.end() || hit->value == option.value) continue;

@@ -24,11 +24,11 @@ struct JudgedOption {
   std::string reason;  // why it is unknown or not offered
 };
 
-// A value of the device that an earlier snapshot has differently.
+// A value of the device that differs from that of an earlier snapshot.
 struct ChangedOption {
   std::string keyword;
-  std::string before;  // empty: it did not have the option
-  std::string after;   // empty: it has it no more
+  std::string before;
+  std::string after;
 };
 
 enum class QueueState {
@@ -42,7 +42,7 @@ struct Judgement {
   std::string snapshot;    // path; empty: the queue is live
   std::string model_code;  // empty: none
   QueueState state = QueueState::kJudged;
-  std::string reason;  // why it is not judged
+  std::string reason;  // why it is not judged, or not compared with an earlier snapshot
   std::string hint;
   std::vector<JudgedOption> options;
   std::string since;  // when the earlier snapshot was taken; empty: none

@@ -68,7 +68,7 @@ using Json = nlohmann::ordered_json;
 }
 
 [[nodiscard]] std::string TextOf(const ChangedOption& change, const std::string& since) {
-  return change.keyword + " " + change.before + " -> " + change.after + " since " + since;
+  return change.keyword + " was " + change.before + " at " + since + " and is " + change.after;
 }
 
 // "3 differ, 1 unknown".
@@ -138,6 +138,7 @@ std::string TextOf(const Judgement& judgement, bool with_equal) {
     if (with_equal || option.state != OptionState::kEqual) details.push_back(TextOf(option));
   }
   for (std::string& change : ChangesOf(judgement)) details.push_back(std::move(change));
+  if (!judgement.reason.empty()) details.push_back("not compared: " + judgement.reason);
   std::vector<std::string> parts = {NameOf(judgement), CountsOf(judgement)};
   if (!with_equal && !details.empty()) parts.push_back(Join(details));
   std::string text = Line(parts);
@@ -167,6 +168,9 @@ std::string LogOf(const Judgement& judgement) {
     if (option.state != OptionState::kEqual) lines.push_back(TextOf(option));
   }
   for (std::string& change : ChangesOf(judgement)) lines.push_back(std::move(change));
+  if (judgement.state == QueueState::kJudged && !judgement.reason.empty()) {
+    lines.push_back("not compared: " + judgement.reason);
+  }
   std::string text;
   for (const std::string& line : lines) text += Printable(NameOf(judgement) + ": " + line) + "\n";
   return text;

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <string>
@@ -70,6 +71,32 @@ TEST_F(UndoFiles, CanLackTheEndOfTheirLastLine) {
   }
   root_.Write("undo.json", line.substr(0, 10));
   EXPECT_THAT(ReadUndoFile(path_), IsEmpty());
+}
+
+// A PPD's line could name a filter, which CUPS runs as a user of its own.
+TEST_F(UndoFiles, CannotAddLinesToAPpd) {
+  for (const char* const text : {"None\\n*cupsFilter2: x", "\\r", "\\u0000", "\\u001b"}) {
+    root_.Write("undo.json", std::string(R"({"undo_version":1,"queue":"q","defaults":[)") +
+                                 R"({"keyword":"X","before":[")" + text + R"("],"after":"A"}]})" +
+                                 "\n");
+    std::filesystem::permissions(path_, std::filesystem::perms(0600));
+    EXPECT_THROW((void)ReadUndoFile(path_), Failure) << text;
+  }
+}
+
+TEST_F(UndoFiles, ThatOthersCanWriteAreRefused) {
+  {
+    UndoFile(path_).Add(record_);
+  }
+  EXPECT_THAT(ReadUndoFile(path_), SizeIs(1));
+  std::filesystem::permissions(path_, std::filesystem::perms(0620));
+  EXPECT_THROW((void)ReadUndoFile(path_), Failure);
+  std::filesystem::permissions(path_, std::filesystem::perms(0600));
+  if (geteuid() == 0 && chown(path_.c_str(), 0, 0) == 0) {
+    EXPECT_THAT(ReadUndoFile(path_), SizeIs(1));
+    ASSERT_EQ(chown(path_.c_str(), 65534, 65534), 0);
+    EXPECT_THROW((void)ReadUndoFile(path_), Failure);
+  }
 }
 
 TEST_F(UndoFiles, OfADifferentFormatAreRefused) {

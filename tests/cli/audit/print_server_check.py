@@ -159,6 +159,12 @@ def check_whole_server(checker, queues):
     checker.expect(server.ppds() == changed, "a second apply changes PPDs")
 
     print_step("undo")
+    kept = server.ppd("q0000").read_bytes()
+    server.ppd("q0000").write_bytes(kept.replace(b"*DefaultQVDupUnit: True", b"*DefaultQVDupUnit: Mine"))
+    run = checker.run("apply", "--undo", undo, status=10)
+    checker.expect("q0000: QVDupUnit has changed since" in run.stderr, run.stderr[-300:])
+    server.ppd("q0000").write_bytes(
+        server.ppd("q0000").read_bytes().replace(b"*DefaultQVDupUnit: Mine", b"*DefaultQVDupUnit: True"))
     checker.run("apply", "--undo", undo, status=0)
     checker.expect(server.ppds() == before, "undo does not restore the bytes")
     left = list((checker.root / "tmp").iterdir())
@@ -295,6 +301,12 @@ def check_snapshots(checker):
     checker.expect(not changed["q0000"]["changes"], changed["q0000"]["changes"])
     same, _ = checker.judgements(*names, "--since", folder)
     checker.expect(not any(same[name]["changes"] for name in names), "saved snapshots are old")
+    (folder / "q0003.tar.gz").write_bytes(b"damaged")
+    for save in (["--save", folder], []):  # the second one reads what the first one saved
+        judged, _ = checker.judgements("q0003", "--since", folder, *save)
+        judged = judged["q0003"]
+        checker.expect(judged["state"] == "judged" and judged["options"] == live["q0003"]["options"]
+                       and (judged["reason"] is not None) == bool(save), judged)
     log = checker.run("audit", "shared1", "--format", "log").stdout.splitlines()[:-1]
     checker.expect(len(log) == same["shared1"]["differ"] and
                    all(line.startswith("shared1: QV") for line in log), log)
