@@ -17,10 +17,10 @@ void RequireIdleQueue(const std::string& queue, const ChangeOptions& options) {
   throw LeftAlone("a job is being printed; wait for it, or use --force");
 }
 
-void RequireDefault(const PpdOptions& ppd, const NewDefault& wanted) {
-  const auto option = ppd.find(wanted.keyword);
-  const bool is_as_before = option != ppd.end() && option->second.default_choice == wanted.before;
-  if (!is_as_before) throw LeftAlone("its PPD has changed since it was judged; run apply again");
+[[nodiscard]] bool HasDefault(const PpdOptions& ppd, const std::string& keyword,
+                              const std::string& choice) {
+  const auto option = ppd.find(keyword);
+  return option != ppd.end() && option->second.default_choice == choice;
 }
 
 // The server may answer with success before a full disk shows.
@@ -43,11 +43,20 @@ void SetDefaults(const std::string& queue, const std::vector<NewDefault>& defaul
   UndoRecord record = {.queue = queue, .defaults = {}};
   std::string after = before;
   for (const NewDefault& wanted : defaults) {
-    RequireDefault(ppd_options, wanted);
+    if (!HasDefault(ppd_options, wanted.keyword, wanted.before)) {
+      throw LeftAlone("its PPD has changed since it was judged; run apply again");
+    }
     const std::vector<std::string> texts = DefaultTexts(before, wanted.keyword);
     after = WithDefaultTexts(after, wanted.keyword,
                              std::vector<std::string>(texts.size(), wanted.after));
     record.defaults.push_back({wanted.keyword, texts, wanted.after});
+  }
+  const PpdOptions changed_options = ParsePpdOptions(after);
+  for (const NewDefault& wanted : defaults) {
+    if (!HasDefault(changed_options, wanted.keyword, wanted.after)) {
+      throw LeftAlone("its PPD has an unusual line *Default" + wanted.keyword +
+                      "; edit it by hand");
+    }
   }
   RequireIdleQueue(queue, options);
   keep_record(record);

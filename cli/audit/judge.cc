@@ -30,8 +30,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::string_view kArchiveSuffix = ".tar.gz";
-
 // All handlers run, also where a document is missing: what then lacks data says so itself.
 [[nodiscard]] OptionListPtr RunAllUpdates(AnalyzeContext& analyzer) {
   OptionListPtr options = StartOptionList();

@@ -72,7 +72,7 @@ namespace fs = std::filesystem;
 
 [[nodiscard]] bool IsSnapshot(const fs::path& path) {
   std::error_code ignored;
-  return path.string().ends_with(".tar.gz") || fs::exists(path / kSnapshotListName, ignored);
+  return IsArchiveName(path.string()) || fs::exists(path / kSnapshotListName, ignored);
 }
 
 [[nodiscard]] bool IsHidden(const fs::path& path) {

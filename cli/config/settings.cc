@@ -50,8 +50,7 @@ constexpr const char* kModelSection = "driver-folders";
   return Quoted(text) + " is not a number of seconds from 1 to " + std::to_string(kMaxTimeout);
 }
 
-// The format
-// ---------------------------------------------------------------------------------------
+// The format --------------------------------------------------------------------------------------
 
 [[noreturn]] void FailForFile(const std::string& path, const std::string& cause,
                               const std::string& hint = "see CONFIGURATION in info-analyze(1)") {
@@ -114,8 +113,7 @@ void RequireWellFormed(const std::string& path, std::string_view text) {
   }
 }
 
-// The settings of a file
-// ---------------------------------------------------------------------------
+// The settings of a file --------------------------------------------------------------------------
 
 // What one file sets.
 struct FileSettings {
@@ -191,8 +189,7 @@ void TakeModel(const CLI::ConfigItem& item, const std::string& path, FileSetting
   return found;
 }
 
-// All places
-// ---------------------------------------------------------------------------------------
+// All places --------------------------------------------------------------------------------------
 
 // A file's driver folder is for all models, those of earlier files included.
 void Override(Settings& settings, FileSettings found) {

@@ -505,7 +505,8 @@ std::vector<ServerQueue> ListQueuesOfRoot(const std::string& root) {
   std::vector<ServerQueue> queues;
   for (const auto& entry : std::filesystem::directory_iterator(folder, error)) {
     const std::filesystem::path& file = entry.path();
-    if (file.extension() != ".ppd") continue;
+    std::error_code ignored;
+    if (file.extension() != ".ppd" || !entry.is_regular_file(ignored)) continue;
     queues.push_back({.name = file.stem().string(), .ppd_time = ModificationTime(file)});
   }
   if (error) {

@@ -58,7 +58,8 @@ void TakeSnapshot(const SnapshotQuestion& question) {
 
 void DefineSnapshot(CLI::App& verb) {
   const auto question = std::make_shared<SnapshotQuestion>();
-  verb.add_option("PATH", question->path, "New folder, or new archive if it ends with .tar.gz")
+  verb.add_option("PATH", question->path,
+                  "New folder, or new archive if it ends with .tar.gz or .tgz")
       ->required();
   AddCupsOptions(verb, question->location);
   AddDocumentsOption(verb, question->location);

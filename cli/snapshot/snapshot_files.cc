@@ -25,8 +25,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr std::string_view kArchiveName = ".tar.gz";
-
 [[noreturn]] void Fail(const std::string& snapshot, const std::string& cause) {
   throw Failure(ExitStatus::kSnapshot, {.object = "snapshot " + snapshot, .cause = cause});
 }
@@ -62,7 +60,7 @@ void WriteWhole(const Files& files, const fs::path& path) {
   fs::create_directories(path.parent_path());
   const TemporaryFolder folder(path.parent_path().string());
   const fs::path made = fs::path(folder.path()) / "made";
-  if (path.string().ends_with(kArchiveName)) {
+  if (IsArchiveName(path.string())) {
     WriteFile(made, Pack(files));
   } else {
     MakeFolder(made);
@@ -106,6 +104,10 @@ void WriteWhole(const Files& files, const fs::path& path) {
 }
 
 }  // namespace
+
+bool IsArchiveName(std::string_view path) {
+  return path.ends_with(kArchiveSuffix) || path.ends_with(".tgz");
+}
 
 bool IsFolder(const std::string& path) {
   std::error_code ignored;

@@ -3,13 +3,19 @@
 #define INFO_ANALYZE_CLI_SNAPSHOT_SNAPSHOT_FILES_H_
 
 #include <string>
+#include <string_view>
 
 #include "cli/snapshot/snapshot_list.h"
 
 namespace ia::cli {
 
-// Writes a new archive for a path that ends with ".tar.gz", else a new folder. Throws a Failure,
-// and leaves nothing, when it cannot be written whole.
+inline constexpr std::string_view kArchiveSuffix = ".tar.gz";
+
+// Whether a path ends with that, or with its short form ".tgz".
+[[nodiscard]] bool IsArchiveName(std::string_view path);
+
+// Writes a new archive for the name of an archive, else a new folder. Throws a Failure, and leaves
+// nothing, when it cannot be written whole.
 void WriteSnapshot(const Snapshot& snapshot, const std::string& path);
 
 // Reads and checks a folder or an archive; throws a Failure that names what is damaged.

@@ -108,6 +108,12 @@ TEST_F(ToolQueues, OfCupsMayBeNone) {
   EXPECT_EQ(RunJson(OfCups()).dump(), R"({"schema_version":1,"verb":"queues cups","queues":[]})");
 }
 
+TEST_F(ToolQueues, OfCupsHaveRegularFiles) {
+  std::filesystem::create_directories(root_ / "etc/cups/ppd/folder.ppd");
+  ASSERT_EQ(mkfifo((root_ / "etc/cups/ppd/fifo.ppd").c_str(), 0600), 0);
+  ExpectText(OfCups(), "");
+}
+
 TEST_F(ToolQueues, OfAFolderThatIsNoCupsRootAreAFailure) {
   ExpectFailure(RunTool(OfCups()), 3,
                 AllOf(HasSubstr("cannot list the queues: /etc/cups/ppd: No such file"),

@@ -54,6 +54,7 @@ constexpr auto kCannotFail = std::to_array<std::string_view>({
     // the compiler's and the C run time's
     "__errno_location",
     "__stack_chk_fail",
+    "__stack_chk_guard",  // on ARM
     "__cxa_finalize",
     "__gmon_start__",
     "_ITM_deregisterTMCloneTable",

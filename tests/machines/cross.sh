@@ -14,7 +14,8 @@ DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "g
 
 export CMAKE_C_COMPILER_LAUNCHER=ccache CMAKE_CXX_COMPILER_LAUNCHER=ccache
 cmake --preset release -DCMAKE_SYSTEM_NAME=Linux -DCMAKE_SYSTEM_PROCESSOR="${triplet%%-*}" \
-  -DCMAKE_C_COMPILER="$triplet-gcc" -DCMAKE_CXX_COMPILER="$triplet-g++"
+  -DCMAKE_C_COMPILER="$triplet-gcc" -DCMAKE_CXX_COMPILER="$triplet-g++" \
+  -DINFO_ANALYZE_TEST_TIMEOUT=7200
 cmake --build --preset release -- --quiet
 rm -rf "$build/test-results"
 export RC_PARAMS=max_success=100  # a tenth of the cases, in as much time as all of them take here

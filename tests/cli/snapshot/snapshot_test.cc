@@ -263,6 +263,11 @@ TEST_F(ToolSnapshot, ArchiveHasTheFilesOfTheFolder) {
   EXPECT_EQ(Lines(run.out), Lines("device-info\nppd\nsnapshot.json\n"));
 }
 
+TEST_F(ToolSnapshot, ArchiveCanHaveAShortSuffix) {
+  EXPECT_EQ(TakeTo(root_ / "kept.tgz").err, "");
+  EXPECT_TRUE(std::filesystem::is_regular_file(root_ / "kept.tgz"));
+}
+
 TEST_F(ToolSnapshot, ArchiveOfGnuTarIsRead) {
   Take();
   for (const std::string format : {"gnu", "posix", "ustar"}) {
