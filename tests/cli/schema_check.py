@@ -93,8 +93,8 @@ def line_of_audit(answer):
     counts = [f"{differ} {'differs' if differ == 1 else 'differ'}"] * bool(differ)
     counts += [f"{unknown} unknown"] * bool(unknown)
     details = [text_of_option(option) for option in answer["options"]]
-    details += [f"{change['keyword']} {change['before']} -> {change['after']} since "
-                f"{answer['since']}" for change in answer["changes"]]
+    details += [f"{change['keyword']} was {change['before']} at {answer['since']} and is "
+                f"{change['after']}" for change in answer["changes"]]
     return "  ".join(filter(None, (name, ", ".join(counts) or "right", ", ".join(details))))
 
 
