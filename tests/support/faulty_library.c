@@ -19,7 +19,7 @@ static void leave(void) { exit(0); }
 /* As a library that leaks without end. */
 static void grab(void) {
   for (;;) {
-    char *memory = malloc(1 << 20);
+    char* memory = malloc(1 << 20);
     if (!memory) abort();
     memset(memory, 1, 1 << 20);
   }
