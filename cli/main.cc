@@ -1,6 +1,7 @@
 // info-analyze: the library's answers on the command line.
 
 #include <fcntl.h>
+#include <signal.h>
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
@@ -291,6 +292,10 @@ class HelpFormatter : public CLI::Formatter {
     return verdict.status();
   } catch (const Failure& failure) {
     return Fail(failure.status(), failure.parts());
+  } catch (const ReaderHasEnded&) {
+    signal(SIGPIPE, SIG_DFL);
+    raise(SIGPIPE);
+    return ExitStatus::kOther;
   } catch (const std::exception& error) {
     return Fail(ExitStatus::kOther, {.cause = error.what()});
   }
@@ -303,5 +308,6 @@ class HelpFormatter : public CLI::Formatter {
 int main(int argc, char** argv) {  // NOLINT(bugprone-exception-escape)
   ia::cli::OpenStandardStreams();
   ia::cli::RemoveTemporaryFoldersOnInterrupt();
+  signal(SIGPIPE, SIG_IGN);  // a failing write ends the verb instead
   return static_cast<int>(ia::cli::Run(argc, argv));
 }

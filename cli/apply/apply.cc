@@ -94,9 +94,12 @@ class Apply {
     summary_.Add(judgement);
   }
 
-  void SayHowToUndo() const {
-    if (!undo_file_ || undo_file_->IsEmpty()) return;
-    WriteAnswer("undo with: info-analyze apply --undo " + QuoteForShell(undo_file_->path()) + "\n");
+  // The command that takes the changes back; empty: there are none.
+  [[nodiscard]] std::string UndoCommand() const {
+    if (!undo_file_ || undo_file_->IsEmpty()) return "";
+    const std::string& host = question_.plan.host;
+    return "undo with: info-analyze apply --undo " + QuoteForShell(undo_file_->path()) +
+           (host.empty() ? "" : " -h " + QuoteForShell(host));
   }
 
   // Throws a Verdict unless all is right now.
@@ -105,7 +108,8 @@ class Apply {
       WriteAnswer(std::to_string(changed_) + (changed_ == 1 ? " queue" : " queues") + " changed; " +
                   TextOf(summary_));
     }
-    SayHowToUndo();
+    const std::string command = UndoCommand();
+    if (!command.empty()) WriteAnswer(command + "\n");
     if (summary_.Status() != ExitStatus::kSuccess) throw Verdict(summary_.Status());
   }
 
@@ -113,23 +117,28 @@ class Apply {
   // A queue that was set is right but for what its PPD does not offer.
   void Set(const std::vector<NewDefault>& wanted, Judgement& judgement) {
     try {
-      SetDefaults(judgement.queue, wanted, options_,
-                  [this](const UndoRecord& record) { undo_file_->Add(record); });
-      WriteAnswer(Lines(judgement.queue, wanted));
-      ++changed_;
-      failures_ = 0;
-      for (JudgedOption& option : judgement.options) {
-        if (option.state == OptionState::kDiffers) option.state = OptionState::kEqual;
-      }
+      SetDefaults(judgement.queue, wanted, options_, [this](UndoRecord record) {
+        record.server = question_.plan.scope.server.name;
+        undo_file_->Add(record);
+      });
     } catch (const LeftAlone& reason) {
       ReportWarning(judgement.queue + " is left alone: " + reason.what());
+      return;
     } catch (const Denied&) {
       throw;
     } catch (const Failure& failure) {
-      if (++failures_ == kMaxFailures) throw;
+      const bool is_of_queue = failure.status() == ExitStatus::kQueue;  // not of the undo file
+      if (!is_of_queue || ++failures_ == kMaxFailures) throw;
       judgement.state = QueueState::kFailed;
       judgement.reason = failure.what();
+      return;
     }
+    ++changed_;
+    failures_ = 0;
+    for (JudgedOption& option : judgement.options) {
+      if (option.state == OptionState::kDiffers) option.state = OptionState::kEqual;
+    }
+    WriteAnswer(Lines(judgement.queue, wanted));
   }
 
   static void ReportRest(const Judgement& judgement) {
@@ -161,11 +170,21 @@ void ApplyAll(ApplyQuestion& question) {
   plan.targets = FindLiveTargets(plan.scope, question.queues);
   try {
     JudgeAll(plan, [&](const Judgement& judgement) { apply.Do(judgement); });
-  } catch (...) {
-    apply.SayHowToUndo();
+  } catch (...) {  // such as a full standard output
+    if (!apply.UndoCommand().empty()) ReportError(apply.UndoCommand());
     throw;
   }
   apply.Finish();
+}
+
+void RequireSameServer(const std::vector<UndoRecord>& records, const std::string& server) {
+  for (const UndoRecord& record : records) {
+    if (record.server == server) continue;
+    throw Failure(ExitStatus::kQueue, {.object = "undo file",
+                                       .cause = "it is of the CUPS server at " + record.server +
+                                                ", and this one is at " + server,
+                                       .hint = "pass -h " + QuoteForShell(record.server)});
+  }
 }
 
 void UndoAll(ApplyQuestion& question) {
@@ -173,6 +192,7 @@ void UndoAll(ApplyQuestion& question) {
   location.timeout = TimeoutOf(location, CurrentSettings(location.config_file));
   const std::vector<UndoRecord> records = ReadUndoFile(question.undo);
   const ApplyLock lock(StateFolder(), TimeoutOf(question));
+  RequireSameServer(records, FetchAllQueues(TimeoutOf(question)).server.name);
   const ChangeOptions options = {TimeoutOf(question), question.is_forced};
   std::size_t changed = 0;
   AuditSummary summary;

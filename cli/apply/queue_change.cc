@@ -1,5 +1,6 @@
 #include "cli/apply/queue_change.h"
 
+#include <algorithm>
 #include <functional>
 #include <string>
 #include <vector>
@@ -26,7 +27,7 @@ void RequireIdleQueue(const std::string& queue, const ChangeOptions& options) {
 // The server may answer with success before a full disk shows.
 void Replace(const std::string& queue, const std::string& ppd, const ChangeOptions& options) {
   ReplacePpd(queue, ppd, options.timeout);
-  if (FetchPpdFromServer(queue, options.timeout) == ppd) return;
+  if (DownloadPpd(queue, options.timeout) == ppd) return;
   throw Failure(ExitStatus::kQueue, {.action = "cannot change",
                                      .object = "PPD of queue \"" + queue + "\"",
                                      .cause = "the server has a different PPD than it was given",
@@ -38,15 +39,18 @@ void Replace(const std::string& queue, const std::string& ppd, const ChangeOptio
 void SetDefaults(const std::string& queue, const std::vector<NewDefault>& defaults,
                  const ChangeOptions& options,
                  const std::function<void(const UndoRecord&)>& keep_record) {
-  const std::string before = FetchPpdFromServer(queue, options.timeout);
+  const std::string before = DownloadPpd(queue, options.timeout);
   const PpdOptions ppd_options = ParsePpdOptions(before);
-  UndoRecord record = {.queue = queue, .defaults = {}};
+  UndoRecord record = {.server = "", .queue = queue, .defaults = {}};
   std::string after = before;
   for (const NewDefault& wanted : defaults) {
     if (!HasDefault(ppd_options, wanted.keyword, wanted.before)) {
       throw LeftAlone("its PPD has changed since it was judged; run apply again");
     }
     const std::vector<std::string> texts = DefaultTexts(before, wanted.keyword);
+    if (!std::ranges::all_of(texts, IsOneLine)) {
+      throw LeftAlone("its PPD has control characters in *Default" + wanted.keyword);
+    }
     after = WithDefaultTexts(after, wanted.keyword,
                              std::vector<std::string>(texts.size(), wanted.after));
     record.defaults.push_back({wanted.keyword, texts, wanted.after});
@@ -64,7 +68,7 @@ void SetDefaults(const std::string& queue, const std::vector<NewDefault>& defaul
 }
 
 Undone Undo(const UndoRecord& record, const ChangeOptions& options) {
-  const std::string now = FetchPpdFromServer(record.queue, options.timeout);
+  const std::string now = DownloadPpd(record.queue, options.timeout);
   std::string before = now;
   Undone undone;
   for (const ChangedDefault& changed : record.defaults) {

@@ -36,7 +36,8 @@ class LeftAlone : public std::exception {
 };
 
 // Sets all of the defaults at once, and reads the PPD again to confirm it. Calls with the record
-// that takes it back before the queue is changed. Throws LeftAlone or a Failure.
+// that takes it back, without its server, before the queue is changed. Throws LeftAlone or a
+// Failure.
 void SetDefaults(const std::string& queue, const std::vector<NewDefault>& defaults,
                  const ChangeOptions& options,
                  const std::function<void(const UndoRecord&)>& keep_record);

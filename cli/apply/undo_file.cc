@@ -71,17 +71,17 @@ constexpr std::size_t kMaxSize = std::size_t{256} << 20;
                         {"before", before},
                         {"after", ToUtf8(changed.after)}});
   }
-  const Json json = {
-      {"undo_version", kUndoVersion}, {"queue", ToUtf8(record.queue)}, {"defaults", defaults}};
+  const Json json = {{"undo_version", kUndoVersion},
+                     {"server", ToUtf8(record.server)},
+                     {"queue", ToUtf8(record.queue)},
+                     {"defaults", defaults}};
   return json.dump(-1, ' ', true) + "\n";
 }
 
 // A line of its own in a PPD could name a filter, which CUPS would run.
 [[nodiscard]] std::string TakeText(const Json& json) {
   std::string text = FromUtf8(json.get<std::string>());
-  const bool is_one_line = std::ranges::none_of(
-      text, [](char byte) { return (byte >= 0 && byte < ' ' && byte != '\t') || byte == 0x7F; });
-  if (!is_one_line) throw std::invalid_argument("a control character");
+  if (!IsOneLine(text)) throw std::invalid_argument("a control character");
   return text;
 }
 
@@ -100,6 +100,7 @@ void RequireTrust(const std::string& path) {
 [[nodiscard]] UndoRecord Read(const Json& json) {
   UndoRecord record;
   if (json.at("undo_version") != kUndoVersion) throw std::invalid_argument("a different version");
+  record.server = TakeText(json.at("server"));
   record.queue = TakeText(json.at("queue"));
   for (const Json& changed : json.at("defaults")) {
     ChangedDefault& of_record = record.defaults.emplace_back();
@@ -121,23 +122,32 @@ void RequireTrust(const std::string& path) {
 
 }  // namespace
 
+bool IsOneLine(const std::string& text) {
+  return std::ranges::none_of(
+      text, [](char byte) { return (byte >= 0 && byte < ' ' && byte != '\t') || byte == 0x7F; });
+}
+
 std::string StateFolder() {
   const char* const of_service = std::getenv("STATE_DIRECTORY");  // set by systemd
   std::string folder = geteuid() == 0 ? "/var/lib/info-analyze" : FolderOfUser();
-  if (of_service != nullptr)
+  if (of_service != nullptr && *of_service != '\0') {
     folder = std::string(of_service).substr(0, std::string_view(of_service).find(':'));
+  }
   std::error_code error;
   std::filesystem::create_directories(folder, error);
   if (!error) return folder;
   throw Failure(ExitStatus::kOther, {.object = "folder " + folder,
                                      .cause = "cannot be made: " + error.message(),
-                                     .hint = "name an undo file with --save-undo"});
+                                     .hint = "run as a user who may make it"});
 }
 
 UndoFile::UndoFile(std::string path) : path_(std::move(path)) {
   if (std::filesystem::exists(std::filesystem::symlink_status(path_))) {
     Fail(path_, "exists already", "name a new file");
   }
+  const std::string folder = std::filesystem::absolute(path_).parent_path().string();
+  if (access(folder.c_str(), W_OK | X_OK) != 0)
+    Fail(path_, std::strerror(errno), "check its folder");
 }
 
 UndoFile::~UndoFile() {
@@ -177,7 +187,11 @@ std::vector<UndoRecord> ReadUndoFile(const std::string& path) {
   std::vector<UndoRecord> records;
   try {
     std::string text = ReadRegularFile(path, kMaxSize);
-    text.resize(text.rfind('\n') + 1);
+    const std::size_t complete = text.rfind('\n') + 1;
+    if (complete != text.size() || text.empty()) {
+      ReportWarning("undo file " + path + ": its end is missing; what it has is restored");
+    }
+    text.resize(complete);
     ForEachLine(text, [&](std::string_view line) { records.push_back(Read(Json::parse(line))); });
   } catch (const FileFault& fault) {
     Fail(path, fault.what(), "name the file that apply has printed");

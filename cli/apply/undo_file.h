@@ -15,9 +15,13 @@ struct ChangedDefault {
 };
 
 struct UndoRecord {
+  std::string server;  // host and port, or the path of a socket
   std::string queue;
   std::vector<ChangedDefault> defaults;
 };
+
+// Whether a PPD and an undo file can have the text.
+[[nodiscard]] bool IsOneLine(const std::string& text);
 
 // The folder of undo files and of the lock: that of the system's services or of the user. Makes it;
 // throws a Failure.

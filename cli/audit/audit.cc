@@ -3,6 +3,7 @@
 #include <stdlib.h>
 
 #include <algorithm>
+#include <charconv>
 #include <chrono>
 #include <cstddef>
 #include <filesystem>
@@ -10,6 +11,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <system_error>
 #include <thread>
 #include <vector>
 
@@ -18,11 +20,11 @@
 #include "cli/audit/targets.h"
 #include "cli/config/patterns.h"
 #include "cli/config/settings.h"
+#include "cli/printer/queue_ppd.h"
 #include "cli/printer/worker_pool.h"
 #include "cli/terminal/failure.h"
 #include "cli/terminal/output.h"
 #include "cli/terminal/progress_bar.h"
-#include "cli/terminal/temporary_folder.h"
 
 namespace ia::cli {
 namespace {
@@ -69,7 +71,13 @@ struct AuditQuestion {
 }
 
 void RequireFolder(const std::string& path) {
-  if (path.empty() || std::filesystem::is_directory(path)) return;
+  std::error_code ignored;
+  if (path.empty() || std::filesystem::is_directory(path, ignored)) return;
+  if (std::filesystem::exists(path, ignored)) {
+    throw Failure(
+        ExitStatus::kSnapshot,
+        {.object = path, .cause = "is not a folder", .hint = "name the folder of the snapshots"});
+  }
   throw Failure(ExitStatus::kSnapshot,
                 {.object = "folder " + path, .cause = "does not exist", .hint = "make it first"});
 }
@@ -78,6 +86,21 @@ void RequireFolder(const std::string& path) {
   if (question.format == "json") return JsonOf(judgement, question.with_equal);
   if (question.format == "log") return LogOf(judgement);
   return TextOf(judgement, question.with_equal);
+}
+
+// The folder of the environment is that of a different server.
+void UseServer(const std::string& host) {
+  const std::size_t colon = host.find(':');
+  const bool has_port = colon != std::string::npos && colon == host.rfind(':');  // no IPv6 address
+  const std::string port = has_port ? host.substr(colon + 1) : "631";
+  int number = 0;
+  const auto [end, error] = std::from_chars(port.data(), port.data() + port.size(), number);
+  const bool is_port = error == std::errc() && end == port.data() + port.size();
+  if (host.empty() || !is_port || number < 1 || number > 65535) {
+    throw CLI::ValidationError("--host", "\"" + host + "\" is no HOST or HOST:PORT");
+  }
+  setenv("CUPS_SERVER", host.c_str(), 1);
+  unsetenv("CUPS_SERVERROOT");
 }
 
 [[nodiscard]] std::string FormatOf(const AuditSummary& summary, const std::string& format) {
@@ -112,16 +135,13 @@ void UseSettings(AuditPlan& plan, bool needs_documents) {
 }
 
 void JudgeAll(const AuditPlan& plan, const std::function<void(const Judgement&)>& use) {
-  const TemporaryFolder folder;  // also for what workers leave that are killed
+  const TemporaryFiles folder("");  // also for what workers leave that are killed
   const WorkerLimits limits = {.workers = plan.jobs,
                                .seconds = std::chrono::seconds(plan.scope.location.timeout),
                                .memory = kLimitsMemory ? kMemory : 0};
   std::unique_ptr<Judge> judge;  // of the worker process
   const auto work = [&](const std::string& task) {
-    if (!judge) {
-      setenv("TMPDIR", folder.path().c_str(), 1);
-      judge = std::make_unique<Judge>(plan.scope);
-    }
+    if (!judge) judge = std::make_unique<Judge>(plan.scope);
     return Write(judge->Of(ReadTarget(task)));
   };
   auto next = plan.targets.begin();
@@ -156,10 +176,9 @@ void AddAuditOptions(CLI::App& verb, AuditPlan& plan, std::vector<std::string>& 
       ->default_str("number of cores");
   // As the tools of CUPS have it, so that -h is not the help of this verb.
   verb.set_help_flag("--help", "Print this help message and exit");
-  verb.add_option_function<std::string>(
-          "-h,--host", [](const std::string& host) { setenv("CUPS_SERVER", host.c_str(), 1); },
-          "Ask the CUPS server HOST, or HOST:PORT")
-      ->type_name("HOST");
+  verb.add_option("-h,--host", plan.host, "Ask the CUPS server HOST, or HOST:PORT")
+      ->type_name("HOST")
+      ->each(UseServer);
 }
 
 void DefineAudit(CLI::App& verb) {

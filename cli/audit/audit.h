@@ -17,7 +17,8 @@ void DefineAudit(CLI::App& verb);
 struct AuditPlan {
   AuditScope scope;
   std::vector<Target> targets;
-  int jobs = 1;  // processes
+  int jobs = 1;      // processes
+  std::string host;  // of the CUPS server; empty: that of the environment
 };
 
 // Completes the plan from the settings; throws a CLI::RequiredError when neither they nor the

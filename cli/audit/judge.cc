@@ -5,11 +5,13 @@
 #include <cstdint>
 #include <exception>
 #include <filesystem>
+#include <iterator>
 #include <memory>
 #include <new>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -99,9 +101,15 @@ void RequirePpd(const std::string& queue, std::string_view ppd) {
 void Save(const Snapshot& snapshot, const std::string& folder) {
   const std::string path = folder + "/" + snapshot.queue + std::string(kArchiveSuffix);
   const std::string made = folder + "/." + snapshot.queue + ".new" + std::string(kArchiveSuffix);
-  fs::remove(made);
+  std::error_code error;
+  fs::remove(made, error);
   WriteSnapshot(snapshot, made);
-  fs::rename(made, path);
+  fs::rename(made, path, error);
+  if (!error) return;
+  std::error_code ignored;
+  fs::remove(made, ignored);
+  throw Failure(ExitStatus::kSnapshot,
+                {.action = "cannot replace", .object = path, .cause = error.message()});
 }
 
 }  // namespace
@@ -211,6 +219,9 @@ Judge::Printer Judge::Query(const Target& target) {
   const char* const code = analyzer->driver_name;
   printer.model_code = code != nullptr ? code : "";
   printer.options = OptionsOf(*analyzer, options->next, ParsePpdOptions(printer.ppd));
+  std::ranges::move(
+      OptionsWithoutDocument(*analyzer, printer.options, ParsePpdOptions(printer.ppd)),
+      std::back_inserter(printer.options));
   printer.location = location;
   return printer;
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <iterator>
 #include <string>
 #include <vector>
@@ -9,6 +10,7 @@
 #include "cli/explain/decision.h"
 #include "cli/explain/explanation.h"
 #include "cli/explain/unknown_values.h"
+#include "cli/provenance/provenance.h"
 #include "cli/provenance/raw_values.h"
 
 namespace ia::cli {
@@ -53,7 +55,67 @@ void AddUnknownValues(AnalyzeContext& analyzer, std::vector<Explanation>& explan
   }
 }
 
+[[nodiscard]] bool IsLoaded(const AnalyzeContext& analyzer, std::int32_t document) {
+  return document < 0 || document >= IA_DOCUMENT_COUNT ||
+         analyzer.documents[document].xml != nullptr;
+}
+
+// Why an update handler does not set the option: a document that the option depends on, or the one
+// without which the handler does not run. Empty: none is missing.
+[[nodiscard]] std::string MissingDocument(const AnalyzeContext& analyzer, const Update& update,
+                                          const Option& option) {
+  for (const InputKey* const input : InputsOf(option, analyzer.driver_name)) {
+    if (IsLoaded(analyzer, input->document)) continue;
+    return FormatRawValue(
+        {.input = input, .key = input->key, .state = RawState::kNoDocument, .value = nullptr});
+  }
+  if (IsLoaded(analyzer, update.guard)) return "";
+  return std::string(Analyze_Provenance_GetDocumentName(update.guard)) +
+         " cannot be read: the document is not loaded";
+}
+
+// The names of these options are in the PPD alone: QVCas1MediaType, QVManualMediaType.
+[[nodiscard]] bool IsMediaType(const std::string& keyword) {
+  return keyword.starts_with("QV") && keyword.ends_with("MediaType");
+}
+
+[[nodiscard]] bool HasOption(const std::vector<PrinterOption>& options,
+                             const std::string& keyword) {
+  return std::ranges::find(options, keyword, &PrinterOption::keyword) != options.end();
+}
+
 }  // namespace
+
+std::vector<PrinterOption> OptionsWithoutDocument(const AnalyzeContext& analyzer,
+                                                  const std::vector<PrinterOption>& options,
+                                                  const PpdOptions& ppd) {
+  std::vector<PrinterOption> lacking;
+  const auto add = [&](const std::string& keyword, const std::string& missing) {
+    const auto in_ppd = ppd.find(keyword);
+    if (missing.empty() || in_ppd == ppd.end() || HasOption(options, keyword) ||
+        HasOption(lacking, keyword)) {
+      return;
+    }
+    PrinterOption& option = lacking.emplace_back();
+    option.keyword = keyword;
+    option.default_choice = in_ppd->second.default_choice;
+    option.missing_data = missing;
+    option.is_in_ppd = true;
+  };
+  for (const Update& update : UpdateHandlers()) {
+    for (const Option& option : update.options) {
+      const std::string missing = MissingDocument(analyzer, update, option);
+      if (option.keyword != nullptr) {
+        add(option.keyword, missing);
+        continue;
+      }
+      for (const auto& [keyword, of_ppd] : ppd) {
+        if (IsMediaType(keyword)) add(keyword, missing);
+      }
+    }
+  }
+  return lacking;
+}
 
 std::vector<PrinterOption> OptionsOf(AnalyzeContext& analyzer, const OptionList* options,
                                      const PpdOptions& ppd) {

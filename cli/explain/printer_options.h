@@ -28,6 +28,12 @@ struct PrinterOption {
                                                    const OptionList* options,
                                                    const PpdOptions& ppd);
 
+// The options of the PPD that the model's update handlers would set, but not without a document
+// that is missing. Their values are empty.
+[[nodiscard]] std::vector<PrinterOption> OptionsWithoutDocument(
+    const AnalyzeContext& analyzer, const std::vector<PrinterOption>& options,
+    const PpdOptions& ppd);
+
 }  // namespace ia::cli
 
 #endif  // INFO_ANALYZE_CLI_EXPLAIN_PRINTER_OPTIONS_H_

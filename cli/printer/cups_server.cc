@@ -3,6 +3,7 @@
 #include <cups/cups.h>
 #include <cups/ppd.h>
 #include <strings.h>
+#include <sys/mman.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -110,13 +111,23 @@ struct Purpose {
   return !folder.empty() && stat(path.c_str(), &status) == 0 && access(path.c_str(), R_OK) == 0;
 }
 
-// Of the server that libcups uses.
+// Of the server that libcups uses, by its own rule: any server of that name is on this machine.
 [[nodiscard]] std::string LocalFolder() { return IsLocal(cupsServer()) ? LocalRoot() : ""; }
 
 [[nodiscard]] std::optional<std::int64_t> ModificationTime(const std::filesystem::path& path) {
   struct stat status = {};
   if (stat(path.c_str(), &status) != 0 || status.st_mtime == 0) return std::nullopt;
   return status.st_mtime;
+}
+
+// Of the server that libcups uses, only where that is certain. A port of localhost may belong to a
+// tunnel, and a socket to a second server.
+[[nodiscard]] std::string CertainFolder() {
+  if (std::getenv("CUPS_SERVERROOT") != nullptr) return LocalFolder();
+  const std::string_view server = cupsServer();
+  const bool is_default = server == "/run/cups/cups.sock" || server == "/var/run/cups/cups.sock" ||
+                          (!server.starts_with('/') && IsLocal(server) && ippPort() == 631);
+  return is_default ? LocalRoot() : "";
 }
 
 // The server ------------------------------------------------------------------------------------
@@ -288,40 +299,29 @@ void AddUri(const std::string& queue, ipp_t* request) {
   Fail(purpose, server.Name() + " has no PPD of the queue", fix);
 }
 
-// A file in TMPDIR, or a link there to a file of the server.
-[[nodiscard]] std::string TakeTemporaryPpd(const Purpose& purpose, const std::string& path) {
-  try {
-    std::string ppd = ReadRegularFile(path, kMaxPpdSize);
-    unlink(path.c_str());
-    return ppd;
-  } catch (const FileFault& fault) {
-    unlink(path.c_str());
-    Fail(purpose, path + ": " + fault.what(), "check TMPDIR");
-  }
-}
-
-[[nodiscard]] std::string DownloadPpd(const Server& server, const Purpose& purpose,
-                                      const QueueAttributes& queue) {
+// Over the connection. cupsGetPPD3() would take this machine's PPD of the same name for any server
+// that is called localhost, also at the other end of a tunnel.
+[[nodiscard]] std::string DownloadPpd(const Server& server, const Purpose& purpose) {
+  const QueueAttributes queue = AskForQueue(server, purpose);
   const Step step("downloading the PPD of queue " + purpose.queue);
-  std::array<char, 1024> path = {};
-  std::time_t time = 0;
-// libcups 2 deprecates the call without offering another way to a queue's whole PPD.
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wdeprecated-declarations"
-  const http_status_t status =
-      cupsGetPPD3(server.http(), purpose.queue.c_str(), &time, path.data(), path.size());
-#pragma GCC diagnostic pop
-  if (status == HTTP_STATUS_OK) return TakeTemporaryPpd(purpose, path.data());
-  if (path.front() != '\0') unlink(path.data());
+  const int file = memfd_create("ppd", MFD_CLOEXEC);
+  if (file < 0) Fail(purpose, std::strerror(errno), "close other programs");
+  const std::string resource = "/printers/" + purpose.queue + ".ppd";
+  const http_status_t status = cupsGetFd(server.http(), resource.c_str(), file);
   if (status == HTTP_STATUS_NOT_FOUND) FailForNoPpd(purpose, server, queue);
-  server.Refuse(httpStatus(status));
+  if (status != HTTP_STATUS_OK) server.Refuse(httpStatus(status));
+  try {
+    return ReadRegularFile("/proc/self/fd/" + std::to_string(file), kMaxPpdSize);
+  } catch (const FileFault& fault) {
+    Fail(purpose, fault.what(), "replace it with the PPD of the driver package");
+  }
 }
 
 [[nodiscard]] std::string FetchPpdInChild(const Purpose& purpose, seconds timeout) {
   const std::string folder = LocalFolder();
   if (HasLocalPpd(purpose.queue, folder)) return ReadPpdOfRoot(purpose.queue, folder);
   const Server server(purpose, timeout);
-  return DownloadPpd(server, purpose, AskForQueue(server, purpose));
+  return DownloadPpd(server, purpose);
 }
 
 // Lists ------------------------------------------------------------------------------------------
@@ -401,15 +401,10 @@ void PutQueues(const Server& server, Message& list) {
   return state != nullptr;
 }
 
-void Upload(const Server& server, const Purpose& purpose, const std::string& ppd) {
-  const TemporaryFolder folder;
-  const std::string path = folder.path() + "/ppd";
-  std::ofstream file(path, std::ios::binary);
-  file << ppd << std::flush;
-  if (!file) Fail(purpose, path + ": " + std::strerror(errno), "free space in TMPDIR");
+void Upload(const Server& server, const Purpose& purpose, const std::string& file) {
   IppPtr request(ippNewRequest(IPP_OP_CUPS_ADD_MODIFY_PRINTER));
   AddUri(purpose.queue, request.get());
-  const IppPtr answer = server.Ask(std::move(request), "/admin/", path.c_str());
+  const IppPtr answer = server.Ask(std::move(request), "/admin/", file.c_str());
   if (!answer) Fail(purpose, server.Name() + " has no such queue", "run audit again");
 }
 
@@ -539,11 +534,22 @@ bool HasPrintingJob(const std::string& queue, seconds timeout) {
           }).empty();
 }
 
+std::string DownloadPpd(const std::string& queue, seconds timeout) {
+  const Purpose purpose = ReadingPpd(queue);
+  return AskInChild(purpose, timeout,
+                    [&] { return DownloadPpd(Server(purpose, timeout), purpose); });
+}
+
 void ReplacePpd(const std::string& queue, const std::string& ppd, seconds timeout) {
   const Purpose purpose = {
       .action = "cannot change", .object = "PPD of queue \"" + queue + "\"", .queue = queue};
+  const TemporaryFolder folder;  // of this process, so that no interrupt leaves it
+  const std::string path = folder.path() + "/ppd";
+  std::ofstream file(path, std::ios::binary);
+  file << ppd << std::flush;
+  if (!file) Fail(purpose, path + ": " + std::strerror(errno), "free space in TMPDIR");
   const std::string nothing = AskInChild(purpose, timeout, [&] {
-    Upload(Server(purpose, timeout), purpose, ppd);
+    Upload(Server(purpose, timeout), purpose, path);
     return "";
   });
 }
@@ -554,7 +560,7 @@ AllQueues FetchAllQueues(seconds timeout) {
     const Server server(purpose, timeout);
     Message list;
     list.Put(ServerOfLibcups());
-    list.Put(LocalFolder());
+    list.Put(CertainFolder());
     list.Put(cupsUser());
     list.Put(std::to_string(cupsEncryption()));
     PutQueues(server, list);
@@ -574,7 +580,7 @@ std::string FetchPpdFrom(const ServerSettings& server, const std::string& queue,
   const Purpose purpose = ReadingPpd(queue);
   return AskInChild(purpose, timeout, [&] {
     Use(server);
-    return FetchPpdInChild(purpose, timeout);
+    return DownloadPpd(Server(purpose, timeout), purpose);
   });
 }
 

@@ -55,7 +55,7 @@ struct QueueAttributes {
 // PPD has replaced these settings.
 struct ServerSettings {
   std::string name;    // host and port, or the path of a socket
-  std::string folder;  // of its files; empty: it is on a different machine
+  std::string folder;  // of its files; empty: it may be on a different machine
   std::string user;
   int encryption = 0;  // an http_encryption_t
 };
@@ -68,12 +68,15 @@ struct AllQueues {
 // Throws a Failure.
 [[nodiscard]] AllQueues FetchAllQueues(std::chrono::seconds timeout);
 
-// The same as FetchPpdFromServer, of a server that FetchAllQueues has found.
+// The PPD of a queue of a server that FetchAllQueues has found; throws a Failure.
 [[nodiscard]] std::string FetchPpdFrom(const ServerSettings& server, const std::string& queue,
                                        std::chrono::seconds timeout);
 
 // Whether the server prints a job of the queue now; throws a Failure.
 [[nodiscard]] bool HasPrintingJob(const std::string& queue, std::chrono::seconds timeout);
+
+// The PPD that the server has, also where a file of this machine could be read; throws a Failure.
+[[nodiscard]] std::string DownloadPpd(const std::string& queue, std::chrono::seconds timeout);
 
 // Thrown when the server does not let this user do something.
 class Denied : public Failure {

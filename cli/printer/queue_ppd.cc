@@ -31,7 +31,7 @@ namespace {
 [[noreturn]] void FailForTemporaryFile(const std::string& queue, const std::string& reason) {
   throw Failure(ExitStatus::kQueue,
                 {.action = "cannot read",
-                 .object = "PPD of queue \"" + queue + "\"",
+                 .object = queue.empty() ? "PPDs" : "PPD of queue \"" + queue + "\"",
                  .cause = "no temporary file can be written in " + TemporaryFolderParent() + " (" +
                           reason + ")",
                  .hint = "set TMPDIR to a folder with free space that this user can write to"});

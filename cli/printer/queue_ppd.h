@@ -16,7 +16,8 @@ namespace ia::cli {
 // A folder of temporary files, where libcups makes its own while it lives.
 class TemporaryFiles {
  public:
-  explicit TemporaryFiles(const std::string& queue);  // throws a Failure
+  // Throws a Failure that names the queue; empty: many of them.
+  explicit TemporaryFiles(const std::string& queue);
   TemporaryFiles(const TemporaryFiles&) = delete;
   TemporaryFiles& operator=(const TemporaryFiles&) = delete;
   ~TemporaryFiles();

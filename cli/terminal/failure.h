@@ -64,6 +64,10 @@ class Verdict : public std::exception {
   ExitStatus status_;
 };
 
+// Thrown when nobody reads standard output any more, as after head(1): main() ends as SIGPIPE would
+// have, but after temporary files are removed.
+class ReaderHasEnded : public std::exception {};
+
 // The words of the command line that choose the verb, such as "queues cups", and whether failures
 // are written as JSON.
 void SetVerb(const std::string& verb, bool fails_in_json);

@@ -98,6 +98,7 @@ Formatter FindFormatter(const std::string& name) {
 void WriteAnswer(const std::string& text) {
   const bool written = std::fwrite(text.data(), 1, text.size(), stdout) == text.size();
   if (written && std::fflush(stdout) == 0) return;
+  if (errno == EPIPE) throw ReaderHasEnded();
   throw Failure(ExitStatus::kOther, {.object = "standard output", .cause = std::strerror(errno)});
 }
 

@@ -26,7 +26,8 @@ class UndoFiles : public testing::Test {
  protected:
   const ia_test::TempFolder root_;
   const std::string path_ = root_ / "undo.json";
-  const UndoRecord record_ = {.queue = "B\xc3\xbcro",
+  const UndoRecord record_ = {.server = "localhost:631",
+                              .queue = "B\xc3\xbcro",
                               .defaults = {{"QVFinisher", {"None", "\xe4 \"\\/"}, "STFINT1"},
                                            {"QVPuncher", {""}, "PUNU2"}}};
 };
@@ -35,10 +36,11 @@ TEST_F(UndoFiles, HaveWhatWasAdded) {
   UndoFile file(path_);
   EXPECT_TRUE(file.IsEmpty());
   file.Add(record_);
-  file.Add({.queue = "second", .defaults = {}});
+  file.Add({.server = "localhost:631", .queue = "second", .defaults = {}});
   EXPECT_FALSE(file.IsEmpty());
   const std::vector<UndoRecord> records = ReadUndoFile(path_);
   ASSERT_THAT(records, SizeIs(2));
+  EXPECT_EQ(records[0].server, record_.server);
   EXPECT_EQ(records[0].queue, record_.queue);
   ASSERT_THAT(records[0].defaults, SizeIs(2));
   EXPECT_EQ(records[0].defaults[0].before, record_.defaults[0].before);
@@ -76,9 +78,9 @@ TEST_F(UndoFiles, CanLackTheEndOfTheirLastLine) {
 // A PPD's line could name a filter, which CUPS runs as a user of its own.
 TEST_F(UndoFiles, CannotAddLinesToAPpd) {
   for (const char* const text : {"None\\n*cupsFilter2: x", "\\r", "\\u0000", "\\u001b"}) {
-    root_.Write("undo.json", std::string(R"({"undo_version":1,"queue":"q","defaults":[)") +
-                                 R"({"keyword":"X","before":[")" + text + R"("],"after":"A"}]})" +
-                                 "\n");
+    root_.Write("undo.json",
+                std::string(R"({"undo_version":1,"server":"s","queue":"q","defaults":[)") +
+                    R"({"keyword":"X","before":[")" + text + R"("],"after":"A"}]})" + "\n");
     std::filesystem::permissions(path_, std::filesystem::perms(0600));
     EXPECT_THROW((void)ReadUndoFile(path_), Failure) << text;
   }

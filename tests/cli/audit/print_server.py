@@ -61,13 +61,14 @@ def is_installed():
 
 
 class PrintServer:
-    def __init__(self, root, requires_root=False):
+    def __init__(self, root, requires_root=False, port=None):
         self.root = pathlib.Path(root)
         for folder in ("etc/ppd", "run", "state", "cache", "tmp", "log"):
             (self.root / folder).mkdir(parents=True, exist_ok=True)
         auth = {"auth": "Default", "require": "Require user @SYSTEM"} if requires_root else \
             {"auth": "None", "require": ""}
-        (self.root / "cupsd.conf").write_text(CONFIGURATION.format(root=root, **auth))
+        listen = f"Listen localhost:{port}\n" if port else ""
+        (self.root / "cupsd.conf").write_text(listen + CONFIGURATION.format(root=root, **auth))
         (self.root / "cups-files.conf").write_text(FILES.format(root=root))
         self.add_programs()
         self.environment = {**ENVIRONMENT, "CUPS_SERVER": str(self.socket), "HOME": str(self.root),

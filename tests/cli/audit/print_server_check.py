@@ -244,6 +244,10 @@ def check_missing_data(checker):
         judged, _ = checker.judgements("partial", "--all")
         whole, _ = checker.judgements("shared1", "--all")
         values = {option["keyword"]: option for option in whole["shared1"]["options"]}
+        checker.expect({option["keyword"] for option in judged["partial"]["options"]} == set(values),
+                       "options without", document)
+        checker.expect(document == "Devicename.xml" or judged["partial"]["unknown"] > 0,
+                       "all known without", document)
         for option in judged["partial"]["options"]:
             checker.expect(option["state"] in ("unknown", "equal") or
                            option["value"] == values[option["keyword"]]["value"], document, option)
@@ -338,6 +342,61 @@ def check_progress(checker):
     checker.server.lpadmin("-x", "slow")
 
 
+def check_output(checker):
+    """What cannot be written, and readers that end, lose no change and leave no file."""
+    before = checker.server.ppds()
+    with open("/dev/full", "wb") as full:
+        run = subprocess.run(checker.command("apply", "q0000", "q0003"), env=checker.environment(),
+                             stdout=full, stderr=subprocess.PIPE, text=True)
+    now = checker.server.ppds()
+    checker.expect(run.returncode == 1 and "standard output" in run.stderr, run)
+    checker.expect(now["q0000"] != before["q0000"] and now["q0003"] == before["q0003"], "full")
+    checker.run("apply", "--undo", re.search(r"apply --undo (\S+)$", run.stderr, re.M)[1], status=0)
+    checker.expect(checker.server.ppds() == before, "full output cannot be undone")
+    line = shlex.join(checker.command("audit")) + " | head -1"
+    run = subprocess.run(["bash", "-c", line + "; exit ${PIPESTATUS[0]}"],
+                         env=checker.environment(), capture_output=True, text=True)
+    checker.expect(run.returncode == 141 and run.stdout.count("\n") == 1 and not run.stderr, run)
+    for i in range(20):
+        process = subprocess.Popen(checker.command("apply", "q0000", "q0003"),
+                                   env=checker.environment(), stdout=subprocess.DEVNULL,
+                                   stderr=subprocess.DEVNULL)
+        time.sleep(0.01 * i)
+        process.send_signal(random.choice([signal.SIGINT, signal.SIGTERM, signal.SIGHUP]))
+        process.wait()
+        time.sleep(0.02)
+        left = list((checker.root / "tmp").iterdir())
+        checker.expect(not left, "an interrupt leaves", left)
+        newest = sorted((checker.root / "state").glob("*.json"), key=lambda path: path.stat().st_mtime)
+        if newest:
+            checker.run("apply", "--undo", newest[-1])
+        checker.expect(checker.server.ppds() == before, "an interrupt cannot be undone")
+    run = checker.run("apply", "q0000", "--save-undo", checker.root / "none/undo", status=1)
+    checker.expect(checker.server.ppds() == before, "changed without an undo file")
+
+
+def check_other_server(checker):
+    """A queue of the same name on a server elsewhere is not taken for that of this machine."""
+    root = checker.root / "elsewhere"
+    with PrintServer(root, port=18631) as other:
+        sample = checker.samples[0]
+        other.add("q0000", sample / f"ppd/{sample.name}.ppd")
+        path = other.ppd("q0000")
+        path.write_bytes(path.read_bytes() + b"*% elsewhere\n")
+        before, here = other.ppds(), checker.server.ppds()
+        for host in ("localhost:18631", "127.0.0.1:18631", str(other.socket)):
+            run = checker.run("apply", "q0000", "-h", host, status=11)
+            now = other.ppds()["q0000"]
+            checker.expect(now != before["q0000"] and now.endswith(b"*% elsewhere\n"), host)
+            undo = re.search(r"^undo with: info-analyze apply --undo (\S+) -h (\S+)$", run.stdout,
+                             re.M)
+            checker.expect(undo and undo[2] == host, run.stdout[-300:])
+            refused = checker.run("apply", "--undo", undo[1], status=3)
+            checker.expect("it is of the CUPS server at" in refused.stderr, refused.stderr)
+            checker.run("apply", "--undo", undo[1], "-h", host, status=0)
+            checker.expect(other.ppds() == before and checker.server.ppds() == here, "undone", host)
+
+
 def check_two_at_once(checker):
     before = checker.server.ppds()
     runs = [None, None]
@@ -387,7 +446,7 @@ def check_stopped_server(checker):
     for _ in range(8):
         process.stdout.readline()
     server.stop(signal.SIGKILL)
-    out, err = process.communicate()
+    _, err = process.communicate()
     checker.expect(process.returncode not in (0, 10) and "does not answer" in err, err[-500:])
     between = server.ppds()
     server.start()
@@ -396,8 +455,8 @@ def check_stopped_server(checker):
     for name in before:
         checker.expect(between[name] in (before[name], after[name]), "half set:", name)
     checker.run("apply", "--undo", checker.undo_path(run), status=0)
-    found = re.search(r"^undo with: info-analyze apply --undo (\S+)$", out, re.M)
-    checker.expect(found, "no undo file is named when the server stops", out[-300:])
+    found = re.search(r"undo with: info-analyze apply --undo (\S+)$", err, re.M)
+    checker.expect(found, "no undo file is named when the server stops", err[-300:])
     if found:
         checker.run("apply", "--undo", found[1], status=0)
     checker.expect(server.ppds() == before, "a stopped server leaves changes")
@@ -502,7 +561,8 @@ def main():
         checker = Checker(tool, driver, faulty, source, root)
         with checker.server:
             check_whole_server(checker, queues)
-            checks = [check_missing_data, check_snapshots, check_progress, check_two_at_once]
+            checks = [check_missing_data, check_snapshots, check_progress, check_output,
+                      check_other_server, check_two_at_once]
             if os.geteuid() == 0:  # cupsd runs programs of root only
                 checks.append(check_jobs)
             for check in checks:
