@@ -170,8 +170,8 @@ Judgement Judge::Of(const Target& target) {
     judgement.state = QueueState::kFailed;
     judgement.reason = error.what();
   }
-  if (judgement.state != QueueState::kJudged)
-    judgement.options.clear();  // such as before a full disk
+  const bool is_whole = judgement.state == QueueState::kJudged;  // also its new snapshot
+  if (!is_whole) judgement.options.clear();
   return judgement;
 }
 

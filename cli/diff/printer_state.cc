@@ -5,15 +5,12 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdint>
 #include <cstring>
 #include <exception>
 #include <string>
-#include <string_view>
-#include <utility>
 #include <vector>
 
 #include "cli/explain/printer_options.h"

@@ -241,6 +241,7 @@ struct Report {
 [[nodiscard]] std::string Suggestion(const std::string& keyword,
                                      const std::vector<Explanation>& explanations) {
   std::vector<std::string> keywords;
+  keywords.reserve(explanations.size());
   for (const Explanation& why : explanations) keywords.push_back(why.keyword);
   const std::optional<std::string> nearest = FindNearest(keyword, keywords);
   return nearest ? " (did you mean " + *nearest + "?)" : "";

@@ -84,35 +84,37 @@ void AddUnknownValues(AnalyzeContext& analyzer, std::vector<Explanation>& explan
   return std::ranges::find(options, keyword, &PrinterOption::keyword) != options.end();
 }
 
+[[nodiscard]] bool IsOf(const Option& option, const std::string& keyword) {
+  return option.keyword != nullptr ? keyword == option.keyword : IsMediaType(keyword);
+}
+
+// Empty when no document is missing for the option, or no update handler sets it.
+[[nodiscard]] std::string WhyNotSet(const AnalyzeContext& analyzer, const std::string& keyword) {
+  for (const Update& update : UpdateHandlers()) {
+    const auto option = std::ranges::find_if(
+        update.options, [&](const Option& candidate) { return IsOf(candidate, keyword); });
+    if (option == update.options.end()) continue;
+    const std::string missing = MissingDocument(analyzer, update, *option);
+    if (!missing.empty()) return missing;
+  }
+  return "";
+}
+
 }  // namespace
 
 std::vector<PrinterOption> OptionsWithoutDocument(const AnalyzeContext& analyzer,
                                                   const std::vector<PrinterOption>& options,
                                                   const PpdOptions& ppd) {
   std::vector<PrinterOption> lacking;
-  const auto add = [&](const std::string& keyword, const std::string& missing) {
-    const auto in_ppd = ppd.find(keyword);
-    if (missing.empty() || in_ppd == ppd.end() || HasOption(options, keyword) ||
-        HasOption(lacking, keyword)) {
-      return;
-    }
+  for (const auto& [keyword, of_ppd] : ppd) {
+    if (HasOption(options, keyword)) continue;
+    const std::string missing = WhyNotSet(analyzer, keyword);
+    if (missing.empty()) continue;
     PrinterOption& option = lacking.emplace_back();
     option.keyword = keyword;
-    option.default_choice = in_ppd->second.default_choice;
+    option.default_choice = of_ppd.default_choice;
     option.missing_data = missing;
     option.is_in_ppd = true;
-  };
-  for (const Update& update : UpdateHandlers()) {
-    for (const Option& option : update.options) {
-      const std::string missing = MissingDocument(analyzer, update, option);
-      if (option.keyword != nullptr) {
-        add(option.keyword, missing);
-        continue;
-      }
-      for (const auto& [keyword, of_ppd] : ppd) {
-        if (IsMediaType(keyword)) add(keyword, missing);
-      }
-    }
   }
   return lacking;
 }

@@ -548,7 +548,7 @@ void ReplacePpd(const std::string& queue, const std::string& ppd, seconds timeou
   std::ofstream file(path, std::ios::binary);
   file << ppd << std::flush;
   if (!file) Fail(purpose, path + ": " + std::strerror(errno), "free space in TMPDIR");
-  const std::string nothing = AskInChild(purpose, timeout, [&] {
+  (void)AskInChild(purpose, timeout, [&] {
     Upload(Server(purpose, timeout), purpose, path);
     return "";
   });

@@ -1,7 +1,6 @@
 #include "cli/snapshot/snapshot.h"
 
 #include <cstddef>
-#include <cstdint>
 #include <memory>
 #include <string>
 
