@@ -146,8 +146,9 @@ UndoFile::UndoFile(std::string path) : path_(std::move(path)) {
     Fail(path_, "exists already", "name a new file");
   }
   const std::string folder = std::filesystem::absolute(path_).parent_path().string();
-  if (access(folder.c_str(), W_OK | X_OK) != 0)
+  if (access(folder.c_str(), W_OK | X_OK) != 0) {
     Fail(path_, std::strerror(errno), "check its folder");
+  }
 }
 
 UndoFile::~UndoFile() {
