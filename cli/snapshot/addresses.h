@@ -1,7 +1,6 @@
 #ifndef INFO_ANALYZE_CLI_SNAPSHOT_ADDRESSES_H_
 #define INFO_ANALYZE_CLI_SNAPSHOT_ADDRESSES_H_
 
-#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>

@@ -5,7 +5,6 @@
 #include <array>
 #include <cstddef>
 #include <map>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
