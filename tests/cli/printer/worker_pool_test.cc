@@ -26,8 +26,6 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-constexpr std::size_t kLimit = std::size_t{1} << 30;
-
 using Results = std::vector<std::pair<std::string, TaskResult>>;
 
 Results DoTasks(const WorkerLimits& limits, const std::vector<std::string>& tasks,
@@ -120,6 +118,7 @@ TEST(WorkerPool, ACrashAfterOtherTasksIsTriedAgain) {
 
 #if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
 TEST(WorkerPool, MemoryIsLimited) {
+  constexpr std::size_t kLimit = std::size_t{1} << 30;
   const Results results = DoTasks({.workers = 1, .seconds = seconds(20), .memory = kLimit},
                                   {"grab", "1"}, [](const std::string& task) {
                                     while (task == "grab") {
