@@ -18,6 +18,7 @@
 #include <utility>
 #include <vector>
 
+#include "cli/acquire/acquire.h"
 #include "cli/apply/apply.h"
 #include "cli/audit/audit.h"
 #include "cli/calibration/calibration.h"
@@ -54,6 +55,7 @@ void DefineHelp(CLI::App& verb) {
 }
 
 constexpr auto kVerbs = std::to_array<Verb>({
+    {"acquire", "Read a device over the network and write its documents", DefineAcquire},
     {"apply", "Set the PPD defaults of queues to what their devices have", DefineApply},
     {"audit", "Compare the PPD defaults of queues with what their devices have", DefineAudit},
     {"calibration", "Print calibration settings, default data and curves", DefineCalibration},

@@ -129,7 +129,7 @@ void RequireLocation(const PrinterLocation& given, const Settings& settings) {
               !settings.model_folders.empty(),
           kDriverFolder, settings);
   Require(!given.needs_documents || !given.snapshot.empty() || !given.device_info.empty() ||
-              settings.device_info,
+              !given.device.empty() || settings.device_info,
           kDeviceInfo, settings);
 }
 
@@ -166,7 +166,7 @@ PrinterLocation Complete(const PrinterLocation& given, const Settings& settings,
     location.driver_folder =
         ReplacePatterns(DriverFolderOf(given, settings, remembered), remembered);
   }
-  if (given.needs_documents && given.snapshot.empty()) {
+  if (given.needs_documents && given.snapshot.empty() && given.device.empty()) {
     location.device_info = ReplacePatterns(DeviceInfoOf(given, settings), remembered);
   }
   return location;

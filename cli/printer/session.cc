@@ -76,9 +76,24 @@ void AddConfigOption(CLI::App& verb, PrinterLocation& location) {
 }
 
 CLI::Option* AddDocumentsOption(CLI::App& verb, PrinterLocation& location) {
-  return verb
-      .add_option("--device-info", location.device_info, "Folder of the nine device documents")
-      ->type_name("DIR");
+  CLI::Option* const folder =
+      verb.add_option("--device-info", location.device_info, "Folder of the nine device documents")
+          ->type_name("DIR");
+  verb.add_option("--device", location.device,
+                  "Read the documents from the device at an ipp:// or ipps:// URI, or from a file "
+                  "of its attributes")
+      ->type_name("URI")
+      ->excludes(folder);
+  AddDeviceOptions(verb, location);
+  return folder;
+}
+
+void AddDeviceOptions(CLI::App& verb, PrinterLocation& location) {
+  verb.add_option("--profile", location.profile,
+                  "Profile of the device, in place of device-profile.json in the driver folder")
+      ->type_name("FILE");
+  verb.add_flag("--insecure", location.accepts_any_certificate,
+                "Accept any certificate of the device");
 }
 
 void AddDriverOption(CLI::App& verb, PrinterLocation& location) {
@@ -100,6 +115,7 @@ void AddQueueOptions(CLI::App& verb, PrinterLocation& location) {
 void AddPrinterOptions(CLI::App& verb, PrinterLocation& location) {
   AddQueueOptions(verb, location);
   AddDocumentsOption(verb, location)->excludes("--snapshot");
+  verb.get_option("--device")->excludes("--snapshot");
   location.needs_documents = true;
 }
 

@@ -18,7 +18,10 @@ struct PrinterLocation {
   std::string queue;
   std::string driver_folder;
   std::string device_info;  // document directory; empty: no documents are needed
-  std::string cups_root;    // empty: the CUPS server of the environment
+  std::string device;       // in place of document directory: URI, or a file of its attributes
+  std::string profile;      // of the device; empty: that of the driver folder, if it has one
+  bool accepts_any_certificate = false;  // of the device
+  std::string cups_root;                 // empty: the CUPS server of the environment
   std::string snapshot;     // empty: none; else it has the queue, its PPD and the documents
   std::string config_file;  // empty: those of the system and the user
   bool needs_driver = false;
@@ -33,6 +36,9 @@ void AddCupsRootOption(CLI::App& verb, PrinterLocation& location);
 void AddTimeoutOption(CLI::App& verb, PrinterLocation& location);
 void AddConfigOption(CLI::App& verb, PrinterLocation& location);
 void AddDriverOption(CLI::App& verb, PrinterLocation& location);
+void AddDeviceOptions(CLI::App& verb, PrinterLocation& location);
+
+// Adds the options for the document directory, or for a device in its place; returns the first.
 CLI::Option* AddDocumentsOption(CLI::App& verb, PrinterLocation& location);
 
 // The options for a queue and its PPD; those and its driver; all that a query needs. With the last

@@ -4,6 +4,7 @@
 #include <string>
 #include <system_error>
 
+#include "cli/acquire/acquire.h"
 #include "cli/config/patterns.h"
 #include "cli/config/settings.h"
 #include "cli/printer/queue_ppd.h"
@@ -35,6 +36,14 @@ namespace {
   PrinterLocation location = given;
   location.timeout = TimeoutOf(given, settings);
   return Complete(given, settings, WordsOf(location));
+}
+
+// The driver's communication library writes the documents.
+[[nodiscard]] PrinterLocation LocateDevice(const PrinterLocation& given, const Settings& settings) {
+  PrinterLocation location = given;
+  location.needs_driver = true;
+  RequireLocation(location, settings);
+  return WithDocumentsOfDevice(LocateQueue(location, settings));
 }
 
 [[nodiscard]] PrinterLocation LocateSnapshot(const PrinterLocation& given,
@@ -70,6 +79,7 @@ QueueWords WordsOf(const PrinterLocation& location) {
 
 PrinterLocation Locate(const PrinterLocation& given) {
   const Settings& settings = CurrentSettings(given.config_file);
+  if (!given.device.empty()) return LocateDevice(given, settings);
   RequireLocation(given, settings);
   return given.snapshot.empty() ? LocateQueue(given, settings) : LocateSnapshot(given, settings);
 }

@@ -62,6 +62,8 @@ void DefineSnapshot(CLI::App& verb) {
       ->required();
   AddCupsOptions(verb, question->location);
   AddDocumentsOption(verb, question->location);
+  AddDriverOption(verb, question->location);
+  question->location.needs_driver = false;  // only to read a device
   question->location.needs_documents = true;
   verb.get_option("--queue")->required();
   verb.add_flag("--partial", question->may_be_partial,

@@ -24,6 +24,7 @@ enum class ExitStatus {
   kDifferent = 10,
   kUnjudged = 11,
   kDifferentAndUnjudged = 12,
+  kDevice = 13,
 };
 
 // The parts of a message: "ACTION OBJECT: CAUSE; HINT". Empty: none.
