@@ -20,16 +20,13 @@
 #include <vector>
 
 #include "cli/acquire/acquired_documents.h"
-#include "cli/acquire/attributes_file.h"
-#include "cli/acquire/device_client.h"
+#include "cli/acquire/device_answer.h"
 #include "cli/acquire/device_facts.h"
 #include "cli/acquire/document_folder.h"
-#include "cli/acquire/printer_attributes.h"
 #include "cli/acquire/profile.h"
 #include "cli/acquire/source_table.h"
 #include "cli/config/patterns.h"
 #include "cli/config/settings.h"
-#include "cli/printer/connection.h"
 #include "cli/snapshot/locate.h"
 #include "cli/snapshot/queue_facts.h"
 #include "cli/terminal/failure.h"
@@ -46,29 +43,6 @@ struct AcquireQuestion {
   std::string attributes_file;      // where the answer is kept; empty: nowhere
   std::string format = "text";
 };
-
-// Reading ----------------------------------------------------------------------------------------
-
-struct DeviceAnswer {
-  AttributeValues values;
-  std::string text;  // of an attributes file
-};
-
-[[nodiscard]] bool IsUri(const std::string& device) {
-  return device.find("://") != std::string::npos;
-}
-
-[[nodiscard]] DeviceAnswer ReadDevice(const PrinterLocation& location) {
-  if (!IsUri(location.device)) {
-    return {.values = ReadAttributesFile(location.device), .text = ""};
-  }
-  const int timeout = location.has_timeout ? location.timeout : kDefaultDeviceTimeout;
-  const IppPtr message =
-      ReadMessage(FetchAttributes({.uri = IppUriOf(location.device),
-                                   .timeout = std::chrono::seconds(timeout),
-                                   .accepts_any_certificate = location.accepts_any_certificate}));
-  return {.values = ValuesOf(*message), .text = FormatAttributes(*message)};
-}
 
 // The location's, or the driver folder's if it has one.
 [[nodiscard]] std::optional<Profile> FindProfile(const PrinterLocation& location) {

@@ -171,6 +171,7 @@ void CheckType(const DocumentKey& key, const Place& place) {
     condition.min = condition.max = place.Number();
   } else if (place.value().is_array()) {
     for (const Place& element : place.Elements()) condition.patterns.push_back(element.Text());
+    if (condition.patterns.empty()) place.Refuse("is empty");
   } else {
     condition.patterns = {place.Text()};
   }

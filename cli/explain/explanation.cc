@@ -129,19 +129,38 @@ struct UpdateRun {
   return IsReported(explanation.raw_values, nullptr) ? Origin::kDevice : Origin::kPpd;
 }
 
+[[nodiscard]] bool IsArray(const InputKey& input) {
+  return input.type == IA_KEY_LONG_ELEMENTS || input.type == IA_KEY_STRING_ELEMENTS;
+}
+
+// Whether the item of a missing array has the element in a different array.
+[[nodiscard]] bool HasBeside(const std::vector<RawValue>& raw_values, const RawValue& missing,
+                             std::string_view array, const char* element) {
+  return std::ranges::any_of(raw_values, [&](const RawValue& raw) {
+    return raw.is_present() && raw.input->document == missing.input->document &&
+           raw.item == missing.item && raw.input->key == array &&
+           std::ranges::find(raw.value, element) != raw.value.end();
+  });
+}
+
 // An empty list is an answer, and so is an array that is missing: a unit without functions has
-// none.
-[[nodiscard]] bool IsLacking(const RawValue& raw) {
-  if (raw.input->document == IA_INPUT_OF_PPD) return false;
-  const bool may_be_missing = raw.input->type == IA_KEY_DICTIONARY ||
-                              raw.input->type == IA_KEY_LONG_ELEMENTS ||
-                              raw.input->type == IA_KEY_STRING_ELEMENTS;
-  return raw.state == RawState::kMissing ? !may_be_missing : !raw.is_present();
+// none. But each tray and bin has a code, and a unit that punches makes some type of holes.
+[[nodiscard]] bool IsAnswer(const RawValue& missing, const std::vector<RawValue>& raw_values) {
+  if (missing.input->type == IA_KEY_DICTIONARY) return true;
+  const std::string_view key = missing.input->key;
+  if (key == "detail_func") return !HasBeside(raw_values, missing, "func", "punch");
+  return IsArray(*missing.input) && key != "alias";
+}
+
+[[nodiscard]] bool IsLacking(const RawValue& raw, const std::vector<RawValue>& raw_values) {
+  if (raw.input->document == IA_INPUT_OF_PPD || raw.is_present()) return false;
+  return raw.state != RawState::kMissing || !IsAnswer(raw, raw_values);
 }
 
 // An update handler without one of its documents sets other options differently, too.
 [[nodiscard]] std::string MissingData(const AnalyzeContext& analyzer, const Explanation& why) {
-  const auto lacking = std::ranges::find_if(why.raw_values, IsLacking);
+  const auto lacking = std::ranges::find_if(
+      why.raw_values, [&](const RawValue& raw) { return IsLacking(raw, why.raw_values); });
   if (lacking != why.raw_values.end()) return FormatRawValue(*lacking);
   for (const Option& option : why.update->options) {
     for (const InputKey* const input : InputsOf(option, analyzer.driver_name)) {
