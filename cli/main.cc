@@ -19,6 +19,7 @@
 #include <vector>
 
 #include "cli/acquire/acquire.h"
+#include "cli/acquire/profile_check.h"
 #include "cli/apply/apply.h"
 #include "cli/audit/audit.h"
 #include "cli/calibration/calibration.h"
@@ -69,6 +70,7 @@ constexpr auto kVerbs = std::to_array<Verb>({
      DefineFunctionVersion},
     {"help", "Print the help of a verb", DefineHelp},
     {"models", "List the handlers that decide the options of each driver model", DefineModels},
+    {"profile", "Check the profiles by which devices are read", DefineProfile},
     {"query", "Print the PPD options of a printer", DefineQuery},
     {"queues", "List print queues, or find the one that serves a device", DefineQueues},
     {"snapshot", "Save a printer's PPD and documents in PATH", DefineSnapshot},
