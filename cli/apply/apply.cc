@@ -60,6 +60,18 @@ struct ApplyQuestion {
   return wanted;
 }
 
+// Why apply does not set the option; empty: it does, or the option is equal.
+[[nodiscard]] std::string WhyKept(const JudgedOption& option) {
+  switch (option.state) {
+    case OptionState::kNotOffered:
+      return "the device has " + option.value + ", but " + option.reason;
+    case OptionState::kUnknown:
+      return option.reason;
+    default:
+      return "";
+  }
+}
+
 // Without values that lpadmin would misread. They are set all the same, because apply does not use
 // it.
 [[nodiscard]] std::string CommandOf(const std::string& queue,
@@ -146,11 +158,9 @@ class Apply {
       ReportWarning(judgement.queue + " failed: " + judgement.reason);
     }
     for (const JudgedOption& option : judgement.options) {
-      if (option.state != OptionState::kNotOffered && option.state != OptionState::kUnknown) {
-        continue;
-      }
-      ReportWarning(judgement.queue + ": " + option.keyword + "=" + option.value +
-                    " is left out: " + option.reason);
+      const std::string reason = WhyKept(option);
+      if (reason.empty()) continue;
+      ReportWarning(judgement.queue + ": " + option.keyword + " stays as it is: " + reason);
     }
   }
 

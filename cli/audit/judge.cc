@@ -71,6 +71,7 @@ void RequirePpd(const std::string& queue, std::string_view ppd) {
                          .reason = ""};
   if (!option.missing_data.empty()) {
     judged.state = OptionState::kUnknown;
+    judged.value.clear();  // the library's default, not the device's
     judged.reason = option.missing_data;
   } else if (option.default_choice == option.value) {
     judged.state = OptionState::kEqual;

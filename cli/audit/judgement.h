@@ -19,7 +19,7 @@ enum class OptionState {
 struct JudgedOption {
   std::string keyword;
   std::string default_choice;  // of the PPD
-  std::string value;           // of the device
+  std::string value;           // of the device; empty for one that is unknown
   OptionState state;
   std::string reason;  // why it is unknown or not offered
 };

@@ -102,7 +102,7 @@ using Json = nlohmann::ordered_json;
 [[nodiscard]] Json ToJson(const JudgedOption& option) {
   return {{"keyword", option.keyword},
           {"default", OrNull(option.default_choice)},
-          {"value", option.value},
+          {"value", option.state == OptionState::kUnknown ? Json(nullptr) : Json(option.value)},
           {"state", NameOf(option.state)},
           {"reason", OrNull(option.reason)}};
 }

@@ -230,6 +230,25 @@ def check_defaults(checker, ppd, judged):
         checker.expect(has == [option["value"]], judged["queue"], option, has)
 
 
+def check_kept(checker, name, judged):
+    """Apply names each option that it cannot judge, and changes none of them."""
+    before = checker.server.ppds()[name]
+    run = checker.run("apply", name)
+    after = checker.server.ppds()[name]
+    for option in judged["options"]:
+        if option["state"] != "unknown":
+            continue
+        line = f"*Default{option['keyword']}:".encode()
+        of_option = [[text for text in ppd.split(b"\n") if text.startswith(line)]
+                     for ppd in (before, after)]
+        checker.expect(of_option[0] == of_option[1], option, of_option)
+        checker.expect(f"{name}: {option['keyword']} stays as it is: {option['reason']}\n" in
+                       run.stderr, option, run.stderr[-600:])
+    if "undo with" in run.stdout:
+        checker.run("apply", "--undo", checker.undo_path(run), status=0)
+    checker.expect(checker.server.ppds()[name] == before, name, "is not undone")
+
+
 def check_missing_data(checker):
     """What a device does not report is never changed."""
     sample = next(path for path in checker.samples if path.name == "office-mfp")
@@ -249,8 +268,11 @@ def check_missing_data(checker):
         checker.expect(document == "Devicename.xml" or judged["partial"]["unknown"] > 0,
                        "all known without", document)
         for option in judged["partial"]["options"]:
+            checker.expect((option["value"] is None) == (option["state"] == "unknown"), document,
+                           option)
             checker.expect(option["state"] in ("unknown", "equal") or
                            option["value"] == values[option["keyword"]]["value"], document, option)
+        check_kept(checker, "partial", judged["partial"])
     checker.server.lpadmin("-x", "partial")
 
 
