@@ -188,20 +188,37 @@ BidiContext* Judge::LibraryOf(const std::string& driver_folder) {
   return library.get();
 }
 
-Judge::Printer Judge::Query(const Target& target) {
-  PrinterLocation given = scope_.location;
-  given.queue = target.queue;
-  given.snapshot = target.snapshot;
+Judge::Printer Judge::LocatePrinter(const Target& target) const {
   Printer printer;
-  printer.location = given;
   printer.device_uri = target.device_uri;
-  if (!target.snapshot.empty()) {
-    SnapshotLocation files = LocateFiles(given);
-    printer.location = std::move(files.location);
-    if (!target.is_live) printer.device_uri = std::move(files.device_uri);
-  }
+  printer.location = scope_.location;
+  printer.location.queue = target.queue;
+  printer.location.snapshot = target.snapshot;
+  if (target.snapshot.empty()) return printer;
+  SnapshotLocation files = LocateFiles(printer.location);
+  printer.location = std::move(files.location);
   if (!target.queue.empty()) printer.location.queue = target.queue;
-  const std::string queue = printer.location.queue;
+  if (!target.is_live) printer.device_uri = std::move(files.device_uri);
+  return printer;
+}
+
+void Judge::QueryOptions(const CopiedPpd& copy, Printer& printer) {
+  const PrinterLocation& location = printer.location;
+  const AnalyzerPtr analyzer =
+      copy.CreateAnalyzer(LibraryOf(location.driver_folder), location.device_info.c_str());
+  const OptionListPtr options = RunAllUpdates(*analyzer);
+  RequireDocuments(*analyzer);
+  const char* const code = analyzer->driver_name;
+  printer.model_code = code != nullptr ? code : "";
+  const PpdOptions ppd = ParsePpdOptions(printer.ppd);
+  printer.options = OptionsOf(*analyzer, options->next, ppd);
+  std::ranges::move(OptionsWithoutDocument(*analyzer, printer.options, ppd),
+                    std::back_inserter(printer.options));
+}
+
+Judge::Printer Judge::Query(const Target& target) {
+  Printer printer = LocatePrinter(target);
+  const std::string& queue = printer.location.queue;
   RequireQueueName(queue);
   printer.ppd =
       target.is_live ? FetchLivePpd(queue) : ReadPpdOfRoot(queue, printer.location.cups_root);
@@ -211,19 +228,9 @@ Judge::Printer Judge::Query(const Target& target) {
   const QueueWords words = {.queue = queue,
                             .host = [&] { return HostOfDeviceUri(printer.device_uri); },
                             .model = [&] { return copy.ReadModelCode(); }};
-  const PrinterLocation location =
-      Complete(printer.location, CurrentSettings(given.config_file), words);
-  const AnalyzerPtr analyzer =
-      copy.CreateAnalyzer(LibraryOf(location.driver_folder), location.device_info.c_str());
-  const OptionListPtr options = RunAllUpdates(*analyzer);
-  RequireDocuments(*analyzer);
-  const char* const code = analyzer->driver_name;
-  printer.model_code = code != nullptr ? code : "";
-  printer.options = OptionsOf(*analyzer, options->next, ParsePpdOptions(printer.ppd));
-  std::ranges::move(
-      OptionsWithoutDocument(*analyzer, printer.options, ParsePpdOptions(printer.ppd)),
-      std::back_inserter(printer.options));
-  printer.location = location;
+  printer.location =
+      Complete(printer.location, CurrentSettings(scope_.location.config_file), words);
+  QueryOptions(copy, printer);
   return printer;
 }
 

@@ -49,6 +49,8 @@ class Judge {
 
   [[nodiscard]] std::string FetchLivePpd(const std::string& queue) const;
   [[nodiscard]] BidiContext* LibraryOf(const std::string& driver_folder);
+  [[nodiscard]] Printer LocatePrinter(const Target& target) const;
+  void QueryOptions(const CopiedPpd& copy, Printer& printer);
   [[nodiscard]] Printer Query(const Target& target);
   void JudgeOptions(const Target& target, Judgement& judgement);
   void CompareWithEarlier(const Printer& printer, Judgement& judgement);
