@@ -85,11 +85,23 @@ void RequirePpd(const std::string& queue, std::string_view ppd) {
   return judged;
 }
 
+// False only for what is certainly missing.
+[[nodiscard]] bool Exists(const std::string& path) {
+  std::error_code error;
+  const bool exists = fs::exists(path, error);
+  if (!error) return exists;
+  throw Failure(ExitStatus::kSnapshot, {.action = "cannot read",
+                                        .object = "snapshot " + path,
+                                        .cause = error.message(),
+                                        .hint = "check the folder of --since"});
+}
+
 // An archive or a folder of the queue; empty: there is none.
 [[nodiscard]] std::string FindSnapshot(const std::string& folder, const std::string& queue) {
   const std::string path = folder + "/" + queue;
-  if (fs::exists(path + std::string(kArchiveSuffix))) return path + std::string(kArchiveSuffix);
-  return fs::exists(path + "/" + kSnapshotListName) ? path : "";
+  std::string archive = path + std::string(kArchiveSuffix);
+  if (Exists(archive)) return archive;
+  return Exists(path + "/" + kSnapshotListName) ? path : "";
 }
 
 [[nodiscard]] std::string ReasonOf(const Failure& failure) {
@@ -253,11 +265,11 @@ void Judge::JudgeOptions(const Target& target, Judgement& judgement) {
 
 void Judge::CompareWithEarlier(const Printer& printer, Judgement& judgement) {
   Target earlier;
-  earlier.snapshot = FindSnapshot(scope_.since, judgement.queue);
   earlier.is_live = false;
-  if (earlier.snapshot.empty()) return;
   Printer before;
   try {
+    earlier.snapshot = FindSnapshot(scope_.since, judgement.queue);
+    if (earlier.snapshot.empty()) return;
     judgement.since = ReadSnapshot(earlier.snapshot).date;
     before = Query(earlier);
   } catch (const Failure& failure) {

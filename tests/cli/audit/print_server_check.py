@@ -341,6 +341,11 @@ def check_snapshots(checker):
         judged = judged["q0003"]
         checker.expect(judged["state"] == "judged" and judged["options"] == live["q0003"]["options"]
                        and (judged["reason"] is not None) == bool(save), judged)
+    (folder / "q0000.tar.gz").unlink()
+    (folder / "q0000.tar.gz").symlink_to("q0000.tar.gz")
+    judged = checker.judgements("q0000", "--since", folder)[0]["q0000"]
+    checker.expect(judged["state"] == "judged" and judged["options"] == live["q0000"]["options"]
+                   and judged["reason"].startswith("cannot read snapshot"), judged)
     log = checker.run("audit", "shared1", "--format", "log").stdout.splitlines()[:-1]
     checker.expect(len(log) == same["shared1"]["differ"] and
                    all(line.startswith("shared1: QV") for line in log), log)
