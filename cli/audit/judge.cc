@@ -276,6 +276,9 @@ void Judge::CompareWithEarlier(const Printer& printer, Judgement& judgement) {
     judgement.reason = ReasonOf(failure);
     return;
   }
+  if (before.model_code != printer.model_code) {
+    judgement.changes.push_back({"QVAnlz_DriverName", before.model_code, printer.model_code});
+  }
   for (const PrinterOption& option : printer.options) {
     const auto hit = std::ranges::find(before.options, option.keyword, &PrinterOption::keyword);
     if (hit == before.options.end() || hit->value == option.value) continue;

@@ -24,7 +24,8 @@ struct JudgedOption {
   std::string reason;  // why it is unknown or not offered
 };
 
-// A value of the device that differs from that of an earlier snapshot.
+// A value of the device that differs from that of an earlier snapshot; or QVAnlz_DriverName, when
+// the PPD was that of a different model.
 struct ChangedOption {
   std::string keyword;
   std::string before;

@@ -346,9 +346,25 @@ def check_snapshots(checker):
     judged = checker.judgements("q0000", "--since", folder)[0]["q0000"]
     checker.expect(judged["state"] == "judged" and judged["options"] == live["q0000"]["options"]
                    and judged["reason"].startswith("cannot read snapshot"), judged)
+    check_model_change(checker, folder)
     log = checker.run("audit", "shared1", "--format", "log").stdout.splitlines()[:-1]
     checker.expect(len(log) == same["shared1"]["differ"] and
                    all(line.startswith("shared1: QV") for line in log), log)
+
+
+def check_model_change(checker, folder):
+    """A PPD of a different model is named among the changes."""
+    ppd = checker.server.ppd("shared1")
+    kept = ppd.read_bytes()
+    line = b'*QVAnlz_DriverName: "RA-H5-MLT-JP"'
+    checker.expect(line in kept, "a different model code")
+    ppd.write_bytes(kept.replace(line, b'*QVAnlz_DriverName: "RA-X"'))
+    changed, _ = checker.judgements("shared1", "--since", folder)
+    changes = {change["keyword"]: change for change in changed["shared1"]["changes"]}
+    checker.expect(changes.get("QVAnlz_DriverName") ==
+                   {"keyword": "QVAnlz_DriverName", "before": "RA-H5-MLT-JP", "after": "RA-X"},
+                   changed["shared1"])
+    ppd.write_bytes(kept)
 
 
 def check_progress(checker):
