@@ -31,7 +31,7 @@ namespace {
 
 constexpr int kMaxJobs = 256;
 
-// Of a worker. The largest printers need a tenth of it.
+// Of a worker. The sample printers need 64 MiB, and one with a PPD of 15 MiB needs 160 MiB.
 constexpr std::size_t kMemory = std::size_t{1} << 30;
 
 // The shadow memory of the address sanitizer is larger than any limit.
@@ -169,7 +169,7 @@ void AddAuditOptions(CLI::App& verb, AuditPlan& plan, std::vector<std::string>& 
   verb.get_option("--timeout")
       ->description("Wait at most this long for a CUPS server, and as long for each queue");
   AddConfigOption(verb, plan.scope.location);
-  plan.jobs = static_cast<int>(std::clamp(std::thread::hardware_concurrency(), 1U, 256U));
+  plan.jobs = std::clamp(static_cast<int>(std::thread::hardware_concurrency()), 1, kMaxJobs);
   verb.add_option("-j,--jobs", plan.jobs, "Judge this many queues at the same time")
       ->type_name("COUNT")
       ->check(CLI::Range(1, kMaxJobs))
