@@ -251,6 +251,7 @@ void DefineApply(CLI::App& verb) {
       "  info-analyze apply office reception\n"
       "  info-analyze apply --undo /var/lib/info-analyze/2026-11-22T160850Z-1234.json");
   verb.callback([question] {
+    HideCupsRoot();
     if (question->undo.empty()) {
       ApplyAll(*question);
     } else {

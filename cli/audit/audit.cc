@@ -1,7 +1,5 @@
 #include "cli/audit/audit.h"
 
-#include <stdlib.h>
-
 #include <algorithm>
 #include <charconv>
 #include <chrono>
@@ -11,6 +9,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <system_error>
 #include <thread>
 #include <vector>
@@ -20,6 +19,7 @@
 #include "cli/audit/targets.h"
 #include "cli/config/patterns.h"
 #include "cli/config/settings.h"
+#include "cli/printer/cups_server.h"
 #include "cli/printer/queue_ppd.h"
 #include "cli/printer/worker_pool.h"
 #include "cli/terminal/failure.h"
@@ -40,6 +40,26 @@ constexpr bool kLimitsMemory = false;
 #else
 constexpr bool kLimitsMemory = true;
 #endif
+
+[[nodiscard]] bool IsPort(std::string_view text) {
+  int number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  return error == std::errc() && end == text.data() + text.size() && number >= 1 && number <= 65535;
+}
+
+[[nodiscard]] bool IsServer(std::string_view text) {
+  if (text.starts_with('/')) return true;  // the path of a socket
+  const std::size_t end = text.starts_with('[') ? text.find(']') + 1  // npos + 1 is 0
+                                                : std::min(text.find(':'), text.size());
+  const std::string_view rest = text.substr(end);
+  return end > 0 && (rest.empty() || (rest.starts_with(':') && IsPort(rest.substr(1))));
+}
+
+// Empty for a server. libcups would take "::1" for port 1 of a host.
+[[nodiscard]] std::string FaultOfServer(const std::string& text) {
+  if (IsServer(text)) return "";
+  return "\"" + text + "\" is not HOST, HOST:PORT, [IPV6-ADDRESS]:PORT or the path of a socket";
+}
 
 struct AuditQuestion {
   AuditPlan plan;
@@ -86,21 +106,6 @@ void RequireFolder(const std::string& path) {
   if (question.format == "json") return JsonOf(judgement, question.with_equal);
   if (question.format == "log") return LogOf(judgement);
   return TextOf(judgement, question.with_equal);
-}
-
-// The folder of the environment is that of a different server.
-void UseServer(const std::string& host) {
-  const std::size_t colon = host.find(':');
-  const bool has_port = colon != std::string::npos && colon == host.rfind(':');  // no IPv6 address
-  const std::string port = has_port ? host.substr(colon + 1) : "631";
-  int number = 0;
-  const auto [end, error] = std::from_chars(port.data(), port.data() + port.size(), number);
-  const bool is_port = error == std::errc() && end == port.data() + port.size();
-  if (host.empty() || !is_port || number < 1 || number > 65535) {
-    throw CLI::ValidationError("--host", "\"" + host + "\" is no HOST or HOST:PORT");
-  }
-  setenv("CUPS_SERVER", host.c_str(), 1);
-  unsetenv("CUPS_SERVERROOT");
 }
 
 [[nodiscard]] std::string FormatOf(const AuditSummary& summary, const std::string& format) {
@@ -176,8 +181,9 @@ void AddAuditOptions(CLI::App& verb, AuditPlan& plan, std::vector<std::string>& 
       ->default_str("number of cores");
   // As the tools of CUPS have it, so that -h is not the help of this verb.
   verb.set_help_flag("--help", "Print this help message and exit");
-  verb.add_option("-h,--host", plan.host, "Ask the CUPS server HOST, or HOST:PORT")
+  verb.add_option("-h,--host", plan.host, "Ask the CUPS server HOST, HOST:PORT or [IPV6-ADDRESS]:PORT")
       ->type_name("HOST")
+      ->check(FaultOfServer)
       ->each(UseServer);
 }
 

@@ -45,6 +45,10 @@ namespace {
 using std::chrono::milliseconds;
 using std::chrono::seconds;
 
+// What hints can name.
+bool g_has_host = false;      // the option -h
+bool g_has_cups_root = true;  // the option --cups-root
+
 constexpr std::size_t kMaxPpdSize = std::size_t{16} << 20;
 
 struct HttpCloser {
@@ -165,6 +169,17 @@ struct AddressListDeleter {
   return is_connected ? "it closes connections" : std::strerror(error);
 }
 
+[[nodiscard]] std::string OrCupsRoot(const std::string& fix) {
+  return g_has_cups_root ? fix + " or pass --cups-root" : fix;
+}
+
+[[nodiscard]] std::string FixOfNoAnswer() {
+  if (g_has_host) return "correct -h or start CUPS there";
+  if (IsLocal(cupsServer())) return OrCupsRoot("start cups.service");
+  return g_has_cups_root ? "correct CUPS_SERVER, start CUPS there or pass --cups-root"
+                         : "correct CUPS_SERVER or start CUPS there";
+}
+
 [[nodiscard]] bool IsDenial(ipp_status_t status) {
   return status == IPP_STATUS_ERROR_FORBIDDEN || status == IPP_STATUS_ERROR_NOT_AUTHENTICATED ||
          status == IPP_STATUS_ERROR_NOT_AUTHORIZED ||
@@ -179,9 +194,7 @@ class Server {
     http_.reset(httpConnect2(cupsServer(), ippPort(), nullptr, AF_UNSPEC, cupsEncryption(), 1,
                              static_cast<int>(milliseconds(timeout).count()), nullptr));
     if (http_) return;
-    Fail(purpose_, Name() + " does not answer (" + FindConnectionFault() + ")",
-         IsLocal(cupsServer()) ? "start cups.service or pass --cups-root"
-                               : "correct CUPS_SERVER, start CUPS there or pass --cups-root");
+    Fail(purpose_, Name() + " does not answer (" + FindConnectionFault() + ")", FixOfNoAnswer());
   }
 
   [[nodiscard]] std::string Name() const { return NameOfServer(ServerOfLibcups()); }
@@ -195,7 +208,7 @@ class Server {
     if (status == IPP_STATUS_ERROR_NOT_FOUND) return nullptr;
     if (status == IPP_STATUS_ERROR_SERVICE_UNAVAILABLE || status == IPP_STATUS_ERROR_INTERNAL) {
       Fail(purpose_, Name() + " does not complete the request (" + cupsLastErrorString() + ")",
-           "read the server's error log, or pass --cups-root");
+           OrCupsRoot("read the server's error log"));
     }
     if (!answer || status > IPP_STATUS_OK_CONFLICTING) Refuse(cupsLastErrorString());
     return answer;
@@ -444,13 +457,14 @@ void Answer(int descriptor, const std::function<std::string()>& ask) {
     Fail(
         purpose,
         NameOfServer(server) + " has not answered within " + std::to_string(timeout.count()) + " s",
-        "restart cups.service, pass --cups-root, or allow more time with --timeout");
+        g_has_cups_root ? "restart cups.service, pass --cups-root, or allow more time with --timeout"
+                        : "restart cups.service or allow more time with --timeout");
   }
   Fail(purpose,
        "the process that asks " + NameOfServer(server) + " ended with " +
            (child.signal != 0 ? NameOfSignal(child.signal)
                               : "status " + std::to_string(child.status)),
-       "pass --cups-root");
+       OrCupsRoot("try again"));
 }
 
 [[nodiscard]] std::string AskInChild(const Purpose& purpose, seconds timeout,
@@ -471,6 +485,15 @@ void Answer(int descriptor, const std::function<std::string()>& ask) {
 }
 
 }  // namespace
+
+void UseServer(const std::string& host) {
+  setenv("CUPS_SERVER", host.c_str(), 1);
+  unsetenv("CUPS_SERVERROOT");  // that of a different server
+  g_has_host = true;
+  g_has_cups_root = false;
+}
+
+void HideCupsRoot() { g_has_cups_root = false; }
 
 bool IsDriverless(const QueueAttributes& queue) {
   return queue.is_temporary || queue.make_and_model.find("IPP Everywhere") != std::string::npos;

@@ -12,6 +12,13 @@
 
 namespace ia::cli {
 
+// Makes libcups use this server: HOST, HOST:PORT, [IPV6-ADDRESS]:PORT or the path of a socket. Hints
+// then name the option -h, which the verb must have.
+void UseServer(const std::string& host);
+
+// For a verb without --cups-root, which hints then do not name.
+void HideCupsRoot();
+
 // The PPD of a queue, by the rule of libcups: the file in the server's folder when the server is on
 // this machine and the file can be read, or else from the server. Throws a Failure that names the
 // cause.

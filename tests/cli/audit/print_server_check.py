@@ -17,6 +17,7 @@ import re
 import shlex
 import shutil
 import signal
+import socket
 import subprocess
 import sys
 import tempfile
@@ -421,23 +422,48 @@ def check_output(checker):
 def check_other_server(checker):
     """A queue of the same name on a server elsewhere is not taken for that of this machine."""
     root = checker.root / "elsewhere"
-    with PrintServer(root, port=18631) as other:
+    ipv6 = ["[::1]:18632"] if has_ipv6() else []
+    with PrintServer(root, addresses=["localhost:18631", *ipv6]) as other:
         sample = checker.samples[0]
         other.add("q0000", sample / f"ppd/{sample.name}.ppd")
         path = other.ppd("q0000")
         path.write_bytes(path.read_bytes() + b"*% elsewhere\n")
         before, here = other.ppds(), checker.server.ppds()
-        for host in ("localhost:18631", "127.0.0.1:18631", str(other.socket)):
+        for host in ("localhost:18631", "127.0.0.1:18631", str(other.socket), *ipv6):
             run = checker.run("apply", "q0000", "-h", host, status=11)
             now = other.ppds()["q0000"]
             checker.expect(now != before["q0000"] and now.endswith(b"*% elsewhere\n"), host)
             undo = re.search(r"^undo with: info-analyze apply --undo (\S+) -h (\S+)$", run.stdout,
                              re.M)
-            checker.expect(undo and undo[2] == host, run.stdout[-300:])
+            checker.expect(undo and shlex.split(undo[2]) == [host], run.stdout[-300:])
             refused = checker.run("apply", "--undo", undo[1], status=3)
             checker.expect("it is of the CUPS server at" in refused.stderr, refused.stderr)
             checker.run("apply", "--undo", undo[1], "-h", host, status=0)
             checker.expect(other.ppds() == before and checker.server.ppds() == here, "undone", host)
+
+
+def has_ipv6():
+    with contextlib.suppress(OSError), socket.socket(socket.AF_INET6) as probe:
+        probe.bind(("::1", 0))
+        return True
+    print("not checked: IPv6 (no ::1)")
+    return False
+
+
+def check_server_names(checker):
+    """Texts that libcups would take for a different server are refused, and a hint names what the
+    command line has."""
+    for text in ("", "::1", "::1:631", "[::1", "[::1]x", "[::1]:", "[::1]:x", "[::1]:0", ":631",
+                 "localhost:", "localhost:65536", "localhost:631x"):
+        run = checker.run("audit", "-h", text, status=2)
+        checker.expect(f'--host: "{text}" is not HOST, HOST:PORT, [IPV6-ADDRESS]:PORT or' in
+                       run.stderr, text, run.stderr)
+    for verb, host, hint in (("audit", "127.0.0.1:9", "correct -h or start CUPS there"),
+                             ("apply", "/none", "correct -h or start CUPS there"),
+                             ("apply", None, "start cups.service"),
+                             ("audit", None, "start cups.service or pass --cups-root")):
+        run = checker.run(verb, *(["-h", host] if host else []), status=3, CUPS_SERVER="/none")
+        checker.expect(run.stderr.endswith("; " + hint + "\n"), verb, host, run.stderr)
 
 
 def check_two_at_once(checker):
@@ -605,7 +631,7 @@ def main():
         with checker.server:
             check_whole_server(checker, queues)
             checks = [check_missing_data, check_snapshots, check_progress, check_output,
-                      check_other_server, check_two_at_once]
+                      check_other_server, check_server_names, check_two_at_once]
             if os.geteuid() == 0:  # cupsd runs programs of root only
                 checks.append(check_jobs)
             for check in checks:
