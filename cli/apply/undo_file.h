@@ -20,9 +20,6 @@ struct UndoRecord {
   std::vector<ChangedDefault> defaults;
 };
 
-// Whether a PPD and an undo file can have the text.
-[[nodiscard]] bool IsOneLine(const std::string& text);
-
 // The folder of undo files and of the lock: that of the system's services or of the user. Makes it;
 // throws a Failure.
 [[nodiscard]] std::string StateFolder();
@@ -51,8 +48,8 @@ class UndoFile {
 // In a folder of undo files: "2026-11-22T160850Z-1234.json".
 [[nodiscard]] std::string NewUndoPath(const std::string& folder);
 
-// Throws a Failure for what is no undo file, or what other users can write to. A last line that is
-// not complete is left out: its queue was not changed.
+// Throws a Failure for what is no undo file, what has no record, and what other users can write to. A
+// last line that is not complete is left out: its queue was not changed.
 [[nodiscard]] std::vector<UndoRecord> ReadUndoFile(const std::string& path);
 
 }  // namespace ia::cli
