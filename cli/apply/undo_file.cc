@@ -8,6 +8,7 @@
 #include <array>
 #include <cerrno>
 #include <cstddef>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
@@ -47,7 +48,7 @@ constexpr const char* kNameOfApply = "name the file that apply has printed";
   char* out = recoded.data();
   std::size_t in_left = text.size();
   std::size_t out_left = recoded.size();
-  const iconv_t converter = iconv_open(to, from);
+  iconv_t converter = iconv_open(to, from);
   if (converter == reinterpret_cast<iconv_t>(-1)) ThrowErrno();
   const std::size_t result = iconv(converter, &in, &in_left, &out, &out_left);
   const int error = errno;
@@ -160,7 +161,7 @@ UndoFile::~UndoFile() {
 }
 
 void UndoFile::Make() {
-  descriptor_ = open(path_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
+  descriptor_ = open(path_.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
   if (descriptor_ < 0) Fail(path_, std::strerror(errno), "check its folder");
   const std::string folder = std::filesystem::absolute(path_).parent_path().string();
   const int of_folder = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
@@ -171,12 +172,23 @@ void UndoFile::Make() {
 
 void UndoFile::Add(const UndoRecord& record) {
   if (descriptor_ < 0) Make();
+  size_before_last_ = lseek(descriptor_, 0, SEEK_END);
   try {
     WriteAll(descriptor_, Write(record));
   } catch (const std::system_error& error) {
     Fail(path_, error.code().message(), "free space, and run it again");
   }
   if (fsync(descriptor_) != 0) Fail(path_, std::strerror(errno), "check its disk");
+}
+
+void UndoFile::RemoveLast() {
+  if (size_before_last_ > 0) {
+    if (ftruncate(descriptor_, size_before_last_) == 0) return;
+    Fail(path_, std::strerror(errno), "check its disk");
+  }
+  close(descriptor_);
+  descriptor_ = -1;
+  if (unlink(path_.c_str()) != 0) Fail(path_, std::strerror(errno), "remove it");
 }
 
 std::string NewUndoPath(const std::string& folder) {

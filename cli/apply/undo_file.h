@@ -3,6 +3,8 @@
 #ifndef INFO_ANALYZE_CLI_APPLY_UNDO_FILE_H_
 #define INFO_ANALYZE_CLI_APPLY_UNDO_FILE_H_
 
+#include <sys/types.h>
+
 #include <string>
 #include <vector>
 
@@ -35,6 +37,9 @@ class UndoFile {
   // Returns when the record is on the disk; throws a Failure.
   void Add(const UndoRecord& record);
 
+  // Removes the record that was added last, of a queue that was not changed; without it an empty file.
+  void RemoveLast();
+
   [[nodiscard]] bool IsEmpty() const { return descriptor_ < 0; }
   [[nodiscard]] const std::string& path() const { return path_; }
 
@@ -43,6 +48,7 @@ class UndoFile {
 
   std::string path_;
   int descriptor_ = -1;
+  off_t size_before_last_ = 0;
 };
 
 // In a folder of undo files: "2026-11-22T160850Z-1234.json".

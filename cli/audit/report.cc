@@ -95,10 +95,6 @@ using Json = nlohmann::ordered_json;
   return changes;
 }
 
-[[nodiscard]] std::string WhyNotJudged(const Judgement& judgement) {
-  return judgement.reason + (judgement.hint.empty() ? "" : "; " + judgement.hint);
-}
-
 [[nodiscard]] Json ToJson(const JudgedOption& option) {
   return {{"keyword", option.keyword},
           {"default", OrNull(option.default_choice)},
@@ -159,6 +155,10 @@ std::string TextOf(const AuditSummary& summary) {
   add(summary.failed, "failed");
   return std::to_string(summary.queues) + (summary.queues == 1 ? " queue" : " queues") +
          (counts.empty() ? "" : ": " + Join(counts)) + "\n";
+}
+
+std::string WhyNotJudged(const Judgement& judgement) {
+  return judgement.reason + (judgement.hint.empty() ? "" : "; " + judgement.hint);
 }
 
 std::string LogOf(const Judgement& judgement) {

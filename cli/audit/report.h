@@ -28,6 +28,9 @@ struct AuditSummary {
 [[nodiscard]] std::string TextOf(const Judgement& judgement, bool with_equal);
 [[nodiscard]] std::string TextOf(const AuditSummary& summary);
 
+// Of a queue that is not judged: the reason, and what to do.
+[[nodiscard]] std::string WhyNotJudged(const Judgement& judgement);
+
 // A line for each option that differs and for each change: "office: QVFinisher None -> STFINT1".
 [[nodiscard]] std::string LogOf(const Judgement& judgement);
 

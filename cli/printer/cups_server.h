@@ -91,7 +91,8 @@ class Denied : public Failure {
   using Failure::Failure;
 };
 
-// Gives the queue this PPD, which the server takes as a whole or not at all; throws a Failure.
+// Gives the queue this PPD, which the server takes as a whole or not at all; throws a Failure. After a
+// Denied, the queue has the PPD that it had.
 void ReplacePpd(const std::string& queue, const std::string& ppd, std::chrono::seconds timeout);
 
 }  // namespace ia::cli

@@ -58,6 +58,27 @@ TEST_F(UndoFiles, HaveWhatWasAdded) {
   EXPECT_EQ(records[1].queue, "second");
 }
 
+TEST_F(UndoFiles, DoNotKeepWhatWasRemoved) {
+  UndoFile file(path_);
+  file.Add(record_);
+  file.Add({.server = "localhost:631", .queue = "removed", .defaults = {}});
+  file.RemoveLast();
+  file.Add({.server = "localhost:631", .queue = "second", .defaults = {}});
+  const std::vector<UndoRecord> records = ReadUndoFile(path_);
+  ASSERT_THAT(records, SizeIs(2));
+  EXPECT_EQ(records[1].queue, "second");
+}
+
+TEST_F(UndoFiles, AreRemovedWithTheirOnlyRecord) {
+  UndoFile file(path_);
+  file.Add(record_);
+  file.RemoveLast();
+  EXPECT_TRUE(file.IsEmpty());
+  EXPECT_FALSE(std::filesystem::exists(path_));
+  file.Add(record_);
+  EXPECT_THAT(ReadUndoFile(path_), SizeIs(1));
+}
+
 TEST_F(UndoFiles, AreNotMadeWithoutARecord) {
   {
     const UndoFile file(path_);

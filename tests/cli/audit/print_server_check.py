@@ -419,6 +419,35 @@ def check_output(checker):
     checker.expect(checker.server.ppds() == before, "changed without an undo file")
 
 
+def check_undo_files(checker):
+    """A record of what is no printer of the server changes nothing."""
+    before = checker.server.ppds()
+    undo = pathlib.Path(checker.undo_path(checker.run("apply", "shared1")))
+    after = checker.server.ppds()
+    other = checker.root / "undo.json"
+    for name, why in {"class": "it is a class", "none": "the CUPS server has no such queue",
+                      "../ppd/shared1": "the CUPS server has no such queue"}.items():
+        other.write_text(undo.read_text().replace('"queue":"shared1"', f'"queue":"{name}"'))
+        other.chmod(0o600)
+        run = checker.run("apply", "--undo", other, status=10)
+        checker.expect(f"{name} is left alone: {why}\n" in run.stderr, run)
+        checker.expect(checker.server.ppds() == after, "changed by the record of", name)
+    other.write_text(undo.read_text().replace('"queue":"shared1"', '"queue":"SHARED1"'))
+    checker.run("apply", "--undo", other, status=0)
+    checker.expect(checker.server.ppds() == before, "not undone")
+
+
+def check_queue_named_twice(checker):
+    """It is judged and changed once."""
+    judged, summary = checker.judgements("q0000", "Q0000", "q0003", "q0000")
+    checker.expect(list(judged) == ["q0000", "q0003"] and summary["queues"] == 2, summary)
+    before = checker.server.ppds()
+    run = checker.run("apply", "q0000", "q0000")
+    checker.expect("left alone" not in run.stderr and "1 queue changed; 1 queue:" in run.stdout, run)
+    checker.run("apply", "--undo", checker.undo_path(run), status=0)
+    checker.expect(checker.server.ppds() == before, "not undone")
+
+
 def check_other_server(checker):
     """A queue of the same name on a server elsewhere is not taken for that of this machine."""
     root = checker.root / "elsewhere"
@@ -437,7 +466,8 @@ def check_other_server(checker):
                              re.M)
             checker.expect(undo and shlex.split(undo[2]) == [host], run.stdout[-300:])
             refused = checker.run("apply", "--undo", undo[1], status=3)
-            checker.expect("it is of the CUPS server at" in refused.stderr, refused.stderr)
+            checker.expect("may be a different one; pass -h " + undo[2] in refused.stderr,
+                           refused.stderr)
             checker.run("apply", "--undo", undo[1], "-h", host, status=0)
             checker.expect(other.ppds() == before and checker.server.ppds() == here, "undone", host)
 
@@ -501,6 +531,8 @@ def check_rights(checker):
         env=checker.environment(STATE_DIRECTORY=str(state), TMPDIR="/tmp"), capture_output=True,
         text=True)
     checker.expect(run.returncode == 3 and "does not let user" in run.stderr, run)
+    checker.expect("undo with" not in run.stdout + run.stderr and not list(state.glob("*.json")),
+                   "an undo file without a change:", run)
     checker.expect(checker.server.ppds() == before, "changed without rights")
 
 
@@ -632,7 +664,8 @@ def main():
         with checker.server:
             check_whole_server(checker, queues)
             checks = [check_missing_data, check_snapshots, check_progress, check_output,
-                      check_other_server, check_server_names, check_two_at_once]
+                      check_undo_files, check_queue_named_twice, check_other_server,
+                      check_server_names, check_two_at_once]
             if os.geteuid() == 0:  # cupsd runs programs of root only
                 checks.append(check_jobs)
             for check in checks:
