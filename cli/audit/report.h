@@ -16,6 +16,7 @@ struct AuditSummary {
   std::size_t right = 0;
   std::size_t differ = 0;
   std::size_t unknown = 0;  // judged, but not all of their options
+  std::size_t differ_and_unknown = 0;
   std::size_t not_applicable = 0;
   std::size_t failed = 0;
 

@@ -118,6 +118,7 @@ def check_whole_server(checker, queues):
     checker.expect(len(names) == len(set(names)) and len(names) > queues, "queues of the audit")
     judged, summary = checker.judgements()
     checker.expect([name for name in names] == list(judged), "text and JSON have other queues")
+    check_counts(checker, run.stdout.splitlines()[-1], judged)
     checker.expect(summary["queues"] == len(judged), summary)
     for name, why in {"raw": "raw queue", "class": "class", "driverless": "driverless",
                       "foreign": "option lines"}.items():
@@ -173,6 +174,24 @@ def check_whole_server(checker, queues):
     checker.expect(server.ppds() == before, "undo does not restore the bytes")
     left = list((checker.root / "tmp").iterdir())
     checker.expect(not left, "left in TMPDIR:", left)
+
+
+def check_counts(checker, line, judged):
+    """The last line counts each queue once."""
+    queues = list(judged.values())
+    of_differing = [queue for queue in queues if queue["differ"]]
+    both = sum(queue["unknown"] > 0 for queue in of_differing)
+    counts = {
+        "right": sum(queue["state"] == "judged" and not queue["differ"] and not queue["unknown"]
+                     for queue in queues),
+        f"differ ({both} with unknown options, too)" if both else "differ": len(of_differing),
+        "right but for unknown options":
+            sum(queue["unknown"] > 0 and not queue["differ"] for queue in queues),
+        "not applicable": sum(queue["state"] == "not applicable" for queue in queues),
+        "failed": sum(queue["state"] == "failed" for queue in queues)}
+    checker.expect(sum(counts.values()) == len(queues) and both, counts)
+    text = ", ".join(f"{count} {name}" for name, count in counts.items() if count)
+    checker.expect(line == f"{len(queues)} queues: {text}", line, text)
 
 
 def limits_memory(tool):
