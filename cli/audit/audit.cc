@@ -70,7 +70,8 @@ struct AuditQuestion {
   bool with_equal = false;
 };
 
-[[nodiscard]] Judgement JudgementOf(const std::string& task, const TaskResult& result) {
+[[nodiscard]] Judgement JudgementOf(const std::string& task, const TaskResult& result,
+                                    const AuditScope& scope) {
   if (result.fault.empty()) return ReadJudgement(result.answer);
   const Target target = ReadTarget(task);
   Judgement judgement;
@@ -78,7 +79,7 @@ struct AuditQuestion {
   judgement.snapshot = target.snapshot;
   judgement.state = QueueState::kFailed;
   judgement.reason = "the process that judges it failed: " + result.fault;
-  judgement.hint = "check its communication library with info-analyze doctor";
+  judgement.hint = "check its communication library with `" + DoctorCommand(target, scope) + "`";
   return judgement;
 }
 
@@ -157,7 +158,7 @@ void JudgeAll(const AuditPlan& plan, const std::function<void(const Judgement&)>
   std::size_t done = 0;
   std::size_t failed = 0;
   RunInWorkers(limits, work, next_task, [&](const std::string& task, const TaskResult& result) {
-    const Judgement judgement = JudgementOf(task, result);
+    const Judgement judgement = JudgementOf(task, result, plan.scope);
     ++done;
     if (judgement.state == QueueState::kFailed) ++failed;
     progress.Hide();

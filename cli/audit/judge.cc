@@ -26,6 +26,7 @@
 #include "cli/snapshot/snapshot_files.h"
 #include "cli/snapshot/take.h"
 #include "cli/terminal/failure.h"
+#include "cli/terminal/shell_quoting.h"
 
 namespace ia::cli {
 namespace {
@@ -46,12 +47,12 @@ namespace fs = std::filesystem;
   return options;
 }
 
-void RequireDocuments(const AnalyzeContext& analyzer) {
+void RequireDocuments(const AnalyzeContext& analyzer, const std::string& doctor) {
   const std::vector<std::string> missing = ExplainMissingDocuments(analyzer);
   if (missing.size() < IA_DOCUMENT_COUNT) return;
   throw Failure(ExitStatus::kDocuments, {.object = "documents",
                                          .cause = "none can be read; " + missing.front(),
-                                         .hint = "find out why with info-analyze doctor"});
+                                         .hint = "find out why with `" + doctor + "`"});
 }
 
 void RequirePpd(const std::string& queue, std::string_view ppd) {
@@ -156,6 +157,14 @@ Target ReadTarget(const std::string& bytes) {
   return target;
 }
 
+std::string DoctorCommand(const Target& target, const AuditScope& scope) {
+  constexpr const char* kDoctor = "info-analyze doctor";
+  if (!target.snapshot.empty()) return kDoctor + (" --snapshot " + QuoteForShell(target.snapshot));
+  const std::string& root = scope.location.cups_root;
+  return kDoctor + (" --queue " + QuoteForShell(target.queue)) +
+         (root.empty() ? "" : " --cups-root " + QuoteForShell(root));
+}
+
 Judge::Judge(const AuditScope& scope)
     : scope_(scope), cups_root_(std::make_shared<const TemporaryFiles>("")) {}
 
@@ -214,12 +223,12 @@ Judge::Printer Judge::LocatePrinter(const Target& target) const {
   return printer;
 }
 
-void Judge::QueryOptions(const CopiedPpd& copy, Printer& printer) {
+void Judge::QueryOptions(const CopiedPpd& copy, const Target& target, Printer& printer) {
   const PrinterLocation& location = printer.location;
   const AnalyzerPtr analyzer =
       copy.CreateAnalyzer(LibraryOf(location.driver_folder), location.device_info.c_str());
   const OptionListPtr options = RunAllUpdates(*analyzer);
-  RequireDocuments(*analyzer);
+  RequireDocuments(*analyzer, DoctorCommand(target, scope_));
   const char* const code = analyzer->driver_name;
   printer.model_code = code != nullptr ? code : "";
   const PpdOptions ppd = ParsePpdOptions(printer.ppd);
@@ -242,7 +251,7 @@ Judge::Printer Judge::Query(const Target& target) {
                             .model = [&] { return copy.ReadModelCode(); }};
   printer.location =
       Complete(printer.location, CurrentSettings(scope_.location.config_file), words);
-  QueryOptions(copy, printer);
+  QueryOptions(copy, target, printer);
   return printer;
 }
 

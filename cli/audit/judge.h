@@ -34,6 +34,9 @@ struct AuditScope {
   std::string save;          // folder for new snapshots; empty: none
 };
 
+// The verb that says what is wrong with a queue: "info-analyze doctor --queue office".
+[[nodiscard]] std::string DoctorCommand(const Target& target, const AuditScope& scope);
+
 // Judges queues one after the other, and loads each communication library once. Only one in a
 // process, because libcups keeps the first CUPS root that it is given.
 class Judge {
@@ -50,7 +53,7 @@ class Judge {
   [[nodiscard]] std::string FetchLivePpd(const std::string& queue) const;
   [[nodiscard]] BidiContext* LibraryOf(const std::string& driver_folder);
   [[nodiscard]] Printer LocatePrinter(const Target& target) const;
-  void QueryOptions(const CopiedPpd& copy, Printer& printer);
+  void QueryOptions(const CopiedPpd& copy, const Target& target, Printer& printer);
   [[nodiscard]] Printer Query(const Target& target);
   void JudgeOptions(const Target& target, Judgement& judgement);
   void CompareWithEarlier(const Printer& printer, Judgement& judgement);

@@ -133,6 +133,9 @@ def check_whole_server(checker, queues):
         checker.expect(name in HOSTILE and name not in hostile or
                        judged[name]["state"] == "failed" and why in judged[name]["reason"],
                        name, judged[name])
+    for name in ("crash_when_called", "missing-documents"):
+        checker.expect(judged[name]["hint"].endswith(f"`info-analyze doctor --queue {name}`"),
+                       judged[name]["hint"])
     good = [name for name in judged if judged[name]["state"] == "judged"]
     checker.expect(len(good) >= queues + 7, "judged:", len(good))
     checker.expect(all(judged[name]["differ"] for name in good), "some sample does not differ")
