@@ -88,7 +88,7 @@ struct AuditQuestion {
   if (question.snapshots.empty()) return FindLiveTargets(scope, question.queues);
   if (!question.is_live) return FindSavedTargets(question.snapshots, question.queues);
   return PairWithSnapshots(FindLiveTargets(scope, question.queues),
-                           FindSavedTargets(question.snapshots, question.queues));
+                           FindSavedTargets(question.snapshots, {}));
 }
 
 void RequireFolder(const std::string& path) {
@@ -195,8 +195,10 @@ void DefineAudit(CLI::App& verb) {
   AddCupsRootOption(verb, scope.location);
   verb.get_option("--cups-root")->excludes("--host");
   verb.add_option("--snapshots", question->snapshots,
-                  "Audit the printers that are saved in these snapshots, or folders of snapshots")
-      ->type_name("PATH");
+                  "Audit the printers that are saved in this snapshot or folder of snapshots; may be "
+                  "given several times")
+      ->type_name("PATH")
+      ->allow_extra_args(false);  // names of queues may follow
   verb.add_flag("--live", question->is_live,
                 "With --snapshots: audit the live queues against the saved documents");
   verb.add_option("--since", scope.since, "Report what has changed since the snapshots in DIR")

@@ -105,6 +105,26 @@ namespace fs = std::filesystem;
   }
 }
 
+[[nodiscard]] std::vector<Target> TargetsOf(const std::vector<std::string>& names,
+                                            const std::vector<Target>& saved) {
+  std::vector<Target> targets;
+  std::vector<std::string> missing = names;
+  for (Target target : saved) {
+    target.queue = QueueOf(target.snapshot);
+    const auto is_its_name = [&](const std::string& name) {
+      return IsSameQueue(name, target.queue);
+    };
+    if (std::ranges::none_of(names, is_its_name)) continue;
+    std::erase_if(missing, is_its_name);
+    targets.push_back(target);
+  }
+  if (missing.empty()) return targets;
+  throw Failure(ExitStatus::kSnapshot,
+                {.object = "queue \"" + missing.front() + "\"",
+                 .cause = "no snapshot of it can be read",
+                 .hint = "write --snapshots before each path, and names of queues without it"});
+}
+
 }  // namespace
 
 std::vector<Target> FindLiveTargets(AuditScope& scope, const std::vector<std::string>& names) {
@@ -130,13 +150,7 @@ std::vector<Target> FindSavedTargets(const std::vector<std::string>& paths,
         IsFolder(path) && !IsSnapshot(path) ? SnapshotsIn(path) : std::vector{path};
     std::ranges::transform(snapshots, std::back_inserter(targets), SavedTarget);
   }
-  if (names.empty()) return targets;
-  for (Target& target : targets) target.queue = QueueOf(target.snapshot);
-  std::erase_if(targets, [&](const Target& target) {
-    return std::ranges::none_of(
-        names, [&](const std::string& name) { return IsSameQueue(name, target.queue); });
-  });
-  return targets;
+  return names.empty() ? targets : TargetsOf(names, targets);
 }
 
 std::vector<Target> PairWithSnapshots(std::vector<Target> live, const std::vector<Target>& saved) {

@@ -343,8 +343,13 @@ def check_snapshots(checker):
     paired, _ = checker.judgements(*names, "--snapshots", folder, "--live")
     checker.expect({name: paired[name]["options"] for name in names} ==
                    {name: live[name]["options"] for name in names}, "against snapshots")
-    checker.expect(list(checker.judgements("--snapshots", folder, "--", "q0003")[0]) == ["q0003"],
+    checker.expect(list(checker.judgements("--snapshots", folder, "q0003")[0]) == ["q0003"],
                    "one of the snapshots")
+    several = [word for name in names for word in ("--snapshots", folder / f"{name}.tar.gz")]
+    checker.expect(checker.judgements(*several)[0] == saved, "several snapshots")
+    run = checker.run("audit", "--snapshots", *folder.iterdir(), status=9)
+    checker.expect("no snapshot of it can be read; write --snapshots before each path" in
+                   run.stderr, run.stderr)
     documents = checker.root / "documents/shared1"
     sample = documents.resolve()
     documents.unlink()
