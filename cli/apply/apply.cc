@@ -163,8 +163,8 @@ class Apply {
   // A queue that was set is right but for what its PPD does not offer.
   void Set(const std::vector<NewDefault>& wanted, Judgement& judgement) {
     const LiveQueue queue = {.server = question_.plan.scope.server.name, .name = judgement.queue};
-    const QueueChanges::Outcome outcome = changes_.Make(
-        queue.name, [&] { SetDefaults(queue, wanted, options_, *undo_file_); });
+    const QueueChanges::Outcome outcome =
+        changes_.Make(queue.name, [&] { SetDefaults(queue, wanted, options_, *undo_file_); });
     if (outcome == QueueChanges::Outcome::kFailed) judgement.state = QueueState::kFailed;
     if (outcome != QueueChanges::Outcome::kChanged) return;
     ++changed_;
@@ -211,8 +211,8 @@ void RequireSameServer(const std::vector<UndoRecord>& records, const std::string
     if (record.server == server) continue;
     throw Failure(ExitStatus::kQueue,
                   {.object = "undo file",
-                   .cause = "it is of the CUPS server at " + record.server +
-                            ", and the one at " + server + " may be a different one",
+                   .cause = "it is of the CUPS server at " + record.server + ", and the one at " +
+                            server + " may be a different one",
                    .hint = "pass -h " + QuoteForShell(record.server)});
   }
 }

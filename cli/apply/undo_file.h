@@ -37,7 +37,8 @@ class UndoFile {
   // Returns when the record is on the disk; throws a Failure.
   void Add(const UndoRecord& record);
 
-  // Removes the record that was added last, of a queue that was not changed; without it an empty file.
+  // Removes the record that was added last, of a queue that was not changed; without it an empty
+  // file.
   void RemoveLast();
 
   [[nodiscard]] bool IsEmpty() const { return descriptor_ < 0; }
@@ -54,8 +55,8 @@ class UndoFile {
 // In a folder of undo files: "2026-11-22T160850Z-1234.json".
 [[nodiscard]] std::string NewUndoPath(const std::string& folder);
 
-// Throws a Failure for what is no undo file, what has no record, and what other users can write to. A
-// last line that is not complete is left out: its queue was not changed.
+// Throws a Failure for what is no undo file, what has no record, and what other users can write to.
+// A last line that is not complete is left out: its queue was not changed.
 [[nodiscard]] std::vector<UndoRecord> ReadUndoFile(const std::string& path);
 
 }  // namespace ia::cli

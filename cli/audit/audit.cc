@@ -48,7 +48,7 @@ constexpr bool kLimitsMemory = true;
 }
 
 [[nodiscard]] bool IsServer(std::string_view text) {
-  if (text.starts_with('/')) return true;  // the path of a socket
+  if (text.starts_with('/')) return true;                             // the path of a socket
   const std::size_t end = text.starts_with('[') ? text.find(']') + 1  // npos + 1 is 0
                                                 : std::min(text.find(':'), text.size());
   const std::string_view rest = text.substr(end);
@@ -182,7 +182,8 @@ void AddAuditOptions(CLI::App& verb, AuditPlan& plan, std::vector<std::string>& 
       ->default_str("number of cores");
   // As the tools of CUPS have it, so that -h is not the help of this verb.
   verb.set_help_flag("--help", "Print this help message and exit");
-  verb.add_option("-h,--host", plan.host, "Ask the CUPS server HOST, HOST:PORT or [IPV6-ADDRESS]:PORT")
+  verb.add_option("-h,--host", plan.host,
+                  "Ask the CUPS server HOST, HOST:PORT or [IPV6-ADDRESS]:PORT")
       ->type_name("HOST")
       ->check(FaultOfServer)
       ->each(UseServer);
@@ -194,9 +195,10 @@ void DefineAudit(CLI::App& verb) {
   AuditScope& scope = question->plan.scope;
   AddCupsRootOption(verb, scope.location);
   verb.get_option("--cups-root")->excludes("--host");
-  verb.add_option("--snapshots", question->snapshots,
-                  "Audit the printers that are saved in this snapshot or folder of snapshots; may be "
-                  "given several times")
+  verb.add_option(
+          "--snapshots", question->snapshots,
+          "Audit the printers that are saved in this snapshot or folder of snapshots; may be "
+          "given several times")
       ->type_name("PATH")
       ->allow_extra_args(false);  // names of queues may follow
   verb.add_flag("--live", question->is_live,

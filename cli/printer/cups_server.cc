@@ -457,8 +457,9 @@ void Answer(int descriptor, const std::function<std::string()>& ask) {
     Fail(
         purpose,
         NameOfServer(server) + " has not answered within " + std::to_string(timeout.count()) + " s",
-        g_has_cups_root ? "restart cups.service, pass --cups-root, or allow more time with --timeout"
-                        : "restart cups.service or allow more time with --timeout");
+        g_has_cups_root
+            ? "restart cups.service, pass --cups-root, or allow more time with --timeout"
+            : "restart cups.service or allow more time with --timeout");
   }
   Fail(purpose,
        "the process that asks " + NameOfServer(server) + " ended with " +

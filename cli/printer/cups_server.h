@@ -12,8 +12,8 @@
 
 namespace ia::cli {
 
-// Makes libcups use this server: HOST, HOST:PORT, [IPV6-ADDRESS]:PORT or the path of a socket. Hints
-// then name the option -h, which the verb must have.
+// Makes libcups use this server: HOST, HOST:PORT, [IPV6-ADDRESS]:PORT or the path of a socket.
+// Hints then name the option -h, which the verb must have.
 void UseServer(const std::string& host);
 
 // For a verb without --cups-root, which hints then do not name.
@@ -91,8 +91,8 @@ class Denied : public Failure {
   using Failure::Failure;
 };
 
-// Gives the queue this PPD, which the server takes as a whole or not at all; throws a Failure. After a
-// Denied, the queue has the PPD that it had.
+// Gives the queue this PPD, which the server takes as a whole or not at all; throws a Failure.
+// After a Denied, the queue has the PPD that it had.
 void ReplacePpd(const std::string& queue, const std::string& ppd, std::chrono::seconds timeout);
 
 }  // namespace ia::cli

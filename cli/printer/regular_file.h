@@ -20,8 +20,8 @@ class FileFault : public std::runtime_error {
   int error_;
 };
 
-// The contents of a file; throws a FileFault. Never waits for a FIFO or reads a device. The check is
-// called with what the opened file is, before it is read, and may throw.
+// The contents of a file; throws a FileFault. Never waits for a FIFO or reads a device. The check
+// is called with what the opened file is, before it is read, and may throw.
 [[nodiscard]] std::string ReadRegularFile(
     const std::string& path, std::size_t max_size,
     const std::function<void(const struct stat& status)>& check = {});

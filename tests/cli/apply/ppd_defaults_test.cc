@@ -32,7 +32,8 @@ TEST(PpdDefaults, TextsAreOneLineWithoutControls) {
   for (const char* const text : {"", "None", "None\t/x", "\xe4\x80\xff"}) {
     EXPECT_TRUE(IsOneLine(text)) << text;
   }
-  for (const char* const text : {"\n", "a\r", "\x1b[", "\x7f"}) EXPECT_FALSE(IsOneLine(text)) << text;
+  for (const char* const text : {"\n", "a\r", "\x1b[", "\x7f"})
+    EXPECT_FALSE(IsOneLine(text)) << text;
   EXPECT_FALSE(IsOneLine(std::string(1, '\0')));
 }
 

@@ -114,10 +114,9 @@ TEST_F(UndoFiles, WithoutACompleteRecordAreRefused) {
 // A character that is no byte of a PPD cannot be written back.
 TEST_F(UndoFiles, HaveOnlyCharactersOfLatin1) {
   const auto write = [&](const std::string& text) {
-    root_.Write("undo.json",
-                R"({"undo_version":1,"server":"s","queue":"q","defaults":[)"
-                R"({"keyword":"X","before":[")" +
-                    text + R"("],"after":"A"}]})" + "\n");
+    root_.Write("undo.json", R"({"undo_version":1,"server":"s","queue":"q","defaults":[)"
+                             R"({"keyword":"X","before":[")" +
+                                 text + R"("],"after":"A"}]})" + "\n");
     std::filesystem::permissions(path_, std::filesystem::perms(0600));
   };
   write("\\u00e4\\u00ff");
