@@ -196,6 +196,7 @@ void ApplyAll(ApplyQuestion& question) {
   UseSettings(plan, true);
   Apply apply(question);
   plan.targets = FindLiveTargets(plan.scope, question.queues);
+  RequireOwnDocuments(plan);
   try {
     JudgeAll(plan, [&](const Judgement& judgement) { apply.Do(judgement); });
   } catch (...) {  // such as a full standard output

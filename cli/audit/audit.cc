@@ -8,6 +8,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -120,6 +121,7 @@ void Audit(AuditQuestion& question) {
   RequireFolder(plan.scope.since);
   RequireFolder(plan.scope.save);
   plan.targets = FindTargets(question);
+  RequireOwnDocuments(plan);
   AuditSummary summary;
   JudgeAll(plan, [&](const Judgement& judgement) {
     summary.Add(judgement);
@@ -138,6 +140,25 @@ void UseSettings(AuditPlan& plan, bool needs_documents) {
   RequireLocation(location, settings);
   location.needs_documents = true;
   location.timeout = TimeoutOf(location, settings);
+}
+
+void RequireOwnDocuments(const AuditPlan& plan) {
+  const PrinterLocation& location = plan.scope.location;
+  const SettingValue folder = DeviceInfoOf(location, CurrentSettings(location.config_file));
+  const bool has_own = folder.text.find("{queue}") != std::string::npos ||
+                       folder.text.find("{host}") != std::string::npos;
+  std::set<std::string> devices;
+  for (const Target& target : plan.targets) {
+    const bool is_judged =
+        target.is_live && target.snapshot.empty() && target.not_applicable.empty();
+    if (is_judged && !target.device_uri.empty()) devices.insert(target.device_uri);
+  }
+  if (has_own || devices.size() <= 1) return;
+  throw Failure(ExitStatus::kUsage,
+                {.object = "document directory " + folder.text + " of " + folder.source,
+                 .cause = "it has the documents of one device, but the queues are of " +
+                          std::to_string(devices.size()),
+                 .hint = "write {queue} or {host} into the path, or name one queue"});
 }
 
 void JudgeAll(const AuditPlan& plan, const std::function<void(const Judgement&)>& use) {

@@ -65,15 +65,16 @@ class Checker:
                 "XDG_STATE_HOME": str(self.root / "state"),
                 "STATE_DIRECTORY": str(self.root / "state"), **more}
 
-    def command(self, verb, *arguments):
+    def command(self, verb, *arguments, documents=None):
         folders = [] if "--undo" in arguments else [
             "--driver-folder", f"{self.root}/drivers/{{queue}}",
-            "--device-info", f"{self.root}/documents/{{queue}}"]
+            "--device-info", documents or f"{self.root}/documents/{{queue}}"]
         return [str(part) for part in (self.tool, verb, *arguments, *folders,
                                        "--timeout", TIMEOUT)]
 
-    def run(self, verb, *arguments, status=None, **environment):
-        run = subprocess.run(self.command(verb, *arguments), env=self.environment(**environment),
+    def run(self, verb, *arguments, status=None, documents=None, **environment):
+        run = subprocess.run(self.command(verb, *arguments, documents=documents),
+                             env=self.environment(**environment),
                              stdin=subprocess.DEVNULL, capture_output=True, text=True,
                              errors="replace")
         if status is not None:
@@ -464,6 +465,27 @@ def check_undo_files(checker):
     checker.expect(checker.server.ppds() == before, "not undone")
 
 
+def check_shared_documents(checker):
+    """The documents of one device are not those of the others."""
+    server = checker.server
+    before = server.ppds()
+    server.lpadmin("-p", "q0001", "-v", "slow:/one")
+    server.lpadmin("-p", "q0002", "-v", "slow:/two")
+    folder = (checker.root / "documents/q0001").resolve()
+    for verb in ("audit", "apply"):
+        for documents in (folder, checker.root / "documents/{model}"):
+            run = checker.run(verb, "q0001", "q0002", documents=documents, status=2)
+            checker.expect("has the documents of one device, but the queues are of 2; write {queue}"
+                           in run.stderr and not run.stdout, run)
+    checker.expect(server.ppds() == before, "changed")
+    run = checker.run("audit", "q0001", documents=folder)
+    checker.expect("1 queue: 1 differs" in run.stdout, "one queue:", run)
+    for name in ("q0001", "q0002"):
+        server.lpadmin("-p", name, "-v", "file:///dev/null")
+    run = checker.run("audit", "q0001", "q0002", documents=folder)
+    checker.expect("2 queues: " in run.stdout, "queues of one device:", run)
+
+
 def check_queue_named_twice(checker):
     """It is judged and changed once."""
     judged, summary = checker.judgements("q0000", "Q0000", "q0003", "q0000")
@@ -691,8 +713,8 @@ def main():
         with checker.server:
             check_whole_server(checker, queues)
             checks = [check_missing_data, check_snapshots, check_progress, check_output,
-                      check_undo_files, check_queue_named_twice, check_other_server,
-                      check_server_names, check_two_at_once]
+                      check_undo_files, check_shared_documents, check_queue_named_twice,
+                      check_other_server, check_server_names, check_two_at_once]
             if os.geteuid() == 0:  # cupsd runs programs of root only
                 checks.append(check_jobs)
             for check in checks:
