@@ -21,6 +21,7 @@
 #include "cli/config/patterns.h"
 #include "cli/config/settings.h"
 #include "cli/printer/cups_server.h"
+#include "cli/printer/message.h"
 #include "cli/printer/queue_ppd.h"
 #include "cli/printer/worker_pool.h"
 #include "cli/terminal/failure.h"
@@ -73,8 +74,8 @@ struct AuditQuestion {
 
 [[nodiscard]] Judgement JudgementOf(const std::string& task, const TaskResult& result,
                                     const AuditScope& scope) {
-  if (result.fault.empty()) return ReadJudgement(result.answer);
-  const Target target = ReadTarget(task);
+  if (result.fault.empty()) return Read<Judgement>(result.answer);
+  const Target target = Read<Target>(task);
   Judgement judgement;
   judgement.queue = target.queue;
   judgement.snapshot = target.snapshot;
@@ -169,7 +170,7 @@ void JudgeAll(const AuditPlan& plan, const std::function<void(const Judgement&)>
   std::unique_ptr<Judge> judge;  // of the worker process
   const auto work = [&](const std::string& task) {
     if (!judge) judge = std::make_unique<Judge>(plan.scope);
-    return Write(judge->Of(ReadTarget(task)));
+    return Write(judge->Of(Read<Target>(task)));
   };
   auto next = plan.targets.begin();
   const auto next_task = [&] {

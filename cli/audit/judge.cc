@@ -19,7 +19,6 @@
 #include "cli/config/settings.h"
 #include "cli/explain/printer_options.h"
 #include "cli/printer/documents.h"
-#include "cli/printer/message.h"
 #include "cli/printer/ppd.h"
 #include "cli/printer/queue_name.h"
 #include "cli/snapshot/locate.h"
@@ -135,27 +134,6 @@ struct Judge::Printer {
   std::string model_code;
   std::vector<PrinterOption> options;
 };
-
-std::string Write(const Target& target) {
-  Message message;
-  message.Put(target.queue);
-  message.Put(target.snapshot);
-  message.Put(target.is_live);
-  message.Put(target.device_uri);
-  message.Put(target.not_applicable);
-  return message.bytes();
-}
-
-Target ReadTarget(const std::string& bytes) {
-  Message message(bytes);
-  Target target;
-  target.queue = message.Take();
-  target.snapshot = message.Take();
-  target.is_live = message.TakeFlag();
-  target.device_uri = message.Take();
-  target.not_applicable = message.Take();
-  return target;
-}
 
 std::string DoctorCommand(const Target& target, const AuditScope& scope) {
   constexpr const char* kDoctor = "info-analyze doctor";

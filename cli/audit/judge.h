@@ -4,6 +4,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <tuple>
 
 #include "cli/audit/judgement.h"
 #include "cli/printer/cups_server.h"
@@ -20,11 +21,13 @@ struct Target {
   bool is_live = true;         // the PPD is that of the live queue
   std::string device_uri;      // of a live queue; empty: unknown
   std::string not_applicable;  // why no driver of the library serves it; empty: one may
-};
 
-// For processes that send targets to each other.
-[[nodiscard]] std::string Write(const Target& target);
-[[nodiscard]] Target ReadTarget(const std::string& bytes);
+  // For processes that send targets to each other.
+  static auto FieldsOf(auto& target) {
+    return std::tie(target.queue, target.snapshot, target.is_live, target.device_uri,
+                    target.not_applicable);
+  }
+};
 
 // What all targets have in common.
 struct AuditScope {

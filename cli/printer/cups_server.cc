@@ -263,27 +263,6 @@ constexpr auto kQueueAttributes = std::to_array<const char*>(
   };
 }
 
-void Put(const QueueAttributes& attributes, Message& message) {
-  for (const std::string& text : {attributes.name, attributes.device_uri, attributes.location,
-                                  attributes.description, attributes.make_and_model}) {
-    message.Put(text);
-  }
-  message.Put(attributes.is_class);
-  message.Put(attributes.is_temporary);
-}
-
-[[nodiscard]] QueueAttributes TakeAttributes(Message& message) {
-  QueueAttributes attributes;
-  attributes.name = message.Take();
-  attributes.device_uri = message.Take();
-  attributes.location = message.Take();
-  attributes.description = message.Take();
-  attributes.make_and_model = message.Take();
-  attributes.is_class = message.TakeFlag();
-  attributes.is_temporary = message.TakeFlag();
-  return attributes;
-}
-
 void AddUri(const std::string& queue, ipp_t* request) {
   std::array<char, HTTP_MAX_URI> uri = {};
   httpAssembleURIf(HTTP_URI_CODING_ALL, uri.data(), static_cast<int>(uri.size()), "ipp", nullptr,
@@ -389,7 +368,7 @@ void PutQueues(const Server& server, Message& list) {
   IppPtr queue(ippNew());
   const auto put = [&] {
     const QueueAttributes attributes = AttributesOf(queue.get());
-    if (!attributes.name.empty()) Put(attributes, list);
+    if (!attributes.name.empty()) list.Put(QueueAttributes::FieldsOf(attributes));
     queue.reset(ippNew());
   };
   for (ipp_attribute_t* attribute = ippFirstAttribute(answer.get()); attribute != nullptr;
@@ -595,7 +574,7 @@ AllQueues FetchAllQueues(seconds timeout) {
   all.server.folder = message.Take();
   all.server.user = message.Take();
   all.server.encryption = std::atoi(message.Take().c_str());
-  while (!message.IsAtEnd()) all.queues.push_back(TakeAttributes(message));
+  while (!message.IsAtEnd()) message.Take(QueueAttributes::FieldsOf(all.queues.emplace_back()));
   return all;
 }
 
@@ -611,13 +590,8 @@ std::string FetchPpdFrom(const ServerSettings& server, const std::string& queue,
 QueueAttributes FetchQueueAttributes(const std::string& queue, seconds timeout) {
   const Purpose purpose = {
       .action = "cannot read", .object = "attributes of queue \"" + queue + "\"", .queue = queue};
-  Message message(AskInChild(purpose, timeout, [&] {
-    const Server server(purpose, timeout);
-    Message attributes;
-    Put(AskForQueue(server, purpose), attributes);
-    return attributes.bytes();
-  }));
-  return TakeAttributes(message);
+  return Read<QueueAttributes>(AskInChild(
+      purpose, timeout, [&] { return Write(AskForQueue(Server(purpose, timeout), purpose)); }));
 }
 
 }  // namespace ia::cli

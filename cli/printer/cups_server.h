@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "cli/terminal/failure.h"
@@ -45,6 +46,12 @@ struct QueueAttributes {
   std::string make_and_model;
   bool is_class = false;
   bool is_temporary = false;  // CUPS adds and removes the queue itself
+
+  // For processes that send them to each other.
+  static auto FieldsOf(auto& queue) {
+    return std::tie(queue.name, queue.device_uri, queue.location, queue.description,
+                    queue.make_and_model, queue.is_class, queue.is_temporary);
+  }
 };
 
 // Whether CUPS prints without a driver, and whether it sends what it gets as it is.
