@@ -2,6 +2,7 @@
 
 #include <cups/cups.h>
 #include <cups/ppd.h>
+#include <stdlib.h>
 #include <strings.h>
 #include <sys/mman.h>
 #include <sys/socket.h>
