@@ -1,7 +1,9 @@
 #include "cli/apply/apply.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cstddef>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -17,6 +19,7 @@
 #include "cli/config/settings.h"
 #include "cli/printer/cups_server.h"
 #include "cli/printer/lpadmin.h"
+#include "cli/printer/queue_name.h"
 #include "cli/terminal/failure.h"
 #include "cli/terminal/output.h"
 #include "cli/terminal/printable.h"
@@ -60,6 +63,18 @@ struct ApplyQuestion {
   return wanted;
 }
 
+// Why apply does not set the option; empty: it does, or the option is equal.
+[[nodiscard]] std::string WhyKept(const JudgedOption& option) {
+  switch (option.state) {
+    case OptionState::kNotOffered:
+      return "the device has " + option.value + ", but " + option.reason;
+    case OptionState::kUnknown:
+      return option.reason;
+    default:
+      return "";
+  }
+}
+
 // Without values that lpadmin would misread. They are set all the same, because apply does not use
 // it.
 [[nodiscard]] std::string CommandOf(const std::string& queue,
@@ -70,6 +85,34 @@ struct ApplyQuestion {
   }
   return choices.empty() ? "" : LpadminLine(queue, choices) + "\n";
 }
+
+// Changes one queue after the other, and warns of each that it cannot change.
+class QueueChanges {
+ public:
+  enum class Outcome { kChanged, kLeftAlone, kFailed };
+
+  // Throws what the change throws when it is not of this queue alone.
+  [[nodiscard]] Outcome Make(const std::string& queue, const std::function<void()>& change) {
+    try {
+      change();
+      failures_ = 0;
+      return Outcome::kChanged;
+    } catch (const LeftAlone& reason) {
+      ReportWarning(queue + " is left alone: " + reason.what());
+      return Outcome::kLeftAlone;
+    } catch (const Denied&) {
+      throw;
+    } catch (const Failure& failure) {
+      const bool is_of_queue = failure.status() == ExitStatus::kQueue;  // not of the undo file
+      if (!is_of_queue || ++failures_ == kMaxFailures) throw;
+      ReportWarning(queue + " failed: " + failure.what());
+      return Outcome::kFailed;
+    }
+  }
+
+ private:
+  int failures_ = 0;  // since the last queue that was changed
+};
 
 // The work of one apply, queue by queue.
 class Apply {
@@ -84,13 +127,16 @@ class Apply {
   }
 
   void Do(Judgement judgement) {
+    if (judgement.state == QueueState::kFailed) {
+      ReportWarning(judgement.queue + " failed: " + WhyNotJudged(judgement));
+    }
     const std::vector<NewDefault> wanted = WantedOf(judgement);
     if (question_.is_dry_run) {
       WriteAnswer(CommandOf(judgement.queue, wanted));
     } else if (!wanted.empty()) {
       Set(wanted, judgement);
     }
-    ReportRest(judgement);
+    ReportKept(judgement);
     summary_.Add(judgement);
   }
 
@@ -116,41 +162,23 @@ class Apply {
  private:
   // A queue that was set is right but for what its PPD does not offer.
   void Set(const std::vector<NewDefault>& wanted, Judgement& judgement) {
-    try {
-      SetDefaults(judgement.queue, wanted, options_, [this](UndoRecord record) {
-        record.server = question_.plan.scope.server.name;
-        undo_file_->Add(record);
-      });
-    } catch (const LeftAlone& reason) {
-      ReportWarning(judgement.queue + " is left alone: " + reason.what());
-      return;
-    } catch (const Denied&) {
-      throw;
-    } catch (const Failure& failure) {
-      const bool is_of_queue = failure.status() == ExitStatus::kQueue;  // not of the undo file
-      if (!is_of_queue || ++failures_ == kMaxFailures) throw;
-      judgement.state = QueueState::kFailed;
-      judgement.reason = failure.what();
-      return;
-    }
+    const LiveQueue queue = {.server = question_.plan.scope.server.name, .name = judgement.queue};
+    const QueueChanges::Outcome outcome =
+        changes_.Make(queue.name, [&] { SetDefaults(queue, wanted, options_, *undo_file_); });
+    if (outcome == QueueChanges::Outcome::kFailed) judgement.state = QueueState::kFailed;
+    if (outcome != QueueChanges::Outcome::kChanged) return;
     ++changed_;
-    failures_ = 0;
     for (JudgedOption& option : judgement.options) {
       if (option.state == OptionState::kDiffers) option.state = OptionState::kEqual;
     }
     WriteAnswer(Lines(judgement.queue, wanted));
   }
 
-  static void ReportRest(const Judgement& judgement) {
-    if (judgement.state == QueueState::kFailed) {
-      ReportWarning(judgement.queue + " failed: " + judgement.reason);
-    }
+  static void ReportKept(const Judgement& judgement) {
     for (const JudgedOption& option : judgement.options) {
-      if (option.state != OptionState::kNotOffered && option.state != OptionState::kUnknown) {
-        continue;
-      }
-      ReportWarning(judgement.queue + ": " + option.keyword + "=" + option.value +
-                    " is left out: " + option.reason);
+      const std::string reason = WhyKept(option);
+      if (reason.empty()) continue;
+      ReportWarning(judgement.queue + ": " + option.keyword + " stays as it is: " + reason);
     }
   }
 
@@ -158,8 +186,8 @@ class Apply {
   ChangeOptions options_;
   std::optional<ApplyLock> lock_;
   std::optional<UndoFile> undo_file_;
+  QueueChanges changes_;
   std::size_t changed_ = 0;
-  int failures_ = 0;  // of the server, since the last queue that was changed
   AuditSummary summary_;
 };
 
@@ -168,6 +196,7 @@ void ApplyAll(ApplyQuestion& question) {
   UseSettings(plan, true);
   Apply apply(question);
   plan.targets = FindLiveTargets(plan.scope, question.queues);
+  RequireOwnDocuments(plan);
   try {
     JudgeAll(plan, [&](const Judgement& judgement) { apply.Do(judgement); });
   } catch (...) {  // such as a full standard output
@@ -177,14 +206,24 @@ void ApplyAll(ApplyQuestion& question) {
   apply.Finish();
 }
 
+// By name: that two names are of one server cannot be known for sure.
 void RequireSameServer(const std::vector<UndoRecord>& records, const std::string& server) {
   for (const UndoRecord& record : records) {
     if (record.server == server) continue;
-    throw Failure(ExitStatus::kQueue, {.object = "undo file",
-                                       .cause = "it is of the CUPS server at " + record.server +
-                                                ", and this one is at " + server,
-                                       .hint = "pass -h " + QuoteForShell(record.server)});
+    throw Failure(ExitStatus::kQueue,
+                  {.object = "undo file",
+                   .cause = "it is of the CUPS server at " + record.server + ", and the one at " +
+                            server + " may be a different one",
+                   .hint = "pass -h " + QuoteForShell(record.server)});
   }
+}
+
+// A PPD that the server sends for a class is that of one of its printers.
+void RequirePrinter(const std::vector<QueueAttributes>& queues, const std::string& name) {
+  const auto queue = std::ranges::find_if(
+      queues, [&](const QueueAttributes& each) { return IsSameQueue(each.name, name); });
+  if (queue == queues.end()) throw LeftAlone("the CUPS server has no such queue");
+  if (queue->is_class) throw LeftAlone("it is a class");
 }
 
 void UndoAll(ApplyQuestion& question) {
@@ -192,25 +231,22 @@ void UndoAll(ApplyQuestion& question) {
   location.timeout = TimeoutOf(location, CurrentSettings(location.config_file));
   const std::vector<UndoRecord> records = ReadUndoFile(question.undo);
   const ApplyLock lock(StateFolder(), TimeoutOf(question));
-  RequireSameServer(records, FetchAllQueues(TimeoutOf(question)).server.name);
+  const AllQueues all = FetchAllQueues(TimeoutOf(question));
+  RequireSameServer(records, all.server.name);
   const ChangeOptions options = {TimeoutOf(question), question.is_forced};
+  QueueChanges changes;
   std::size_t changed = 0;
   AuditSummary summary;
   for (const UndoRecord& record : records) {
-    try {
-      const Undone undone = Undo(record, options);
-      WriteAnswer(Lines(record.queue, undone.defaults));
-      if (!undone.defaults.empty()) ++changed;
-      if (!undone.is_complete) ++summary.differ;
-    } catch (const LeftAlone& reason) {
-      ReportWarning(record.queue + " is left alone: " + reason.what());
-      ++summary.differ;
-    } catch (const Denied&) {
-      throw;
-    } catch (const Failure& failure) {
-      ReportWarning(record.queue + " failed: " + failure.what());
-      ++summary.failed;
-    }
+    Undone undone;
+    const QueueChanges::Outcome outcome = changes.Make(record.queue, [&] {
+      RequirePrinter(all.queues, record.queue);
+      undone = Undo(record, options);
+    });
+    WriteAnswer(Lines(record.queue, undone.defaults));
+    if (!undone.defaults.empty()) ++changed;
+    if (outcome == QueueChanges::Outcome::kFailed) ++summary.failed;
+    if (outcome == QueueChanges::Outcome::kLeftAlone || !undone.is_complete) ++summary.differ;
   }
   WriteAnswer(std::to_string(changed) + (changed == 1 ? " queue" : " queues") + " restored\n");
   if (summary.Status() != ExitStatus::kSuccess) throw Verdict(summary.Status());
@@ -241,6 +277,7 @@ void DefineApply(CLI::App& verb) {
       "  info-analyze apply office reception\n"
       "  info-analyze apply --undo /var/lib/info-analyze/2026-11-22T160850Z-1234.json");
   verb.callback([question] {
+    HideCupsRoot();
     if (question->undo.empty()) {
       ApplyAll(*question);
     } else {

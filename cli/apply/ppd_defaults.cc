@@ -38,6 +38,11 @@ std::vector<std::string> DefaultTexts(std::string_view ppd, std::string_view key
   return texts;
 }
 
+bool IsOneLine(std::string_view text) {
+  return std::ranges::none_of(
+      text, [](char byte) { return (byte >= 0 && byte < ' ' && byte != '\t') || byte == 0x7F; });
+}
+
 std::string WithDefaultTexts(std::string_view ppd, std::string_view keyword,
                              const std::vector<std::string>& texts) {
   std::string changed;

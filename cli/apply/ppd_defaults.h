@@ -12,6 +12,9 @@ namespace ia::cli {
 // libcups takes the last one.
 [[nodiscard]] std::vector<std::string> DefaultTexts(std::string_view ppd, std::string_view keyword);
 
+// Whether a line of a PPD can have the text: it has no line end, and no other control than tabs.
+[[nodiscard]] bool IsOneLine(std::string_view text);
+
 // The PPD with these texts in the option's lines, one for each, and every other byte as it is.
 [[nodiscard]] std::string WithDefaultTexts(std::string_view ppd, std::string_view keyword,
                                            const std::vector<std::string>& texts);

@@ -1,7 +1,6 @@
 #include "cli/apply/queue_change.h"
 
 #include <algorithm>
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -25,8 +24,7 @@ void RequireIdleQueue(const std::string& queue, const ChangeOptions& options) {
 }
 
 // The server may answer with success before a full disk shows.
-void Replace(const std::string& queue, const std::string& ppd, const ChangeOptions& options) {
-  ReplacePpd(queue, ppd, options.timeout);
+void Confirm(const std::string& queue, const std::string& ppd, const ChangeOptions& options) {
   if (DownloadPpd(queue, options.timeout) == ppd) return;
   throw Failure(ExitStatus::kQueue, {.action = "cannot change",
                                      .object = "PPD of queue \"" + queue + "\"",
@@ -34,37 +32,50 @@ void Replace(const std::string& queue, const std::string& ppd, const ChangeOptio
                                      .hint = "read its error log, and run apply again"});
 }
 
-}  // namespace
+struct Change {
+  std::string ppd;  // with the new defaults
+  std::vector<ChangedDefault> defaults;
+};
 
-void SetDefaults(const std::string& queue, const std::vector<NewDefault>& defaults,
-                 const ChangeOptions& options,
-                 const std::function<void(const UndoRecord&)>& keep_record) {
-  const std::string before = DownloadPpd(queue, options.timeout);
-  const PpdOptions ppd_options = ParsePpdOptions(before);
-  UndoRecord record = {.server = "", .queue = queue, .defaults = {}};
-  std::string after = before;
+[[nodiscard]] Change ChangeOf(const std::string& ppd, const std::vector<NewDefault>& defaults) {
+  const PpdOptions options = ParsePpdOptions(ppd);
+  Change change = {.ppd = ppd, .defaults = {}};
   for (const NewDefault& wanted : defaults) {
-    if (!HasDefault(ppd_options, wanted.keyword, wanted.before)) {
+    if (!HasDefault(options, wanted.keyword, wanted.before)) {
       throw LeftAlone("its PPD has changed since it was judged; run apply again");
     }
-    const std::vector<std::string> texts = DefaultTexts(before, wanted.keyword);
+    const std::vector<std::string> texts = DefaultTexts(ppd, wanted.keyword);
     if (!std::ranges::all_of(texts, IsOneLine)) {
       throw LeftAlone("its PPD has control characters in *Default" + wanted.keyword);
     }
-    after = WithDefaultTexts(after, wanted.keyword,
-                             std::vector<std::string>(texts.size(), wanted.after));
-    record.defaults.push_back({wanted.keyword, texts, wanted.after});
+    change.ppd = WithDefaultTexts(change.ppd, wanted.keyword,
+                                  std::vector<std::string>(texts.size(), wanted.after));
+    change.defaults.push_back({wanted.keyword, texts, wanted.after});
   }
-  const PpdOptions changed_options = ParsePpdOptions(after);
+  const PpdOptions changed_options = ParsePpdOptions(change.ppd);
   for (const NewDefault& wanted : defaults) {
     if (!HasDefault(changed_options, wanted.keyword, wanted.after)) {
       throw LeftAlone("its PPD has an unusual line *Default" + wanted.keyword +
                       "; edit it by hand");
     }
   }
-  RequireIdleQueue(queue, options);
-  keep_record(record);
-  Replace(queue, after, options);
+  return change;
+}
+
+}  // namespace
+
+void SetDefaults(const LiveQueue& queue, const std::vector<NewDefault>& defaults,
+                 const ChangeOptions& options, UndoFile& undo_file) {
+  const Change change = ChangeOf(DownloadPpd(queue.name, options.timeout), defaults);
+  RequireIdleQueue(queue.name, options);
+  undo_file.Add({.server = queue.server, .queue = queue.name, .defaults = change.defaults});
+  try {
+    ReplacePpd(queue.name, change.ppd, options.timeout);
+  } catch (const Denied&) {
+    undo_file.RemoveLast();
+    throw;
+  }
+  Confirm(queue.name, change.ppd, options);
 }
 
 Undone Undo(const UndoRecord& record, const ChangeOptions& options) {
@@ -85,7 +96,8 @@ Undone Undo(const UndoRecord& record, const ChangeOptions& options) {
   }
   if (undone.defaults.empty()) return undone;
   RequireIdleQueue(record.queue, options);
-  Replace(record.queue, before, options);
+  ReplacePpd(record.queue, before, options.timeout);
+  Confirm(record.queue, before, options);
   return undone;
 }
 

@@ -4,7 +4,6 @@
 
 #include <chrono>
 #include <exception>
-#include <functional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -35,12 +34,15 @@ class LeftAlone : public std::exception {
   std::string reason_;
 };
 
-// Sets all of the defaults at once, and reads the PPD again to confirm it. Calls with the record
-// that takes it back, without its server, before the queue is changed. Throws LeftAlone or a
-// Failure.
-void SetDefaults(const std::string& queue, const std::vector<NewDefault>& defaults,
-                 const ChangeOptions& options,
-                 const std::function<void(const UndoRecord&)>& keep_record);
+struct LiveQueue {
+  std::string server;
+  std::string name;
+};
+
+// Sets all of the defaults at once, and reads the PPD again to confirm it. Before the queue is
+// changed, the undo file gets the record that takes it back. Throws LeftAlone or a Failure.
+void SetDefaults(const LiveQueue& queue, const std::vector<NewDefault>& defaults,
+                 const ChangeOptions& options, UndoFile& undo_file);
 
 struct Undone {
   std::vector<NewDefault> defaults;

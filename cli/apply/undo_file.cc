@@ -1,13 +1,14 @@
 #include "cli/apply/undo_file.h"
 
 #include <fcntl.h>
+#include <iconv.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstddef>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
@@ -21,6 +22,7 @@
 #include <utility>
 #include <vector>
 
+#include "cli/apply/ppd_defaults.h"
 #include "cli/printer/child_process.h"
 #include "cli/printer/ppd.h"
 #include "cli/printer/regular_file.h"
@@ -33,33 +35,34 @@ using Json = nlohmann::ordered_json;
 
 constexpr int kUndoVersion = 1;
 constexpr std::size_t kMaxSize = std::size_t{256} << 20;
+constexpr const char* kNameOfApply = "name the file that apply has printed";
 
 [[noreturn]] void Fail(const std::string& path, const std::string& why, const std::string& fix) {
   throw Failure(ExitStatus::kOther, {.object = "undo file " + path, .cause = why, .hint = fix});
 }
 
-// Texts of PPDs may be in any encoding, so their bytes are written as characters of Latin-1.
-[[nodiscard]] std::string ToUtf8(std::string_view bytes) {
-  std::string text;
-  for (const char byte : bytes) {
-    const auto code = static_cast<unsigned char>(byte);
-    if (code >= 0x80) text += static_cast<char>(0xc0 | (code >> 6));
-    text += static_cast<char>(code >= 0x80 ? 0x80 | (code & 0x3f) : code);
+// Throws a std::system_error for a character that the encoding does not have.
+[[nodiscard]] std::string Recode(std::string text, const char* from, const char* to) {
+  std::string recoded(2 * text.size(), '\0');
+  char* in = text.data();
+  char* out = recoded.data();
+  std::size_t in_left = text.size();
+  std::size_t out_left = recoded.size();
+  iconv_t converter = iconv_open(to, from);
+  if (converter == reinterpret_cast<iconv_t>(-1)) ThrowErrno();
+  const std::size_t result = iconv(converter, &in, &in_left, &out, &out_left);
+  const int error = errno;
+  iconv_close(converter);
+  if (result == static_cast<std::size_t>(-1)) {
+    throw std::system_error(error, std::generic_category());
   }
-  return text;
+  recoded.resize(recoded.size() - out_left);
+  return recoded;
 }
 
-[[nodiscard]] std::string FromUtf8(std::string_view text) {
-  std::string bytes;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const auto code = static_cast<unsigned char>(text[i]);
-    if (code < 0x80 || i + 1 == text.size()) {
-      bytes += text[i];
-    } else {
-      bytes += static_cast<char>((code << 6) | (static_cast<unsigned char>(text[++i]) & 0x3f));
-    }
-  }
-  return bytes;
+// Texts of PPDs may be in any encoding, so their bytes are written as characters of Latin-1.
+[[nodiscard]] std::string ToUtf8(const std::string& bytes) {
+  return Recode(bytes, "ISO-8859-1", "UTF-8");
 }
 
 [[nodiscard]] std::string Write(const UndoRecord& record) {
@@ -80,20 +83,27 @@ constexpr std::size_t kMaxSize = std::size_t{256} << 20;
 
 // A line of its own in a PPD could name a filter, which CUPS would run.
 [[nodiscard]] std::string TakeText(const Json& json) {
-  std::string text = FromUtf8(json.get<std::string>());
+  std::string text = Recode(json.get<std::string>(), "UTF-8", "ISO-8859-1");
   if (!IsOneLine(text)) throw std::invalid_argument("a control character");
   return text;
 }
 
 // What others can write is not written into PPDs.
-void RequireTrust(const std::string& path) {
-  struct stat status = {};
-  if (stat(path.c_str(), &status) != 0) return;  // which reading it reports
+void RequireTrust(const std::string& path, const struct stat& status) {
   if (status.st_uid != geteuid() && status.st_uid != 0) {
     Fail(path, "belongs to a different user", "name the file that your apply has printed");
   }
   if ((status.st_mode & (S_IWGRP | S_IWOTH)) != 0) {
     Fail(path, "other users can write to it", "check it, and use chmod 600");
+  }
+}
+
+[[nodiscard]] std::string ReadTrusted(const std::string& path) {
+  try {
+    return ReadRegularFile(path, kMaxSize,
+                           [&](const struct stat& status) { RequireTrust(path, status); });
+  } catch (const FileFault& fault) {
+    Fail(path, fault.what(), kNameOfApply);
   }
 }
 
@@ -121,11 +131,6 @@ void RequireTrust(const std::string& path) {
 }
 
 }  // namespace
-
-bool IsOneLine(const std::string& text) {
-  return std::ranges::none_of(
-      text, [](char byte) { return (byte >= 0 && byte < ' ' && byte != '\t') || byte == 0x7F; });
-}
 
 std::string StateFolder() {
   const char* const of_service = std::getenv("STATE_DIRECTORY");  // set by systemd
@@ -156,7 +161,7 @@ UndoFile::~UndoFile() {
 }
 
 void UndoFile::Make() {
-  descriptor_ = open(path_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
+  descriptor_ = open(path_.c_str(), O_WRONLY | O_APPEND | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
   if (descriptor_ < 0) Fail(path_, std::strerror(errno), "check its folder");
   const std::string folder = std::filesystem::absolute(path_).parent_path().string();
   const int of_folder = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
@@ -167,12 +172,23 @@ void UndoFile::Make() {
 
 void UndoFile::Add(const UndoRecord& record) {
   if (descriptor_ < 0) Make();
+  size_before_last_ = lseek(descriptor_, 0, SEEK_END);
   try {
     WriteAll(descriptor_, Write(record));
   } catch (const std::system_error& error) {
     Fail(path_, error.code().message(), "free space, and run it again");
   }
   if (fsync(descriptor_) != 0) Fail(path_, std::strerror(errno), "check its disk");
+}
+
+void UndoFile::RemoveLast() {
+  if (size_before_last_ > 0) {
+    if (ftruncate(descriptor_, size_before_last_) == 0) return;
+    Fail(path_, std::strerror(errno), "check its disk");
+  }
+  close(descriptor_);
+  descriptor_ = -1;
+  if (unlink(path_.c_str()) != 0) Fail(path_, std::strerror(errno), "remove it");
 }
 
 std::string NewUndoPath(const std::string& folder) {
@@ -184,21 +200,21 @@ std::string NewUndoPath(const std::string& folder) {
 }
 
 std::vector<UndoRecord> ReadUndoFile(const std::string& path) {
-  RequireTrust(path);
+  const std::string text = ReadTrusted(path);
+  const std::size_t complete = text.rfind('\n') + 1;
+  if (complete == 0) {
+    Fail(path, "it has no complete record", "apply writes one before its first change");
+  }
+  if (complete != text.size()) {
+    ReportWarning("undo file " + path + ": its end is missing; what it has is restored");
+  }
   std::vector<UndoRecord> records;
   try {
-    std::string text = ReadRegularFile(path, kMaxSize);
-    const std::size_t complete = text.rfind('\n') + 1;
-    if (complete != text.size() || text.empty()) {
-      ReportWarning("undo file " + path + ": its end is missing; what it has is restored");
-    }
-    text.resize(complete);
-    ForEachLine(text, [&](std::string_view line) { records.push_back(Read(Json::parse(line))); });
-  } catch (const FileFault& fault) {
-    Fail(path, fault.what(), "name the file that apply has printed");
+    ForEachLine(std::string_view(text).substr(0, complete),
+                [&](std::string_view line) { records.push_back(Read(Json::parse(line))); });
   } catch (const std::exception&) {
     Fail(path, "line " + std::to_string(records.size() + 1) + " has a different format",
-         "name the file that apply has printed");
+         kNameOfApply);
   }
   return records;
 }

@@ -3,6 +3,8 @@
 #ifndef INFO_ANALYZE_CLI_APPLY_UNDO_FILE_H_
 #define INFO_ANALYZE_CLI_APPLY_UNDO_FILE_H_
 
+#include <sys/types.h>
+
 #include <string>
 #include <vector>
 
@@ -20,9 +22,6 @@ struct UndoRecord {
   std::vector<ChangedDefault> defaults;
 };
 
-// Whether a PPD and an undo file can have the text.
-[[nodiscard]] bool IsOneLine(const std::string& text);
-
 // The folder of undo files and of the lock: that of the system's services or of the user. Makes it;
 // throws a Failure.
 [[nodiscard]] std::string StateFolder();
@@ -38,6 +37,10 @@ class UndoFile {
   // Returns when the record is on the disk; throws a Failure.
   void Add(const UndoRecord& record);
 
+  // Removes the record that was added last, of a queue that was not changed; without it an empty
+  // file.
+  void RemoveLast();
+
   [[nodiscard]] bool IsEmpty() const { return descriptor_ < 0; }
   [[nodiscard]] const std::string& path() const { return path_; }
 
@@ -46,13 +49,14 @@ class UndoFile {
 
   std::string path_;
   int descriptor_ = -1;
+  off_t size_before_last_ = 0;
 };
 
 // In a folder of undo files: "2026-11-22T160850Z-1234.json".
 [[nodiscard]] std::string NewUndoPath(const std::string& folder);
 
-// Throws a Failure for what is no undo file, or what other users can write to. A last line that is
-// not complete is left out: its queue was not changed.
+// Throws a Failure for what is no undo file, what has no record, and what other users can write to.
+// A last line that is not complete is left out: its queue was not changed.
 [[nodiscard]] std::vector<UndoRecord> ReadUndoFile(const std::string& path);
 
 }  // namespace ia::cli

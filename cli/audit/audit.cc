@@ -1,7 +1,5 @@
 #include "cli/audit/audit.h"
 
-#include <stdlib.h>
-
 #include <algorithm>
 #include <charconv>
 #include <chrono>
@@ -10,7 +8,9 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
+#include <string_view>
 #include <system_error>
 #include <thread>
 #include <vector>
@@ -20,6 +20,8 @@
 #include "cli/audit/targets.h"
 #include "cli/config/patterns.h"
 #include "cli/config/settings.h"
+#include "cli/printer/cups_server.h"
+#include "cli/printer/message.h"
 #include "cli/printer/queue_ppd.h"
 #include "cli/printer/worker_pool.h"
 #include "cli/terminal/failure.h"
@@ -31,7 +33,7 @@ namespace {
 
 constexpr int kMaxJobs = 256;
 
-// Of a worker. The largest printers need a tenth of it.
+// Of a worker. The sample printers need 64 MiB, and one with a PPD of 15 MiB needs 160 MiB.
 constexpr std::size_t kMemory = std::size_t{1} << 30;
 
 // The shadow memory of the address sanitizer is larger than any limit.
@@ -40,6 +42,26 @@ constexpr bool kLimitsMemory = false;
 #else
 constexpr bool kLimitsMemory = true;
 #endif
+
+[[nodiscard]] bool IsPort(std::string_view text) {
+  int number = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+  return error == std::errc() && end == text.data() + text.size() && number >= 1 && number <= 65535;
+}
+
+[[nodiscard]] bool IsServer(std::string_view text) {
+  if (text.starts_with('/')) return true;                             // the path of a socket
+  const std::size_t end = text.starts_with('[') ? text.find(']') + 1  // npos + 1 is 0
+                                                : std::min(text.find(':'), text.size());
+  const std::string_view rest = text.substr(end);
+  return end > 0 && (rest.empty() || (rest.starts_with(':') && IsPort(rest.substr(1))));
+}
+
+// Empty for a server. libcups would take "::1" for port 1 of a host.
+[[nodiscard]] std::string FaultOfServer(const std::string& text) {
+  if (IsServer(text)) return "";
+  return "\"" + text + "\" is not HOST, HOST:PORT, [IPV6-ADDRESS]:PORT or the path of a socket";
+}
 
 struct AuditQuestion {
   AuditPlan plan;
@@ -50,15 +72,16 @@ struct AuditQuestion {
   bool with_equal = false;
 };
 
-[[nodiscard]] Judgement JudgementOf(const std::string& task, const TaskResult& result) {
-  if (result.fault.empty()) return ReadJudgement(result.answer);
-  const Target target = ReadTarget(task);
+[[nodiscard]] Judgement JudgementOf(const std::string& task, const TaskResult& result,
+                                    const AuditScope& scope) {
+  if (result.fault.empty()) return Read<Judgement>(result.answer);
+  const Target target = Read<Target>(task);
   Judgement judgement;
   judgement.queue = target.queue;
   judgement.snapshot = target.snapshot;
   judgement.state = QueueState::kFailed;
   judgement.reason = "the process that judges it failed: " + result.fault;
-  judgement.hint = "check its communication library with info-analyze doctor";
+  judgement.hint = "check its communication library with `" + DoctorCommand(target, scope) + "`";
   return judgement;
 }
 
@@ -67,7 +90,7 @@ struct AuditQuestion {
   if (question.snapshots.empty()) return FindLiveTargets(scope, question.queues);
   if (!question.is_live) return FindSavedTargets(question.snapshots, question.queues);
   return PairWithSnapshots(FindLiveTargets(scope, question.queues),
-                           FindSavedTargets(question.snapshots, question.queues));
+                           FindSavedTargets(question.snapshots, {}));
 }
 
 void RequireFolder(const std::string& path) {
@@ -88,21 +111,6 @@ void RequireFolder(const std::string& path) {
   return TextOf(judgement, question.with_equal);
 }
 
-// The folder of the environment is that of a different server.
-void UseServer(const std::string& host) {
-  const std::size_t colon = host.find(':');
-  const bool has_port = colon != std::string::npos && colon == host.rfind(':');  // no IPv6 address
-  const std::string port = has_port ? host.substr(colon + 1) : "631";
-  int number = 0;
-  const auto [end, error] = std::from_chars(port.data(), port.data() + port.size(), number);
-  const bool is_port = error == std::errc() && end == port.data() + port.size();
-  if (host.empty() || !is_port || number < 1 || number > 65535) {
-    throw CLI::ValidationError("--host", "\"" + host + "\" is no HOST or HOST:PORT");
-  }
-  setenv("CUPS_SERVER", host.c_str(), 1);
-  unsetenv("CUPS_SERVERROOT");
-}
-
 [[nodiscard]] std::string FormatOf(const AuditSummary& summary, const std::string& format) {
   return format == "json" ? JsonOf(summary) : TextOf(summary);
 }
@@ -114,6 +122,7 @@ void Audit(AuditQuestion& question) {
   RequireFolder(plan.scope.since);
   RequireFolder(plan.scope.save);
   plan.targets = FindTargets(question);
+  RequireOwnDocuments(plan);
   AuditSummary summary;
   JudgeAll(plan, [&](const Judgement& judgement) {
     summary.Add(judgement);
@@ -134,6 +143,25 @@ void UseSettings(AuditPlan& plan, bool needs_documents) {
   location.timeout = TimeoutOf(location, settings);
 }
 
+void RequireOwnDocuments(const AuditPlan& plan) {
+  const PrinterLocation& location = plan.scope.location;
+  const SettingValue folder = DeviceInfoOf(location, CurrentSettings(location.config_file));
+  const bool has_own = folder.text.find("{queue}") != std::string::npos ||
+                       folder.text.find("{host}") != std::string::npos;
+  std::set<std::string> devices;
+  for (const Target& target : plan.targets) {
+    const bool is_judged =
+        target.is_live && target.snapshot.empty() && target.not_applicable.empty();
+    if (is_judged && !target.device_uri.empty()) devices.insert(target.device_uri);
+  }
+  if (has_own || devices.size() <= 1) return;
+  throw Failure(ExitStatus::kUsage,
+                {.object = "document directory " + folder.text + " of " + folder.source,
+                 .cause = "it has the documents of one device, but the queues are of " +
+                          std::to_string(devices.size()),
+                 .hint = "write {queue} or {host} into the path, or name one queue"});
+}
+
 void JudgeAll(const AuditPlan& plan, const std::function<void(const Judgement&)>& use) {
   const TemporaryFiles folder("");  // also for what workers leave that are killed
   const WorkerLimits limits = {.workers = plan.jobs,
@@ -142,7 +170,7 @@ void JudgeAll(const AuditPlan& plan, const std::function<void(const Judgement&)>
   std::unique_ptr<Judge> judge;  // of the worker process
   const auto work = [&](const std::string& task) {
     if (!judge) judge = std::make_unique<Judge>(plan.scope);
-    return Write(judge->Of(ReadTarget(task)));
+    return Write(judge->Of(Read<Target>(task)));
   };
   auto next = plan.targets.begin();
   const auto next_task = [&] {
@@ -152,7 +180,7 @@ void JudgeAll(const AuditPlan& plan, const std::function<void(const Judgement&)>
   std::size_t done = 0;
   std::size_t failed = 0;
   RunInWorkers(limits, work, next_task, [&](const std::string& task, const TaskResult& result) {
-    const Judgement judgement = JudgementOf(task, result);
+    const Judgement judgement = JudgementOf(task, result, plan.scope);
     ++done;
     if (judgement.state == QueueState::kFailed) ++failed;
     progress.Hide();
@@ -169,15 +197,17 @@ void AddAuditOptions(CLI::App& verb, AuditPlan& plan, std::vector<std::string>& 
   verb.get_option("--timeout")
       ->description("Wait at most this long for a CUPS server, and as long for each queue");
   AddConfigOption(verb, plan.scope.location);
-  plan.jobs = static_cast<int>(std::clamp(std::thread::hardware_concurrency(), 1U, 256U));
+  plan.jobs = std::clamp(static_cast<int>(std::thread::hardware_concurrency()), 1, kMaxJobs);
   verb.add_option("-j,--jobs", plan.jobs, "Judge this many queues at the same time")
       ->type_name("COUNT")
       ->check(CLI::Range(1, kMaxJobs))
       ->default_str("number of cores");
   // As the tools of CUPS have it, so that -h is not the help of this verb.
   verb.set_help_flag("--help", "Print this help message and exit");
-  verb.add_option("-h,--host", plan.host, "Ask the CUPS server HOST, or HOST:PORT")
+  verb.add_option("-h,--host", plan.host,
+                  "Ask the CUPS server HOST, HOST:PORT or [IPV6-ADDRESS]:PORT")
       ->type_name("HOST")
+      ->check(FaultOfServer)
       ->each(UseServer);
 }
 
@@ -187,9 +217,12 @@ void DefineAudit(CLI::App& verb) {
   AuditScope& scope = question->plan.scope;
   AddCupsRootOption(verb, scope.location);
   verb.get_option("--cups-root")->excludes("--host");
-  verb.add_option("--snapshots", question->snapshots,
-                  "Audit the printers that are saved in these snapshots, or folders of snapshots")
-      ->type_name("PATH");
+  verb.add_option(
+          "--snapshots", question->snapshots,
+          "Audit the printers that are saved in this snapshot or folder of snapshots; may be "
+          "given several times")
+      ->type_name("PATH")
+      ->allow_extra_args(false);  // names of queues may follow
   verb.add_flag("--live", question->is_live,
                 "With --snapshots: audit the live queues against the saved documents");
   verb.add_option("--since", scope.since, "Report what has changed since the snapshots in DIR")

@@ -25,6 +25,10 @@ struct AuditPlan {
 // command line have a folder that is needed.
 void UseSettings(AuditPlan& plan, bool needs_documents);
 
+// Throws a Failure when live queues of different devices have the same document directory: one of
+// them would get the values of the other.
+void RequireOwnDocuments(const AuditPlan& plan);
+
 // Judges the targets in worker processes, and calls with each judgement, in the order of the
 // targets and in this process. Shows its progress.
 void JudgeAll(const AuditPlan& plan, const std::function<void(const Judgement&)>& use);

@@ -19,13 +19,13 @@
 #include "cli/config/settings.h"
 #include "cli/explain/printer_options.h"
 #include "cli/printer/documents.h"
-#include "cli/printer/message.h"
 #include "cli/printer/ppd.h"
 #include "cli/printer/queue_name.h"
 #include "cli/snapshot/locate.h"
 #include "cli/snapshot/snapshot_files.h"
 #include "cli/snapshot/take.h"
 #include "cli/terminal/failure.h"
+#include "cli/terminal/shell_quoting.h"
 
 namespace ia::cli {
 namespace {
@@ -46,12 +46,12 @@ namespace fs = std::filesystem;
   return options;
 }
 
-void RequireDocuments(const AnalyzeContext& analyzer) {
+void RequireDocuments(const AnalyzeContext& analyzer, const std::string& doctor) {
   const std::vector<std::string> missing = ExplainMissingDocuments(analyzer);
   if (missing.size() < IA_DOCUMENT_COUNT) return;
   throw Failure(ExitStatus::kDocuments, {.object = "documents",
                                          .cause = "none can be read; " + missing.front(),
-                                         .hint = "find out why with info-analyze doctor"});
+                                         .hint = "find out why with `" + doctor + "`"});
 }
 
 void RequirePpd(const std::string& queue, std::string_view ppd) {
@@ -71,6 +71,7 @@ void RequirePpd(const std::string& queue, std::string_view ppd) {
                          .reason = ""};
   if (!option.missing_data.empty()) {
     judged.state = OptionState::kUnknown;
+    judged.value.clear();  // the library's default, not the device's
     judged.reason = option.missing_data;
   } else if (option.default_choice == option.value) {
     judged.state = OptionState::kEqual;
@@ -84,11 +85,23 @@ void RequirePpd(const std::string& queue, std::string_view ppd) {
   return judged;
 }
 
+// False only for what is certainly missing.
+[[nodiscard]] bool Exists(const std::string& path) {
+  std::error_code error;
+  const bool exists = fs::exists(path, error);
+  if (!error) return exists;
+  throw Failure(ExitStatus::kSnapshot, {.action = "cannot read",
+                                        .object = "snapshot " + path,
+                                        .cause = error.message(),
+                                        .hint = "check the folder of --since"});
+}
+
 // An archive or a folder of the queue; empty: there is none.
 [[nodiscard]] std::string FindSnapshot(const std::string& folder, const std::string& queue) {
   const std::string path = folder + "/" + queue;
-  if (fs::exists(path + std::string(kArchiveSuffix))) return path + std::string(kArchiveSuffix);
-  return fs::exists(path + "/" + kSnapshotListName) ? path : "";
+  std::string archive = path + std::string(kArchiveSuffix);
+  if (Exists(archive)) return archive;
+  return Exists(path + "/" + kSnapshotListName) ? path : "";
 }
 
 [[nodiscard]] std::string ReasonOf(const Failure& failure) {
@@ -122,25 +135,12 @@ struct Judge::Printer {
   std::vector<PrinterOption> options;
 };
 
-std::string Write(const Target& target) {
-  Message message;
-  message.Put(target.queue);
-  message.Put(target.snapshot);
-  message.Put(target.is_live);
-  message.Put(target.device_uri);
-  message.Put(target.not_applicable);
-  return message.bytes();
-}
-
-Target ReadTarget(const std::string& bytes) {
-  Message message(bytes);
-  Target target;
-  target.queue = message.Take();
-  target.snapshot = message.Take();
-  target.is_live = message.TakeFlag();
-  target.device_uri = message.Take();
-  target.not_applicable = message.Take();
-  return target;
+std::string DoctorCommand(const Target& target, const AuditScope& scope) {
+  constexpr const char* kDoctor = "info-analyze doctor";
+  if (!target.snapshot.empty()) return kDoctor + (" --snapshot " + QuoteForShell(target.snapshot));
+  const std::string& root = scope.location.cups_root;
+  return kDoctor + (" --queue " + QuoteForShell(target.queue)) +
+         (root.empty() ? "" : " --cups-root " + QuoteForShell(root));
 }
 
 Judge::Judge(const AuditScope& scope)
@@ -187,20 +187,37 @@ BidiContext* Judge::LibraryOf(const std::string& driver_folder) {
   return library.get();
 }
 
-Judge::Printer Judge::Query(const Target& target) {
-  PrinterLocation given = scope_.location;
-  given.queue = target.queue;
-  given.snapshot = target.snapshot;
+Judge::Printer Judge::LocatePrinter(const Target& target) const {
   Printer printer;
-  printer.location = given;
   printer.device_uri = target.device_uri;
-  if (!target.snapshot.empty()) {
-    SnapshotLocation files = LocateFiles(given);
-    printer.location = std::move(files.location);
-    if (!target.is_live) printer.device_uri = std::move(files.device_uri);
-  }
+  printer.location = scope_.location;
+  printer.location.queue = target.queue;
+  printer.location.snapshot = target.snapshot;
+  if (target.snapshot.empty()) return printer;
+  SnapshotLocation files = LocateFiles(printer.location);
+  printer.location = std::move(files.location);
   if (!target.queue.empty()) printer.location.queue = target.queue;
-  const std::string queue = printer.location.queue;
+  if (!target.is_live) printer.device_uri = std::move(files.device_uri);
+  return printer;
+}
+
+void Judge::QueryOptions(const CopiedPpd& copy, const Target& target, Printer& printer) {
+  const PrinterLocation& location = printer.location;
+  const AnalyzerPtr analyzer =
+      copy.CreateAnalyzer(LibraryOf(location.driver_folder), location.device_info.c_str());
+  const OptionListPtr options = RunAllUpdates(*analyzer);
+  RequireDocuments(*analyzer, DoctorCommand(target, scope_));
+  const char* const code = analyzer->driver_name;
+  printer.model_code = code != nullptr ? code : "";
+  const PpdOptions ppd = ParsePpdOptions(printer.ppd);
+  printer.options = OptionsOf(*analyzer, options->next, ppd);
+  std::ranges::move(OptionsWithoutDocument(*analyzer, printer.options, ppd),
+                    std::back_inserter(printer.options));
+}
+
+Judge::Printer Judge::Query(const Target& target) {
+  Printer printer = LocatePrinter(target);
+  const std::string& queue = printer.location.queue;
   RequireQueueName(queue);
   printer.ppd =
       target.is_live ? FetchLivePpd(queue) : ReadPpdOfRoot(queue, printer.location.cups_root);
@@ -210,19 +227,9 @@ Judge::Printer Judge::Query(const Target& target) {
   const QueueWords words = {.queue = queue,
                             .host = [&] { return HostOfDeviceUri(printer.device_uri); },
                             .model = [&] { return copy.ReadModelCode(); }};
-  const PrinterLocation location =
-      Complete(printer.location, CurrentSettings(given.config_file), words);
-  const AnalyzerPtr analyzer =
-      copy.CreateAnalyzer(LibraryOf(location.driver_folder), location.device_info.c_str());
-  const OptionListPtr options = RunAllUpdates(*analyzer);
-  RequireDocuments(*analyzer);
-  const char* const code = analyzer->driver_name;
-  printer.model_code = code != nullptr ? code : "";
-  printer.options = OptionsOf(*analyzer, options->next, ParsePpdOptions(printer.ppd));
-  std::ranges::move(
-      OptionsWithoutDocument(*analyzer, printer.options, ParsePpdOptions(printer.ppd)),
-      std::back_inserter(printer.options));
-  printer.location = location;
+  printer.location =
+      Complete(printer.location, CurrentSettings(scope_.location.config_file), words);
+  QueryOptions(copy, target, printer);
   return printer;
 }
 
@@ -245,16 +252,19 @@ void Judge::JudgeOptions(const Target& target, Judgement& judgement) {
 
 void Judge::CompareWithEarlier(const Printer& printer, Judgement& judgement) {
   Target earlier;
-  earlier.snapshot = FindSnapshot(scope_.since, judgement.queue);
   earlier.is_live = false;
-  if (earlier.snapshot.empty()) return;
   Printer before;
   try {
+    earlier.snapshot = FindSnapshot(scope_.since, judgement.queue);
+    if (earlier.snapshot.empty()) return;
     judgement.since = ReadSnapshot(earlier.snapshot).date;
     before = Query(earlier);
   } catch (const Failure& failure) {
     judgement.reason = ReasonOf(failure);
     return;
+  }
+  if (before.model_code != printer.model_code) {
+    judgement.changes.push_back({"QVAnlz_DriverName", before.model_code, printer.model_code});
   }
   for (const PrinterOption& option : printer.options) {
     const auto hit = std::ranges::find(before.options, option.keyword, &PrinterOption::keyword);

@@ -4,6 +4,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <tuple>
 
 #include "cli/audit/judgement.h"
 #include "cli/printer/cups_server.h"
@@ -20,11 +21,13 @@ struct Target {
   bool is_live = true;         // the PPD is that of the live queue
   std::string device_uri;      // of a live queue; empty: unknown
   std::string not_applicable;  // why no driver of the library serves it; empty: one may
-};
 
-// For processes that send targets to each other.
-[[nodiscard]] std::string Write(const Target& target);
-[[nodiscard]] Target ReadTarget(const std::string& bytes);
+  // For processes that send targets to each other.
+  static auto FieldsOf(auto& target) {
+    return std::tie(target.queue, target.snapshot, target.is_live, target.device_uri,
+                    target.not_applicable);
+  }
+};
 
 // What all targets have in common.
 struct AuditScope {
@@ -33,6 +36,9 @@ struct AuditScope {
   std::string since;         // folder of earlier snapshots; empty: none
   std::string save;          // folder for new snapshots; empty: none
 };
+
+// The verb that says what is wrong with a queue: "info-analyze doctor --queue office".
+[[nodiscard]] std::string DoctorCommand(const Target& target, const AuditScope& scope);
 
 // Judges queues one after the other, and loads each communication library once. Only one in a
 // process, because libcups keeps the first CUPS root that it is given.
@@ -49,6 +55,8 @@ class Judge {
 
   [[nodiscard]] std::string FetchLivePpd(const std::string& queue) const;
   [[nodiscard]] BidiContext* LibraryOf(const std::string& driver_folder);
+  [[nodiscard]] Printer LocatePrinter(const Target& target) const;
+  void QueryOptions(const CopiedPpd& copy, const Target& target, Printer& printer);
   [[nodiscard]] Printer Query(const Target& target);
   void JudgeOptions(const Target& target, Judgement& judgement);
   void CompareWithEarlier(const Printer& printer, Judgement& judgement);

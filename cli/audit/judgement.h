@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace ia::cli {
@@ -19,16 +20,26 @@ enum class OptionState {
 struct JudgedOption {
   std::string keyword;
   std::string default_choice;  // of the PPD
-  std::string value;           // of the device
+  std::string value;           // of the device; empty for one that is unknown
   OptionState state;
   std::string reason;  // why it is unknown or not offered
+
+  static auto FieldsOf(auto& option) {
+    return std::tie(option.keyword, option.default_choice, option.value, option.state,
+                    option.reason);
+  }
 };
 
-// A value of the device that differs from that of an earlier snapshot.
+// A value of the device that differs from that of an earlier snapshot; or QVAnlz_DriverName, when
+// the PPD was that of a different model.
 struct ChangedOption {
   std::string keyword;
   std::string before;
   std::string after;
+
+  static auto FieldsOf(auto& change) {
+    return std::tie(change.keyword, change.before, change.after);
+  }
 };
 
 enum class QueueState {
@@ -53,11 +64,14 @@ struct Judgement {
   // Whether an option differs from the device's, and whether something could not be judged.
   [[nodiscard]] bool Differs() const;
   [[nodiscard]] bool IsUnjudged() const;
-};
 
-// For processes that send judgements to each other.
-[[nodiscard]] std::string Write(const Judgement& judgement);
-[[nodiscard]] Judgement ReadJudgement(const std::string& bytes);
+  // For processes that send judgements to each other.
+  static auto FieldsOf(auto& judgement) {
+    return std::tie(judgement.queue, judgement.snapshot, judgement.model_code, judgement.state,
+                    judgement.reason, judgement.hint, judgement.options, judgement.since,
+                    judgement.changes);
+  }
+};
 
 }  // namespace ia::cli
 

@@ -95,14 +95,10 @@ using Json = nlohmann::ordered_json;
   return changes;
 }
 
-[[nodiscard]] std::string WhyNotJudged(const Judgement& judgement) {
-  return judgement.reason + (judgement.hint.empty() ? "" : "; " + judgement.hint);
-}
-
 [[nodiscard]] Json ToJson(const JudgedOption& option) {
   return {{"keyword", option.keyword},
           {"default", OrNull(option.default_choice)},
-          {"value", option.value},
+          {"value", option.state == OptionState::kUnknown ? Json(nullptr) : Json(option.value)},
           {"state", NameOf(option.state)},
           {"reason", OrNull(option.reason)}};
 }
@@ -120,6 +116,7 @@ void AuditSummary::Add(const Judgement& judgement) {
   if (judgement.state != QueueState::kJudged) return;
   if (judgement.Differs()) ++differ;
   if (judgement.IsUnjudged()) ++unknown;
+  if (judgement.Differs() && judgement.IsUnjudged()) ++differ_and_unknown;
   if (!judgement.Differs() && !judgement.IsUnjudged()) ++right;
 }
 
@@ -153,12 +150,19 @@ std::string TextOf(const AuditSummary& summary) {
     if (count > 0) counts.push_back(std::to_string(count) + " " + what);
   };
   add(summary.right, "right");
-  add(summary.differ, summary.differ == 1 ? "differs" : "differ");
-  add(summary.unknown, "with unknown options");
+  const std::size_t both = summary.differ_and_unknown;
+  add(summary.differ,
+      (summary.differ == 1 ? "differs" : "differ") +
+          (both > 0 ? " (" + std::to_string(both) + " with unknown options, too)" : ""));
+  add(summary.unknown - both, "right but for unknown options");
   add(summary.not_applicable, "not applicable");
   add(summary.failed, "failed");
   return std::to_string(summary.queues) + (summary.queues == 1 ? " queue" : " queues") +
          (counts.empty() ? "" : ": " + Join(counts)) + "\n";
+}
+
+std::string WhyNotJudged(const Judgement& judgement) {
+  return judgement.reason + (judgement.hint.empty() ? "" : "; " + judgement.hint);
 }
 
 std::string LogOf(const Judgement& judgement) {

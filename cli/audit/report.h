@@ -16,6 +16,7 @@ struct AuditSummary {
   std::size_t right = 0;
   std::size_t differ = 0;
   std::size_t unknown = 0;  // judged, but not all of their options
+  std::size_t differ_and_unknown = 0;
   std::size_t not_applicable = 0;
   std::size_t failed = 0;
 
@@ -27,6 +28,9 @@ struct AuditSummary {
 // of its own.
 [[nodiscard]] std::string TextOf(const Judgement& judgement, bool with_equal);
 [[nodiscard]] std::string TextOf(const AuditSummary& summary);
+
+// Of a queue that is not judged: the reason, and what to do.
+[[nodiscard]] std::string WhyNotJudged(const Judgement& judgement);
 
 // A line for each option that differs and for each change: "office: QVFinisher None -> STFINT1".
 [[nodiscard]] std::string LogOf(const Judgement& judgement);

@@ -1,7 +1,5 @@
 #include "cli/audit/targets.h"
 
-#include <strings.h>
-
 #include <algorithm>
 #include <chrono>
 #include <filesystem>
@@ -13,6 +11,7 @@
 #include <vector>
 
 #include "cli/printer/cups_server.h"
+#include "cli/printer/queue_name.h"
 #include "cli/snapshot/queue_facts.h"
 #include "cli/snapshot/snapshot_files.h"
 #include "cli/terminal/failure.h"
@@ -53,11 +52,6 @@ namespace fs = std::filesystem;
   AllQueues all = FetchAllQueues(std::chrono::seconds(scope.location.timeout));
   scope.server = std::move(all.server);
   return std::move(all.queues);
-}
-
-// CUPS ignores the case of names.
-[[nodiscard]] bool IsSameQueue(const std::string& left, const std::string& right) {
-  return strcasecmp(left.c_str(), right.c_str()) == 0;
 }
 
 [[nodiscard]] Target FindTarget(const std::vector<QueueAttributes>& queues,
@@ -111,13 +105,36 @@ namespace fs = std::filesystem;
   }
 }
 
+[[nodiscard]] std::vector<Target> TargetsOf(const std::vector<std::string>& names,
+                                            const std::vector<Target>& saved) {
+  std::vector<Target> targets;
+  std::vector<std::string> missing = names;
+  for (Target target : saved) {
+    target.queue = QueueOf(target.snapshot);
+    const auto is_its_name = [&](const std::string& name) {
+      return IsSameQueue(name, target.queue);
+    };
+    if (std::ranges::none_of(names, is_its_name)) continue;
+    std::erase_if(missing, is_its_name);
+    targets.push_back(target);
+  }
+  if (missing.empty()) return targets;
+  throw Failure(ExitStatus::kSnapshot,
+                {.object = "queue \"" + missing.front() + "\"",
+                 .cause = "no snapshot of it can be read",
+                 .hint = "write --snapshots before each path, and names of queues without it"});
+}
+
 }  // namespace
 
 std::vector<Target> FindLiveTargets(AuditScope& scope, const std::vector<std::string>& names) {
   const std::vector<QueueAttributes> queues = QueuesOf(scope);
   std::vector<Target> targets;
-  std::ranges::transform(names, std::back_inserter(targets),
-                         [&](const std::string& name) { return FindTarget(queues, name); });
+  for (const std::string& name : names) {
+    const bool is_new = std::ranges::none_of(
+        targets, [&](const Target& target) { return IsSameQueue(target.queue, name); });
+    if (is_new) targets.push_back(FindTarget(queues, name));
+  }
   if (!names.empty()) return targets;
   for (const QueueAttributes& queue : queues) {
     if (!queue.is_temporary) targets.push_back(TargetOf(queue));
@@ -133,13 +150,7 @@ std::vector<Target> FindSavedTargets(const std::vector<std::string>& paths,
         IsFolder(path) && !IsSnapshot(path) ? SnapshotsIn(path) : std::vector{path};
     std::ranges::transform(snapshots, std::back_inserter(targets), SavedTarget);
   }
-  if (names.empty()) return targets;
-  for (Target& target : targets) target.queue = QueueOf(target.snapshot);
-  std::erase_if(targets, [&](const Target& target) {
-    return std::ranges::none_of(
-        names, [&](const std::string& name) { return IsSameQueue(name, target.queue); });
-  });
-  return targets;
+  return names.empty() ? targets : TargetsOf(names, targets);
 }
 
 std::vector<Target> PairWithSnapshots(std::vector<Target> live, const std::vector<Target>& saved) {

@@ -14,7 +14,7 @@ namespace ia::cli {
                                                   const std::vector<std::string>& names);
 
 // Saved printers: snapshots, or folders that have snapshots; with names, those of these queues.
-// Throws a Failure for a path without a snapshot.
+// Throws a Failure for a path or a queue without a snapshot.
 [[nodiscard]] std::vector<Target> FindSavedTargets(const std::vector<std::string>& paths,
                                                    const std::vector<std::string>& names);
 

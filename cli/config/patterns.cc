@@ -79,14 +79,6 @@ constexpr auto kPatterns = std::to_array<Pattern>({
   return is_name ? value.source : names.key + std::string(" in ") + value.source;
 }
 
-[[nodiscard]] SettingValue DeviceInfoOf(const PrinterLocation& given, const Settings& settings) {
-  if (!given.device_info.empty() || !settings.device_info) {
-    return OfOption(kDeviceInfo, given.device_info);
-  }
-  return {.text = settings.device_info->text,
-          .source = PlaceOf(kDeviceInfo, *settings.device_info)};
-}
-
 void Require(bool is_given, const SettingNames& names, const Settings& settings) {
   if (is_given) return;
   throw CLI::RequiredError(
@@ -131,6 +123,14 @@ void RequireLocation(const PrinterLocation& given, const Settings& settings) {
   Require(!given.needs_documents || !given.snapshot.empty() || !given.device_info.empty() ||
               !given.device.empty() || settings.device_info,
           kDeviceInfo, settings);
+}
+
+SettingValue DeviceInfoOf(const PrinterLocation& given, const Settings& settings) {
+  if (!given.device_info.empty() || !settings.device_info) {
+    return OfOption(kDeviceInfo, given.device_info);
+  }
+  return {.text = settings.device_info->text,
+          .source = PlaceOf(kDeviceInfo, *settings.device_info)};
 }
 
 SettingValue DriverFolderOf(const PrinterLocation& given, const Settings& settings,

@@ -29,6 +29,9 @@ struct QueueWords {
 // the document directory that the verb needs.
 void RequireLocation(const PrinterLocation& given, const Settings& settings);
 
+// The setting that is in force for the document directory.
+[[nodiscard]] SettingValue DeviceInfoOf(const PrinterLocation& given, const Settings& settings);
+
 // The setting that is in force for the driver folder of a queue; throws a Failure when there is
 // none for its model.
 [[nodiscard]] SettingValue DriverFolderOf(const PrinterLocation& given, const Settings& settings,

@@ -50,6 +50,16 @@ constexpr const char* kModelSection = "driver-folders";
   return Quoted(text) + " is not a number of seconds from 1 to " + std::to_string(kMaxTimeout);
 }
 
+// Nothing, or why the text is no folder. A shell would replace the "~".
+[[nodiscard]] std::optional<std::string> FaultOfFolder(std::string_view text) {
+  if (!text.starts_with('~')) return std::nullopt;
+  return Quoted(text) + " begins with \"~\", which is not replaced; write the path in full";
+}
+
+[[nodiscard]] std::optional<std::string> FaultOf(std::string_view key, std::string_view text) {
+  return key == kTimeout.key ? FaultOfTimeout(text) : FaultOfFolder(text);
+}
+
 // The format --------------------------------------------------------------------------------------
 
 [[noreturn]] void FailForFile(const std::string& path, const std::string& cause,
@@ -156,6 +166,9 @@ void TakeKey(const CLI::ConfigItem& item, const std::string& path, FileSettings&
   std::optional<SettingValue>& value = setting();
   if (value) FailForSecond(path, item.name);
   value = SettingValue{.text = ValueOf(item, path), .source = path};
+  if (const auto fault = FaultOf(item.name, value->text)) {
+    FailForFile(path, "the key " + item.name + ": " + *fault);
+  }
 }
 
 void TakeModel(const CLI::ConfigItem& item, const std::string& path, FileSettings& found) {
@@ -170,6 +183,9 @@ void TakeModel(const CLI::ConfigItem& item, const std::string& path, FileSetting
   }
   found.model_folders.push_back(
       {.models = item.name, .folder = ValueOf(item, path), .source = path});
+  if (const auto fault = FaultOfFolder(found.model_folders.back().folder)) {
+    FailForFile(path, "the key " + Clipped(item.name) + ": " + *fault);
+  }
 }
 
 [[nodiscard]] FileSettings SettingsIn(const std::string& path, const std::string& text) {
@@ -181,10 +197,6 @@ void TakeModel(const CLI::ConfigItem& item, const std::string& path, FileSetting
     }
     if (is_of_models && item.inputs.empty()) continue;  // the section's start or end
     is_of_models ? TakeModel(item, path, found) : TakeKey(item, path, found);
-  }
-  if (!found.timeout) return found;
-  if (const auto fault = FaultOfTimeout(found.timeout->text)) {
-    FailForFile(path, std::string("the key ") + kTimeout.key + ": " + *fault);
   }
   return found;
 }
@@ -237,11 +249,16 @@ void ReadNamedFile(const std::string& path, Settings& settings) {
   }
 }
 
-// Null as well for one that is empty.
+// Null as well for one that is empty; throws a Failure for one that is wrong.
 [[nodiscard]] std::optional<SettingValue> Variable(const SettingNames& names,
                                                    const SettingsPlaces& places) {
   const char* const text = places.variable(names.variable);
   if (text == nullptr || *text == '\0') return std::nullopt;
+  if (const auto fault = FaultOf(names.key, text)) {
+    throw Failure(
+        ExitStatus::kUsage,
+        {.object = std::string("environment variable ") + names.variable, .cause = *fault});
+  }
   return SettingValue{.text = text, .source = names.variable};
 }
 
@@ -250,12 +267,6 @@ void ReadVariables(const SettingsPlaces& places, Settings& settings) {
                       .model_folders = {},
                       .device_info = Variable(kDeviceInfo, places),
                       .timeout = Variable(kTimeout, places)});
-  if (!settings.timeout) return;
-  if (const auto fault = FaultOfTimeout(settings.timeout->text)) {
-    throw Failure(
-        ExitStatus::kUsage,
-        {.object = std::string("environment variable ") + kTimeout.variable, .cause = *fault});
-  }
 }
 
 // Null for a program that has more rights than its user.

@@ -9,7 +9,6 @@
 #include <sys/prctl.h>
 #include <sys/types.h>
 #include <sys/wait.h>
-#include <time.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -32,12 +31,8 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr std::size_t kMaxAnswer = std::size_t{64} << 20;
-
 // A grandchild can keep the pipe open, so the child's end is looked for between reads.
 constexpr std::chrono::milliseconds kPause(50);
-
-[[noreturn]] void ThrowErrno() { throw std::system_error(errno, std::generic_category()); }
 
 class Descriptor {
  public:
@@ -51,12 +46,8 @@ class Descriptor {
   int number_;
 };
 
-// In a process group of its own, which can be killed as a whole.
 [[noreturn]] void BeChild(int descriptor, const std::function<void(int)>& task, pid_t parent) {
-  setpgid(0, 0);
-  prctl(PR_SET_PDEATHSIG, SIGKILL);
-  if (getppid() != parent) _exit(1);
-  EndOnInterrupt();
+  BeginChild(parent);
   try {
     task(descriptor);
   } catch (const std::exception&) {
@@ -117,6 +108,15 @@ void ReadRest(int descriptor, std::string& answer) {
 }
 
 }  // namespace
+
+void ThrowErrno() { throw std::system_error(errno, std::generic_category()); }
+
+void BeginChild(pid_t parent) {
+  setpgid(0, 0);
+  prctl(PR_SET_PDEATHSIG, SIGKILL);
+  if (getppid() != parent) _exit(1);  // it ended before prctl()
+  EndOnInterrupt();
+}
 
 void WriteAll(int descriptor, std::string_view bytes) {
   while (!bytes.empty()) {

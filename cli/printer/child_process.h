@@ -1,7 +1,10 @@
 #ifndef INFO_ANALYZE_CLI_PRINTER_CHILD_PROCESS_H_
 #define INFO_ANALYZE_CLI_PRINTER_CHILD_PROCESS_H_
 
+#include <sys/types.h>
+
 #include <chrono>
+#include <cstddef>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -15,6 +18,17 @@ struct ChildResult {
   int signal = 0;  // that ended it; 0: none
   int status = 0;  // its exit status
 };
+
+// What an answer can have; more of it is not read.
+inline constexpr std::size_t kMaxAnswer = std::size_t{64} << 20;
+
+// Throws a std::system_error for errno.
+[[noreturn]] void ThrowErrno();
+
+// The first step of a child process, which may itself start more of them: puts it into a process
+// group of its own, which can be killed as a whole, and lets it end with its parent and at once on
+// an interrupt.
+void BeginChild(pid_t parent);
 
 // Writes all bytes; throws a std::system_error.
 void WriteAll(int descriptor, std::string_view bytes);

@@ -2,6 +2,7 @@
 
 #include <cups/cups.h>
 #include <cups/ppd.h>
+#include <stdlib.h>
 #include <strings.h>
 #include <sys/mman.h>
 #include <sys/socket.h>
@@ -44,6 +45,10 @@ namespace {
 
 using std::chrono::milliseconds;
 using std::chrono::seconds;
+
+// What hints can name.
+bool g_has_host = false;      // the option -h
+bool g_has_cups_root = true;  // the option --cups-root
 
 constexpr std::size_t kMaxPpdSize = std::size_t{16} << 20;
 
@@ -165,6 +170,17 @@ struct AddressListDeleter {
   return is_connected ? "it closes connections" : std::strerror(error);
 }
 
+[[nodiscard]] std::string OrCupsRoot(const std::string& fix) {
+  return g_has_cups_root ? fix + " or pass --cups-root" : fix;
+}
+
+[[nodiscard]] std::string FixOfNoAnswer() {
+  if (g_has_host) return "correct -h or start CUPS there";
+  if (IsLocal(cupsServer())) return OrCupsRoot("start cups.service");
+  return g_has_cups_root ? "correct CUPS_SERVER, start CUPS there or pass --cups-root"
+                         : "correct CUPS_SERVER or start CUPS there";
+}
+
 [[nodiscard]] bool IsDenial(ipp_status_t status) {
   return status == IPP_STATUS_ERROR_FORBIDDEN || status == IPP_STATUS_ERROR_NOT_AUTHENTICATED ||
          status == IPP_STATUS_ERROR_NOT_AUTHORIZED ||
@@ -179,9 +195,7 @@ class Server {
     http_.reset(httpConnect2(cupsServer(), ippPort(), nullptr, AF_UNSPEC, cupsEncryption(), 1,
                              static_cast<int>(milliseconds(timeout).count()), nullptr));
     if (http_) return;
-    Fail(purpose_, Name() + " does not answer (" + FindConnectionFault() + ")",
-         IsLocal(cupsServer()) ? "start cups.service or pass --cups-root"
-                               : "correct CUPS_SERVER, start CUPS there or pass --cups-root");
+    Fail(purpose_, Name() + " does not answer (" + FindConnectionFault() + ")", FixOfNoAnswer());
   }
 
   [[nodiscard]] std::string Name() const { return NameOfServer(ServerOfLibcups()); }
@@ -195,7 +209,7 @@ class Server {
     if (status == IPP_STATUS_ERROR_NOT_FOUND) return nullptr;
     if (status == IPP_STATUS_ERROR_SERVICE_UNAVAILABLE || status == IPP_STATUS_ERROR_INTERNAL) {
       Fail(purpose_, Name() + " does not complete the request (" + cupsLastErrorString() + ")",
-           "read the server's error log, or pass --cups-root");
+           OrCupsRoot("read the server's error log"));
     }
     if (!answer || status > IPP_STATUS_OK_CONFLICTING) Refuse(cupsLastErrorString());
     return answer;
@@ -248,27 +262,6 @@ constexpr auto kQueueAttributes = std::to_array<const char*>(
       .is_class = type != nullptr && (ippGetInteger(type, 0) & CUPS_PRINTER_CLASS) != 0,
       .is_temporary = temporary != nullptr && ippGetBoolean(temporary, 0) != 0,
   };
-}
-
-void Put(const QueueAttributes& attributes, Message& message) {
-  for (const std::string& text : {attributes.name, attributes.device_uri, attributes.location,
-                                  attributes.description, attributes.make_and_model}) {
-    message.Put(text);
-  }
-  message.Put(attributes.is_class);
-  message.Put(attributes.is_temporary);
-}
-
-[[nodiscard]] QueueAttributes TakeAttributes(Message& message) {
-  QueueAttributes attributes;
-  attributes.name = message.Take();
-  attributes.device_uri = message.Take();
-  attributes.location = message.Take();
-  attributes.description = message.Take();
-  attributes.make_and_model = message.Take();
-  attributes.is_class = message.TakeFlag();
-  attributes.is_temporary = message.TakeFlag();
-  return attributes;
 }
 
 void AddUri(const std::string& queue, ipp_t* request) {
@@ -376,7 +369,7 @@ void PutQueues(const Server& server, Message& list) {
   IppPtr queue(ippNew());
   const auto put = [&] {
     const QueueAttributes attributes = AttributesOf(queue.get());
-    if (!attributes.name.empty()) Put(attributes, list);
+    if (!attributes.name.empty()) list.Put(QueueAttributes::FieldsOf(attributes));
     queue.reset(ippNew());
   };
   for (ipp_attribute_t* attribute = ippFirstAttribute(answer.get()); attribute != nullptr;
@@ -444,13 +437,15 @@ void Answer(int descriptor, const std::function<std::string()>& ask) {
     Fail(
         purpose,
         NameOfServer(server) + " has not answered within " + std::to_string(timeout.count()) + " s",
-        "restart cups.service, pass --cups-root, or allow more time with --timeout");
+        g_has_cups_root
+            ? "restart cups.service, pass --cups-root, or allow more time with --timeout"
+            : "restart cups.service or allow more time with --timeout");
   }
   Fail(purpose,
        "the process that asks " + NameOfServer(server) + " ended with " +
            (child.signal != 0 ? NameOfSignal(child.signal)
                               : "status " + std::to_string(child.status)),
-       "pass --cups-root");
+       OrCupsRoot("try again"));
 }
 
 [[nodiscard]] std::string AskInChild(const Purpose& purpose, seconds timeout,
@@ -471,6 +466,15 @@ void Answer(int descriptor, const std::function<std::string()>& ask) {
 }
 
 }  // namespace
+
+void UseServer(const std::string& host) {
+  setenv("CUPS_SERVER", host.c_str(), 1);
+  unsetenv("CUPS_SERVERROOT");  // that of a different server
+  g_has_host = true;
+  g_has_cups_root = false;
+}
+
+void HideCupsRoot() { g_has_cups_root = false; }
 
 bool IsDriverless(const QueueAttributes& queue) {
   return queue.is_temporary || queue.make_and_model.find("IPP Everywhere") != std::string::npos;
@@ -571,7 +575,7 @@ AllQueues FetchAllQueues(seconds timeout) {
   all.server.folder = message.Take();
   all.server.user = message.Take();
   all.server.encryption = std::atoi(message.Take().c_str());
-  while (!message.IsAtEnd()) all.queues.push_back(TakeAttributes(message));
+  while (!message.IsAtEnd()) message.Take(QueueAttributes::FieldsOf(all.queues.emplace_back()));
   return all;
 }
 
@@ -587,13 +591,8 @@ std::string FetchPpdFrom(const ServerSettings& server, const std::string& queue,
 QueueAttributes FetchQueueAttributes(const std::string& queue, seconds timeout) {
   const Purpose purpose = {
       .action = "cannot read", .object = "attributes of queue \"" + queue + "\"", .queue = queue};
-  Message message(AskInChild(purpose, timeout, [&] {
-    const Server server(purpose, timeout);
-    Message attributes;
-    Put(AskForQueue(server, purpose), attributes);
-    return attributes.bytes();
-  }));
-  return TakeAttributes(message);
+  return Read<QueueAttributes>(AskInChild(
+      purpose, timeout, [&] { return Write(AskForQueue(Server(purpose, timeout), purpose)); }));
 }
 
 }  // namespace ia::cli

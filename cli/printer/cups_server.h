@@ -6,11 +6,19 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "cli/terminal/failure.h"
 
 namespace ia::cli {
+
+// Makes libcups use this server: HOST, HOST:PORT, [IPV6-ADDRESS]:PORT or the path of a socket.
+// Hints then name the option -h, which the verb must have.
+void UseServer(const std::string& host);
+
+// For a verb without --cups-root, which hints then do not name.
+void HideCupsRoot();
 
 // The PPD of a queue, by the rule of libcups: the file in the server's folder when the server is on
 // this machine and the file can be read, or else from the server. Throws a Failure that names the
@@ -38,6 +46,12 @@ struct QueueAttributes {
   std::string make_and_model;
   bool is_class = false;
   bool is_temporary = false;  // CUPS adds and removes the queue itself
+
+  // For processes that send them to each other.
+  static auto FieldsOf(auto& queue) {
+    return std::tie(queue.name, queue.device_uri, queue.location, queue.description,
+                    queue.make_and_model, queue.is_class, queue.is_temporary);
+  }
 };
 
 // Whether CUPS prints without a driver, and whether it sends what it gets as it is.
@@ -85,6 +99,7 @@ class Denied : public Failure {
 };
 
 // Gives the queue this PPD, which the server takes as a whole or not at all; throws a Failure.
+// After a Denied, the queue has the PPD that it had.
 void ReplacePpd(const std::string& queue, const std::string& ppd, std::chrono::seconds timeout);
 
 }  // namespace ia::cli

@@ -3,9 +3,13 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdlib>
 #include <string>
 #include <string_view>
+#include <tuple>
+#include <type_traits>
 #include <utility>
+#include <vector>
 
 namespace ia::cli {
 
@@ -19,6 +23,20 @@ class Message {
     bytes_.append(text.substr(0, text.find('\0'))).push_back('\0');
   }
   void Put(bool flag) { Put(std::string_view(flag ? "1" : "")); }
+  template <class Enum>
+    requires std::is_enum_v<Enum>
+  void Put(Enum value) {
+    Put(std::to_string(static_cast<int>(value)));
+  }
+  template <class... Fields>
+  void Put(const std::tuple<Fields...>& fields) {
+    std::apply([this](const auto&... each) { (Put(each), ...); }, fields);
+  }
+  template <class Record>
+  void Put(const std::vector<Record>& records) {
+    Put(std::to_string(records.size()));
+    for (const Record& record : records) Put(Record::FieldsOf(record));
+  }
 
   // The next text; empty at the end.
   [[nodiscard]] std::string Take() {
@@ -28,6 +46,24 @@ class Message {
     return text;
   }
   [[nodiscard]] bool TakeFlag() { return !Take().empty(); }
+
+  void Take(std::string& text) { text = Take(); }
+  void Take(bool& flag) { flag = TakeFlag(); }
+  template <class Enum>
+    requires std::is_enum_v<Enum>
+  void Take(Enum& value) {
+    value = static_cast<Enum>(std::atoi(Take().c_str()));
+  }
+  template <class... Fields>
+  void Take(std::tuple<Fields&...> fields) {
+    std::apply([this](auto&... each) { (Take(each), ...); }, fields);
+  }
+  template <class Record>
+  void Take(std::vector<Record>& records) {
+    for (auto left = std::atoll(Take().c_str()); left > 0 && !IsAtEnd(); --left) {
+      Take(Record::FieldsOf(records.emplace_back()));
+    }
+  }
 
   // All that is left, which may contain NULs.
   [[nodiscard]] std::string TakeRest() { return bytes_.substr(std::exchange(at_, bytes_.size())); }
@@ -39,6 +75,21 @@ class Message {
   std::string bytes_;
   std::size_t at_ = 0;
 };
+
+// A record as one message. Its fields are those that its function FieldsOf() lists.
+template <class Record>
+[[nodiscard]] std::string Write(const Record& record) {
+  Message message;
+  message.Put(Record::FieldsOf(record));
+  return message.bytes();
+}
+
+template <class Record>
+[[nodiscard]] Record Read(const std::string& bytes) {
+  Record record;
+  Message(bytes).Take(Record::FieldsOf(record));
+  return record;
+}
 
 }  // namespace ia::cli
 

@@ -1,5 +1,7 @@
 #include "cli/printer/queue_name.h"
 
+#include <strings.h>
+
 #include <algorithm>
 #include <cstddef>
 #include <string>
@@ -35,6 +37,10 @@ void RequireQueueName(const std::string& queue) {
   throw Failure(ExitStatus::kQueue, {.object = "not the name of a queue: \"" + queue + "\"",
                                      .cause = "CUPS refuses a name that " + fault,
                                      .hint = "list the queues with `info-analyze queues cups`"});
+}
+
+bool IsSameQueue(const std::string& left, const std::string& right) {
+  return strcasecmp(left.c_str(), right.c_str()) == 0;
 }
 
 }  // namespace ia::cli

@@ -9,6 +9,7 @@
 #include <cerrno>
 #include <cstddef>
 #include <cstring>
+#include <functional>
 #include <string>
 
 namespace ia::cli {
@@ -41,18 +42,20 @@ class OpenFile {
   return S_ISCHR(mode) || S_ISBLK(mode) ? "a device" : "a special file";
 }
 
-void RequireRegular(int descriptor) {
+[[nodiscard]] struct stat StatusOfRegular(int descriptor) {
   struct stat status = {};
   if (fstat(descriptor, &status) != 0) ThrowErrno();
-  if (S_ISREG(status.st_mode)) return;
+  if (S_ISREG(status.st_mode)) return status;
   throw FileFault("not a regular file but " + TypeOf(status.st_mode), 0);
 }
 
 }  // namespace
 
-std::string ReadRegularFile(const std::string& path, std::size_t max_size) {
+std::string ReadRegularFile(const std::string& path, std::size_t max_size,
+                            const std::function<void(const struct stat&)>& check) {
   const OpenFile file(path);
-  RequireRegular(file.descriptor());
+  const struct stat status = StatusOfRegular(file.descriptor());
+  if (check) check(status);
   std::string contents;
   std::array<char, 65536> buffer;
   for (;;) {

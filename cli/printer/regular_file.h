@@ -1,7 +1,10 @@
 #ifndef INFO_ANALYZE_CLI_PRINTER_REGULAR_FILE_H_
 #define INFO_ANALYZE_CLI_PRINTER_REGULAR_FILE_H_
 
+#include <sys/stat.h>
+
 #include <cstddef>
+#include <functional>
 #include <stdexcept>
 #include <string>
 
@@ -17,8 +20,11 @@ class FileFault : public std::runtime_error {
   int error_;
 };
 
-// The contents of a file; throws a FileFault. Never waits for a FIFO or reads a device.
-[[nodiscard]] std::string ReadRegularFile(const std::string& path, std::size_t max_size);
+// The contents of a file; throws a FileFault. Never waits for a FIFO or reads a device. The check
+// is called with what the opened file is, before it is read, and may throw.
+[[nodiscard]] std::string ReadRegularFile(
+    const std::string& path, std::size_t max_size,
+    const std::function<void(const struct stat& status)>& check = {});
 
 }  // namespace ia::cli
 

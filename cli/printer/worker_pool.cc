@@ -1,11 +1,9 @@
 #include "cli/printer/worker_pool.h"
 
 #include <fcntl.h>
-#include <linux/prctl.h>
 #include <signal.h>
 #include <stdlib.h>
 #include <sys/poll.h>
-#include <sys/prctl.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/types.h>
@@ -32,20 +30,15 @@
 #include <vector>
 
 #include "cli/printer/child_process.h"
-#include "cli/terminal/temporary_folder.h"
 
 namespace ia::cli {
 namespace {
 
 using Clock = std::chrono::steady_clock;
 
-constexpr std::size_t kMaxAnswer = std::size_t{64} << 20;
 constexpr std::size_t kTasksAhead = 64;  // of each worker
 
-[[noreturn]] void ThrowErrno() { throw std::system_error(errno, std::generic_category()); }
-
-// Texts between processes: their size, and their bytes.
-// --------------------------------------------
+// Texts between processes: their size, and their bytes --------------------------------------------
 
 // False when the reader has ended.
 bool Send(int descriptor, std::string_view text) {
@@ -198,12 +191,8 @@ class Worker {
   }
 
  private:
-  // In a process group of its own, which can be killed as a whole.
   [[noreturn]] void Start(int descriptor, const Work& work, pid_t parent) const {
-    setpgid(0, 0);
-    prctl(PR_SET_PDEATHSIG, SIGKILL);
-    if (getppid() != parent) _exit(1);
-    EndOnInterrupt();
+    BeginChild(parent);
     LeadNowhere();
     Limit(limits_.memory);
     BeWorker(descriptor, work);

@@ -10,6 +10,7 @@
 namespace {
 
 using ia::cli::DefaultTexts;
+using ia::cli::IsOneLine;
 using ia::cli::WithDefaultTexts;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -25,6 +26,15 @@ TEST(PpdDefaults, FindsTheLinesOfAnOptionAndNoOthers) {
   EXPECT_THAT(DefaultTexts(ppd, "QVFinisherTray"), ElementsAre("A"));
   EXPECT_THAT(DefaultTexts(ppd, "QVPuncher"), IsEmpty());
   EXPECT_THAT(DefaultTexts("", "QVFinisher"), IsEmpty());
+}
+
+TEST(PpdDefaults, TextsAreOneLineWithoutControls) {
+  for (const char* const text : {"", "None", "None\t/x", "\xe4\x80\xff"}) {
+    EXPECT_TRUE(IsOneLine(text)) << text;
+  }
+  for (const char* const text : {"\n", "a\r", "\x1b[", "\x7f"})
+    EXPECT_FALSE(IsOneLine(text)) << text;
+  EXPECT_FALSE(IsOneLine(std::string(1, '\0')));
 }
 
 TEST(PpdDefaults, ChangesNothingButTheTexts) {

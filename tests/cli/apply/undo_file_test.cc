@@ -19,11 +19,20 @@ using ia::cli::ReadUndoFile;
 using ia::cli::UndoFile;
 using ia::cli::UndoRecord;
 using testing::ElementsAre;
-using testing::IsEmpty;
+using testing::HasSubstr;
 using testing::SizeIs;
 
 class UndoFiles : public testing::Test {
  protected:
+  static std::string FailureOf(const std::string& path) {
+    try {
+      (void)ReadUndoFile(path);
+    } catch (const Failure& failure) {
+      return failure.what();
+    }
+    return "no failure";
+  }
+
   const ia_test::TempFolder root_;
   const std::string path_ = root_ / "undo.json";
   const UndoRecord record_ = {.server = "localhost:631",
@@ -49,6 +58,27 @@ TEST_F(UndoFiles, HaveWhatWasAdded) {
   EXPECT_EQ(records[1].queue, "second");
 }
 
+TEST_F(UndoFiles, DoNotKeepWhatWasRemoved) {
+  UndoFile file(path_);
+  file.Add(record_);
+  file.Add({.server = "localhost:631", .queue = "removed", .defaults = {}});
+  file.RemoveLast();
+  file.Add({.server = "localhost:631", .queue = "second", .defaults = {}});
+  const std::vector<UndoRecord> records = ReadUndoFile(path_);
+  ASSERT_THAT(records, SizeIs(2));
+  EXPECT_EQ(records[1].queue, "second");
+}
+
+TEST_F(UndoFiles, AreRemovedWithTheirOnlyRecord) {
+  UndoFile file(path_);
+  file.Add(record_);
+  file.RemoveLast();
+  EXPECT_TRUE(file.IsEmpty());
+  EXPECT_FALSE(std::filesystem::exists(path_));
+  file.Add(record_);
+  EXPECT_THAT(ReadUndoFile(path_), SizeIs(1));
+}
+
 TEST_F(UndoFiles, AreNotMadeWithoutARecord) {
   {
     const UndoFile file(path_);
@@ -71,8 +101,41 @@ TEST_F(UndoFiles, CanLackTheEndOfTheirLastLine) {
     root_.Write("undo.json", line + line.substr(0, size));
     EXPECT_THAT(ReadUndoFile(path_), SizeIs(1)) << size;
   }
-  root_.Write("undo.json", line.substr(0, 10));
-  EXPECT_THAT(ReadUndoFile(path_), IsEmpty());
+}
+
+TEST_F(UndoFiles, WithoutACompleteRecordAreRefused) {
+  for (const char* const text : {"", "{\"undo_version\":1"}) {
+    root_.Write("undo.json", text);
+    std::filesystem::permissions(path_, std::filesystem::perms(0600));
+    EXPECT_THAT(FailureOf(path_), HasSubstr("it has no complete record")) << text;
+  }
+}
+
+// A character that is no byte of a PPD cannot be written back.
+TEST_F(UndoFiles, HaveOnlyCharactersOfLatin1) {
+  const auto write = [&](const std::string& text) {
+    root_.Write("undo.json", R"({"undo_version":1,"server":"s","queue":"q","defaults":[)"
+                             R"({"keyword":"X","before":[")" +
+                                 text + R"("],"after":"A"}]})" + "\n");
+    std::filesystem::permissions(path_, std::filesystem::perms(0600));
+  };
+  write("\\u00e4\\u00ff");
+  EXPECT_THAT(ReadUndoFile(path_).at(0).defaults.at(0).before, ElementsAre("\xe4\xff"));
+  for (const char* const text : {"\\u0100", "\\u20ac", "\\ud83d\\ude00", "\xe5\x8d\xb0"}) {
+    write(text);
+    EXPECT_THAT(FailureOf(path_), HasSubstr("line 1 has a different format")) << text;
+  }
+}
+
+TEST_F(UndoFiles, KeepEachByteButControls) {
+  std::string text = "\t";
+  for (int byte = ' '; byte < 0x100; ++byte) {
+    if (byte != 0x7f) text += static_cast<char>(byte);
+  }
+  {
+    UndoFile(path_).Add({.server = "s", .queue = "q", .defaults = {{"X", {text}, text}}});
+  }
+  EXPECT_THAT(ReadUndoFile(path_).at(0).defaults.at(0).before, ElementsAre(text));
 }
 
 // A PPD's line could name a filter, which CUPS runs as a user of its own.

@@ -61,13 +61,13 @@ def is_installed():
 
 
 class PrintServer:
-    def __init__(self, root, requires_root=False, port=None):
+    def __init__(self, root, requires_root=False, addresses=()):
         self.root = pathlib.Path(root)
         for folder in ("etc/ppd", "run", "state", "cache", "tmp", "log"):
             (self.root / folder).mkdir(parents=True, exist_ok=True)
         auth = {"auth": "Default", "require": "Require user @SYSTEM"} if requires_root else \
             {"auth": "None", "require": ""}
-        listen = f"Listen localhost:{port}\n" if port else ""
+        listen = "".join(f"Listen {address}\n" for address in addresses)
         (self.root / "cupsd.conf").write_text(listen + CONFIGURATION.format(root=root, **auth))
         (self.root / "cups-files.conf").write_text(FILES.format(root=root))
         self.add_programs()

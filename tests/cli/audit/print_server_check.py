@@ -17,6 +17,7 @@ import re
 import shlex
 import shutil
 import signal
+import socket
 import subprocess
 import sys
 import tempfile
@@ -64,15 +65,16 @@ class Checker:
                 "XDG_STATE_HOME": str(self.root / "state"),
                 "STATE_DIRECTORY": str(self.root / "state"), **more}
 
-    def command(self, verb, *arguments):
+    def command(self, verb, *arguments, documents=None):
         folders = [] if "--undo" in arguments else [
             "--driver-folder", f"{self.root}/drivers/{{queue}}",
-            "--device-info", f"{self.root}/documents/{{queue}}"]
+            "--device-info", documents or f"{self.root}/documents/{{queue}}"]
         return [str(part) for part in (self.tool, verb, *arguments, *folders,
                                        "--timeout", TIMEOUT)]
 
-    def run(self, verb, *arguments, status=None, **environment):
-        run = subprocess.run(self.command(verb, *arguments), env=self.environment(**environment),
+    def run(self, verb, *arguments, status=None, documents=None, **environment):
+        run = subprocess.run(self.command(verb, *arguments, documents=documents),
+                             env=self.environment(**environment),
                              stdin=subprocess.DEVNULL, capture_output=True, text=True,
                              errors="replace")
         if status is not None:
@@ -117,6 +119,7 @@ def check_whole_server(checker, queues):
     checker.expect(len(names) == len(set(names)) and len(names) > queues, "queues of the audit")
     judged, summary = checker.judgements()
     checker.expect([name for name in names] == list(judged), "text and JSON have other queues")
+    check_counts(checker, run.stdout.splitlines()[-1], judged)
     checker.expect(summary["queues"] == len(judged), summary)
     for name, why in {"raw": "raw queue", "class": "class", "driverless": "driverless",
                       "foreign": "option lines"}.items():
@@ -131,6 +134,9 @@ def check_whole_server(checker, queues):
         checker.expect(name in HOSTILE and name not in hostile or
                        judged[name]["state"] == "failed" and why in judged[name]["reason"],
                        name, judged[name])
+    for name in ("crash_when_called", "missing-documents"):
+        checker.expect(judged[name]["hint"].endswith(f"`info-analyze doctor --queue {name}`"),
+                       judged[name]["hint"])
     good = [name for name in judged if judged[name]["state"] == "judged"]
     checker.expect(len(good) >= queues + 7, "judged:", len(good))
     checker.expect(all(judged[name]["differ"] for name in good), "some sample does not differ")
@@ -172,6 +178,24 @@ def check_whole_server(checker, queues):
     checker.expect(server.ppds() == before, "undo does not restore the bytes")
     left = list((checker.root / "tmp").iterdir())
     checker.expect(not left, "left in TMPDIR:", left)
+
+
+def check_counts(checker, line, judged):
+    """The last line counts each queue once."""
+    queues = list(judged.values())
+    of_differing = [queue for queue in queues if queue["differ"]]
+    both = sum(queue["unknown"] > 0 for queue in of_differing)
+    counts = {
+        "right": sum(queue["state"] == "judged" and not queue["differ"] and not queue["unknown"]
+                     for queue in queues),
+        f"differ ({both} with unknown options, too)" if both else "differ": len(of_differing),
+        "right but for unknown options":
+            sum(queue["unknown"] > 0 and not queue["differ"] for queue in queues),
+        "not applicable": sum(queue["state"] == "not applicable" for queue in queues),
+        "failed": sum(queue["state"] == "failed" for queue in queues)}
+    checker.expect(sum(counts.values()) == len(queues) and both, counts)
+    text = ", ".join(f"{count} {name}" for name, count in counts.items() if count)
+    checker.expect(line == f"{len(queues)} queues: {text}", line, text)
 
 
 def limits_memory(tool):
@@ -230,6 +254,25 @@ def check_defaults(checker, ppd, judged):
         checker.expect(has == [option["value"]], judged["queue"], option, has)
 
 
+def check_kept(checker, name, judged):
+    """Apply names each option that it cannot judge, and changes none of them."""
+    before = checker.server.ppds()[name]
+    run = checker.run("apply", name)
+    after = checker.server.ppds()[name]
+    for option in judged["options"]:
+        if option["state"] != "unknown":
+            continue
+        line = f"*Default{option['keyword']}:".encode()
+        of_option = [[text for text in ppd.split(b"\n") if text.startswith(line)]
+                     for ppd in (before, after)]
+        checker.expect(of_option[0] == of_option[1], option, of_option)
+        checker.expect(f"{name}: {option['keyword']} stays as it is: {option['reason']}\n" in
+                       run.stderr, option, run.stderr[-600:])
+    if "undo with" in run.stdout:
+        checker.run("apply", "--undo", checker.undo_path(run), status=0)
+    checker.expect(checker.server.ppds()[name] == before, name, "is not undone")
+
+
 def check_missing_data(checker):
     """What a device does not report is never changed."""
     sample = next(path for path in checker.samples if path.name == "office-mfp")
@@ -249,8 +292,11 @@ def check_missing_data(checker):
         checker.expect(document == "Devicename.xml" or judged["partial"]["unknown"] > 0,
                        "all known without", document)
         for option in judged["partial"]["options"]:
+            checker.expect((option["value"] is None) == (option["state"] == "unknown"), document,
+                           option)
             checker.expect(option["state"] in ("unknown", "equal") or
                            option["value"] == values[option["keyword"]]["value"], document, option)
+        check_kept(checker, "partial", judged["partial"])
     checker.server.lpadmin("-x", "partial")
 
 
@@ -298,8 +344,13 @@ def check_snapshots(checker):
     paired, _ = checker.judgements(*names, "--snapshots", folder, "--live")
     checker.expect({name: paired[name]["options"] for name in names} ==
                    {name: live[name]["options"] for name in names}, "against snapshots")
-    checker.expect(list(checker.judgements("--snapshots", folder, "--", "q0003")[0]) == ["q0003"],
+    checker.expect(list(checker.judgements("--snapshots", folder, "q0003")[0]) == ["q0003"],
                    "one of the snapshots")
+    several = [word for name in names for word in ("--snapshots", folder / f"{name}.tar.gz")]
+    checker.expect(checker.judgements(*several)[0] == saved, "several snapshots")
+    run = checker.run("audit", "--snapshots", *folder.iterdir(), status=9)
+    checker.expect("no snapshot of it can be read; write --snapshots before each path" in
+                   run.stderr, run.stderr)
     documents = checker.root / "documents/shared1"
     sample = documents.resolve()
     documents.unlink()
@@ -319,9 +370,30 @@ def check_snapshots(checker):
         judged = judged["q0003"]
         checker.expect(judged["state"] == "judged" and judged["options"] == live["q0003"]["options"]
                        and (judged["reason"] is not None) == bool(save), judged)
+    (folder / "q0000.tar.gz").unlink()
+    (folder / "q0000.tar.gz").symlink_to("q0000.tar.gz")
+    judged = checker.judgements("q0000", "--since", folder)[0]["q0000"]
+    checker.expect(judged["state"] == "judged" and judged["options"] == live["q0000"]["options"]
+                   and judged["reason"].startswith("cannot read snapshot"), judged)
+    check_model_change(checker, folder)
     log = checker.run("audit", "shared1", "--format", "log").stdout.splitlines()[:-1]
     checker.expect(len(log) == same["shared1"]["differ"] and
                    all(line.startswith("shared1: QV") for line in log), log)
+
+
+def check_model_change(checker, folder):
+    """A PPD of a different model is named among the changes."""
+    ppd = checker.server.ppd("shared1")
+    kept = ppd.read_bytes()
+    line = b'*QVAnlz_DriverName: "RA-H5-MLT-JP"'
+    checker.expect(line in kept, "a different model code")
+    ppd.write_bytes(kept.replace(line, b'*QVAnlz_DriverName: "RA-X"'))
+    changed, _ = checker.judgements("shared1", "--since", folder)
+    changes = {change["keyword"]: change for change in changed["shared1"]["changes"]}
+    checker.expect(changes.get("QVAnlz_DriverName") ==
+                   {"keyword": "QVAnlz_DriverName", "before": "RA-H5-MLT-JP", "after": "RA-X"},
+                   changed["shared1"])
+    ppd.write_bytes(kept)
 
 
 def check_progress(checker):
@@ -375,26 +447,102 @@ def check_output(checker):
     checker.expect(checker.server.ppds() == before, "changed without an undo file")
 
 
+def check_undo_files(checker):
+    """A record of what is no printer of the server changes nothing."""
+    before = checker.server.ppds()
+    undo = pathlib.Path(checker.undo_path(checker.run("apply", "shared1")))
+    after = checker.server.ppds()
+    other = checker.root / "undo.json"
+    for name, why in {"class": "it is a class", "none": "the CUPS server has no such queue",
+                      "../ppd/shared1": "the CUPS server has no such queue"}.items():
+        other.write_text(undo.read_text().replace('"queue":"shared1"', f'"queue":"{name}"'))
+        other.chmod(0o600)
+        run = checker.run("apply", "--undo", other, status=10)
+        checker.expect(f"{name} is left alone: {why}\n" in run.stderr, run)
+        checker.expect(checker.server.ppds() == after, "changed by the record of", name)
+    other.write_text(undo.read_text().replace('"queue":"shared1"', '"queue":"SHARED1"'))
+    checker.run("apply", "--undo", other, status=0)
+    checker.expect(checker.server.ppds() == before, "not undone")
+
+
+def check_shared_documents(checker):
+    """The documents of one device are not those of the others."""
+    server = checker.server
+    before = server.ppds()
+    server.lpadmin("-p", "q0001", "-v", "slow:/one")
+    server.lpadmin("-p", "q0002", "-v", "slow:/two")
+    folder = (checker.root / "documents/q0001").resolve()
+    for verb in ("audit", "apply"):
+        for documents in (folder, checker.root / "documents/{model}"):
+            run = checker.run(verb, "q0001", "q0002", documents=documents, status=2)
+            checker.expect("has the documents of one device, but the queues are of 2; write {queue}"
+                           in run.stderr and not run.stdout, run)
+    checker.expect(server.ppds() == before, "changed")
+    run = checker.run("audit", "q0001", documents=folder)
+    checker.expect("1 queue: 1 differs" in run.stdout, "one queue:", run)
+    for name in ("q0001", "q0002"):
+        server.lpadmin("-p", name, "-v", "file:///dev/null")
+    run = checker.run("audit", "q0001", "q0002", documents=folder)
+    checker.expect("2 queues: " in run.stdout, "queues of one device:", run)
+
+
+def check_queue_named_twice(checker):
+    """It is judged and changed once."""
+    judged, summary = checker.judgements("q0000", "Q0000", "q0003", "q0000")
+    checker.expect(list(judged) == ["q0000", "q0003"] and summary["queues"] == 2, summary)
+    before = checker.server.ppds()
+    run = checker.run("apply", "q0000", "q0000")
+    checker.expect("left alone" not in run.stderr and "1 queue changed; 1 queue:" in run.stdout, run)
+    checker.run("apply", "--undo", checker.undo_path(run), status=0)
+    checker.expect(checker.server.ppds() == before, "not undone")
+
+
 def check_other_server(checker):
     """A queue of the same name on a server elsewhere is not taken for that of this machine."""
     root = checker.root / "elsewhere"
-    with PrintServer(root, port=18631) as other:
+    ipv6 = ["[::1]:18632"] if has_ipv6() else []
+    with PrintServer(root, addresses=["localhost:18631", *ipv6]) as other:
         sample = checker.samples[0]
         other.add("q0000", sample / f"ppd/{sample.name}.ppd")
         path = other.ppd("q0000")
         path.write_bytes(path.read_bytes() + b"*% elsewhere\n")
         before, here = other.ppds(), checker.server.ppds()
-        for host in ("localhost:18631", "127.0.0.1:18631", str(other.socket)):
+        for host in ("localhost:18631", "127.0.0.1:18631", str(other.socket), *ipv6):
             run = checker.run("apply", "q0000", "-h", host, status=11)
             now = other.ppds()["q0000"]
             checker.expect(now != before["q0000"] and now.endswith(b"*% elsewhere\n"), host)
             undo = re.search(r"^undo with: info-analyze apply --undo (\S+) -h (\S+)$", run.stdout,
                              re.M)
-            checker.expect(undo and undo[2] == host, run.stdout[-300:])
+            checker.expect(undo and shlex.split(undo[2]) == [host], run.stdout[-300:])
             refused = checker.run("apply", "--undo", undo[1], status=3)
-            checker.expect("it is of the CUPS server at" in refused.stderr, refused.stderr)
+            checker.expect("may be a different one; pass -h " + undo[2] in refused.stderr,
+                           refused.stderr)
             checker.run("apply", "--undo", undo[1], "-h", host, status=0)
             checker.expect(other.ppds() == before and checker.server.ppds() == here, "undone", host)
+
+
+def has_ipv6():
+    with contextlib.suppress(OSError), socket.socket(socket.AF_INET6) as probe:
+        probe.bind(("::1", 0))
+        return True
+    print("not checked: IPv6 (no ::1)")
+    return False
+
+
+def check_server_names(checker):
+    """Texts that libcups would take for a different server are refused, and a hint names what the
+    command line has."""
+    for text in ("", "::1", "::1:631", "[::1", "[::1]x", "[::1]:", "[::1]:x", "[::1]:0", ":631",
+                 "localhost:", "localhost:65536", "localhost:631x"):
+        run = checker.run("audit", "-h", text, status=2)
+        checker.expect(f'--host: "{text}" is not HOST, HOST:PORT, [IPV6-ADDRESS]:PORT or' in
+                       run.stderr, text, run.stderr)
+    for verb, host, hint in (("audit", "127.0.0.1:9", "correct -h or start CUPS there"),
+                             ("apply", "/none", "correct -h or start CUPS there"),
+                             ("apply", None, "start cups.service"),
+                             ("audit", None, "start cups.service or pass --cups-root")):
+        run = checker.run(verb, *(["-h", host] if host else []), status=3, CUPS_SERVER="/none")
+        checker.expect(run.stderr.endswith("; " + hint + "\n"), verb, host, run.stderr)
 
 
 def check_two_at_once(checker):
@@ -432,6 +580,8 @@ def check_rights(checker):
         env=checker.environment(STATE_DIRECTORY=str(state), TMPDIR="/tmp"), capture_output=True,
         text=True)
     checker.expect(run.returncode == 3 and "does not let user" in run.stderr, run)
+    checker.expect("undo with" not in run.stdout + run.stderr and not list(state.glob("*.json")),
+                   "an undo file without a change:", run)
     checker.expect(checker.server.ppds() == before, "changed without rights")
 
 
@@ -534,7 +684,8 @@ def check_kills(checker, kills):
         complete += set_queues == len(names)
         half += 0 < set_queues < len(names)
         for path in (checker.root / "state").glob("*.json"):
-            checker.run("apply", "--undo", path, status=0)
+            has_record = b"\n" in path.read_bytes()
+            checker.run("apply", "--undo", path, status=0 if has_record else 1)
         if server.ppds() != before:
             checker.expect(False, "not undone after a kill")
             break
@@ -562,7 +713,8 @@ def main():
         with checker.server:
             check_whole_server(checker, queues)
             checks = [check_missing_data, check_snapshots, check_progress, check_output,
-                      check_other_server, check_two_at_once]
+                      check_undo_files, check_shared_documents, check_queue_named_twice,
+                      check_other_server, check_server_names, check_two_at_once]
             if os.geteuid() == 0:  # cupsd runs programs of root only
                 checks.append(check_jobs)
             for check in checks:

@@ -196,6 +196,23 @@ TEST_F(SettingsTest, TimeoutsOutOfRangeAreRefused) {
   }
 }
 
+TEST_F(SettingsTest, FoldersInWhichAShellWouldReplaceATildeAreRefused) {
+  for (const char* line :
+       {"driver-folder = ~/driver", "device-info = ~", "[driver-folders]\nRA* = ~root/x"}) {
+    EXPECT_THAT(FailureOf(line), HasSubstr("begins with \"~\", which is not replaced")) << line;
+  }
+  EXPECT_EQ(ReadText("device-info = /a/~b\n").device_info->text, "/a/~b");
+  variables_["INFO_ANALYZE_DEVICE_INFO"] = "~/x";
+  try {
+    (void)Read();
+    ADD_FAILURE();
+  } catch (const Failure& failure) {
+    EXPECT_EQ(failure.status(), ExitStatus::kUsage);
+    EXPECT_THAT(failure.what(),
+                HasSubstr("environment variable INFO_ANALYZE_DEVICE_INFO: \"~/x\""));
+  }
+}
+
 TEST_F(SettingsTest, NulBytesAreRefused) {
   EXPECT_THAT(FailureOf(std::string("driver-folder = /x\0y\n", 21)), HasSubstr("has a NUL byte"));
 }
