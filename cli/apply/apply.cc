@@ -196,7 +196,7 @@ void ApplyAll(ApplyQuestion& question) {
   UseSettings(plan, true);
   Apply apply(question);
   plan.targets = FindLiveTargets(plan.scope, question.queues);
-  RequireOwnDocuments(plan);
+  if (const auto fault = FaultOfDocuments(plan)) throw Failure(ExitStatus::kUsage, *fault);
   try {
     JudgeAll(plan, [&](const Judgement& judgement) { apply.Do(judgement); });
   } catch (...) {  // such as a full standard output

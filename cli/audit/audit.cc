@@ -85,9 +85,23 @@ struct AuditQuestion {
   return judgement;
 }
 
+// A shell writes the paths of a pattern one after the other. No name of a queue has a slash.
+[[nodiscard]] bool IsPath(const std::string& word) {
+  std::error_code ignored;
+  return word.find('/') != std::string::npos || std::filesystem::exists(word, ignored);
+}
+
+void TakePaths(AuditQuestion& question) {
+  std::vector<std::string>& words = question.queues;
+  const auto paths = std::stable_partition(words.begin(), words.end(), std::not_fn(IsPath));
+  question.snapshots.insert(question.snapshots.end(), paths, words.end());
+  words.erase(paths, words.end());
+}
+
 [[nodiscard]] std::vector<Target> FindTargets(AuditQuestion& question) {
   AuditScope& scope = question.plan.scope;
   if (question.snapshots.empty()) return FindLiveTargets(scope, question.queues);
+  TakePaths(question);
   if (!question.is_live) return FindSavedTargets(question.snapshots, question.queues);
   return PairWithSnapshots(FindLiveTargets(scope, question.queues),
                            FindSavedTargets(question.snapshots, {}));
@@ -122,7 +136,7 @@ void Audit(AuditQuestion& question) {
   RequireFolder(plan.scope.since);
   RequireFolder(plan.scope.save);
   plan.targets = FindTargets(question);
-  RequireOwnDocuments(plan);
+  if (const auto fault = FaultOfDocuments(plan)) ReportWarning(MessageOf(*fault));
   AuditSummary summary;
   JudgeAll(plan, [&](const Judgement& judgement) {
     summary.Add(judgement);
@@ -143,7 +157,7 @@ void UseSettings(AuditPlan& plan, bool needs_documents) {
   location.timeout = TimeoutOf(location, settings);
 }
 
-void RequireOwnDocuments(const AuditPlan& plan) {
+std::optional<FailureParts> FaultOfDocuments(const AuditPlan& plan) {
   const PrinterLocation& location = plan.scope.location;
   const SettingValue folder = DeviceInfoOf(location, CurrentSettings(location.config_file));
   const bool has_own = folder.text.find("{queue}") != std::string::npos ||
@@ -154,12 +168,11 @@ void RequireOwnDocuments(const AuditPlan& plan) {
         target.is_live && target.snapshot.empty() && target.not_applicable.empty();
     if (is_judged && !target.device_uri.empty()) devices.insert(target.device_uri);
   }
-  if (has_own || devices.size() <= 1) return;
-  throw Failure(ExitStatus::kUsage,
-                {.object = "document directory " + folder.text + " of " + folder.source,
-                 .cause = "it has the documents of one device, but the queues are of " +
-                          std::to_string(devices.size()),
-                 .hint = "write {queue} or {host} into the path, or name one queue"});
+  if (folder.text.empty() || has_own || devices.size() <= 1) return std::nullopt;
+  return FailureParts{.object = "document directory " + folder.text + " of " + folder.source,
+                      .cause = "it has the documents of one device, but the queues are of " +
+                               std::to_string(devices.size()),
+                      .hint = "write {queue} or {host} into the path, or name one queue"};
 }
 
 void JudgeAll(const AuditPlan& plan, const std::function<void(const Judgement&)>& use) {
@@ -219,9 +232,9 @@ void DefineAudit(CLI::App& verb) {
   verb.get_option("--cups-root")->excludes("--host");
   verb.add_option(
           "--snapshots", question->snapshots,
-          "Audit the printers that are saved in this snapshot or folder of snapshots; may be "
-          "given several times")
-      ->type_name("PATH")
+          "Audit the printers that are saved in this snapshot or folder of snapshots, and in "
+          "those of further paths")
+      ->type_name("PATH...")
       ->allow_extra_args(false);  // names of queues may follow
   verb.add_flag("--live", question->is_live,
                 "With --snapshots: audit the live queues against the saved documents");

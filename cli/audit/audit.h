@@ -4,6 +4,7 @@
 
 #include <CLI/CLI.hpp>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -25,9 +26,9 @@ struct AuditPlan {
 // command line have a folder that is needed.
 void UseSettings(AuditPlan& plan, bool needs_documents);
 
-// Throws a Failure when live queues of different devices have the same document directory: one of
-// them would get the values of the other.
-void RequireOwnDocuments(const AuditPlan& plan);
+// Says when live queues of different devices have the same document directory: each would get the
+// values of one device.
+[[nodiscard]] std::optional<FailureParts> FaultOfDocuments(const AuditPlan& plan);
 
 // Judges the targets in worker processes, and calls with each judgement, in the order of the
 // targets and in this process. Shows its progress.

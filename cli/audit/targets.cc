@@ -122,7 +122,7 @@ namespace fs = std::filesystem;
   throw Failure(ExitStatus::kSnapshot,
                 {.object = "queue \"" + missing.front() + "\"",
                  .cause = "no snapshot of it can be read",
-                 .hint = "write --snapshots before each path, and names of queues without it"});
+                 .hint = "check the name, or the path"});
 }
 
 }  // namespace
