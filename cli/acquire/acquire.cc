@@ -31,6 +31,7 @@
 #include "cli/snapshot/queue_facts.h"
 #include "cli/terminal/failure.h"
 #include "cli/terminal/output.h"
+#include "cli/terminal/printable.h"
 #include "cli/terminal/temporary_folder.h"
 #include "info_analyze/provenance.h"
 
@@ -110,6 +111,7 @@ void KeepAttributes(const std::string& text, const std::string& path) {
 void Run(const AcquireQuestion& question) {
   const PrinterLocation location = LocateDevice(question);
   const Acquired acquired = Acquire(location);
+  WarnOfGaps(acquired.documents, acquired.has_profile);
   const std::string& folder = question.places.back();
   const BidiPtr library = LoadLibrary(location.driver_folder);
   PublishDocuments(WriteDocuments(*library, acquired.documents), folder);
@@ -127,11 +129,9 @@ Acquired Acquire(const PrinterLocation& location) {
   const DeviceAnswer answer = ReadDevice(location);
   DeviceFacts facts = FindFacts(answer.values);
   if (profile) ApplyProfile(*profile, answer.values, facts);
-  Acquired acquired = {.attributes = answer.text,
-                       .profile = profile ? profile->file : "",
-                       .documents = DocumentsOf(facts)};
-  WarnOfGaps(acquired.documents, profile.has_value());
-  return acquired;
+  return {.attributes = answer.text,
+          .has_profile = profile.has_value(),
+          .documents = DocumentsOf(facts)};
 }
 
 PrinterLocation WithDocumentsOfDevice(const PrinterLocation& given) {
@@ -142,6 +142,7 @@ PrinterLocation WithDocumentsOfDevice(const PrinterLocation& given) {
     const auto folder = std::make_shared<const TemporaryFolder>();
     WriteDocumentFiles(files, folder->path());
     PrinterLocation location = given;
+    SetGivenName(folder->path(), WithoutCredentials(given.device));
     location.device_info = folder->path();
     location.unpacked = folder;
     return location;

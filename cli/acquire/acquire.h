@@ -16,12 +16,12 @@ inline constexpr int kDefaultDeviceTimeout = 10;  // seconds
 
 struct Acquired {
   std::string attributes;  // the text of an attributes file
-  std::string profile;     // its file; empty: none
+  bool has_profile = false;
   std::vector<AcquiredDocument> documents;
 };
 
-// Reads the location's device, with the profile of the location or else of its driver folder. Warns
-// of what the profile does not know and of each document that is left out. Throws a Failure.
+// Reads the location's device, with the profile of the location or else of its driver folder.
+// Throws a Failure.
 [[nodiscard]] Acquired Acquire(const PrinterLocation& location);
 
 // The location with a private document directory of its device, which the location keeps. Throws a

@@ -15,6 +15,7 @@
 #include "cli/printer/connection.h"
 #include "cli/printer/regular_file.h"
 #include "cli/printer/session.h"
+#include "cli/snapshot/queue_facts.h"
 #include "cli/terminal/failure.h"
 
 namespace ia::cli {
@@ -71,7 +72,7 @@ void ParseInChild(int descriptor, const std::function<DeviceAnswer()>& parse) {
 }  // namespace
 
 DeviceAnswer ReadDevice(const PrinterLocation& location) {
-  const std::string& device = location.device;
+  const std::string device = WithoutCredentials(location.device);
   if (device.find("://") == std::string::npos) {
     return Parse(device,
                  [&] { return DeviceAnswer{.values = ReadAttributesFile(device), .text = ""}; });

@@ -13,9 +13,9 @@ struct DeviceAnswer {
   std::string text;  // of an attributes file
 };
 
-// What the location's device answers, or what the file has that is in its place. Throws a Failure. A
-// child process uses libcups, which keeps the first CUPS root that it finds, so this one can still
-// have any.
+// What the location's device answers, or what the file has that is in its place. Throws a Failure.
+// A child process uses libcups, which keeps the first CUPS root that it finds, so this one can
+// still have any.
 [[nodiscard]] DeviceAnswer ReadDevice(const PrinterLocation& location);
 
 }  // namespace ia::cli

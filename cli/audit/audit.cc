@@ -151,15 +151,19 @@ void Audit(AuditQuestion& question) {
 void UseSettings(AuditPlan& plan, bool needs_documents) {
   PrinterLocation& location = plan.scope.location;
   const Settings& settings = CurrentSettings(location.config_file);
-  location.needs_documents = needs_documents;
+  const bool has_documents =
+      !location.device_info.empty() || settings.device_info || !location.device.empty();
+  plan.scope.asks_devices = needs_documents && !has_documents;
+  location.needs_documents = false;
   RequireLocation(location, settings);
-  location.needs_documents = true;
+  location.needs_documents = !plan.scope.asks_devices;
   location.timeout = TimeoutOf(location, settings);
 }
 
 std::optional<FailureParts> FaultOfDocuments(const AuditPlan& plan) {
   const PrinterLocation& location = plan.scope.location;
-  const SettingValue folder = DeviceInfoOf(location, CurrentSettings(location.config_file));
+  SettingValue folder = DeviceInfoOf(location, CurrentSettings(location.config_file));
+  if (!location.device.empty()) folder = {.text = location.device, .source = "--device"};
   const bool has_own = folder.text.find("{queue}") != std::string::npos ||
                        folder.text.find("{host}") != std::string::npos;
   std::set<std::string> devices;
@@ -169,10 +173,10 @@ std::optional<FailureParts> FaultOfDocuments(const AuditPlan& plan) {
     if (is_judged && !target.device_uri.empty()) devices.insert(target.device_uri);
   }
   if (folder.text.empty() || has_own || devices.size() <= 1) return std::nullopt;
-  return FailureParts{.object = "document directory " + folder.text + " of " + folder.source,
-                      .cause = "it has the documents of one device, but the queues are of " +
-                               std::to_string(devices.size()),
-                      .hint = "write {queue} or {host} into the path, or name one queue"};
+  return FailureParts{
+      .object = "documents in " + folder.text + " of " + folder.source,
+      .cause = "they are of one device, but the queues are of " + std::to_string(devices.size()),
+      .hint = "write {queue} or {host} into the path, or name one queue"};
 }
 
 void JudgeAll(const AuditPlan& plan, const std::function<void(const Judgement&)>& use) {

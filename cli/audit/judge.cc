@@ -15,6 +15,7 @@
 #include <utility>
 #include <vector>
 
+#include "cli/acquire/acquire.h"
 #include "cli/config/patterns.h"
 #include "cli/config/settings.h"
 #include "cli/explain/printer_options.h"
@@ -215,6 +216,17 @@ void Judge::QueryOptions(const CopiedPpd& copy, const Target& target, Printer& p
                     std::back_inserter(printer.options));
 }
 
+void Judge::TakeDocuments(Printer& printer) const {
+  if (scope_.asks_devices) printer.location.device = printer.device_uri;
+  if (!printer.location.device.empty()) {
+    printer.location = WithDocumentsOfDevice(printer.location);
+  } else if (scope_.asks_devices) {
+    throw Failure(ExitStatus::kQueue, {.object = "queue \"" + printer.location.queue + "\"",
+                                       .cause = "CUPS knows no device URI for it",
+                                       .hint = "set a document directory with --device-info"});
+  }
+}
+
 Judge::Printer Judge::Query(const Target& target) {
   Printer printer = LocatePrinter(target);
   const std::string& queue = printer.location.queue;
@@ -229,6 +241,7 @@ Judge::Printer Judge::Query(const Target& target) {
                             .model = [&] { return copy.ReadModelCode(); }};
   printer.location =
       Complete(printer.location, CurrentSettings(scope_.location.config_file), words);
+  if (target.snapshot.empty()) TakeDocuments(printer);
   QueryOptions(copy, target, printer);
   return printer;
 }

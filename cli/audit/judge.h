@@ -31,10 +31,11 @@ struct Target {
 
 // What all targets have in common.
 struct AuditScope {
-  PrinterLocation location;  // without a queue
-  ServerSettings server;     // of live queues, unless the location has a CUPS root
-  std::string since;         // folder of earlier snapshots; empty: none
-  std::string save;          // folder for new snapshots; empty: none
+  PrinterLocation location;   // without a queue
+  ServerSettings server;      // of live queues, unless the location has a CUPS root
+  bool asks_devices = false;  // for documents, because no directory is given
+  std::string since;          // folder of earlier snapshots; empty: none
+  std::string save;           // folder for new snapshots; empty: none
 };
 
 // The verb that says what is wrong with a queue: "info-analyze doctor --queue office".
@@ -56,6 +57,7 @@ class Judge {
   [[nodiscard]] std::string FetchLivePpd(const std::string& queue) const;
   [[nodiscard]] BidiContext* LibraryOf(const std::string& driver_folder);
   [[nodiscard]] Printer LocatePrinter(const Target& target) const;
+  void TakeDocuments(Printer& printer) const;
   void QueryOptions(const CopiedPpd& copy, const Target& target, Printer& printer);
   [[nodiscard]] Printer Query(const Target& target);
   void JudgeOptions(const Target& target, Judgement& judgement);

@@ -119,10 +119,9 @@ namespace fs = std::filesystem;
     targets.push_back(target);
   }
   if (missing.empty()) return targets;
-  throw Failure(ExitStatus::kSnapshot,
-                {.object = "queue \"" + missing.front() + "\"",
-                 .cause = "no snapshot of it can be read",
-                 .hint = "check the name, or the path"});
+  throw Failure(ExitStatus::kSnapshot, {.object = "queue \"" + missing.front() + "\"",
+                                        .cause = "no snapshot of it can be read",
+                                        .hint = "check the name, or the path"});
 }
 
 }  // namespace

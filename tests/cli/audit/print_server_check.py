@@ -478,7 +478,7 @@ def check_shared_documents(checker):
     for verb, status in (("audit", None), ("apply", 2)):
         for documents in (folder, checker.root / "documents/{model}"):
             run = checker.run(verb, "q0001", "q0002", documents=documents, status=status)
-            checker.expect("has the documents of one device, but the queues are of 2; write {queue}"
+            checker.expect("they are of one device, but the queues are of 2; write {queue}"
                            in run.stderr and bool(run.stdout) == (verb == "audit"), run)
     checker.expect(server.ppds() == before, "changed")
     run = checker.run("audit", "q0001", documents=folder)
