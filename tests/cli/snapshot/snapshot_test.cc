@@ -121,7 +121,8 @@ TEST_P(SnapshotOfPrinter, HasTheFindingsOfThePrinter) {
   ASSERT_EQ(Take({}, GetParam()).status, 0);
   const auto findings = [](const Finished& run) {
     Json found = Json::array();
-    for (const Json& finding : Json::parse(run.out)["findings"]) {
+    const Json answer = Json::parse(run.out);
+    for (const Json& finding : answer["findings"]) {
       if (finding["check"] != "queue") found.push_back(finding);
     }
     return found;
