@@ -3,12 +3,22 @@ _info_analyze() {
   local cur=${COMP_WORDS[COMP_CWORD]} prev=${COMP_WORDS[COMP_CWORD-1]} place= i
   for ((i = 1; i < COMP_CWORD; i++)); do
     case "$place/${COMP_WORDS[i]}" in
-      /apply|/audit|/calibration|/calibration/settings|/calibration/defaults|/calibration/curves|/completion|/config|/diff|/doctor|/explain|/function-version|/help|/models|/query|/queues|/queues/cups|/queues/daemon|/queues/find|/snapshot|/uri) place+=/${COMP_WORDS[i]} ;;
+      /acquire|/apply|/audit|/calibration|/calibration/settings|/calibration/defaults|/calibration/curves|/completion|/config|/diff|/doctor|/explain|/function-version|/help|/models|/profile|/profile/check|/query|/queues|/queues/cups|/queues/daemon|/queues/find|/snapshot|/uri) place+=/${COMP_WORDS[i]} ;;
     esac
   done
   case "$place $prev" in
+    '/acquire --queue') :; return ;;
+    '/acquire --cups-root') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
+    '/acquire --timeout') :; return ;;
+    '/acquire --config') mapfile -t COMPREPLY < <(compgen -f -- "$cur"); return ;;
+    '/acquire --driver-folder') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
+    '/acquire --profile') mapfile -t COMPREPLY < <(compgen -f -- "$cur"); return ;;
+    '/acquire --keep-attributes') mapfile -t COMPREPLY < <(compgen -f -- "$cur"); return ;;
+    '/acquire --format') mapfile -t COMPREPLY < <(compgen -W 'text json' -- "$cur"); return ;;
     '/apply --driver-folder') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
     '/apply --device-info') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
+    '/apply --device') :; return ;;
+    '/apply --profile') mapfile -t COMPREPLY < <(compgen -f -- "$cur"); return ;;
     '/apply --timeout') :; return ;;
     '/apply --config') mapfile -t COMPREPLY < <(compgen -f -- "$cur"); return ;;
     '/apply --jobs') :; return ;;
@@ -17,6 +27,8 @@ _info_analyze() {
     '/apply --undo') mapfile -t COMPREPLY < <(compgen -f -- "$cur"); return ;;
     '/audit --driver-folder') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
     '/audit --device-info') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
+    '/audit --device') :; return ;;
+    '/audit --profile') mapfile -t COMPREPLY < <(compgen -f -- "$cur"); return ;;
     '/audit --timeout') :; return ;;
     '/audit --config') mapfile -t COMPREPLY < <(compgen -f -- "$cur"); return ;;
     '/audit --jobs') :; return ;;
@@ -54,6 +66,8 @@ _info_analyze() {
     '/diff --timeout') :; return ;;
     '/diff --config') mapfile -t COMPREPLY < <(compgen -f -- "$cur"); return ;;
     '/diff --device-info') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
+    '/diff --device') :; return ;;
+    '/diff --profile') mapfile -t COMPREPLY < <(compgen -f -- "$cur"); return ;;
     '/diff --format') mapfile -t COMPREPLY < <(compgen -W 'text json' -- "$cur"); return ;;
     '/doctor --queue') :; return ;;
     '/doctor --cups-root') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
@@ -62,6 +76,8 @@ _info_analyze() {
     '/doctor --driver-folder') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
     '/doctor --snapshot') mapfile -t COMPREPLY < <(compgen -f -- "$cur"); return ;;
     '/doctor --device-info') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
+    '/doctor --device') :; return ;;
+    '/doctor --profile') mapfile -t COMPREPLY < <(compgen -f -- "$cur"); return ;;
     '/doctor --format') mapfile -t COMPREPLY < <(compgen -W 'text json' -- "$cur"); return ;;
     '/explain --queue') :; return ;;
     '/explain --cups-root') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
@@ -70,6 +86,8 @@ _info_analyze() {
     '/explain --driver-folder') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
     '/explain --snapshot') mapfile -t COMPREPLY < <(compgen -f -- "$cur"); return ;;
     '/explain --device-info') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
+    '/explain --device') :; return ;;
+    '/explain --profile') mapfile -t COMPREPLY < <(compgen -f -- "$cur"); return ;;
     '/explain --format') mapfile -t COMPREPLY < <(compgen -W 'text json' -- "$cur"); return ;;
     '/function-version --queue') :; return ;;
     '/function-version --cups-root') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
@@ -79,6 +97,13 @@ _info_analyze() {
     '/function-version --snapshot') mapfile -t COMPREPLY < <(compgen -f -- "$cur"); return ;;
     '/function-version --format') mapfile -t COMPREPLY < <(compgen -W 'text json' -- "$cur"); return ;;
     '/models --format') mapfile -t COMPREPLY < <(compgen -W 'text json markdown' -- "$cur"); return ;;
+    '/profile/check --ppd') mapfile -t COMPREPLY < <(compgen -f -- "$cur"); return ;;
+    '/profile/check --queue') :; return ;;
+    '/profile/check --cups-root') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
+    '/profile/check --timeout') :; return ;;
+    '/profile/check --config') mapfile -t COMPREPLY < <(compgen -f -- "$cur"); return ;;
+    '/profile/check --driver-folder') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
+    '/profile/check --format') mapfile -t COMPREPLY < <(compgen -W 'text json' -- "$cur"); return ;;
     '/query --queue') :; return ;;
     '/query --cups-root') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
     '/query --timeout') :; return ;;
@@ -86,6 +111,8 @@ _info_analyze() {
     '/query --driver-folder') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
     '/query --snapshot') mapfile -t COMPREPLY < <(compgen -f -- "$cur"); return ;;
     '/query --device-info') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
+    '/query --device') :; return ;;
+    '/query --profile') mapfile -t COMPREPLY < <(compgen -f -- "$cur"); return ;;
     '/query --format') mapfile -t COMPREPLY < <(compgen -W 'text json' -- "$cur"); return ;;
     '/queues/cups --cups-root') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
     '/queues/cups --timeout') :; return ;;
@@ -99,30 +126,36 @@ _info_analyze() {
     '/snapshot --timeout') :; return ;;
     '/snapshot --config') mapfile -t COMPREPLY < <(compgen -f -- "$cur"); return ;;
     '/snapshot --device-info') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
+    '/snapshot --device') :; return ;;
+    '/snapshot --profile') mapfile -t COMPREPLY < <(compgen -f -- "$cur"); return ;;
+    '/snapshot --driver-folder') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
     '/uri --format') mapfile -t COMPREPLY < <(compgen -W 'text json' -- "$cur"); return ;;
   esac
   case "$place" in
-    '') mapfile -t COMPREPLY < <(compgen -W 'apply audit calibration completion config diff doctor explain function-version help models query queues snapshot uri --help --version' -- "$cur") ;;
-    /apply) mapfile -t COMPREPLY < <(compgen -W '--driver-folder --device-info --timeout --config --jobs --help --host --dry-run --force --save-undo --undo --quiet --verbose' -- "$cur") ;;
-    /audit) mapfile -t COMPREPLY < <(compgen -W '--driver-folder --device-info --timeout --config --jobs --help --host --cups-root --snapshots --live --since --save --all --format --quiet --verbose' -- "$cur") ;;
+    '') mapfile -t COMPREPLY < <(compgen -W 'acquire apply audit calibration completion config diff doctor explain function-version help models profile query queues snapshot uri --help --version' -- "$cur") ;;
+    /acquire) mapfile -t COMPREPLY < <(compgen -W '--help --queue --cups-root --timeout --config --driver-folder --profile --insecure --keep-attributes --format --quiet --verbose' -- "$cur") ;;
+    /apply) mapfile -t COMPREPLY < <(compgen -W '--driver-folder --device-info --device --profile --insecure --timeout --config --jobs --help --host --dry-run --force --save-undo --undo --quiet --verbose' -- "$cur") ;;
+    /audit) mapfile -t COMPREPLY < <(compgen -W '--driver-folder --device-info --device --profile --insecure --timeout --config --jobs --help --host --cups-root --snapshots --live --since --save --all --format --quiet --verbose' -- "$cur") ;;
     /calibration) mapfile -t COMPREPLY < <(compgen -W 'settings defaults curves --help' -- "$cur") ;;
     /calibration/settings) mapfile -t COMPREPLY < <(compgen -W '--help --queue --cups-root --timeout --config --driver-folder --snapshot --option --format --quiet --verbose' -- "$cur") ;;
     /calibration/defaults) mapfile -t COMPREPLY < <(compgen -W '--help --queue --cups-root --timeout --config --driver-folder --snapshot --option --format --quiet --verbose' -- "$cur") ;;
     /calibration/curves) mapfile -t COMPREPLY < <(compgen -W '--help --table --svg --csv --quiet --verbose' -- "$cur") ;;
     /completion) mapfile -t COMPREPLY < <(compgen -W '--help bash zsh --quiet --verbose' -- "$cur") ;;
     /config) mapfile -t COMPREPLY < <(compgen -W '--help --queue --cups-root --timeout --config --format --quiet --verbose' -- "$cur") ;;
-    /diff) mapfile -t COMPREPLY < <(compgen -W '--help --driver-folder --cups-root --timeout --config --device-info --lpadmin --check --format --quiet --verbose' -- "$cur") ;;
-    /doctor) mapfile -t COMPREPLY < <(compgen -W '--help --queue --cups-root --timeout --config --driver-folder --snapshot --device-info --format --quiet --verbose' -- "$cur") ;;
-    /explain) mapfile -t COMPREPLY < <(compgen -W '--help --queue --cups-root --timeout --config --driver-folder --snapshot --device-info --all --format --quiet --verbose' -- "$cur") ;;
+    /diff) mapfile -t COMPREPLY < <(compgen -W '--help --driver-folder --cups-root --timeout --config --device-info --device --profile --insecure --lpadmin --check --format --quiet --verbose' -- "$cur") ;;
+    /doctor) mapfile -t COMPREPLY < <(compgen -W '--help --queue --cups-root --timeout --config --driver-folder --snapshot --device-info --device --profile --insecure --format --quiet --verbose' -- "$cur") ;;
+    /explain) mapfile -t COMPREPLY < <(compgen -W '--help --queue --cups-root --timeout --config --driver-folder --snapshot --device-info --device --profile --insecure --all --format --quiet --verbose' -- "$cur") ;;
     /function-version) mapfile -t COMPREPLY < <(compgen -W '--help --queue --cups-root --timeout --config --driver-folder --snapshot --format --quiet --verbose' -- "$cur") ;;
     /help) mapfile -t COMPREPLY < <(compgen -W '--help --quiet --verbose' -- "$cur") ;;
     /models) mapfile -t COMPREPLY < <(compgen -W '--help --format --quiet --verbose' -- "$cur") ;;
-    /query) mapfile -t COMPREPLY < <(compgen -W '--help --queue --cups-root --timeout --config --driver-folder --snapshot --device-info --format --quiet --verbose' -- "$cur") ;;
+    /profile) mapfile -t COMPREPLY < <(compgen -W 'check --help' -- "$cur") ;;
+    /profile/check) mapfile -t COMPREPLY < <(compgen -W '--help --ppd --queue --cups-root --timeout --config --driver-folder --format --quiet --verbose' -- "$cur") ;;
+    /query) mapfile -t COMPREPLY < <(compgen -W '--help --queue --cups-root --timeout --config --driver-folder --snapshot --device-info --device --profile --insecure --format --quiet --verbose' -- "$cur") ;;
     /queues) mapfile -t COMPREPLY < <(compgen -W 'cups daemon find --help' -- "$cur") ;;
     /queues/cups) mapfile -t COMPREPLY < <(compgen -W '--help --cups-root --timeout --config --format --quiet --verbose' -- "$cur") ;;
     /queues/daemon) mapfile -t COMPREPLY < <(compgen -W '--help --driver-folder --format --quiet --verbose' -- "$cur") ;;
     /queues/find) mapfile -t COMPREPLY < <(compgen -W '--help --format --quiet --verbose' -- "$cur") ;;
-    /snapshot) mapfile -t COMPREPLY < <(compgen -W '--help --queue --cups-root --timeout --config --device-info --partial --redact --quiet --verbose' -- "$cur") ;;
+    /snapshot) mapfile -t COMPREPLY < <(compgen -W '--help --queue --cups-root --timeout --config --device-info --device --profile --insecure --driver-folder --partial --redact --quiet --verbose' -- "$cur") ;;
     /uri) mapfile -t COMPREPLY < <(compgen -W '--help --format --quiet --verbose' -- "$cur") ;;
   esac
 }
