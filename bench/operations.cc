@@ -15,7 +15,9 @@
 
 namespace {
 
+using ia_bench::PpdStyle;
 using ia_bench::ResultList;
+using ia_bench::SamplePpd;
 using Run = std::function<void()>;
 
 constexpr std::int64_t kEntries = 300;
@@ -23,28 +25,29 @@ constexpr std::int64_t kEntries = 300;
 // The function whose instructions are counted; see check.py.
 extern "C" [[gnu::noinline]] void MeasuredOperation(const Run& run) { run(); }
 
-Run OptionTable(std::int64_t entries) {
-  return [ppd = ia_bench::SamplePpd(entries)] {
+Run OptionTable(std::int64_t entries, PpdStyle style) {
+  return [ppd = SamplePpd(entries, style)] {
     info_common_optlist_destroy(info_common_optlist_create(ppd.queue().c_str()));
   };
 }
 
 template <class Action>
-Run Analyzer(std::int64_t entries, Action action) {
-  auto analyzer = std::make_shared<ia_bench::SampleAnalyzer>(ia_bench::kFixedAnswers, entries);
+Run Analyzer(const SamplePpd& ppd, Action action) {
+  auto analyzer = std::make_shared<ia_bench::SampleAnalyzer>(ia_bench::kFixedAnswers, ppd);
   return [analyzer, action] { action(*analyzer); };
 }
 
-Run Create(std::int64_t entries) {
-  return Analyzer(entries, [](auto& analyzer) { return analyzer.Create(); });
+Run Create(std::int64_t entries, PpdStyle style) {
+  return Analyzer({entries, style}, [](auto& analyzer) { return analyzer.Create(); });
 }
 
 Run Query(std::uint8_t reload) {
-  return Analyzer(kEntries, [=](auto& analyzer) { analyzer.Query(ResultList(), reload); });
+  return Analyzer({kEntries, PpdStyle::kUniform},
+                  [=](auto& analyzer) { analyzer.Query(ResultList(), reload); });
 }
 
-Run FunctionVersion(std::int64_t entries) {
-  return Analyzer(entries, [](auto& analyzer) { analyzer.FunctionVersion(ResultList()); });
+Run FunctionVersion(std::int64_t entries, PpdStyle style) {
+  return Analyzer({entries, style}, [](auto& analyzer) { analyzer.FunctionVersion(ResultList()); });
 }
 
 Run FillFlagStore() {
@@ -73,14 +76,20 @@ struct Operation {
 };
 
 constexpr Operation kOperations[] = {
-    {"option_table/300", [] { return OptionTable(300); }},
-    {"option_table/3000", [] { return OptionTable(3000); }},
-    {"option_table/30000", [] { return OptionTable(30000); }},
-    {"create/300", [] { return Create(300); }},
+    {"option_table/300", [] { return OptionTable(300, PpdStyle::kUniform); }},
+    {"option_table/3000", [] { return OptionTable(3000, PpdStyle::kUniform); }},
+    {"option_table/30000", [] { return OptionTable(30000, PpdStyle::kUniform); }},
+    {"option_table/driver/300", [] { return OptionTable(300, PpdStyle::kDriver); }},
+    {"option_table/driver/3000", [] { return OptionTable(3000, PpdStyle::kDriver); }},
+    {"option_table/driver/30000", [] { return OptionTable(30000, PpdStyle::kDriver); }},
+    {"create/300", [] { return Create(300, PpdStyle::kUniform); }},
+    {"create/driver/300", [] { return Create(300, PpdStyle::kDriver); }},
     {"query/reload", [] { return Query(1); }},
     {"query/plain", [] { return Query(0); }},
-    {"function_version/300", [] { return FunctionVersion(300); }},
-    {"function_version/3000", [] { return FunctionVersion(3000); }},
+    {"function_version/300", [] { return FunctionVersion(300, PpdStyle::kUniform); }},
+    {"function_version/3000", [] { return FunctionVersion(3000, PpdStyle::kUniform); }},
+    {"function_version/driver/300", [] { return FunctionVersion(300, PpdStyle::kDriver); }},
+    {"function_version/driver/3000", [] { return FunctionVersion(3000, PpdStyle::kDriver); }},
     {"flag_store_fill", [] { return FillFlagStore(); }},
     {"flag_store_find/last", [] { return FindFlag(ia_bench::kFlags - 1); }},
     {"flag_store_find/absent", [] { return FindFlag(ia_bench::kFlags); }},

@@ -15,6 +15,7 @@ namespace {
 
 using ia_bench::CountAllocations;
 using ia_bench::FetchPpd;
+using ia_bench::PpdStyle;
 using ia_bench::ReadLines;
 using ia_bench::SamplePpd;
 using ia_bench::Timings;
@@ -38,8 +39,8 @@ void TakeApart(const SamplePpd& ppd) {
 #pragma GCC diagnostic pop
 
 // The fetching is libcups' own and is taken off.
-void BM_OptionTable(benchmark::State& state) {
-  const SamplePpd ppd(state.range(0));
+void BM_OptionTable(benchmark::State& state, PpdStyle style) {
+  const SamplePpd ppd(state.range(0), style);
   Timings bare;
   Timings fetch;
   Timings libcups;
@@ -58,8 +59,15 @@ void BM_OptionTable(benchmark::State& state) {
   state.counters["ns_per_entry"] = 1e9 * own / static_cast<double>(state.range(0));
   state.counters["allocations"] = CountAllocations([&] { CreateTable(ppd); });
 }
-BENCHMARK(BM_OptionTable)
+BENCHMARK_CAPTURE(BM_OptionTable, uniform, PpdStyle::kUniform)
     ->Name("option_table")
+    ->Arg(300)
+    ->Arg(3000)
+    ->Arg(30000)
+    ->UseManualTime()
+    ->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(BM_OptionTable, driver, PpdStyle::kDriver)
+    ->Name("option_table/driver")
     ->Arg(300)
     ->Arg(3000)
     ->Arg(30000)
@@ -70,9 +78,9 @@ constexpr int kGrowth = 10;  // of the entries, from 3,000 to 30,000
 
 // As many small tables as make a large one: what the large one left in the heap, and drove out of
 // the caches, slows the first of them.
-void BM_OptionTableGrowth(benchmark::State& state) {
-  const SamplePpd small(3000);
-  const SamplePpd large(3000 * kGrowth);
+void BM_OptionTableGrowth(benchmark::State& state, PpdStyle style) {
+  const SamplePpd small(3000, style);
+  const SamplePpd large(3000 * kGrowth, style);
   Timings small_fetch;
   Timings small_table;
   Timings large_fetch;
@@ -86,15 +94,19 @@ void BM_OptionTableGrowth(benchmark::State& state) {
   state.counters["times"] =
       (large_table.Median() - large_fetch.Median()) / (small_table.Median() - small_fetch.Median());
 }
-BENCHMARK(BM_OptionTableGrowth)
+BENCHMARK_CAPTURE(BM_OptionTableGrowth, uniform, PpdStyle::kUniform)
     ->Name("option_table_growth")
+    ->UseManualTime()
+    ->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(BM_OptionTableGrowth, driver, PpdStyle::kDriver)
+    ->Name("option_table_growth/driver")
     ->UseManualTime()
     ->Unit(benchmark::kMicrosecond);
 
 // An analyser, beside fetching its PPD and reading the lines.
-void BM_Create(benchmark::State& state) {
-  const SamplePpd ppd(state.range(0));
-  const ia_bench::SampleAnalyzer analyzer(ia_bench::kReference, state.range(0));
+void BM_Create(benchmark::State& state, PpdStyle style) {
+  const SamplePpd ppd(state.range(0), style);
+  const ia_bench::SampleAnalyzer analyzer(ia_bench::kReference, ppd);
   Timings floor;
   Timings create;
   for (auto _ : state) {
@@ -108,7 +120,19 @@ void BM_Create(benchmark::State& state) {
   state.counters["times_floor"] = create.Median() / floor.Median();
   state.counters["allocations"] = CountAllocations([&] { return analyzer.Create(); });
 }
-BENCHMARK(BM_Create)->Name("create")->Arg(300)->Arg(3000)->Arg(30000)->UseManualTime()->Unit(
-    benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(BM_Create, uniform, PpdStyle::kUniform)
+    ->Name("create")
+    ->Arg(300)
+    ->Arg(3000)
+    ->Arg(30000)
+    ->UseManualTime()
+    ->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(BM_Create, driver, PpdStyle::kDriver)
+    ->Name("create/driver")
+    ->Arg(300)
+    ->Arg(3000)
+    ->Arg(30000)
+    ->UseManualTime()
+    ->Unit(benchmark::kMicrosecond);
 
 }  // namespace

@@ -18,8 +18,10 @@ namespace {
 
 using ia_bench::CountAllocations;
 using ia_bench::Library;
+using ia_bench::PpdStyle;
 using ia_bench::ResultList;
 using ia_bench::SampleAnalyzer;
+using ia_bench::SamplePpd;
 using ia_bench::Timings;
 
 constexpr std::int64_t kEntries = 300;
@@ -36,7 +38,7 @@ void ReadDocuments(const std::string& folder) {
 }
 
 void BM_Query(benchmark::State& state, const Library& library, std::uint8_t reload) {
-  SampleAnalyzer analyzer(library, kEntries);
+  SampleAnalyzer analyzer(library, {kEntries, PpdStyle::kUniform});
   analyzer.Query(ResultList(), 0);
   const std::string folder = library.WriteDocuments();
   Timings files;
@@ -74,8 +76,9 @@ void QueryOften(SampleAnalyzer& analyzer) {
 // Two threads with an analyser each, beside one thread: as long when nothing is shared and there
 // are cores for both.
 void BM_TwoThreads(benchmark::State& state) {
-  SampleAnalyzer first(ia_bench::kReference, kEntries);
-  SampleAnalyzer second(ia_bench::kReference, kEntries);
+  const SamplePpd ppd(kEntries, PpdStyle::kUniform);
+  SampleAnalyzer first(ia_bench::kReference, ppd);
+  SampleAnalyzer second(ia_bench::kReference, ppd);
   Timings one;
   Timings two;
   for (auto _ : state) {
@@ -97,8 +100,8 @@ void Pass(const AnalyzeContext& context) {
   }
 }
 
-void BM_FunctionVersion(benchmark::State& state) {
-  SampleAnalyzer analyzer(ia_bench::kReference, state.range(0));
+void BM_FunctionVersion(benchmark::State& state, PpdStyle style) {
+  SampleAnalyzer analyzer(ia_bench::kReference, {state.range(0), style});
   Timings pass;
   Timings version;
   for (auto _ : state) {
@@ -111,9 +114,16 @@ void BM_FunctionVersion(benchmark::State& state) {
   const ResultList list;
   state.counters["allocations"] = CountAllocations([&] { analyzer.FunctionVersion(list); });
 }
-BENCHMARK(BM_FunctionVersion)
+BENCHMARK_CAPTURE(BM_FunctionVersion, uniform, PpdStyle::kUniform)
     ->Name("function_version")
     ->Arg(0)
+    ->Arg(300)
+    ->Arg(3000)
+    ->Arg(30000)
+    ->UseManualTime()
+    ->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(BM_FunctionVersion, driver, PpdStyle::kDriver)
+    ->Name("function_version/driver")
     ->Arg(300)
     ->Arg(3000)
     ->Arg(30000)

@@ -7,13 +7,11 @@
 #include <span>
 #include <variant>
 
-#include "bench/sample_ppd.h"
+#include "bench/driver_ppd.h"
 #include "bench/server_root.h"
 
 namespace ia_bench {
 namespace {
-
-constexpr std::uint32_t kFunctionVersion = 0x310;
 
 struct XmlValue {
   std::string attribute;
@@ -68,9 +66,9 @@ std::string Library::WriteDocuments() const {
   return root.folder() / document_folder;
 }
 
-SampleAnalyzer::SampleAnalyzer(const Library& library, std::int64_t entries)
+SampleAnalyzer::SampleAnalyzer(const Library& library, const SamplePpd& ppd)
     : documents_(library.WriteDocuments()),
-      queue_(SamplePpd(entries).queue()),
+      queue_(ppd.queue()),
       bidi_(Bidi_Create(library.LinkDriverFolder().c_str())),
       analyzer_(Create()) {
   if (!analyzer_) std::abort();

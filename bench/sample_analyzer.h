@@ -6,6 +6,7 @@
 #include <memory>
 #include <string>
 
+#include "bench/sample_ppd.h"
 #include "bench/sample_printer.h"
 #include "info_analyze/info_analyze.h"
 
@@ -56,8 +57,7 @@ class ResultList {
 
 class SampleAnalyzer {
  public:
-  // The entries are those of its PPD beside the sample printer's.
-  SampleAnalyzer(const Library& library, std::int64_t entries);
+  SampleAnalyzer(const Library& library, const SamplePpd& ppd);
 
   [[nodiscard]] AnalyzerPtr Create() const;
   [[nodiscard]] const AnalyzeContext& context() const { return *analyzer_; }

@@ -4,6 +4,7 @@
 #include <cups/ppd.h>
 #include <unistd.h>
 
+#include "bench/driver_ppd.h"
 #include "bench/sample_printer.h"
 #include "bench/server_root.h"
 
@@ -34,26 +35,31 @@ std::string OrdinaryBlock(int number) {
 }
 
 // Keys of one width, so that none begins another, and in no order.
-std::string Entry(std::int64_t number, std::int64_t entries) {
-  return "*QVAnlz_Entry" + std::to_string(kFirstNumber + number * 7919 % entries) + ": \"value " +
-         std::to_string(number) + "\"\n";
+std::string UniformEntries(std::int64_t count) {
+  std::string lines;
+  for (std::int64_t i = 0; i < count; ++i) {
+    lines += "*QVAnlz_Entry" + std::to_string(kFirstNumber + i * 7919 % count) + ": \"value " +
+             std::to_string(i) + "\"\n";
+  }
+  return lines;
 }
 
-std::string Content(std::int64_t entries) {
+std::string Content(std::int64_t entries, PpdStyle style) {
   std::string ppd = kHead;
   int block = 0;
   while (block < kOrdinaryBlocks / 2) ppd += OrdinaryBlock(block++);
   ppd += kAnalyzerLines;
-  for (std::int64_t i = 0; i < entries; ++i) ppd += Entry(i, entries);
+  ppd += style == PpdStyle::kDriver ? FunctionVersionFlags() + DriverEntries(entries)
+                                    : UniformEntries(entries);
   while (block < kOrdinaryBlocks) ppd += OrdinaryBlock(block++);
   return ppd;
 }
 
 }  // namespace
 
-SamplePpd::SamplePpd(std::int64_t entries)
-    : queue_("bench-" + std::to_string(entries)),
-      file_(ServerRoot::Get().WritePpd(queue_, Content(entries))) {}
+SamplePpd::SamplePpd(std::int64_t entries, PpdStyle style)
+    : queue_((style == PpdStyle::kDriver ? "driver-" : "bench-") + std::to_string(entries)),
+      file_(ServerRoot::Get().WritePpd(queue_, Content(entries, style))) {}
 
 void FetchPpd(const SamplePpd& ppd) {
 // libcups 2 deprecates the call without offering another way to a queue's whole PPD.

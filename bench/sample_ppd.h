@@ -1,5 +1,5 @@
-// PPDs like those of drivers: the sample printer's lines for the analyser and a given number of
-// further entries, amid some 2,500 lines of ordinary options.
+// PPDs of the sample printer: its lines for the analyser and a given number of further entries,
+// amid some 2,500 lines of ordinary options.
 #ifndef BENCH_SAMPLE_PPD_H_
 #define BENCH_SAMPLE_PPD_H_
 
@@ -9,9 +9,14 @@
 
 namespace ia_bench {
 
+enum class PpdStyle {
+  kUniform,  // distinct keys of one width, so that each entry costs the same
+  kDriver,   // as drivers write them; see driver_ppd.h
+};
+
 class SamplePpd {
  public:
-  explicit SamplePpd(std::int64_t entries);
+  SamplePpd(std::int64_t entries, PpdStyle style);
 
   [[nodiscard]] const std::string& queue() const { return queue_; }
   [[nodiscard]] const std::filesystem::path& file() const { return file_; }
