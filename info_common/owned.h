@@ -3,6 +3,7 @@
 #define INFO_COMMON_OWNED_H_
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdlib>
 #include <memory>
 #include <string_view>
@@ -36,6 +37,22 @@ using CString = CPtr<char[]>;
 template <class T>
 [[nodiscard]] CPtr<T> NewZeroed() noexcept {
   return CPtr<T>(static_cast<T*>(std::calloc(1, sizeof(T))));
+}
+
+template <class T>
+[[nodiscard]] CPtr<T[]> NewZeroedArray(std::size_t count) noexcept {
+  return CPtr<T[]>(static_cast<T*>(std::calloc(count, sizeof(T))));
+}
+
+// Keeps the elements that fit; further ones are not initialised. False, and the array unchanged,
+// when an allocation fails.
+template <class T>
+[[nodiscard]] bool Resize(CPtr<T[]>& array, std::size_t count) noexcept {
+  auto* const resized = static_cast<T*>(std::realloc(array.get(), count * sizeof(T)));
+  if (resized == nullptr) return false;
+  static_cast<void>(array.release());
+  array.reset(resized);
+  return true;
 }
 
 }  // namespace ia

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdlib>
 #include <cstring>
 #include <string_view>
 
@@ -40,10 +39,7 @@ bool CommaList::Append(std::string_view item) noexcept {
 bool CommaList::Reserve(std::size_t length) noexcept {
   if (IsStarted() && length <= capacity_) return true;
   const std::size_t capacity = std::max(2 * capacity_, length);
-  auto* const grown = static_cast<char*>(std::realloc(text_.get(), capacity));
-  if (grown == nullptr) return false;
-  static_cast<void>(text_.release());
-  text_.reset(grown);
+  if (!Resize(text_, capacity)) return false;
   capacity_ = capacity;
   return true;
 }

@@ -50,14 +50,6 @@ File OpenConf(std::string_view cache_folder) noexcept {
   return file;
 }
 
-bool Resize(CString& buffer, std::size_t size) noexcept {
-  char* const resized = static_cast<char*>(std::realloc(buffer.get(), size));
-  if (resized == nullptr) return false;
-  static_cast<void>(buffer.release());
-  buffer.reset(resized);
-  return true;
-}
-
 // One byte more than the file has, so that the first read reaches its end. This is only a guess: a
 // file may grow meanwhile, and a pipe has no size.
 std::size_t FirstBufferSize(std::FILE* stream, std::size_t largest_buffer) noexcept {

@@ -28,11 +28,6 @@ constexpr auto kOptions = std::to_array<UpdateOption>({
 
 constexpr std::size_t kRowsBesideTrays = 3;  // side paper deck, source option, envelope feeder
 
-template <class T>
-CPtr<T[]> NewZeroedArray(std::size_t count) noexcept {
-  return CPtr<T[]>(static_cast<T*>(std::calloc(count, sizeof(T))));
-}
-
 std::int32_t ReadTray(AnalyzeContext* context, std::int32_t item, TrayEntry& tray) noexcept {
   LongArray<1> alias(Input::kTrayAlias);
   TrayEntry read{};

@@ -1,3 +1,5 @@
+#include "info_common/option_table_builder.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
@@ -114,6 +116,38 @@ RC_GTEST_PROP(LargePpdProperty, AnyKeysGiveTheTableOfThePlainRules, ()) {
       count, rc::gen::pair(key, rc::gen::element<std::string>("1", "2", "3", "")));
   const std::string ppd = OptionLines(entries);
   RC_ASSERT(ReadPpd(ppd) == EntriesOfPpd(ppd));
+}
+
+// Without a file and without lines.
+RC_GTEST_PROP(OptionTableBuilderProperty, AnyEntriesGiveTheTableOfThePlainRules, ()) {
+  const std::string bytes =
+      *rc::gen::element<std::string>("aA", "abAB", "aAzZ@[`{", "\x01\x80\xC4\xE4 a");
+  const auto key = rc::gen::container<std::string>(rc::gen::elementOf(bytes));
+  const auto entries = *rc::gen::container<Entries>(
+      rc::gen::pair(key, rc::gen::element<std::string>("1", "2", "3", "")));
+  ia::OptionTableBuilder builder;
+  TableModel model;
+  for (const auto& [entry_key, value] : entries) {
+    RC_ASSERT(builder.Put(entry_key, value));
+    model.AddFront(entry_key, value);
+  }
+  const Table table(builder.Take());
+  RC_ASSERT(EntriesOf(table.get()) == model.entries());
+}
+
+// Longer than those of PPD lines.
+TEST(OptionTableBuilder, KeysOfAnyLengthFollowTheRules) {
+  const std::string longest(1000, 'k');
+  ia::OptionTableBuilder builder;
+  TableModel model;
+  for (const std::string& key : {std::string("K"), std::string("k"), longest, longest + "x",
+                                 std::string("kk"), longest, std::string("K")}) {
+    const std::string value = std::to_string(model.entries().size()) + "v";
+    EXPECT_TRUE(builder.Put(key, value));
+    model.AddFront(key, value);
+  }
+  const Table table(builder.Take());
+  EXPECT_EQ(EntriesOf(table.get()), model.entries());
 }
 
 }  // namespace

@@ -6,7 +6,6 @@
 #include <dirent.h>
 #include <dlfcn.h>
 #include <fcntl.h>
-#include <search.h>
 #include <stdio.h>
 #include <string.h>
 #include <sys/stat.h>
@@ -65,11 +64,6 @@ char* Strndup(const char* text, size_t length) {
 void Free(void* block) {
   Faults().Released(block);
   free(block);
-}
-
-// Tree nodes are libc's own blocks; the leak sanitizer is who counts them.
-void* Tsearch(const void* key, void** root, int (*compare)(const void*, const void*)) {
-  return IA_GOES_WRONG(kTsearch) ? nullptr : tsearch(key, root, compare);
 }
 
 int Open(const char* path, int flags, ...) {
@@ -249,7 +243,6 @@ const auto kFailing = std::to_array<Import>({
     {"strndup", Address(Strndup), Callee::kStrndup},
     {"__strndup", Address(Strndup), Callee::kStrndup},
     {"free", Address(Free), std::nullopt},
-    {"tsearch", Address(Tsearch), Callee::kTsearch},
     {"open", Address(Open), Callee::kOpen},
     {"open64", Address(Open), Callee::kOpen},
     {"__open_2", Address(Open), Callee::kOpen},
@@ -304,8 +297,8 @@ std::function<void*(std::string_view)> ReplacementsOf(std::span<const Import> im
 }  // namespace
 
 const CalleeSet& AllocatingCallees() {
-  static const CalleeSet callees{Callee::kMalloc, Callee::kCalloc,  Callee::kRealloc,
-                                 Callee::kStrdup, Callee::kStrndup, Callee::kTsearch};
+  static const CalleeSet callees{Callee::kMalloc, Callee::kCalloc, Callee::kRealloc,
+                                 Callee::kStrdup, Callee::kStrndup};
   return callees;
 }
 

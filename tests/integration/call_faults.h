@@ -30,7 +30,6 @@ enum class Callee {
   kRealloc,
   kStrdup,
   kStrndup,
-  kTsearch,
   kOpen,
   kFstat,
   kLseek,

@@ -13,6 +13,7 @@
 
 #include "info_analyze/info_analyze.h"
 #include "tests/integration/sample_setting.h"
+#include "tests/support/print_queues.h"
 
 namespace ia_test {
 namespace {
@@ -24,6 +25,21 @@ CallFaults& Faults() { return CallFaults::Instance(); }
 void ReadsPpd(Round& round) {
   OptTable* table = round.Try([] { return info_common_optlist_create(kQueue); });
   round.Expect(Shown(table) == kPpdTable, table == nullptr, Shown(table));
+  info_common_optlist_destroy(table);
+}
+
+// More keys than the index of a table has room for at first.
+void ReadsLargePpd(Round& round) {
+  std::string ppd;
+  std::string entries;
+  for (int i = 0; i < 300; ++i) {
+    const std::string key = "QVKey" + std::to_string(i);
+    ppd += "*" + key + ": \"old\"\n";
+    entries.insert(0, key + (i == 17 ? "=new\n" : "=old\n"));
+  }
+  PrintQueues::Get().Add("large", ppd + "*QVKEY17: \"other\"\n*QVKey17: \"new\"\n*QVKe: \"x\"\n");
+  OptTable* table = round.Try([] { return info_common_optlist_create("large"); });
+  round.Expect(Shown(table) == "QVKEY17=new\n" + entries, table == nullptr, Shown(table));
   info_common_optlist_destroy(table);
 }
 
@@ -229,6 +245,7 @@ void ParsesFlagsOfTable(Round& round) {
 std::span<const Scenario> ListScenarios() {
   static const auto scenarios = std::to_array<Scenario>({
       {"ReadsPpd", ReadsPpd},
+      {"ReadsLargePpd", ReadsLargePpd},
       {"OpensPpd", OpensPpd},
       {"GetsValue", GetsValue},
       {"ChangesValues", ChangesValues},
