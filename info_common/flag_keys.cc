@@ -1,13 +1,14 @@
-// Indexed flag keys: a base key alone, then base_1, base_2, ...
+#include "info_common/flag_keys.h"
+
 #include <string.h>
 
 #include <algorithm>
-#include <cmath>
+#include <charconv>
 #include <cstdint>
-#include <cstdio>
 #include <cstring>
 #include <limits>
 #include <string_view>
+#include <utility>
 
 #include "info_analyze/option_list.h"
 #include "info_common/ascii.h"
@@ -18,6 +19,9 @@ namespace ia {
 namespace {
 
 constexpr char kItemSeparators[] = ",_";
+constexpr std::int32_t kLastIndex = std::numeric_limits<std::int32_t>::max();
+constexpr std::size_t kMaxDigits = std::numeric_limits<std::int32_t>::digits10 + 1;
+constexpr std::size_t kMaxSuffix = 1 + kMaxDigits;
 
 // The lowest index, from 0, that is above those of the list's keys; 0 means the base alone.
 std::int32_t NextFreeIndex(const OptTable* list, std::string_view base,
@@ -30,21 +34,27 @@ std::int32_t NextFreeIndex(const OptTable* list, std::string_view base,
       continue;
     }
     const std::int32_t index = ParseInt32(separator + 1, 10);
-    if (index == std::numeric_limits<std::int32_t>::max()) return index;
+    if (index == kLastIndex) return index;
     lowest = std::max(lowest, index + 1);
   }
   return lowest;
 }
 
-// The base with the next free index of both lists.
-CString NewFlagKey(const OptTable* first, const OptTable* second, const char* base) noexcept {
-  const std::int32_t index = NextFreeIndex(second, base, NextFreeIndex(first, base, 0));
-  if (index == 0) return Duplicate(base);
-  const auto digits = static_cast<std::size_t>(std::log10(index)) + 1;
-  const std::size_t length = std::strlen(base) + 1 + digits;
-  CString key = NewText(length);
+// The lowest index that is above those of both lists.
+std::int32_t NextFreeIndex(const OptTable* first, const OptTable* second,
+                           std::string_view base) noexcept {
+  return NextFreeIndex(second, base, NextFreeIndex(first, base, 0));
+}
+
+CString NewFlagKey(std::string_view base, std::int32_t index) noexcept {
+  CString key = NewText(base.size() + kMaxSuffix);
   if (!key) return nullptr;
-  std::snprintf(key.get(), length + 1, "%s_%d", base, index);
+  char* end = std::ranges::copy(base, key.get()).out;
+  if (index > 0) {
+    *end++ = '_';
+    end = std::to_chars(end, end + kMaxDigits, index).ptr;
+  }
+  *end = '\0';
   return key;
 }
 
@@ -62,6 +72,34 @@ std::int32_t ForEachItem(const char* text, Take take) noexcept {
 }
 
 }  // namespace
+
+FlagAdder::FlagAdder(const OptTable* source, const char* base, OptionList& list) noexcept
+    : base_(base), index_(NextFreeIndex(source, &list, base)), list_(list), last_(&list) {
+  while (last_->next != nullptr) last_ = last_->next;
+}
+
+std::int32_t FlagAdder::Add(const char* text) noexcept {
+  return ForEachItem(text, [&](const char* item) noexcept { return AddItem(item) ? 0 : -1; });
+}
+
+// A new key is not searched for, because its index is above all others. There are two exceptions:
+// the base alone can begin a key with a negative index, and the last index is used again.
+bool FlagAdder::AddItem(const char* item) noexcept {
+  CString key = NewFlagKey(base_, index_);
+  if (!key) return false;
+  const bool can_be_known = index_ == 0 || index_ == kLastIndex;
+  if (can_be_known) {
+    if (!AddBack(list_, key.get(), item)) return false;
+  } else {
+    last_->next = NewNode(std::move(key), Duplicate(item)).release();
+    if (last_->next == nullptr) return false;
+  }
+  if (last_->next == nullptr || index_ == kLastIndex) return true;
+  last_ = last_->next;
+  ++index_;
+  return true;
+}
+
 }  // namespace ia
 
 // The base may occur anywhere in a key, but the suffix is read as if the key began with it, so
@@ -86,16 +124,14 @@ int32_t OptionList_Get_FlagValue(OptTable** cursor, const char* base, int32_t hi
 
 char* z_create_flag_key_fom_option_list(const OptTable* first, const OptTable* second,
                                         const char* base) noexcept {
-  return base != nullptr ? ia::NewFlagKey(first, second, base).release() : nullptr;
+  if (base == nullptr) return nullptr;
+  return ia::NewFlagKey(base, ia::NextFreeIndex(first, second, base)).release();
 }
 
 int32_t OptionList_Set_FlagValue(const OptTable* source, const char* base, const char* text,
                                  OptionList* target) noexcept {
   if (source == nullptr || base == nullptr || text == nullptr || target == nullptr) return 0;
-  return ia::ForEachItem(text, [&](const char* item) noexcept {
-    const ia::CString key = ia::NewFlagKey(source, target, base);
-    return key && ia::AddBack(*target, key.get(), item) ? 0 : -1;
-  });
+  return ia::FlagAdder(source, base, *target).Add(text);
 }
 
 int32_t OptionList_Set_ArrrayFlagValue(const char* text, OptionList* target) noexcept {

@@ -16,22 +16,15 @@ bool HasKeyPrefix(const OptTable& node, std::string_view prefix) noexcept {
 
 }  // namespace
 
-NodePtr NewNode(std::string_view key, std::string_view value) noexcept {
-  NodePtr node(NewZeroed<OptTable>().release());
-  if (!node) return nullptr;
-  node->key = Duplicate(key).release();
-  node->value = Duplicate(value).release();
-  return node->key != nullptr && node->value != nullptr ? std::move(node) : nullptr;
+NodePtr NewNode(CString key, CString value) noexcept {
+  if (!key || !value) return nullptr;
+  NodePtr node(static_cast<OptTable*>(std::malloc(sizeof(OptTable))));
+  if (node) *node = {.key = key.release(), .value = value.release(), .next = nullptr};
+  return node;
 }
 
-NodePtr CopyOf(const OptTable& node) noexcept {
-  NodePtr copy(NewZeroed<OptTable>().release());
-  if (!copy) return nullptr;
-  copy->key = CopyOf(node.key).release();
-  copy->value = CopyOf(node.value).release();
-  const bool is_whole = (copy->key != nullptr) == (node.key != nullptr) &&
-                        (copy->value != nullptr) == (node.value != nullptr);
-  return is_whole ? std::move(copy) : nullptr;
+NodePtr NewNode(std::string_view key, std::string_view value) noexcept {
+  return NewNode(Duplicate(key), Duplicate(value));
 }
 
 OptTable* FindKeyPrefix(OptTable* head, std::string_view key) noexcept {

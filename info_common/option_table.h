@@ -21,11 +21,11 @@ struct NodeDeleter {
 };
 using NodePtr = std::unique_ptr<OptTable, NodeDeleter>;
 
+// A node that owns both texts. Null when one of them is, or when an allocation fails.
+[[nodiscard]] NodePtr NewNode(CString key, CString value) noexcept;
+
 // A node with copies of both texts. Null when an allocation fails.
 [[nodiscard]] NodePtr NewNode(std::string_view key, std::string_view value) noexcept;
-
-// A node with copies of the node's texts, and null for a null text. Null when an allocation fails.
-[[nodiscard]] NodePtr CopyOf(const OptTable& node) noexcept;
 
 // First node whose key begins with the given text.
 [[nodiscard]] OptTable* FindKeyPrefix(OptTable* head, std::string_view key) noexcept;

@@ -1,9 +1,10 @@
 // Which protocol and script flags a driver function version selects.
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <cstdio>
-#include <memory>
+#include <cstring>
 #include <optional>
 #include <string_view>
 
@@ -11,7 +12,9 @@
 #include "info_analyze/option_list.h"
 #include "info_analyze/printer_updates.h"
 #include "info_common/ascii.h"
+#include "info_common/flag_keys.h"
 #include "info_common/option_table.h"
+#include "info_common/owned.h"
 
 namespace ia {
 namespace {
@@ -30,9 +33,10 @@ constexpr auto kFlagKeys = std::to_array<FlagKeys>({
     {"QVAnlz_FuncVer_CJLScriptFlag", "QV_Prot_CJLScriptFlag"},
 });
 
-// One of them is in each of these keys.
+// One of them is in each of these keys. Most other keys have no underscore.
 constexpr std::string_view kSource = "QVAnlz_FuncVer_";
 constexpr std::string_view kTarget = "QV_Prot_";
+constexpr std::size_t kFirstCapacity = 64;  // of entries
 static_assert(std::ranges::all_of(kFlagKeys, [](const FlagKeys& keys) {
   return std::string_view(keys.source).starts_with(kSource) &&
          (keys.target == nullptr || std::string_view(keys.target).starts_with(kTarget));
@@ -46,43 +50,61 @@ std::int32_t NumberInKeys(std::uint32_t version) noexcept {
   return ParseInt32(digits, 10);
 }
 
-struct TableDeleter {
-  void operator()(OptTable* head) const noexcept { FreeTable(head); }
-};
-using TablePtr = std::unique_ptr<OptTable, TableDeleter>;
-
-// Copies of the entries that function versions depend on, in their order, so that each key and flag
-// searches fewer entries. Nullopt when an allocation fails.
-std::optional<TablePtr> FlagEntries(const OptTable* table) noexcept {
-  TablePtr entries;
-  OptTable* last = nullptr;
-  for (const OptTable* node = table; node != nullptr; node = node->next) {
-    if (node->key == nullptr) continue;
-    const std::string_view key = node->key;
-    if (!ContainsIgnoringCase(key, kSource) && !ContainsIgnoringCase(key, kTarget)) continue;
-    OptTable* const entry = CopyOf(*node).release();
-    if (entry == nullptr) return std::nullopt;
-    if (last == nullptr) {
-      entries.reset(entry);
-    } else {
-      last->next = entry;
+// The entries that function versions depend on, in their order, as a list in one array. Its nodes
+// borrow their texts.
+class FlagEntries {
+ public:
+  // False when an allocation fails.
+  [[nodiscard]] bool Collect(const OptTable* table) noexcept {
+    for (const OptTable* node = table; node != nullptr; node = node->next) {
+      if (node->key != nullptr && IsFlagKey(node->key) && !Append(*node)) return false;
     }
-    last = entry;
+    for (std::size_t i = 1; i < count_; ++i) nodes_[i - 1].next = &nodes_[i];
+    return true;
   }
-  return entries;
-}
+  [[nodiscard]] OptTable* First() noexcept { return count_ > 0 ? nodes_.get() : nullptr; }
 
-// Adds the flags that the source key has for the version and for lower ones.
-std::int32_t AddFlags(OptTable* table, const FlagKeys& keys, std::int32_t version,
-                      OptionList* options) noexcept {
+ private:
+  [[nodiscard]] static bool IsFlagKey(const char* key) noexcept {
+    return std::strchr(key, '_') != nullptr &&
+           (ContainsIgnoringCase(key, kSource) || ContainsIgnoringCase(key, kTarget));
+  }
+  [[nodiscard]] bool Append(const OptTable& node) noexcept {
+    if (count_ == capacity_) {
+      capacity_ = std::max(kFirstCapacity, 2 * capacity_);
+      if (!Resize(nodes_, capacity_)) return false;
+    }
+    nodes_[count_++] = {.key = node.key, .value = node.value, .next = nullptr};
+    return true;
+  }
+
+  CPtr<OptTable[]> nodes_;
+  std::size_t count_ = 0;
+  std::size_t capacity_ = 0;
+};
+
+// Calls set(value) for each value that the source key has for the version and for lower ones, until
+// it returns non-zero.
+template <class Set>
+std::int32_t ForEachValue(OptTable* table, const char* source, std::int32_t version,
+                          Set set) noexcept {
   OptTable* cursor = table;
   char* value = nullptr;
   std::int32_t status = 0;
-  while (status == 0 && OptionList_Get_FlagValue(&cursor, keys.source, version, &value) == 1) {
-    status = keys.target != nullptr ? OptionList_Set_FlagValue(table, keys.target, value, options)
-                                    : OptionList_Set_ArrrayFlagValue(value, options);
+  while (status == 0 && OptionList_Get_FlagValue(&cursor, source, version, &value) == 1) {
+    status = set(value);
   }
   return status;
+}
+
+std::int32_t AddFlags(OptTable* table, const FlagKeys& keys, std::int32_t version,
+                      OptionList& options) noexcept {
+  std::optional<FlagAdder> adder;
+  return ForEachValue(table, keys.source, version, [&](const char* value) noexcept {
+    if (keys.target == nullptr) return OptionList_Set_ArrrayFlagValue(value, &options);
+    if (!adder) adder.emplace(table, keys.target, options);
+    return adder->Add(value);
+  });
 }
 
 }  // namespace
@@ -91,11 +113,11 @@ std::int32_t AddFlags(OptTable* table, const FlagKeys& keys, std::int32_t versio
 int32_t Analyze_Info_FromFunctionVersion(AnalyzeContext* context, uint32_t function_version,
                                          OptionList* options) noexcept {
   if (context == nullptr || options == nullptr) return -1;
-  const auto entries = ia::FlagEntries(context->ppd_options);
-  if (!entries) return -1;
+  ia::FlagEntries entries;
+  if (!entries.Collect(context->ppd_options)) return -1;
   const int32_t number = ia::NumberInKeys(function_version);
   for (const ia::FlagKeys& keys : ia::kFlagKeys) {
-    const int32_t status = ia::AddFlags(entries->get(), keys, number, options);
+    const int32_t status = ia::AddFlags(entries.First(), keys, number, *options);
     if (status != 0) return status;
   }
   return 0;
@@ -104,5 +126,9 @@ int32_t Analyze_Info_FromFunctionVersion(AnalyzeContext* context, uint32_t funct
 int32_t z_Update_FuncVer(AnalyzeContext* context, const char* source_key, int32_t version,
                          const char* target_key, OptionList* options) noexcept {
   if (context == nullptr || source_key == nullptr || options == nullptr) return -1;
-  return ia::AddFlags(context->ppd_options, {source_key, target_key}, version, options);
+  OptTable* const table = context->ppd_options;
+  return ia::ForEachValue(table, source_key, version, [&](const char* value) noexcept {
+    return target_key != nullptr ? OptionList_Set_FlagValue(table, target_key, value, options)
+                                 : OptionList_Set_ArrrayFlagValue(value, options);
+  });
 }
