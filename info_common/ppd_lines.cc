@@ -1,8 +1,8 @@
 #include "info_common/ppd_lines.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <iterator>
 #include <string_view>
 
@@ -11,12 +11,23 @@
 namespace ia {
 namespace {
 
-const char* SkipAll(const char* text, const char* skipped) noexcept {
-  return text + std::strspn(text, skipped);
+// The parts of a line are short: a loop is faster than strspn() and strcspn().
+template <char... kBytes>
+bool IsOneOf(char byte) noexcept {
+  return ((byte == kBytes) || ...);
 }
 
-std::string_view TextUpTo(const char* text, const char* stops) noexcept {
-  return {text, std::strcspn(text, stops)};
+template <char... kSkipped>
+const char* SkipAll(const char* text) noexcept {
+  while (IsOneOf<kSkipped...>(*text)) ++text;
+  return text;
+}
+
+template <char... kStops>
+std::string_view TextUpTo(const char* text) noexcept {
+  const char* end = text;
+  while (!IsOneOf<'\0', kStops...>(*end)) ++end;
+  return {text, static_cast<std::size_t>(end - text)};
 }
 
 void CopyOut(std::string_view text, char* buffer) noexcept {
@@ -30,14 +41,14 @@ std::int32_t LengthPlusOne(std::string_view text) noexcept {
 }  // namespace
 
 KeyAndValue SplitOptionLine(const char* source) noexcept {
-  const std::string_view key = TextUpTo(source, " \t\r\n\":");
+  const std::string_view key = TextUpTo<' ', '\t', '\r', '\n', '"', ':'>(source);
   const char* rest = key.data() + key.size();
   if (*rest == '\0') return {key, {}};
-  rest = SkipAll(rest + 1, " \t");
-  rest = SkipAll(rest, ":");
-  rest = SkipAll(rest, " \t");
-  rest = SkipAll(rest, "\"");
-  return {key, TextUpTo(rest, "\r\t\"\n")};
+  rest = SkipAll<' ', '\t'>(rest + 1);
+  rest = SkipAll<':'>(rest);
+  rest = SkipAll<' ', '\t'>(rest);
+  rest = SkipAll<'"'>(rest);
+  return {key, TextUpTo<'\r', '\t', '"', '\n'>(rest)};
 }
 
 }  // namespace ia
@@ -57,13 +68,13 @@ int32_t info_common_optlist_qvuivalue_getoptkeyandvalue(const char* source, char
                                                         char* value) noexcept {
   if (source == nullptr || key == nullptr || value == nullptr) return -1;
   constexpr std::size_t kLongest = IA_PPD_TEXT_SIZE - 2;
-  const std::string_view raw_key = ia::TextUpTo(source, "\r\n(");
+  const std::string_view raw_key = ia::TextUpTo<'\r', '\n', '('>(source);
   const auto dropped = [](char byte) { return byte == ' ' || byte == '\t' || byte == '*'; };
   const auto key_length =
       raw_key.size() - static_cast<std::size_t>(std::ranges::count_if(raw_key, dropped));
   const char* const stop = raw_key.data() + raw_key.size();
   const std::string_view value_text =
-      *stop != '\0' ? ia::TextUpTo(stop + 1, "\r\n)") : std::string_view();
+      *stop != '\0' ? ia::TextUpTo<'\r', '\n', ')'>(stop + 1) : std::string_view();
   if (key_length > kLongest || value_text.size() > kLongest) return -1;
   *std::ranges::remove_copy_if(raw_key, key, dropped).out = '\0';
   ia::CopyOut(value_text, value);
