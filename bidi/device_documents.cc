@@ -13,6 +13,7 @@
 
 #include "info_analyze/bidi.h"
 #include "info_analyze/provenance.h"
+#include "info_common/file_descriptor.h"
 #include "info_common/owned.h"
 #include "info_common/paths.h"
 
@@ -41,20 +42,6 @@ static_assert(kDocuments.size() == IA_DOCUMENT_COUNT);
 struct Bytes {
   CString data;
   std::int32_t length = 0;
-};
-
-class FileDescriptor {
- public:
-  explicit FileDescriptor(int descriptor) noexcept : descriptor_(descriptor) {}
-  FileDescriptor(const FileDescriptor&) = delete;
-  FileDescriptor& operator=(const FileDescriptor&) = delete;
-  ~FileDescriptor() {
-    if (descriptor_ >= 0) close(descriptor_);
-  }
-  [[nodiscard]] int Get() const noexcept { return descriptor_; }
-
- private:
-  int descriptor_;
 };
 
 bool IsDocumentIndex(std::int32_t index) noexcept {

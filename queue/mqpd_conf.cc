@@ -11,11 +11,12 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
-#include <memory>
 #include <optional>
 #include <string_view>
 
 #include "info_analyze/device_uri.h"
+#include "info_common/file_descriptor.h"
+#include "info_common/owned.h"
 #include "info_common/paths.h"
 #include "queue/conf_text.h"
 #include "queue/driver_family.h"
@@ -28,35 +29,49 @@ namespace {
 
 constexpr std::size_t kSmallestBuffer = 64;
 
-struct FileCloser {
-  void operator()(std::FILE* file) const noexcept { std::fclose(file); }
-};
-using File = std::unique_ptr<std::FILE, FileCloser>;
+// The status of a stream with an error.
+constexpr std::int32_t kStreamError = 1;
 
 // A FIFO or a device could block or never end. A directory is opened and fails when it is read,
 // which callers distinguish from a file that cannot be opened.
-bool CanBeRead(int descriptor) noexcept {
-  struct stat status;
-  return fstat(descriptor, &status) == 0 && (S_ISREG(status.st_mode) || S_ISDIR(status.st_mode));
-}
-
-// Close-on-exec. Null when the file cannot be opened.
-File OpenConf(std::string_view cache_folder) noexcept {
-  const CString path = MakePath({cache_folder, "/", "MQPD", "/", "mqpd.conf"});
-  const int descriptor = path ? open(path.get(), O_RDONLY | O_NONBLOCK | O_CLOEXEC) : -1;
-  if (descriptor < 0) return nullptr;
-  File file(CanBeRead(descriptor) ? fdopen(descriptor, "r") : nullptr);
-  if (!file) close(descriptor);
-  return file;
+bool CanBeRead(const struct stat& status) noexcept {
+  return S_ISREG(status.st_mode) || S_ISDIR(status.st_mode);
 }
 
 // One byte more than the file has, so that the first read reaches its end. This is only a guess: a
 // file may grow meanwhile, and a pipe has no size.
-std::size_t FirstBufferSize(std::FILE* stream, std::size_t largest_buffer) noexcept {
-  struct stat status = {};
-  const bool has_size = fstat(fileno(stream), &status) == 0 && status.st_size > 0;
-  const std::size_t size = has_size ? static_cast<std::size_t>(status.st_size) + 1 : 0;
+std::size_t FirstBufferSize(const struct stat& status, std::size_t largest_buffer) noexcept {
+  const std::size_t size = status.st_size > 0 ? static_cast<std::size_t>(status.st_size) + 1 : 0;
   return size <= largest_buffer ? std::max(size, kSmallestBuffer) : kSmallestBuffer;
+}
+
+// Calls read(buffer, size, error) until it returns less than the size, which is the end or an
+// error.
+template <class Read>
+StreamData ReadAll(std::size_t size, std::size_t largest_buffer, Read read) noexcept {
+  StreamData data;
+  std::size_t length = 0;
+  while (Resize(data.bytes, size)) {
+    length += read(data.bytes.get() + length, size - length, data.error);
+    if (length < size) {
+      data.length = static_cast<std::uint32_t>(length);
+      return data;
+    }
+    if (size == largest_buffer) break;
+    size = std::min(size * 2, largest_buffer);
+  }
+  return {};
+}
+
+std::size_t ReadFile(int descriptor, char* buffer, std::size_t size, std::int32_t& error) noexcept {
+  std::size_t length = 0;
+  while (length < size) {
+    const ssize_t count = read(descriptor, buffer + length, size - length);
+    if (count < 0) error = kStreamError;
+    if (count <= 0) break;
+    length += static_cast<std::size_t>(count);
+  }
+  return length;
 }
 
 // The status of a stream that returned fewer bytes than requested.
@@ -64,6 +79,19 @@ std::int32_t ReadError(std::FILE* stream) noexcept {
   if (std::feof(stream) != 0) return 0;
   const int error = std::ferror(stream);
   return error != 0 ? error : -1;
+}
+
+// Without bytes when the file cannot be opened. Reads it without a stream, which would take half as
+// much time again.
+StreamData ReadConf(std::string_view cache_folder) noexcept {
+  const CString path = MakePath({cache_folder, "/", "MQPD", "/", "mqpd.conf"});
+  const FileDescriptor file(path ? open(path.get(), O_RDONLY | O_NONBLOCK | O_CLOEXEC) : -1);
+  struct stat status;
+  if (file.Get() < 0 || fstat(file.Get(), &status) != 0 || !CanBeRead(status)) return {};
+  return ReadAll(FirstBufferSize(status, kLargestConfBuffer), kLargestConfBuffer,
+                 [&](char* buffer, std::size_t size, std::int32_t& error) noexcept {
+                   return ReadFile(file.Get(), buffer, size, error);
+                 });
 }
 
 std::int32_t Status(const StreamData& data) noexcept {
@@ -105,27 +133,20 @@ bool FindDevice(std::string_view text, std::string_view queue_name, Device& devi
 }  // namespace
 
 StreamData ReadToEnd(std::FILE* stream, std::size_t largest_buffer) noexcept {
-  StreamData data;
-  std::size_t length = 0;
-  std::size_t size = FirstBufferSize(stream, largest_buffer);
-  while (Resize(data.bytes, size)) {
-    length += std::fread(data.bytes.get() + length, 1, size - length, stream);
-    if (length < size) {
-      data.length = static_cast<std::uint32_t>(length);
-      data.error = ReadError(stream);
-      return data;
-    }
-    if (size == largest_buffer) break;
-    size = std::min(size * 2, largest_buffer);
-  }
-  return {};
+  struct stat status = {};
+  if (fstat(fileno(stream), &status) != 0) status.st_size = 0;
+  return ReadAll(FirstBufferSize(status, largest_buffer), largest_buffer,
+                 [&](char* buffer, std::size_t size, std::int32_t& error) noexcept {
+                   const std::size_t length = std::fread(buffer, 1, size, stream);
+                   if (length < size) error = ReadError(stream);
+                   return length;
+                 });
 }
 
 FolderConf* NewConf(std::string_view cache_folder) noexcept {
   CPtr<FolderConf> conf = NewZeroed<FolderConf>();
-  const File file = conf ? OpenConf(cache_folder) : nullptr;
-  if (!file) return nullptr;
-  StreamData data = ReadToEnd(file.get());
+  if (!conf) return nullptr;
+  StreamData data = ReadConf(cache_folder);
   if (!data.bytes) return nullptr;
   conf->text = data.bytes.release();  // as far as it could be read
   conf->length = data.length;
@@ -134,9 +155,7 @@ FolderConf* NewConf(std::string_view cache_folder) noexcept {
 
 std::int32_t FindQueueOfUri(std::string_view cache_folder, std::string_view uri,
                             char** queue_name) noexcept {
-  const File file = OpenConf(cache_folder);
-  if (!file) return -1;
-  const StreamData data = ReadToEnd(file.get());
+  const StreamData data = ReadConf(cache_folder);
   if (const std::int32_t status = Status(data); status != 0) return status;
   const auto queue = FindQueueWithUri({data.bytes.get(), data.length}, uri);
   if (!queue) return -1;

@@ -137,10 +137,6 @@ int Scandir(const char* folder, dirent*** entries, int (*filter)(const dirent*),
   return count;
 }
 
-FILE* Fdopen(int descriptor, const char* mode) {
-  return IA_GOES_WRONG(kFdopen) ? nullptr : fdopen(descriptor, mode);
-}
-
 // Bytes that were read before stay in the buffer.
 size_t Fread(void* buffer, size_t size, size_t count, FILE* stream) {
   return IA_GOES_WRONG(kFread) ? 0 : fread(buffer, size, count, stream);
@@ -149,12 +145,6 @@ size_t Fread(void* buffer, size_t size, size_t count, FILE* stream) {
 size_t FreadChecked(void* buffer, size_t capacity, size_t size, size_t count, FILE* stream) {
   if (size * count > capacity) abort();
   return IA_GOES_WRONG(kFread) ? 0 : fread(buffer, size, count, stream);
-}
-
-int Fclose(FILE* stream) {
-  const bool goes_wrong = IA_GOES_WRONG(kFclose);
-  const int result = Succeeded(fclose(stream));
-  return goes_wrong ? FailedAfterAll(Faults().error()) : result;
 }
 
 int Vsnprintf(char* text, size_t size, const char* format, va_list arguments) {
@@ -259,12 +249,10 @@ const auto kFailing = std::to_array<Import>({
     {"stat64", Address(Stat), Callee::kStat},
     {"scandir", Address(Scandir), Callee::kScandir},
     {"scandir64", Address(Scandir), Callee::kScandir},
-    {"fdopen", Address(Fdopen), Callee::kFdopen},
     {"fread", Address(Fread), Callee::kFread},
     {"__fread_chk", Address(FreadChecked), Callee::kFread},
     {"vsnprintf", Address(Vsnprintf), Callee::kVsnprintf},
     {"__vsnprintf_chk", Address(VsnprintfChecked), Callee::kVsnprintf},
-    {"fclose", Address(Fclose), Callee::kFclose},
     {"sleep", Address(Sleep), Callee::kSleep},
     {"dlopen", Address(Dlopen), Callee::kDlopen},
     {"dlsym", Address(Dlsym), Callee::kDlsym},

@@ -38,9 +38,7 @@ enum class Callee {
   kUnlink,
   kStat,
   kScandir,
-  kFdopen,
   kFread,
-  kFclose,
   kVsnprintf,
   kSleep,
   kDlopen,
@@ -74,7 +72,7 @@ std::optional<Callee> CalleeNamed(std::string_view symbol);
 inline constexpr int kOnce = 1;
 inline constexpr int kFromThenOn = INT_MAX;
 
-// How an armed call goes wrong. Calls that give something back (close(), fclose(), dlclose() and
+// How an armed call goes wrong. Calls that give something back (close(), dlclose() and
 // cupsFileClose()) do their work before they report the failure, as the real ones do.
 struct Fault {
   enum class Manner {

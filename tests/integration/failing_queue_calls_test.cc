@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
 #include <set>
 #include <string>
 #include <vector>
@@ -49,6 +50,23 @@ Scenario ReadsConf(const std::string& with_failure) {
   return {"ReadsConf", run};
 }
 
+Scenario ReadsStream(int32_t failure) {
+  const auto run = [failure](Round& round) {
+    std::string text = kConf;
+    std::FILE* const stream = fmemopen(text.data(), text.size(), "r");
+    char* data = nullptr;
+    uint32_t length = 0;
+    const int32_t status = round.Try([&] { return zGetAllDataFromStream(stream, &data, &length); });
+    const std::string read(data, length);
+    round.Expect(status == 0 && read == kConf,
+                 failure != 0 && status == failure && std::string(kConf).starts_with(read),
+                 std::to_string(status) + " " + read);
+    CallFaults::Instance().Release(data);
+    std::fclose(stream);
+  };
+  return {"ReadsStream", run};
+}
+
 Scenario FindsQueueOfUri(int32_t failure) {
   const auto run = [failure](Round& round) {
     char* name = nullptr;
@@ -69,23 +87,21 @@ std::vector<FailingCall> QueueCalls() {
       {"ScandirWithoutMemory", ListsCupsQueues({""}), Failing(Callee::kScandir, ENOMEM)},
       {"Stat", ListsCupsQueues({"a office@7", "a@7 office"}), Failing(Callee::kStat, EACCES)},
       {"OpenOfConf", ReadsConf("(none)"), Failing(Callee::kOpen, EMFILE)},
-      {"FdopenOfConf", ReadsConf("(none)"), Failing(Callee::kFdopen, ENOMEM)},
-      // When a later call fails, only the buffer of the file's size is missing.
       {"FstatOfConf", ReadsConf("(none)"), Failing(Callee::kFstat, EIO)},
-      {"FreadOfConf", ReadsConf("begin"), Failing(Callee::kFread, EIO)},
-      {"FcloseOfConf", ReadsConf(kConf), Failing(Callee::kFclose, EIO)},
+      {"ReadOfConf", ReadsConf("begin"), Failing(Callee::kRead, EIO)},
+      {"CloseOfConf", ReadsConf(kConf), Failing(Callee::kClose, EIO)},
       {"OpenInLookup", FindsQueueOfUri(-1), Failing(Callee::kOpen, EACCES)},
-      {"FdopenInLookup", FindsQueueOfUri(-1), Failing(Callee::kFdopen, ENOMEM)},
+      {"FstatInLookup", FindsQueueOfUri(-1), Failing(Callee::kFstat, EIO)},
+      {"ReadInLookup", FindsQueueOfUri(1), Failing(Callee::kRead, EIO)},
+      {"CloseInLookup", FindsQueueOfUri(0), Failing(Callee::kClose, EIO)},
+      // When it fails, only the buffer of the file's size is missing.
+      {"FstatOfStream", ReadsStream(0), Failing(Callee::kFstat, EIO)},
       // The stream has no error of its own here.
-      {"FreadInLookup", FindsQueueOfUri(-1), Failing(Callee::kFread, EIO)},
-      {"FcloseInLookup", FindsQueueOfUri(0), Failing(Callee::kFclose, EIO)},
+      {"FreadOfStream", ReadsStream(-1), Failing(Callee::kFread, EIO)},
       // While cleaning up after a failure.
-      {"CloseAfterFdopen",
+      {"CloseAfterRealloc",
        ReadsConf("(none)"),
-       {.callees = {Callee::kFdopen, Callee::kClose}, .times = kFromThenOn, .error = EIO}},
-      {"FcloseAfterRealloc",
-       ReadsConf("(none)"),
-       {.callees = {Callee::kRealloc, Callee::kFclose}, .times = kFromThenOn}},
+       {.callees = {Callee::kRealloc, Callee::kClose}, .times = kFromThenOn}},
   };
 }
 
