@@ -32,11 +32,12 @@ bool HasPrefixIgnoringCase(std::string_view text, std::string_view prefix) noexc
 // First searches for an underscore, which most needles have and most texts do not.
 bool ContainsIgnoringCase(std::string_view text, std::string_view needle) noexcept {
   if (text.size() < needle.size()) return false;
-  const std::size_t before = needle.find(kMark);
-  if (before == std::string_view::npos) {
+  const auto mark = std::ranges::find(needle, kMark);
+  if (mark == needle.end()) {
     return needle.empty() || std::search(text.begin(), text.end(), needle.begin(), needle.end(),
                                          SameLetter) != text.end();
   }
+  const auto before = static_cast<std::size_t>(mark - needle.begin());
   for (std::size_t at = text.find(kMark, before); at != std::string_view::npos;
        at = text.find(kMark, at + 1)) {
     const std::size_t start = at - before;

@@ -1,7 +1,7 @@
 #include "info_common/option_table.h"
 
+#include <algorithm>
 #include <cstdlib>
-#include <cstring>
 #include <string_view>
 #include <utility>
 
@@ -10,8 +10,11 @@
 namespace ia {
 namespace {
 
+// A loop is faster than strncmp(), because most keys differ in one of their first bytes. The NUL of
+// a shorter key differs, too.
 bool HasKeyPrefix(const OptTable& node, std::string_view prefix) noexcept {
-  return node.key != nullptr && std::strncmp(node.key, prefix.data(), prefix.size()) == 0;
+  return node.key != nullptr &&
+         std::mismatch(prefix.begin(), prefix.end(), node.key).first == prefix.end();
 }
 
 }  // namespace

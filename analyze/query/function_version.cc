@@ -4,7 +4,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
-#include <cstring>
 #include <optional>
 #include <string_view>
 
@@ -65,8 +64,8 @@ class FlagEntries {
   [[nodiscard]] OptTable* First() noexcept { return count_ > 0 ? nodes_.get() : nullptr; }
 
  private:
-  [[nodiscard]] static bool IsFlagKey(const char* key) noexcept {
-    return std::strchr(key, '_') != nullptr &&
+  [[nodiscard]] static bool IsFlagKey(std::string_view key) noexcept {
+    return key.find('_') != key.npos &&
            (ContainsIgnoringCase(key, kSource) || ContainsIgnoringCase(key, kTarget));
   }
   [[nodiscard]] bool Append(const OptTable& node) noexcept {
