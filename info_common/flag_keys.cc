@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <limits>
@@ -20,8 +22,6 @@ namespace {
 
 constexpr char kItemSeparators[] = ",_";
 constexpr std::int32_t kLastIndex = std::numeric_limits<std::int32_t>::max();
-constexpr std::size_t kMaxDigits = std::numeric_limits<std::int32_t>::digits10 + 1;
-constexpr std::size_t kMaxSuffix = 1 + kMaxDigits;
 
 // The lowest index, from 0, that is above those of the list's keys; 0 means the base alone.
 std::int32_t NextFreeIndex(const OptTable* list, std::string_view base,
@@ -47,14 +47,13 @@ std::int32_t NextFreeIndex(const OptTable* first, const OptTable* second,
 }
 
 CString NewFlagKey(std::string_view base, std::int32_t index) noexcept {
-  CString key = NewText(base.size() + kMaxSuffix);
+  if (index == 0) return Duplicate(base);
+  const auto digits = static_cast<std::size_t>(std::log10(index)) + 1;
+  CString key = NewText(base.size() + 1 + digits);
   if (!key) return nullptr;
   char* end = std::ranges::copy(base, key.get()).out;
-  if (index > 0) {
-    *end++ = '_';
-    end = std::to_chars(end, end + kMaxDigits, index).ptr;
-  }
-  *end = '\0';
+  *end++ = '_';
+  *std::to_chars(end, end + digits, index).ptr = '\0';
   return key;
 }
 

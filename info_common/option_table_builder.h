@@ -5,6 +5,7 @@
 
 #include <optional>
 #include <string_view>
+#include <utility>
 
 #include "info_common/key_index.h"
 #include "info_common/option_table.h"

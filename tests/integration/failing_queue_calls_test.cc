@@ -1,6 +1,7 @@
 // When folders and files of print queues cannot be read, a function returns the documented failure
 // or the right answer, and leaves no descriptor open.
 #include <gtest/gtest.h>
+#include <stdio.h>
 #include <sys/stat.h>
 #include <sys/types.h>
 #include <unistd.h>
