@@ -23,6 +23,7 @@ using ia_bench::ResultList;
 using ia_bench::SampleAnalyzer;
 using ia_bench::SamplePpd;
 using ia_bench::Timings;
+using ia_bench::WallTimings;
 
 constexpr std::int64_t kEntries = 300;
 constexpr int kQueriesPerThread = 200;
@@ -79,8 +80,8 @@ void BM_TwoThreads(benchmark::State& state) {
   const SamplePpd ppd(kEntries, PpdStyle::kUniform);
   SampleAnalyzer first(ia_bench::kReference, ppd);
   SampleAnalyzer second(ia_bench::kReference, ppd);
-  Timings one;
-  Timings two;
+  WallTimings one;
+  WallTimings two;
   for (auto _ : state) {
     one.Add([&] { const std::jthread only(QueryOften, std::ref(first)); });
     state.SetIterationTime(two.Add([&] {
