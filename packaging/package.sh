@@ -10,7 +10,7 @@ timestamp=$(dpkg-parsechangelog -l packaging/debian/changelog -S Timestamp)
 work=$PWD/build/package
 root=$work/root
 # What programs that use the packages need, and the packages themselves.
-base_packages=cmake,g++,libarchive13,libcups2,libpugixml1v5,make,pkg-config
+base_packages=cmake,g++,libarchive13,libcups2,libpugixml1v5,make,pkg-config,python3
 
 # A cache would hand the second build what the first one compiled.
 unset CMAKE_C_COMPILER_LAUNCHER CMAKE_CXX_COMPILER_LAUNCHER
@@ -76,7 +76,7 @@ in_root() {  # argument of chroot..., command...
 }
 
 make_root() {
-  [[ -e $work/base.tar ]] || {
+  [[ $work/base.tar -nt packaging/package.sh ]] || {  # which names the packages in it
     rm -rf "$root"
     debootstrap --variant=minbase --include="$base_packages" bookworm "$root" >"$work/debootstrap.log"
     tar -C "$root" --numeric-owner -cf "$work/base.tar" .

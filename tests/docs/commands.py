@@ -22,7 +22,7 @@ import tempfile
 from pathlib import Path
 
 ROOT = Path(__file__).resolve().parent.parent.parent
-LANGUAGES = {"c", "cmake", "console", "cpp", "diff", "text", "xml"}
+LANGUAGES = {"c", "cmake", "console", "cpp", "diff", "pycon", "python", "text", "xml"}
 MARK = "@@status "
 NOT_COPIED = (".git", "build")
 NOT_COPIED_EITHER = ("fuzz", "tests")  # unless it takes long anyway
