@@ -19,7 +19,6 @@
 #include <vector>
 
 #include "cli/acquire/acquire.h"
-#include "cli/acquire/profile_check.h"
 #include "cli/apply/apply.h"
 #include "cli/audit/audit.h"
 #include "cli/calibration/calibration.h"

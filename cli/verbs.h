@@ -12,6 +12,7 @@ void DefineCompletion(CLI::App& verb);
 void DefineConfig(CLI::App& verb);
 void DefineFunctionVersion(CLI::App& verb);
 void DefineModels(CLI::App& verb);
+void DefineProfile(CLI::App& verb);
 void DefineQuery(CLI::App& verb);
 void DefineQueues(CLI::App& verb);
 void DefineUri(CLI::App& verb);

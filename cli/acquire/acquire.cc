@@ -1,10 +1,6 @@
 #include "cli/acquire/acquire.h"
 
-#include <algorithm>
-#include <array>
 #include <cerrno>
-#include <chrono>
-#include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <filesystem>
@@ -15,7 +11,6 @@
 #include <optional>
 #include <ostream>
 #include <string>
-#include <string_view>
 #include <system_error>
 #include <vector>
 
@@ -27,8 +22,7 @@
 #include "cli/acquire/source_table.h"
 #include "cli/config/patterns.h"
 #include "cli/config/settings.h"
-#include "cli/snapshot/locate.h"
-#include "cli/snapshot/queue_facts.h"
+#include "cli/printer/queue_facts.h"
 #include "cli/terminal/failure.h"
 #include "cli/terminal/output.h"
 #include "cli/terminal/printable.h"
@@ -89,9 +83,7 @@ void WarnOfGaps(const std::vector<AcquiredDocument>& documents, bool has_profile
                                        : "a URI or --queue, and DIR are required",
                              CLI::ExitCodes::RequiredError);
   }
-  const QueueWords unknown = {.queue = "", .host = [] { return ""; }, .model = [] { return ""; }};
-  PrinterLocation location =
-      Complete(given, CurrentSettings(given.config_file), has_queue ? WordsOf(given) : unknown);
+  PrinterLocation location = Complete(given, CurrentSettings(given.config_file), WordsOf(given));
   location.device = has_queue ? FactsOf(location).device_uri : question.places.front();
   if (!location.device.empty()) return location;
   throw Failure(ExitStatus::kQueue, {.object = "queue \"" + given.queue + "\"",

@@ -3,7 +3,6 @@
 #define INFO_ANALYZE_CLI_ACQUIRE_ACQUIRE_H_
 
 #include <CLI/CLI.hpp>
-#include <memory>
 #include <string>
 #include <vector>
 

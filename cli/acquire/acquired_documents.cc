@@ -1,11 +1,9 @@
 #include "cli/acquire/acquired_documents.h"
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <map>
-#include <memory>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <string_view>
@@ -29,8 +27,9 @@ using nlohmann::ordered_json;
 
 [[nodiscard]] bool HasFunction(const Part& part, std::string_view function) {
   const auto functions = part.known.find("func");
-  return functions != part.known.end() &&
-         std::ranges::find(functions->second.value, function) != functions->second.value.end();
+  if (functions == part.known.end()) return false;
+  const ordered_json& list = functions->second.value;
+  return std::find(list.begin(), list.end(), function) != list.end();
 }
 
 // An array that is missing means none. Only a unit that punches is seen to lack its details.

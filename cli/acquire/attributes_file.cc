@@ -228,7 +228,7 @@ class Parser {
 
   // Nothing for types without a text.
   [[nodiscard]] std::optional<std::string> ReadValue(ipp_tag_t tag, const std::string& name) {
-    const std::string text = Need("a value");
+    std::string text = Need("a value");
     switch (tag) {
       case IPP_TAG_INTEGER:
         return std::to_string(Number(text));

@@ -1,11 +1,9 @@
 #include "cli/acquire/device_answer.h"
 
 #include <chrono>
-#include <cstdint>
 #include <functional>
 #include <nlohmann/json.hpp>
 #include <string>
-#include <vector>
 
 #include "cli/acquire/acquire.h"
 #include "cli/acquire/attributes_file.h"
@@ -13,9 +11,9 @@
 #include "cli/acquire/printer_attributes.h"
 #include "cli/printer/child_process.h"
 #include "cli/printer/connection.h"
+#include "cli/printer/queue_facts.h"
 #include "cli/printer/regular_file.h"
 #include "cli/printer/session.h"
-#include "cli/snapshot/queue_facts.h"
 #include "cli/terminal/failure.h"
 
 namespace ia::cli {

@@ -3,6 +3,7 @@
 #include <cups/cups.h>
 #include <strings.h>
 #include <sys/socket.h>
+#include <sys/types.h>
 
 #include <array>
 #include <chrono>
@@ -152,7 +153,7 @@ class Connection {
 
   // The status of the answer, whose body is next.
   [[nodiscard]] http_status_t Send(int major, int minor) {
-    IppPtr request(ippNewRequest(IPP_OP_GET_PRINTER_ATTRIBUTES));
+    const IppPtr request(ippNewRequest(IPP_OP_GET_PRINTER_ATTRIBUTES));
     ippSetVersion(request.get(), major, minor);
     ippAddString(request.get(), IPP_TAG_OPERATION, IPP_TAG_URI, "printer-uri", nullptr,
                  request_.uri.c_str());

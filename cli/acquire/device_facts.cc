@@ -4,6 +4,8 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
+#include <iterator>
 #include <nlohmann/json.hpp>
 #include <set>
 #include <string>
@@ -246,10 +248,11 @@ void AddProcess(std::string_view process, Finishing& finishing) {
   for (const FinishingRow& row : kFinishingRows) {
     if (!Matches(row, process)) continue;
     finishing.functions.insert(row.function);
-    if (row.detail == nullptr)
+    if (row.detail == nullptr) {
       finishing.has_other_details = true;
-    else if (*row.detail != '\0')
+    } else if (*row.detail != '\0') {
       finishing.details.insert(row.detail);
+    }
   }
 }
 
@@ -363,8 +366,8 @@ void AssignFunctions(const Finishing& finishing, std::vector<Unit>& units) {
   }
 }
 
-// Standards tell how many holes the device punches, but not which of several units does. They do
-// not tell how a unit trims or inserts.
+// Attributes give the number of holes that the device punches, but not which of several units
+// punches them. They do not describe how a unit trims or inserts.
 void AssignDetails(const Finishing& finishing, std::vector<Unit>& units) {
   const auto punches = [](const Unit& unit) { return unit.functions.contains("punch"); };
   const bool knows_holes = finishing.knows_holes() && std::ranges::count_if(units, punches) == 1;
@@ -390,7 +393,8 @@ void AssignDetails(const Finishing& finishing, std::vector<Unit>& units) {
   AssignFunctions(finishing, units);
   AssignDetails(finishing, units);
   std::vector<Part> parts;
-  for (Unit& unit : units) parts.push_back(std::move(unit.part));
+  std::ranges::transform(units, std::back_inserter(parts),
+                         [](Unit& unit) { return std::move(unit.part); });
   return parts;
 }
 

@@ -43,8 +43,9 @@ void RequireDocumentsOnly(const fs::path& place, const std::string& folder) {
   if (!fs::is_directory(fs::symlink_status(place))) Fail(folder, "it is not a folder");
   for (const auto& entry : fs::directory_iterator(place)) {
     const std::string name = entry.path().filename().string();
-    if (!IsDocumentName(name))
+    if (!IsDocumentName(name)) {
       Fail(folder, "it has other files, such as " + name, "pass a new name");
+    }
   }
 }
 

@@ -6,7 +6,10 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
+#include <iterator>
 #include <limits>
+#include <map>
 #include <nlohmann/json.hpp>
 #include <span>
 #include <string>
@@ -73,6 +76,7 @@ class Place {
   [[nodiscard]] std::vector<Place> Elements() const {
     if (!value_.is_array()) Refuse("is not an array");
     std::vector<Place> elements;
+    elements.reserve(value_.size());
     for (std::size_t i = 0; i < value_.size(); ++i) {
       elements.emplace_back(file_, value_[i], name_ + "[" + std::to_string(i) + "]");
     }
@@ -179,23 +183,33 @@ void CheckType(const DocumentKey& key, const Place& place) {
   return condition;
 }
 
+[[nodiscard]] std::vector<Condition> ReadConditions(const Section& section, const Place& place) {
+  std::vector<Condition> conditions;
+  std::ranges::transform(place.Members(AllowedFields(section)), std::back_inserter(conditions),
+                         ReadCondition);
+  return conditions;
+}
+
+// One set of values, or of fax lines any number.
+[[nodiscard]] std::vector<KeyValues> ReadAllValues(const Section& section, const Place& place) {
+  if (section.document != IA_DOCUMENT_FAX_LINE_LIST) return {ReadValues(section, place)};
+  std::vector<KeyValues> lines;
+  std::ranges::transform(place.Elements(), std::back_inserter(lines),
+                         [&](const Place& line) { return ReadValues(section, line); });
+  return lines;
+}
+
 [[nodiscard]] Rule ReadRule(const Section& section, const Place& place) {
   Rule rule = {.place = place.name(), .conditions = {}, .values = {}};
   const std::array<std::string, 2> parts = {"if", "then"};
   bool has_values = false;
   for (const Place& part : place.Members(parts)) {
     if (part.Key() == "if") {
-      for (const Place& condition : part.Members(AllowedFields(section))) {
-        rule.conditions.push_back(ReadCondition(condition));
-      }
-      continue;
+      rule.conditions = ReadConditions(section, part);
+    } else {
+      rule.values = ReadAllValues(section, part);
+      has_values = true;
     }
-    has_values = true;
-    if (section.document != IA_DOCUMENT_FAX_LINE_LIST) {
-      rule.values.push_back(ReadValues(section, part));
-      continue;
-    }
-    for (const Place& line : part.Elements()) rule.values.push_back(ReadValues(section, line));
   }
   if (!has_values) place.Refuse("has no \"then\"");
   return rule;
@@ -279,6 +293,13 @@ void Apply(const std::vector<Rule>& rules, const AttributeValues& attributes, Pa
   return lines;
 }
 
+void ApplyToLines(const std::vector<Rule>& rules, const AttributeValues& attributes,
+                  DeviceFacts& facts) {
+  const auto rule = std::ranges::find_if(
+      rules, [&](const Rule& candidate) { return Matches(candidate, attributes, {}); });
+  if (rule != rules.end()) facts.lists[IA_DOCUMENT_FAX_LINE_LIST] = LinesOf(*rule);
+}
+
 }  // namespace
 
 Profile ParseProfile(std::string_view text, const std::string& file) {
@@ -303,14 +324,10 @@ void ApplyProfile(const Profile& profile, const AttributeValues& attributes, Dev
   Apply(profile.device, attributes, facts.device);
   for (const auto& [document, rules] : profile.lists) {
     if (document == IA_DOCUMENT_FAX_LINE_LIST) {
-      const auto rule = std::ranges::find_if(
-          rules, [&](const Rule& candidate) { return Matches(candidate, attributes, {}); });
-      if (rule != rules.end()) facts.lists[document] = LinesOf(*rule);
-      continue;
+      ApplyToLines(rules, attributes, facts);
+    } else if (const auto list = facts.lists.find(document); list != facts.lists.end()) {
+      for (Part& part : list->second) Apply(rules, attributes, part);
     }
-    const auto list = facts.lists.find(document);
-    if (list == facts.lists.end()) continue;
-    for (Part& part : list->second) Apply(rules, attributes, part);
   }
 }
 

@@ -22,7 +22,7 @@ inline constexpr const char* kProfileName = "device-profile.json";
 // What a field of a part, or an attribute of the device, must be.
 struct Condition {
   std::string field;
-  std::vector<std::string> patterns;  // one of them, in which "*" and "?" stand for any text
+  std::vector<std::string> patterns;  // one of them, in which "*" is any text and "?" any character
   std::optional<std::int32_t> min;    // a number instead
   std::optional<std::int32_t> max;
 };

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <filesystem>
 #include <functional>
+#include <iterator>
 #include <memory>
 #include <optional>
 #include <set>
@@ -92,10 +93,8 @@ struct AuditQuestion {
 }
 
 void TakePaths(AuditQuestion& question) {
-  std::vector<std::string>& words = question.queues;
-  const auto paths = std::stable_partition(words.begin(), words.end(), std::not_fn(IsPath));
-  question.snapshots.insert(question.snapshots.end(), paths, words.end());
-  words.erase(paths, words.end());
+  std::ranges::copy_if(question.queues, std::back_inserter(question.snapshots), IsPath);
+  std::erase_if(question.queues, IsPath);
 }
 
 [[nodiscard]] std::vector<Target> FindTargets(AuditQuestion& question) {

@@ -12,7 +12,7 @@
 
 #include "cli/printer/cups_server.h"
 #include "cli/printer/queue_name.h"
-#include "cli/snapshot/queue_facts.h"
+#include "cli/printer/queue_facts.h"
 #include "cli/snapshot/snapshot_files.h"
 #include "cli/terminal/failure.h"
 #include "cli/terminal/terminal.h"

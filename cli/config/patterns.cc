@@ -10,6 +10,8 @@
 #include <string_view>
 
 #include "cli/config/settings.h"
+#include "cli/printer/queue_facts.h"
+#include "cli/printer/queue_ppd.h"
 #include "cli/printer/session.h"
 #include "cli/terminal/failure.h"
 #include "cli/terminal/printable.h"
@@ -98,6 +100,14 @@ std::string HostOfDeviceUri(const std::string& uri) {
   if (host.starts_with('[')) return std::string(host.substr(1, host.find(']') - 1));
   const bool has_port = std::ranges::count(host, ':') == 1;  // an IPv6 address has more
   return std::string(has_port ? host.substr(0, host.find(':')) : host);
+}
+
+QueueWords WordsOf(const PrinterLocation& location) {
+  const bool has_queue = !location.queue.empty();
+  return {
+      .queue = location.queue,
+      .host = [=] { return has_queue ? HostOfDeviceUri(FactsOf(location).device_uri) : ""; },
+      .model = [=] { return has_queue ? ModelCodeIn(location.queue, FetchPpd(location)) : ""; }};
 }
 
 std::string ReplacePatterns(const SettingValue& setting, const QueueWords& words) {

@@ -21,6 +21,9 @@ struct QueueWords {
 // The host of a device URI; empty for a device that is not on a network.
 [[nodiscard]] std::string HostOfDeviceUri(const std::string& uri);
 
+// The words of the location's queue, from CUPS; all empty without a queue.
+[[nodiscard]] QueueWords WordsOf(const PrinterLocation& location);
+
 // The text with its patterns replaced. Throws a Failure that names the setting when a word is
 // unknown or would lead to a different folder: "." and "..", and words with a "/".
 [[nodiscard]] std::string ReplacePatterns(const SettingValue& setting, const QueueWords& words);

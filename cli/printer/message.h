@@ -30,7 +30,7 @@ class Message {
   }
   template <class... Fields>
   void Put(const std::tuple<Fields...>& fields) {
-    std::apply([this](const auto&... each) { (Put(each), ...); }, fields);
+    std::apply([this](const auto&... each) { (this->Put(each), ...); }, fields);
   }
   template <class Record>
   void Put(const std::vector<Record>& records) {
@@ -56,7 +56,7 @@ class Message {
   }
   template <class... Fields>
   void Take(std::tuple<Fields&...> fields) {
-    std::apply([this](auto&... each) { (Take(each), ...); }, fields);
+    std::apply([this](auto&... each) { (this->Take(each), ...); }, fields);
   }
   template <class Record>
   void Take(std::vector<Record>& records) {

@@ -8,7 +8,7 @@
 #include "cli/config/patterns.h"
 #include "cli/config/settings.h"
 #include "cli/printer/queue_ppd.h"
-#include "cli/snapshot/queue_facts.h"
+#include "cli/printer/queue_facts.h"
 #include "cli/snapshot/snapshot_files.h"
 #include "cli/terminal/failure.h"
 #include "cli/terminal/printable.h"
@@ -69,12 +69,6 @@ SnapshotLocation LocateFiles(const PrinterLocation& given) {
   }
   if (given.needs_documents) location.device_info = location.cups_root + "/device-info";
   return {.location = location, .device_uri = snapshot.device_uri};
-}
-
-QueueWords WordsOf(const PrinterLocation& location) {
-  return {.queue = location.queue,
-          .host = [location] { return HostOfDeviceUri(FactsOf(location).device_uri); },
-          .model = [location] { return ModelCodeIn(location.queue, FetchPpd(location)); }};
 }
 
 PrinterLocation Locate(const PrinterLocation& given) {

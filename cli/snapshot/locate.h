@@ -3,7 +3,6 @@
 
 #include <string>
 
-#include "cli/config/patterns.h"
 #include "cli/printer/session.h"
 
 namespace ia::cli {
@@ -15,9 +14,6 @@ struct SnapshotLocation {
 
 // The location with the queue, PPD and documents of its snapshot. Throws when that is damaged.
 [[nodiscard]] SnapshotLocation LocateFiles(const PrinterLocation& given);
-
-// What replaces the patterns in the settings of a queue, from CUPS.
-[[nodiscard]] QueueWords WordsOf(const PrinterLocation& location);
 
 // The location of the command line, completed from its snapshot where it names one, and from the
 // settings. Throws when an option is missing or the snapshot is damaged.

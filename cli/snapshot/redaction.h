@@ -1,7 +1,7 @@
 #ifndef INFO_ANALYZE_CLI_SNAPSHOT_REDACTION_H_
 #define INFO_ANALYZE_CLI_SNAPSHOT_REDACTION_H_
 
-#include "cli/snapshot/queue_facts.h"
+#include "cli/printer/queue_facts.h"
 #include "cli/snapshot/secrets.h"
 #include "cli/snapshot/snapshot_list.h"
 

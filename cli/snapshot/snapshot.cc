@@ -7,7 +7,7 @@
 #include "cli/printer/queue_ppd.h"
 #include "cli/printer/session.h"
 #include "cli/snapshot/locate.h"
-#include "cli/snapshot/queue_facts.h"
+#include "cli/printer/queue_facts.h"
 #include "cli/snapshot/redaction.h"
 #include "cli/snapshot/secrets.h"
 #include "cli/snapshot/snapshot_files.h"

@@ -1,4 +1,4 @@
-#include "cli/snapshot/queue_facts.h"
+#include "cli/printer/queue_facts.h"
 
 #include <gtest/gtest.h>
 

@@ -1,12 +1,9 @@
-#include "cli/acquire/profile_check.h"
-
 #include <CLI/CLI.hpp>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "cli/acquire/acquired_documents.h"
@@ -26,6 +23,7 @@
 #include "cli/terminal/output.h"
 #include "cli/terminal/printable.h"
 #include "cli/terminal/temporary_folder.h"
+#include "cli/verbs.h"
 
 namespace ia::cli {
 namespace {
@@ -124,8 +122,7 @@ void AddParts(std::int32_t document, const Rule& rule, std::vector<Part>& parts)
   PrinterLocation location = question.location;
   location.needs_driver = true;
   if (!question.ppd.empty()) {
-    const QueueWords words = {.queue = "", .host = [] { return ""; }, .model = [] { return ""; }};
-    location = Complete(location, CurrentSettings(location.config_file), words);
+    location = Complete(location, CurrentSettings(location.config_file), WordsOf(location));
     const BidiPtr library = LoadLibrary(location.driver_folder);
     try {
       const CopiedPpd ppd("profile", ReadRegularFile(question.ppd, kMaxPpdSize));

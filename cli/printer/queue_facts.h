@@ -1,5 +1,5 @@
-#ifndef INFO_ANALYZE_CLI_SNAPSHOT_QUEUE_FACTS_H_
-#define INFO_ANALYZE_CLI_SNAPSHOT_QUEUE_FACTS_H_
+#ifndef INFO_ANALYZE_CLI_PRINTER_QUEUE_FACTS_H_
+#define INFO_ANALYZE_CLI_PRINTER_QUEUE_FACTS_H_
 
 #include <string>
 #include <string_view>
@@ -21,4 +21,4 @@ namespace ia::cli {
 
 }  // namespace ia::cli
 
-#endif  // INFO_ANALYZE_CLI_SNAPSHOT_QUEUE_FACTS_H_
+#endif  // INFO_ANALYZE_CLI_PRINTER_QUEUE_FACTS_H_
