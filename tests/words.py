@@ -42,6 +42,7 @@ WORDS = (
 # Where a word is right: part of a path, and part of a line.
 ALLOWED = (
     ("tests/words.py", ""),
+    ("", "printer-kind"),  # an attribute of IPP
     ("CMake", "TARGET_FILE"),
     ("cli/acquire/printer_attributes.h", "printer-kind"),  # an attribute of IPP
     ("dev", "--errors-for-leak-kinds"),
