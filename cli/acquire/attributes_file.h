@@ -1,4 +1,4 @@
-// Printer attributes in a file, in the form that ippeveprinter(1) plays and ipptoolfile(7)
+// Printer attributes in a file, in the form that ippeveprinter(1) plays and ipptoolfile(5)
 // describes: lines such as
 //
 //   ATTR keyword sides-supported "one-sided","two-sided-long-edge"

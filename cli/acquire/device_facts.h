@@ -85,9 +85,56 @@ struct DeviceFacts {
   std::map<std::int32_t, std::vector<Part>> lists;  // by document; only those that are known
 };
 
-// What attributes alone say. The table of finishing functions follows PWG 5100.1-2022, sections 5.2
-// (finishings) and 7.1 (printer-finisher); trays and bins follow PWG 5100.13, sections 5.6.2 and
-// 5.6.3; all others RFC 8011, section 5.4, and PWG 5100.11, section 4.
+// What attributes alone say. A key whose attribute is missing is not known.
+//
+//   Key                    Attribute (standard): value
+//
+//   duplex                 sides-supported (RFC 8011, 5.2.8): 1 if a value begins with "two-sided-"
+//   management             job-account-id-supported (PWG 5100.3): 1 if true
+//   securedprint           job-password-supported (PWG 5100.11): 1 if above 0
+//   resolution_300         printer-resolution-supported (RFC 8011, 5.2.12): 1 if it has 300dpi
+//   resolution_600         the same with 600dpi
+//   resolution_1200        the same with 1200dpi
+//   devicename             printer-make-and-model (RFC 8011, 5.4.9): its text
+//
+// Trays are the values of printer-input-tray (PWG 5100.13), else those of media-source-supported
+// (PWG 5100.7), except "auto". Bins are those of printer-output-tray (PWG 5100.13), else those of
+// output-bin-supported (PWG 5100.2).
+//
+//   capacity of a tray     maxcapacity in printer-input-tray: its number, from 0 on
+//
+// Finishing units are the values of printer-finisher (PWG 5100.1). Values that follow each other
+// with one description and different types are one unit. Without that attribute a device that
+// reports finishing processes has one unit.
+//
+//   name                   printer-finisher-description (PWG 5100.1): its text
+//   func                   by the unit's types in printer-finisher (finDeviceType, RFC 3806):
+//     staple               stitcher
+//     punch                puncher
+//     folding              folder
+//     trimming             trimmer
+//     inserter             inserter
+//   func                   what no unit has by its type, from finishings-supported (RFC 8011,
+//                          5.2.6) and finishing-template-supported (PWG 5100.1), by keyword, or by
+//                          number if it has none; for the only unit that can have it:
+//     staple               staple*, saddle-stitch*, edge-stitch*, booklet-maker*, 20 to 49
+//     punch                punch*, 70 to 89
+//     folding              fold*, booklet-maker*, 90 to 109
+//     trimming             trim*, 60 to 69
+//   func                   also if the device has an attribute (PWG 5100.1) that only devices with
+//                          the function have:
+//     punch                punching-reference-edge-supported
+//     folding              folding-direction-supported
+//     trimming             trimming-type-supported
+//   detail_func            the ways of punching, if only one unit punches and all ways are known;
+//                          none if the unit does not punch; not known if it trims or inserts:
+//     punching_2_holes     punch-dual*
+//     punching_3_holes     punch-triple*
+//     punching_multiple_holes  punch-multiple*
+//     not known            punch-single*, punch-quad*, 70 to 89
+//
+// Keywords of CUPS, such as cups-punch-pair, count without "cups-", and numbers of vendors from
+// 0x40000000 on without that.
 [[nodiscard]] DeviceFacts FindFacts(const AttributeValues& attributes);
 
 }  // namespace ia::cli

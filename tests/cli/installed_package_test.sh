@@ -28,8 +28,10 @@ check_files() {
   for file in "$LIBDIR/libinfo_analyze.so" "$LIBDIR/libinfo_analyze.so.1" \
     "$LIBDIR/libinfo_analyze.so.$VERSION" "$BINDIR/info-analyze" "$MANDIR/man1/info-analyze.1" \
     "$MANDIR/man3/libinfo_analyze.3" "$MANDIR/man5/info-analyze-documents.5" \
+    "$MANDIR/man5/info-analyze-profile.5" \
     "$MANDIR/man7/info-analyze-decisions.7" share/info-analyze/info-analyze.conf \
     share/info-analyze/info-analyze.schema.json \
+    share/info-analyze/info-analyze-profile.schema.json \
     share/info-analyze/info-analyze-snapshot.schema.json; do
     test -e "$prefix/$file" || fail "$file is not installed"
   done

@@ -54,6 +54,30 @@ def lines_of_models(answer):
             for family in answer["families"] for row in family["rows"]]
 
 
+def value_as_text(value):
+    return f"[{', '.join(map(str, value))}]" if isinstance(value, list) else str(value)
+
+
+def lines_of_acquire(answer):
+    """A line for each document and each key."""
+    lines = []
+    for document in answer["documents"]:
+        left_out = document["left_out"]
+        lines.append(document["document"] + (f"  (left out: {left_out})" if left_out else ""))
+        for key in document["keys"]:
+            source = "the device does not report this"
+            if key["source"] is not None:
+                source = ("profile " if key["origin"] == "profile" else "") + key["source"]
+            value = "-" if key["value"] is None else value_as_text(key["value"])
+            name = ("  " if key["item"] is None else "    ") + key["key"]
+            lines.append(f"{f'{name}  ':<32}{f'{value}  ':<18}{source}")
+    return lines
+
+
+def lines_of_profile_check(answer):
+    return [f"{finding['rule']} {finding['sentence']}" for finding in answer["findings"]]
+
+
 def lines_of_config(answer):
     """The settings that have a value, and the files."""
     folders = [f"{'driver-folder':<15}{folder['value']}  ({folder['models']} in {folder['source']})"
@@ -114,6 +138,8 @@ LINES = {
     "query": (lines_of_query, r"(.*)"),
     "doctor": (lines_of_doctor, r"((?:ok|note|warning|failure) .*)"),
     "diff": (lines_of_diff, r"(\w+: .* -> .*  \([^:)]*).*"),
+    "acquire": (lines_of_acquire, r"(?!  list\[)(.*)"),
+    "profile_check": (lines_of_profile_check, r"(.*)"),
     "models": (lines_of_models, r"(.*)"),
     "config": (lines_of_config, r"(\S.*\))"),
 }
@@ -286,6 +312,13 @@ def main():
             ask("calibration_defaults", "calibration", "defaults", *on_printer)
             ask("queues", "queues", "cups", "--cups-root", printer)
             ask("models", "models", model_code(printer))
+            attributes, profile = printer / "device.attributes", printer / "device-profile.json"
+            acquire = ["acquire", attributes, f"{folder}/documents", "--driver-folder", driver]
+            ask("acquire", *acquire)
+            ask("acquire", *acquire, "--profile", profile)
+            ask("profile_check", "profile", "check", profile)
+            ask("profile_check", "profile", "check", profile, "--driver-folder", driver, "--ppd",
+                printer / "ppd" / f"{printer.name}.ppd", statuses=(0, 7))
             ask("config", "config", *queue, "--config", settings)
             ask("diff", "diff", snapshots[0], snapshots[-1], "--driver-folder", driver)
         audit_all(folder)
@@ -308,6 +341,8 @@ def main():
     fail(6, "uri", "none")
     fail(2, "audit", "--live")
     fail(9, "audit", "--snapshots", "/none", "--driver-folder", driver, "--since", "/none")
+    fail(13, "acquire", "usb://none", "/none", "--driver-folder", driver)
+    fail(2, "profile", "check", "/none")
     fail(9, "explain", "--snapshot", "/none", "--driver-folder", driver)
     checker.wrong += [f"key {key!r} has a blank" for key in keys(schema) if " " in key]
     unasked = {entry["$ref"].split("/")[-1] for entry in schema["oneOf"]} - asked - {"queue"}

@@ -17,7 +17,7 @@ from exported_names import declared_names
 
 # mandoc looks for them among the pages of the system; our own are looked for here.
 NOT_INSTALLED = ("referenced manual not found", "outdated mandoc.db")
-PAGES_OF_OTHERS = {"lpadmin.8", "systemd.1"}
+PAGES_OF_OTHERS = {"ippeveprinter.1", "ipptoolfile.5", "lpadmin.8", "systemd.1"}
 TERMINAL = 80
 # groff 1.23 indents text by two columns more than mandoc and earlier versions of groff.
 MANDOC_WIDTH = TERMINAL - 2
