@@ -85,6 +85,9 @@ void WarnOfGaps(const std::vector<AcquiredDocument>& documents, bool has_profile
   }
   PrinterLocation location = Complete(given, CurrentSettings(given.config_file), WordsOf(given));
   location.device = has_queue ? FactsOf(location).device_uri : question.places.front();
+  if (!question.attributes_file.empty() && location.device.find("://") == std::string::npos) {
+    throw CLI::ValidationError("--keep-attributes", "needs a device, not a file of attributes");
+  }
   if (!location.device.empty()) return location;
   throw Failure(ExitStatus::kQueue, {.object = "queue \"" + given.queue + "\"",
                                      .cause = "CUPS knows no device URI for it",

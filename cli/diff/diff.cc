@@ -57,6 +57,7 @@ struct Difference {
   } else {
     location.snapshot = printer;
     location.cups_root.clear();
+    location.device.clear();
   }
   return location;
 }
@@ -215,9 +216,11 @@ void RequireLpadminName(const std::string& queue) {
 // One document directory belongs to one printer.
 void RequireOnePrinterOfTheDocuments(const DiffQuestion& question) {
   if (!question.before.starts_with(kLive) || !question.after.starts_with(kLive)) return;
-  const std::string before = Locate(LocationOf(question.before, question)).device_info;
-  const std::string after = Locate(LocationOf(question.after, question)).device_info;
-  if (before != after) return;
+  if (question.location.device.empty()) {
+    const std::string before = Locate(LocationOf(question.before, question)).device_info;
+    const std::string after = Locate(LocationOf(question.after, question)).device_info;
+    if (before != after) return;
+  }
   throw CLI::ValidationError(
       "cannot compare two live queues with one document directory; save one of them with "
       "`info-analyze snapshot` and compare the snapshot");

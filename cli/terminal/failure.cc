@@ -26,6 +26,8 @@ bool g_fails_in_json = false;
       return "queue";
     case ExitStatus::kCommunicationLibrary:
       return "communication library";
+    case ExitStatus::kDevice:
+      return "device";
     case ExitStatus::kDocuments:
       return "documents";
     case ExitStatus::kNotFound:

@@ -145,6 +145,31 @@ TEST_F(ToolAcquire, NeedsADeviceAndAFolder) {
   EXPECT_THAT(both.err, HasSubstr("without a URI beside --queue"));
 }
 
+TEST_F(ToolAcquire, KeepsTheAttributesOfDevicesOnly) {
+  const std::string before = ReadFile(attributes());
+  const auto run = Acquire({"--keep-attributes", attributes()});
+  EXPECT_EQ(run.status, 2);
+  EXPECT_THAT(run.err, HasSubstr("needs a device, not a file of attributes"));
+  EXPECT_EQ(ReadFile(attributes()), before);
+}
+
+TEST_F(ToolAcquire, ADeviceReplacesTheDirectoryOfTheLiveQueueInADiff) {
+  ASSERT_EQ(RunTool({IA_TEST_TOOL, "snapshot", root_ / "s", "--queue", "office-mfp", "--cups-root",
+                     cups_root(), "--device-info", device_info()})
+                .status,
+            0);
+  const std::vector<std::string> diff = {
+      IA_TEST_TOOL,          "diff",        root_ / "s", "queue:office-mfp", "--driver-folder",
+      IA_TEST_DRIVER_FOLDER, "--cups-root", cups_root(), "--device",         attributes(),
+      "--profile",           profile()};
+  const auto run = RunTool(diff);
+  EXPECT_EQ(run.status, 0) << run.err;
+  EXPECT_THAT(run.out, HasSubstr("QVHardDisk: True -> False"));
+  std::vector<std::string> live = diff;
+  live[2] = "queue:office-mfp";
+  EXPECT_EQ(RunTool(live).status, 2) << "one device is not two";
+}
+
 TEST_F(ToolAcquire, WritesNothingWhenItFails) {
   root_.Write("printer/device.attributes", "ATTR integer a b");
   const auto run = Acquire();
