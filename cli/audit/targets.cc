@@ -11,8 +11,8 @@
 #include <vector>
 
 #include "cli/printer/cups_server.h"
-#include "cli/printer/queue_name.h"
 #include "cli/printer/queue_facts.h"
+#include "cli/printer/queue_name.h"
 #include "cli/snapshot/snapshot_files.h"
 #include "cli/terminal/failure.h"
 #include "cli/terminal/terminal.h"

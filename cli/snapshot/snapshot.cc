@@ -4,10 +4,10 @@
 #include <memory>
 #include <string>
 
+#include "cli/printer/queue_facts.h"
 #include "cli/printer/queue_ppd.h"
 #include "cli/printer/session.h"
 #include "cli/snapshot/locate.h"
-#include "cli/printer/queue_facts.h"
 #include "cli/snapshot/redaction.h"
 #include "cli/snapshot/secrets.h"
 #include "cli/snapshot/snapshot_files.h"
