@@ -114,12 +114,17 @@ constexpr std::string_view kAutomaticSource = "auto";  // a choice of jobs, not 
   return media;
 }
 
+[[nodiscard]] bool IsAutomatic(std::string_view name) {
+  return KeywordOf(name) == kAutomaticSource;
+}
+
 // The keyword of each tray: its name in that form, or where no medium has it and there are as many
 // keywords as trays, the one at its place.
 [[nodiscard]] std::string SourceOf(const AttributeValues& attributes, const Fields& media,
                                    const std::vector<Fields>& trays, std::size_t i) {
   const std::string keyword = KeywordOf(TextIn(trays[i], "name"));
-  const Texts& sources = FindValues(attributes, "media-source-supported");
+  Texts sources = FindValues(attributes, "media-source-supported");
+  std::erase_if(sources, IsAutomatic);
   return !media.contains(keyword) && sources.size() == trays.size() ? sources[i] : keyword;
 }
 
@@ -136,12 +141,12 @@ constexpr std::string_view kAutomaticSource = "auto";  // a choice of jobs, not 
 }
 
 [[nodiscard]] std::vector<Part> TraysOf(const AttributeValues& attributes) {
-  const std::vector<Fields> reported =
+  std::vector<Fields> reported =
       FieldsOf(attributes, "printer-input-tray", "media-source-supported");
+  std::erase_if(reported, [](const Fields& tray) { return IsAutomatic(TextIn(tray, "name")); });
   const Fields media = ReadyMedia(attributes);
   std::vector<Part> trays;
   for (std::size_t i = 0; i < reported.size(); ++i) {
-    if (KeywordOf(TextIn(reported[i], "name")) == kAutomaticSource) continue;
     Part tray = PartOf("tray", reported[i]);
     const auto capacity = ParseCapacity(TextIn(reported[i], "maxcapacity"));
     if (capacity) tray.known["capacity"] = {.value = *capacity, .source = "printer-input-tray"};

@@ -150,7 +150,7 @@ TEST(TrayMapping, TheReadyMediumBelongsToTheTrayOfItsSource) {
 TEST(TrayMapping, SourcesInTheSameOrderNameTraysWithOtherNames) {
   const AttributeValues attributes = {
       {"printer-input-tray", {"name=Kassette A;", "name=Kassette B;"}},
-      {"media-source-supported", {"tray-1", "tray-2"}},
+      {"media-source-supported", {"auto", "tray-1", "tray-2"}},
       {"media-col-ready", {"media-source=tray-2;media-type=labels;"}}};
   EXPECT_EQ(ListOf(attributes, IA_DOCUMENT_TRAY_LIST)[1].fields.at("media-type"), "labels");
   AttributeValues more = attributes;
