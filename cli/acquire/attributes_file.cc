@@ -82,8 +82,8 @@ constexpr std::string_view kHexDigits = "0123456789abcdef";
     }
     case IPP_TAG_RESOLUTION: {
       int feed = 0;
-      ipp_res_t units = IPP_RES_PER_INCH;
-      const int cross = ippGetResolution(attribute, i, &feed, &units);
+      int units = IPP_RES_PER_INCH;
+      const int cross = ippGetResolution(attribute, i, &feed, reinterpret_cast<ipp_res_t*>(&units));
       return std::to_string(cross) + "x" + std::to_string(feed) +
              (units == IPP_RES_PER_CM ? "dpcm" : "dpi");
     }

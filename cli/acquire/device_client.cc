@@ -197,8 +197,16 @@ class Connection {
   HttpPtr http_;
 };
 
-[[nodiscard]] ipp_status_t StatusOf(const std::string& message) {
-  return ippGetStatusCode(ReadMessage(message).get());
+// From the bytes, because a device can send a number that ipp_status_t does not have.
+[[nodiscard]] int StatusOf(const std::string& message) {
+  (void)ReadMessage(message);
+  return static_cast<unsigned char>(message[2]) << 8 | static_cast<unsigned char>(message[3]);
+}
+
+[[nodiscard]] std::string NameOfStatus(int status) {
+  constexpr int kLastKnown = 0x5FF;
+  if (status > kLastKnown) return "status " + std::to_string(status);
+  return ippErrorString(static_cast<ipp_status_t>(status));
 }
 
 [[nodiscard]] std::string Ask(const DeviceRequest& request) {
@@ -206,9 +214,9 @@ class Connection {
   Connection connection(address, request);
   std::string answer = connection.Ask(2, 0);
   if (StatusOf(answer) == IPP_STATUS_ERROR_VERSION_NOT_SUPPORTED) answer = connection.Ask(1, 1);
-  const ipp_status_t status = StatusOf(answer);
+  const int status = StatusOf(answer);
   if (status > IPP_STATUS_OK_EVENTS_COMPLETE) {
-    throw Fault{"it refuses the request (" + std::string(ippErrorString(status)) + ")",
+    throw Fault{"it refuses the request (" + NameOfStatus(status) + ")",
                 "check the path of the URI and the device's access settings"};
   }
   return answer;

@@ -79,7 +79,7 @@ ssize_t TakeBytes(void* context, ipp_uchar_t* buffer, std::size_t size) {
 // Texts ------------------------------------------------------------------------------------------
 
 // Devices that count by centimetres round: 236 is 600 dots per inch. Those are multiples of ten.
-[[nodiscard]] int DotsPerInch(int dots, ipp_res_t units) {
+[[nodiscard]] int DotsPerInch(int dots, int units) {
   constexpr double kTensPerInch = 0.254;  // of dots
   if (units != IPP_RES_PER_CM) return dots;
   return static_cast<int>(std::lround(std::min(dots, 1'000'000) * kTensPerInch)) * 10;
@@ -87,8 +87,9 @@ ssize_t TakeBytes(void* context, ipp_uchar_t* buffer, std::size_t size) {
 
 [[nodiscard]] std::string ResolutionOf(ipp_attribute_t* attribute, int i) {
   int feed = 0;
-  ipp_res_t units = IPP_RES_PER_INCH;
-  const int cross_feed = ippGetResolution(attribute, i, &feed, &units);
+  int units = IPP_RES_PER_INCH;
+  const int cross_feed =
+      ippGetResolution(attribute, i, &feed, reinterpret_cast<ipp_res_t*>(&units));
   return ResolutionText(cross_feed, feed, units);
 }
 
@@ -176,7 +177,7 @@ bool IsText(ipp_tag_t tag) {
   return tag >= IPP_TAG_TEXT || tag == IPP_TAG_TEXTLANG || tag == IPP_TAG_NAMELANG;
 }
 
-std::string ResolutionText(int cross_feed, int feed, ipp_res_t units) {
+std::string ResolutionText(int cross_feed, int feed, int units) {
   const std::string width = std::to_string(DotsPerInch(cross_feed, units));
   const std::string height = std::to_string(DotsPerInch(feed, units));
   return (width == height ? width : width + "x" + height) + "dpi";

@@ -81,8 +81,8 @@ using AttributeValues = std::map<std::string, std::vector<std::string>, std::les
 // Whether values of the type are texts, names, keywords, URIs and the like.
 [[nodiscard]] bool IsText(ipp_tag_t tag);
 
-// "600dpi" or "600x1200dpi".
-[[nodiscard]] std::string ResolutionText(int cross_feed, int feed, ipp_res_t units);
+// "600dpi" or "600x1200dpi"; the units are an ipp_res_t or what a device sends in its place.
+[[nodiscard]] std::string ResolutionText(int cross_feed, int feed, int units);
 
 // The values of an attribute; none when it is missing.
 [[nodiscard]] const std::vector<std::string>& FindValues(const AttributeValues& attributes,
