@@ -1,5 +1,6 @@
 #include "cli/acquire/fields.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cstddef>
 #include <cstdint>
@@ -60,13 +61,15 @@ constexpr std::string_view kBlanks{" \t\r\n\0", 5};
 Fields ParseFields(std::string_view text) {
   Fields fields;
   while (!text.empty()) {
-    const std::size_t end = FindPlain(text, ';');
-    const std::string_view field = text.substr(0, end);
-    text.remove_prefix(end < text.size() ? end + 1 : end);
-    const std::size_t equals = field.find('=');
-    if (equals == std::string_view::npos) continue;
-    const std::string name = LowerCase(Trimmed(field.substr(0, equals)));
-    if (!name.empty()) fields.emplace(name, CleanText(WithoutEscapes(field.substr(equals + 1))));
+    const std::size_t name_end = text.find_first_of("=;");
+    if (name_end == std::string_view::npos) break;
+    const std::string name = LowerCase(Trimmed(text.substr(0, name_end)));
+    const bool has_value = text[name_end] == '=';
+    text.remove_prefix(name_end + 1);
+    if (!has_value) continue;
+    const std::string_view value = text.substr(0, FindPlain(text, ';'));
+    text.remove_prefix(std::min(value.size() + 1, text.size()));
+    if (!name.empty()) fields.emplace(name, CleanText(WithoutEscapes(value)));
   }
   return fields;
 }

@@ -48,6 +48,11 @@ TEST(Fields, BackslashesEscapeBlanksAndSeparators) {
   EXPECT_EQ(ParseFields(R"(name=C:\x\)"), (Fields{{"name", R"(C:\x\)"}}));
 }
 
+TEST(Fields, NamesHaveNoEscapes) {
+  EXPECT_EQ(ParseFields(R"(type=a;maxcap\;ity=100;na\=me=b;)"),
+            (Fields{{"type", "a"}, {"ity", "100"}, {R"(na\)", "me=b"}}));
+}
+
 TEST(Fields, ValuesAreCleanText) {
   EXPECT_EQ(ParseFields("name=a\x1B[2Jb\xFF;"), (Fields{{"name", "a [2Jb\uFFFD"}}));
 }
