@@ -16,10 +16,10 @@ template <class Record, class LastField>
 [[nodiscard]] std::int32_t CopyRecord(const Record& record, const LastField& last_field,
                                       Record* target, std::size_t size) noexcept {
   if (target == nullptr) return 0;
-  const auto* const begin = reinterpret_cast<const char*>(&record);
-  const auto end = static_cast<std::size_t>(reinterpret_cast<const char*>(&last_field + 1) - begin);
+  const std::size_t end =
+      reinterpret_cast<std::uintptr_t>(&last_field + 1) - reinterpret_cast<std::uintptr_t>(&record);
   const std::size_t known = std::min(size, end);
-  std::memcpy(target, begin, known);
+  std::memcpy(target, &record, known);
   std::memset(reinterpret_cast<char*>(target) + known, 0, size - known);
   return 1;
 }

@@ -124,9 +124,9 @@ using Words = std::span<char* const>;
 }
 
 // The last verb that the command line names; the tool itself when it names none.
-[[nodiscard]] const CLI::App& FindVerb(const CLI::App& app) {
-  const std::vector<CLI::App*> named = app.get_subcommands();
-  return named.empty() ? app : FindVerb(*named.front());
+[[nodiscard]] const CLI::App* FindVerb(const CLI::App* app) {
+  const std::vector<CLI::App*> named = app->get_subcommands();
+  return named.empty() ? app : FindVerb(named.front());
 }
 
 // "info-analyze queues find".
@@ -192,7 +192,7 @@ using Words = std::span<char* const>;
 
 // Throws a Failure that names what no verb takes, if there is something.
 void RefuseUnknownWords(const CLI::App& app, const std::vector<std::string>& arguments) {
-  const CLI::App& verb = FindVerb(app);
+  const CLI::App& verb = *FindVerb(&app);
   const std::vector<std::string> words = UnknownWords(app, arguments);
   const auto argument = std::ranges::find_if_not(words, IsOption);
   // Its options follow a verb that is misspelt.
@@ -238,7 +238,7 @@ void Parse(CLI::App& app, int argc, char** argv) {
   SetVerb(VerbIn(app, words), WantsJson(words));
   try {
     app.parse(argc, argv);
-    RequireVerb(FindVerb(app));
+    RequireVerb(*FindVerb(&app));
   } catch (const HelpRequest& request) {
     WriteAnswer(FindHelp(app, request.words));
   } catch (const CLI::ParseError& error) {
@@ -248,8 +248,8 @@ void Parse(CLI::App& app, int argc, char** argv) {
       return WriteAnswer(text.str());
     }
     RefuseUnknownWords(app, {words.begin(), words.end()});
-    RequireVerb(FindVerb(app));
-    throw Failure(ExitStatus::kUsage, {.cause = error.what(), .hint = HelpHint(FindVerb(app))});
+    RequireVerb(*FindVerb(&app));
+    throw Failure(ExitStatus::kUsage, {.cause = error.what(), .hint = HelpHint(*FindVerb(&app))});
   }
 }
 

@@ -1,5 +1,6 @@
 #include "cli/acquire/acquire.h"
 
+#include <CLI/CLI.hpp>
 #include <cerrno>
 #include <cstdint>
 #include <cstring>

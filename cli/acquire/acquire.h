@@ -2,12 +2,15 @@
 #ifndef INFO_ANALYZE_CLI_ACQUIRE_ACQUIRE_H_
 #define INFO_ANALYZE_CLI_ACQUIRE_ACQUIRE_H_
 
-#include <CLI/CLI.hpp>
 #include <string>
 #include <vector>
 
 #include "cli/acquire/acquired_documents.h"
 #include "cli/printer/session.h"
+
+namespace CLI {
+class App;
+}  // namespace CLI
 
 namespace ia::cli {
 

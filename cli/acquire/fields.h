@@ -16,7 +16,7 @@ using Fields = std::map<std::string, std::string, std::less<>>;
 
 // The fields of a printer-input-tray, printer-output-tray or printer-finisher (PWG 5100.13,
 // 5100.1). The last one may lack its semicolon. In a value, a backslash escapes a blank, a
-// semicolon, an equals sign and a backslash; in a name it stands for itself. Blanks and NULs around
+// semicolon, an equals sign and a backslash; a name has no escapes. Blanks and NULs around
 // names and values are no part of them. Of fields of one name the first counts; text without a name
 // or an equals sign is ignored.
 [[nodiscard]] Fields ParseFields(std::string_view text);

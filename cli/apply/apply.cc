@@ -1,5 +1,6 @@
 #include "cli/apply/apply.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <chrono>
 #include <cstddef>

@@ -1,5 +1,6 @@
 #include "cli/audit/audit.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <charconv>
 #include <chrono>

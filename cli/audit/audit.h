@@ -2,13 +2,16 @@
 #ifndef INFO_ANALYZE_CLI_AUDIT_AUDIT_H_
 #define INFO_ANALYZE_CLI_AUDIT_AUDIT_H_
 
-#include <CLI/CLI.hpp>
 #include <functional>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "cli/audit/judge.h"
+
+namespace CLI {
+class App;
+}  // namespace CLI
 
 namespace ia::cli {
 

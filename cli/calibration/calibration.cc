@@ -1,5 +1,6 @@
 #include "cli/calibration/calibration.h"
 
+#include <CLI/CLI.hpp>
 #include <cerrno>
 #include <cstring>
 #include <fstream>

@@ -1,5 +1,6 @@
 #include "cli/calibration/job_options.h"
 
+#include <CLI/CLI.hpp>
 #include <cstddef>
 #include <string>
 #include <vector>

@@ -2,12 +2,15 @@
 #ifndef INFO_ANALYZE_CLI_CALIBRATION_JOB_OPTIONS_H_
 #define INFO_ANALYZE_CLI_CALIBRATION_JOB_OPTIONS_H_
 
-#include <CLI/CLI.hpp>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "info_analyze/option_table.h"
+
+namespace CLI {
+class App;
+}  // namespace CLI
 
 namespace ia::cli {
 

@@ -1,5 +1,6 @@
 #include "cli/diff/diff.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cstddef>
 #include <memory>

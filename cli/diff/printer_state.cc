@@ -4,6 +4,7 @@
 #include <sys/types.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <CLI/CLI.hpp>
 
 #include <array>
 #include <cerrno>

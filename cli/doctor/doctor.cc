@@ -1,5 +1,6 @@
 #include "cli/doctor/doctor.h"
 
+#include <CLI/CLI.hpp>
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <string>

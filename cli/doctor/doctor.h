@@ -2,7 +2,9 @@
 #ifndef INFO_ANALYZE_CLI_DOCTOR_DOCTOR_H_
 #define INFO_ANALYZE_CLI_DOCTOR_DOCTOR_H_
 
-#include <CLI/CLI.hpp>
+namespace CLI {
+class App;
+}  // namespace CLI
 
 namespace ia::cli {
 

@@ -1,6 +1,7 @@
 #include "cli/explain/explain.h"
 
 #include <strings.h>
+#include <CLI/CLI.hpp>
 
 #include <algorithm>
 #include <cstddef>

@@ -574,7 +574,7 @@ AllQueues FetchAllQueues(seconds timeout) {
   all.server.name = message.Take();
   all.server.folder = message.Take();
   all.server.user = message.Take();
-  all.server.encryption = std::atoi(message.Take().c_str());
+  all.server.encryption = message.TakeNumber();
   while (!message.IsAtEnd()) message.Take(QueueAttributes::FieldsOf(all.queues.emplace_back()));
   return all;
 }

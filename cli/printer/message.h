@@ -2,8 +2,8 @@
 #define INFO_ANALYZE_CLI_PRINTER_MESSAGE_H_
 
 #include <algorithm>
+#include <charconv>
 #include <cstddef>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 #include <tuple>
@@ -46,13 +46,20 @@ class Message {
     return text;
   }
   [[nodiscard]] bool TakeFlag() { return !Take().empty(); }
+  // Zero when the next text is no number.
+  [[nodiscard]] int TakeNumber() {
+    const std::string text = Take();
+    int number = 0;
+    std::from_chars(text.data(), text.data() + text.size(), number);
+    return number;
+  }
 
   void Take(std::string& text) { text = Take(); }
   void Take(bool& flag) { flag = TakeFlag(); }
   template <class Enum>
     requires std::is_enum_v<Enum>
   void Take(Enum& value) {
-    value = static_cast<Enum>(std::atoi(Take().c_str()));
+    value = static_cast<Enum>(TakeNumber());
   }
   template <class... Fields>
   void Take(std::tuple<Fields&...> fields) {
@@ -60,7 +67,7 @@ class Message {
   }
   template <class Record>
   void Take(std::vector<Record>& records) {
-    for (auto left = std::atoll(Take().c_str()); left > 0 && !IsAtEnd(); --left) {
+    for (int left = TakeNumber(); left > 0 && !IsAtEnd(); --left) {
       Take(Record::FieldsOf(records.emplace_back()));
     }
   }

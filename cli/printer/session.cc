@@ -1,6 +1,7 @@
 #include "cli/printer/session.h"
 
 #include <dlfcn.h>
+#include <CLI/CLI.hpp>
 
 #include <filesystem>
 #include <string>

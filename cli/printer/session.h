@@ -2,11 +2,15 @@
 #ifndef INFO_ANALYZE_CLI_PRINTER_SESSION_H_
 #define INFO_ANALYZE_CLI_PRINTER_SESSION_H_
 
-#include <CLI/CLI.hpp>
 #include <memory>
 #include <string>
 
 #include "cli/printer/handles.h"
+
+namespace CLI {
+class App;
+class Option;
+}  // namespace CLI
 
 namespace ia::cli {
 

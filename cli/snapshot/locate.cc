@@ -1,5 +1,6 @@
 #include "cli/snapshot/locate.h"
 
+#include <CLI/CLI.hpp>
 #include <memory>
 #include <string>
 #include <system_error>

@@ -1,5 +1,6 @@
 #include "cli/snapshot/snapshot.h"
 
+#include <CLI/CLI.hpp>
 #include <cstddef>
 #include <memory>
 #include <string>

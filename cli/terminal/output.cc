@@ -1,5 +1,6 @@
 #include "cli/terminal/output.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <array>
 #include <cerrno>

@@ -2,12 +2,15 @@
 #ifndef INFO_ANALYZE_CLI_TERMINAL_OUTPUT_H_
 #define INFO_ANALYZE_CLI_TERMINAL_OUTPUT_H_
 
-#include <CLI/CLI.hpp>
 #include <nlohmann/json_fwd.hpp>
 #include <string>
 #include <vector>
 
 #include "info_analyze/option_list.h"
+
+namespace CLI {
+class App;
+}  // namespace CLI
 
 namespace ia::cli {
 
