@@ -31,8 +31,8 @@ std::int32_t ia::SetOptions(OptionSetter* rows, std::int32_t count,
   for (std::int32_t i = 0; i < count; ++i) {
     const OptionSetter& row = rows[i];
     if (row.keyword == nullptr || (row.value == nullptr && !target.with_defaults)) continue;
-    AddOption(*target.list, row.keyword, row.value != nullptr ? row.value : row.default_value);
-    std::free(row.value);
+    AddOption(*target.list, row.keyword,
+              row.value != nullptr ? CString(row.value) : CopyOf(row.default_value));
   }
   return 0;
 }

@@ -17,6 +17,21 @@ bool HasKeyPrefix(const OptTable& node, std::string_view prefix) noexcept {
          std::mismatch(prefix.begin(), prefix.end(), node.key).first == prefix.end();
 }
 
+// The node that a new one with this key comes after. Null when there is none, because some key
+// begins with this one.
+//
+// The search is case-sensitive and finds keys that begin with the new one; the change of values
+// ignores case and needs an equal key. PPDs rely on this difference: "QVFin" is neither added
+// beside "QVFinisher" nor changes it, and "qvfoo" is added beside "QVFoo".
+OptTable* LastBeforeNew(OptTable& head, std::string_view key) noexcept {
+  OptTable* last = nullptr;
+  for (OptTable* node = &head; node != nullptr; node = node->next) {
+    if (HasKeyPrefix(*node, key)) return nullptr;
+    last = node;
+  }
+  return last;
+}
+
 }  // namespace
 
 NodePtr NewNode(CString key, CString value) noexcept {
@@ -69,21 +84,25 @@ bool ChangeValues(OptTable* head, std::string_view key, std::string_view value) 
   return changed_all;
 }
 
-// The search is case-sensitive and finds keys that begin with the new one; the change ignores case
-// and needs an equal key. PPDs rely on this difference: "QVFin" is neither added beside
-// "QVFinisher" nor changes it, and "qvfoo" is added beside "QVFoo".
 bool AddBack(OptTable& head, std::string_view key, std::string_view value) noexcept {
-  OptTable* last = nullptr;
-  for (OptTable* node = &head; node != nullptr; node = node->next) {
-    if (HasKeyPrefix(*node, key)) return ChangeValues(&head, key, value);
-    last = node;
-  }
+  OptTable* const last = LastBeforeNew(head, key);
+  if (last == nullptr) return ChangeValues(&head, key, value);
   last->next = NewNode(key, value).release();
   return last->next != nullptr;
 }
 
 void AddOption(OptTable& list, const char* keyword, const char* value) noexcept {
   if (value != nullptr) static_cast<void>(AddBack(list, keyword, value));
+}
+
+void AddOption(OptTable& list, const char* keyword, CString value) noexcept {
+  if (!value) return;
+  OptTable* const last = LastBeforeNew(list, keyword);
+  if (last == nullptr) {
+    ChangeValues(&list, keyword, value.get());
+  } else {
+    last->next = NewNode(Duplicate(keyword), std::move(value)).release();
+  }
 }
 
 void FreeTable(OptTable* head) noexcept {

@@ -52,6 +52,9 @@ bool ChangeValues(OptTable* head, std::string_view key, std::string_view value) 
 // fails.
 void AddOption(OptTable& list, const char* keyword, const char* value) noexcept;
 
+// The same, for a value that a new entry takes over instead of a copy.
+void AddOption(OptTable& list, const char* keyword, CString value) noexcept;
+
 // Frees a whole table; null is an empty one.
 void FreeTable(OptTable* head) noexcept;
 

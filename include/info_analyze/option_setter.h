@@ -30,8 +30,9 @@ typedef struct OptionSetter {
  *  @return 0 */
 IA_EXPORT int32_t zGetOptionString(OptionSetter* rows, int32_t count) IA_NOEXCEPT;
 
-/** Appends each row's keyword with its value, or its default, to a list, and releases the values.
- *  The value fields are not cleared: after this call they must not be used.
+/** Appends each row's keyword with its value, or its default, to a list, and takes over
+ *  the values: it releases them or makes them part of the list. The value fields are not cleared:
+ *  after this call they must not be used.
  *  @param rows     rows
  *  @param count    number of rows
  *  @param options  list
