@@ -22,7 +22,6 @@
 #include <fstream>
 #include <functional>
 #include <ios>
-#include <memory>
 #include <optional>
 #include <ostream>
 #include <span>
@@ -33,6 +32,7 @@
 #include <vector>
 
 #include "cli/printer/child_process.h"
+#include "cli/printer/connection.h"
 #include "cli/printer/message.h"
 #include "cli/printer/regular_file.h"
 #include "cli/terminal/failure.h"
@@ -51,16 +51,6 @@ bool g_has_host = false;      // the option -h
 bool g_has_cups_root = true;  // the option --cups-root
 
 constexpr std::size_t kMaxPpdSize = std::size_t{16} << 20;
-
-struct HttpCloser {
-  void operator()(http_t* http) const noexcept { httpClose(http); }
-};
-using HttpPtr = std::unique_ptr<http_t, HttpCloser>;
-
-struct IppDeleter {
-  void operator()(ipp_t* message) const noexcept { ippDelete(message); }
-};
-using IppPtr = std::unique_ptr<ipp_t, IppDeleter>;
 
 // What a request is for, in messages: "cannot read", "PPD of queue "office"".
 struct Purpose {
@@ -152,24 +142,6 @@ const char* AskForNoPassword(const char*, http_t*, const char*, const char*, voi
   return nullptr;
 }
 
-struct AddressListDeleter {
-  void operator()(http_addrlist_t* list) const noexcept { httpAddrFreeList(list); }
-};
-
-// Why there is no connection. libcups leaves no usable errno, so the first address is tried again.
-[[nodiscard]] std::string FindConnectionFault() {
-  const std::unique_ptr<http_addrlist_t, AddressListDeleter> list(
-      httpAddrGetList(cupsServer(), AF_UNSPEC, std::to_string(ippPort()).c_str()));
-  if (!list) return cupsLastErrorString();
-  const int descriptor = socket(httpAddrFamily(&list->addr), SOCK_STREAM | SOCK_CLOEXEC, 0);
-  if (descriptor < 0) return std::strerror(errno);
-  const bool is_connected = connect(descriptor, &list->addr.addr,
-                                    static_cast<socklen_t>(httpAddrLength(&list->addr))) == 0;
-  const int error = errno;
-  close(descriptor);
-  return is_connected ? "it closes connections" : std::strerror(error);
-}
-
 [[nodiscard]] std::string OrCupsRoot(const std::string& fix) {
   return g_has_cups_root ? fix + " or pass --cups-root" : fix;
 }
@@ -195,7 +167,8 @@ class Server {
     http_.reset(httpConnect2(cupsServer(), ippPort(), nullptr, AF_UNSPEC, cupsEncryption(), 1,
                              static_cast<int>(milliseconds(timeout).count()), nullptr));
     if (http_) return;
-    Fail(purpose_, Name() + " does not answer (" + FindConnectionFault() + ")", FixOfNoAnswer());
+    const std::string fault = FindConnectionFault(cupsServer(), ippPort());
+    Fail(purpose_, Name() + " does not answer (" + fault + ")", FixOfNoAnswer());
   }
 
   [[nodiscard]] std::string Name() const { return NameOfServer(ServerOfLibcups()); }
