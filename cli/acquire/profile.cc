@@ -307,7 +307,8 @@ Profile ParseProfile(std::string_view text, const std::string& file) {
   try {
     root = ordered_json::parse(text);
   } catch (const ordered_json::parse_error& error) {
-    Place(file, root, "").Refuse("is not JSON: an error at byte " + std::to_string(error.byte));
+    const auto line = 1 + std::ranges::count(text.substr(0, error.byte - 1), '\n');
+    Place(file, root, "").Refuse("is not JSON: an error in line " + std::to_string(line));
   }
   return ReadMembers(Place(file, root, ""), file);
 }

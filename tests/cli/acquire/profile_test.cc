@@ -144,7 +144,9 @@ TEST(Profile, TheFirstRuleThatMatchesGivesAllFaxLines) {
 }
 
 TEST(Profile, IsRefusedWithTheNameOfWhatIsWrong) {
-  EXPECT_EQ(FaultOf(std::string("{")), "is not JSON: an error at byte 2");
+  EXPECT_EQ(FaultOf(std::string("{")), "is not JSON: an error in line 1");
+  EXPECT_EQ(FaultOf(std::string("{\n  \"format\": 1,\n}\n")), "is not JSON: an error in line 3");
+  EXPECT_EQ(FaultOf(std::string()), "is not JSON: an error in line 1");
   EXPECT_EQ(FaultOf(Json::array()), "is not an object");
   EXPECT_EQ(FaultOf(Json::object()), "has no profile_version");
   EXPECT_EQ(FaultOf(Json{{"profile_version", 2}}),
