@@ -13,25 +13,26 @@
  *  Several dictionaries under one key are numbered from 0. A writer or reader has one current
  *  dictionary or array at a time, at first the outermost dictionary.
  *
- *  <b>Loading.</b> Bidi_Create() loads "<folder>/Bidi/libmqpd_util.so" with dlopen(RTLD_NOW) and
+ *  Loading: Bidi_Create() loads "<folder>/Bidi/libmqpd_util.so" with dlopen(RTLD_NOW) and
  *  looks up all 36 names with dlsym(). If one is missing, it fails. Bidi_Destroy() calls
  *  qvxmlwrapCleanup() and dlclose(). Nothing else is called at either time.
  *
- *  <b>Who calls what.</b> Each entry point has a line "Called":
- *  - "by queries": Analyze_Info_FromPrinter(), the functions of device_documents.h and
- *    Analyze_Provenance_RunUpdate() call it, with the values described there. Callers of
- *    device_documents.h can read keys of their own in the same way.
- *  - "by its wrapper only": libinfo_analyze calls it when a program calls the function of the same
- *    name with the prefix "Bidi_" (bidi.h), with the program's values, and never by itself. The
- *    tool info-analyze is such a program; where it calls an entry point, the line says so.
+ *  Who calls what: an entry point that is "called by queries" is called by
+ *  Analyze_Info_FromPrinter(), the functions of device_documents.h and
+ *  Analyze_Provenance_RunUpdate(), with the values described there. Callers of device_documents.h
+ *  can read keys of their own in the same way.
+ *
+ *  One that is "called by its wrapper only" is called when a program calls the function of the same
+ *  name with the prefix "Bidi_" (bidi.h), with the program's values, and never otherwise. The tool
+ *  info-analyze is such a program; where it calls an entry point, the description says so.
  *
  *  Wrappers return the entry point's result. Those of "Get" functions that store a value or enter
  *  a level return 1 for any result but 0.
  *
- *  <b>Unused words.</b> Queries pass 0 for each word and NULL for each auxiliary. Wrappers pass
+ *  Unused words: queries pass 0 for each word and NULL for each auxiliary. Wrappers pass
  *  what the program gives them. libinfo_analyze never interprets a word.
  *
- *  <b>Threads.</b> libinfo_analyze calls the communication library in the thread of its caller.
+ *  Threads: libinfo_analyze calls the communication library in the thread of its caller.
  *  Several threads can query at once, each with its own readers. No reader or writer is used by two
  *  threads at once. Lock what these share. */
 #ifndef INFO_ANALYZE_COMMUNICATION_LIBRARY_H_
