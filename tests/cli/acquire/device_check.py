@@ -66,7 +66,7 @@ NOT_REPORTED = {
 }
 OK, SNAPSHOT, DEVICE = 0, 9, 13
 TIMEOUT = 1
-GRACE = 4.0  # what a run may take longer: on a busy machine, instrumented programs start slowly
+GRACE = 1.0  # what a run may take longer than its timeout
 Run = collections.namedtuple("Run", "status out err seconds")
 
 
