@@ -1,6 +1,6 @@
 #include <unistd.h>
-#include <CLI/CLI.hpp>
 
+#include <CLI/CLI.hpp>
 #include <array>
 #include <cerrno>
 #include <chrono>

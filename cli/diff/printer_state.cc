@@ -4,8 +4,8 @@
 #include <sys/types.h>
 #include <sys/wait.h>
 #include <unistd.h>
-#include <CLI/CLI.hpp>
 
+#include <CLI/CLI.hpp>
 #include <array>
 #include <cerrno>
 #include <cstdint>

@@ -1,8 +1,8 @@
 #include "cli/printer/session.h"
 
 #include <dlfcn.h>
-#include <CLI/CLI.hpp>
 
+#include <CLI/CLI.hpp>
 #include <filesystem>
 #include <string>
 #include <system_error>
