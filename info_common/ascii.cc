@@ -29,7 +29,8 @@ bool HasPrefixIgnoringCase(std::string_view text, std::string_view prefix) noexc
          std::equal(prefix.begin(), prefix.end(), text.begin(), SameLetter);
 }
 
-// First searches for an underscore, which most needles have and most texts do not.
+// First searches for an underscore, which most needles have and most texts do not. Then compares
+// from the end, where flag keys differ more often than at the beginning.
 bool ContainsIgnoringCase(std::string_view text, std::string_view needle) noexcept {
   if (text.size() < needle.size()) return false;
   const auto mark = std::ranges::find(needle, kMark);
@@ -38,10 +39,12 @@ bool ContainsIgnoringCase(std::string_view text, std::string_view needle) noexce
                                          SameLetter) != text.end();
   }
   const auto before = static_cast<std::size_t>(mark - needle.begin());
-  for (std::size_t at = text.find(kMark, before); at != std::string_view::npos;
-       at = text.find(kMark, at + 1)) {
-    const std::size_t start = at - before;
-    if (HasPrefixIgnoringCase({text.data() + start, text.size() - start}, needle)) return true;
+  // The needle fits around these.
+  const std::string_view marks(text.data(), text.size() - needle.size() + before + 1);
+  for (std::size_t at = marks.find(kMark, before); at != std::string_view::npos;
+       at = marks.find(kMark, at + 1)) {
+    const std::string_view piece(text.data() + at - before, needle.size());
+    if (std::equal(needle.rbegin(), needle.rend(), piece.rbegin(), SameLetter)) return true;
   }
   return false;
 }

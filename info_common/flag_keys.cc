@@ -20,13 +20,15 @@
 namespace ia {
 namespace {
 
-constexpr char kItemSeparators[] = ",_";
+constexpr bool IsSeparator(char character) noexcept { return character == ',' || character == '_'; }
+
 constexpr std::int32_t kLastIndex = std::numeric_limits<std::int32_t>::max();
 
-// The lowest index, from 0, that is above those of the list's keys; 0 means the base alone.
-std::int32_t NextFreeIndex(const OptTable* list, std::string_view base,
+// The lowest index, from 0, that is above those of the keys up to the last node, or of all keys
+// without one; 0 means the base alone.
+std::int32_t NextFreeIndex(const OptTable* list, const OptTable* last, std::string_view base,
                            std::int32_t lowest) noexcept {
-  for (const OptTable* node = list; node != nullptr; node = node->next) {
+  for (const OptTable* node = list; node != nullptr; node = node != last ? node->next : nullptr) {
     if (node->key == nullptr || !ContainsIgnoringCase(node->key, base)) continue;
     const char* const separator = std::strchr(node->key + base.size(), '_');
     if (separator == nullptr) {
@@ -40,12 +42,6 @@ std::int32_t NextFreeIndex(const OptTable* list, std::string_view base,
   return lowest;
 }
 
-// The lowest index that is above those of both lists.
-std::int32_t NextFreeIndex(const OptTable* first, const OptTable* second,
-                           std::string_view base) noexcept {
-  return NextFreeIndex(second, base, NextFreeIndex(first, base, 0));
-}
-
 CString NewFlagKey(std::string_view base, std::int32_t index) noexcept {
   if (index == 0) return Duplicate(base);
   const auto digits = static_cast<std::size_t>(std::log10(index)) + 1;
@@ -57,33 +53,39 @@ CString NewFlagKey(std::string_view base, std::int32_t index) noexcept {
   return key;
 }
 
-// Calls take(item) for each item of a copy of the text, until it returns non-zero.
+// Calls take(item) for each item of a copy of the text, until it returns non-zero. The text may be
+// a value that it changes.
 template <class Take>
 std::int32_t ForEachItem(const char* text, Take take) noexcept {
   const CString copy = Duplicate(text);
   if (!copy) return -1;
-  char* rest = nullptr;
-  for (char* item = strtok_r(copy.get(), kItemSeparators, &rest); item != nullptr;
-       item = strtok_r(nullptr, kItemSeparators, &rest)) {
-    if (const std::int32_t result = take(item); result != 0) return result;
+  for (const char* item = copy.get(); *item != '\0';) {
+    const char* end = item;
+    while (*end != '\0' && !IsSeparator(*end)) ++end;
+    const std::int32_t result =
+        end != item ? take({item, static_cast<std::size_t>(end - item)}) : 0;
+    if (result != 0) return result;
+    item = *end != '\0' ? end + 1 : end;
   }
   return 0;
 }
 
 }  // namespace
 
-FlagAdder::FlagAdder(const OptTable* source, const char* base, OptionList& list) noexcept
-    : base_(base), index_(NextFreeIndex(source, &list, base)), list_(list), last_(&list) {
-  while (last_->next != nullptr) last_ = last_->next;
-}
+FlagAdder::FlagAdder(const OptTable* source, const char* base, OptionList& list,
+                     OptTable* last) noexcept
+    : base_(base),
+      index_(NextFreeIndex(&list, last, base, NextFreeIndex(source, nullptr, base, 0))),
+      list_(list),
+      last_(LastOf(last != nullptr ? last : &list)) {}
 
 std::int32_t FlagAdder::Add(const char* text) noexcept {
-  return ForEachItem(text, [&](const char* item) noexcept { return AddItem(item) ? 0 : -1; });
+  return ForEachItem(text, [&](std::string_view item) noexcept { return AddItem(item) ? 0 : -1; });
 }
 
 // A new key is not searched for, because its index is above all others. There are two exceptions:
 // the base alone can begin a key with a negative index, and the last index is used again.
-bool FlagAdder::AddItem(const char* item) noexcept {
+bool FlagAdder::AddItem(std::string_view item) noexcept {
   CString key = NewFlagKey(base_, index_);
   if (!key) return false;
   const bool can_be_known = index_ == 0 || index_ == kLastIndex;
@@ -124,7 +126,8 @@ int32_t OptionList_Get_FlagValue(OptTable** cursor, const char* base, int32_t hi
 char* z_create_flag_key_fom_option_list(const OptTable* first, const OptTable* second,
                                         const char* base) noexcept {
   if (base == nullptr) return nullptr;
-  return ia::NewFlagKey(base, ia::NextFreeIndex(first, second, base)).release();
+  const std::int32_t lowest = ia::NextFreeIndex(first, nullptr, base, 0);
+  return ia::NewFlagKey(base, ia::NextFreeIndex(second, nullptr, base, lowest)).release();
 }
 
 int32_t OptionList_Set_FlagValue(const OptTable* source, const char* base, const char* text,
@@ -135,11 +138,12 @@ int32_t OptionList_Set_FlagValue(const OptTable* source, const char* base, const
 
 int32_t OptionList_Set_ArrrayFlagValue(const char* text, OptionList* target) noexcept {
   if (text == nullptr || target == nullptr) return 0;
-  return ia::ForEachItem(text, [&](char* item) noexcept {
-    char* const name = item + std::strspn(item, ":");
-    if (*name == '\0') return 0;
-    char* const colon = std::strchr(name, ':');
-    if (colon != nullptr) *colon = '\0';
-    return ia::AddBack(*target, item, colon != nullptr ? colon + 1 : "") ? 0 : -1;
+  return ia::ForEachItem(text, [&](std::string_view item) noexcept {
+    const std::size_t name = item.find_first_not_of(':');
+    if (name == item.npos) return 0;
+    const std::size_t colon = std::min(item.find(':', name), item.size());
+    const std::string_view key(item.data(), colon);
+    const std::size_t value = std::min(colon + 1, item.size());
+    return ia::AddBack(*target, key, {item.data() + value, item.size() - value}) ? 0 : -1;
   });
 }

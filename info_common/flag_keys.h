@@ -3,6 +3,7 @@
 #define INFO_COMMON_FLAG_KEYS_H_
 
 #include <cstdint>
+#include <string_view>
 
 #include "info_analyze/option_list.h"
 
@@ -10,14 +11,16 @@ namespace ia {
 
 class FlagAdder {
  public:
-  // The first index is above those in the source and in the list.
-  FlagAdder(const OptTable* source, const char* base, OptionList& list) noexcept;
+  // The first index is above those in the source and in the list. No key after the last node, when
+  // one is given, may hold the base.
+  FlagAdder(const OptTable* source, const char* base, OptionList& list,
+            OptTable* last = nullptr) noexcept;
 
   // Adds each item of the text; -1 when an allocation fails.
   [[nodiscard]] std::int32_t Add(const char* text) noexcept;
 
  private:
-  [[nodiscard]] bool AddItem(const char* item) noexcept;
+  [[nodiscard]] bool AddItem(std::string_view item) noexcept;
 
   const char* base_;
   std::int32_t index_;  // of the next key

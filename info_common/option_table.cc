@@ -66,6 +66,11 @@ OptTable* TakeKeyHolding(OptTable*& cursor, std::string_view text) noexcept {
   return nullptr;
 }
 
+OptTable* LastOf(OptTable* list) noexcept {
+  while (list->next != nullptr) list = list->next;
+  return list;
+}
+
 bool ReplaceValue(OptTable& node, std::string_view value) noexcept {
   CString copy = Duplicate(value);
   if (!copy) return false;

@@ -37,6 +37,9 @@ using NodePtr = std::unique_ptr<OptTable, NodeDeleter>;
 // none. The cursor moves to the node after it.
 [[nodiscard]] OptTable* TakeKeyHolding(OptTable*& cursor, std::string_view text) noexcept;
 
+// The last node of a list that has one.
+[[nodiscard]] OptTable* LastOf(OptTable* list) noexcept;
+
 // False, and the node unchanged, when an allocation fails.
 [[nodiscard]] bool ReplaceValue(OptTable& node, std::string_view value) noexcept;
 

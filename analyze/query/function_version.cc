@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
+#include <cstring>
 #include <optional>
 #include <string_view>
 
@@ -18,13 +19,16 @@
 namespace ia {
 namespace {
 
+// Its values are "key:value" items.
+constexpr const char* kItemSource = "QVAnlz_FuncVer_UI";
+
+// Where the flags of a source go.
 struct FlagKeys {
   const char* source;
-  const char* target;  // null: the values are "key:value" items
+  const char* target;
 };
 
 constexpr auto kFlagKeys = std::to_array<FlagKeys>({
-    {"QVAnlz_FuncVer_UI", nullptr},
     {"QVAnlz_FuncVer_CommonFlag", "QV_Prot_CommonFlag"},
     {"QVAnlz_FuncVer_JobScriptFlag", "QV_Prot_JobScriptFlag"},
     {"QVAnlz_FuncVer_BinderScriptFlag", "QV_Prot_BinderScriptFlag"},
@@ -36,9 +40,16 @@ constexpr auto kFlagKeys = std::to_array<FlagKeys>({
 constexpr std::string_view kSource = "QVAnlz_FuncVer_";
 constexpr std::string_view kTarget = "QV_Prot_";
 constexpr std::size_t kFirstCapacity = 64;  // of entries
+static_assert(std::string_view(kItemSource).starts_with(kSource) &&
+              std::ranges::all_of(kFlagKeys, [](const FlagKeys& keys) {
+                return std::string_view(keys.source).starts_with(kSource) &&
+                       std::string_view(keys.target).starts_with(kTarget);
+              }));
+// So the keys of one target are no keys of a different one.
 static_assert(std::ranges::all_of(kFlagKeys, [](const FlagKeys& keys) {
-  return std::string_view(keys.source).starts_with(kSource) &&
-         (keys.target == nullptr || std::string_view(keys.target).starts_with(kTarget));
+  return std::ranges::count_if(kFlagKeys, [&](const FlagKeys& others) {
+           return std::string_view(others.target).find(keys.target) != std::string_view::npos;
+         }) == 1;
 }));
 
 // The keys carry the hexadecimal digits of a version as a decimal number (0x0310: 310), up to the
@@ -49,25 +60,15 @@ std::int32_t NumberInKeys(std::uint32_t version) noexcept {
   return ParseInt32(digits, 10);
 }
 
-// The entries that function versions depend on, in their order, as a list in one array. Its nodes
-// borrow their texts.
-class FlagEntries {
+// Entries of a table in their order, as a list in one array. Its nodes borrow their texts.
+class BorrowedEntries {
  public:
-  // False when an allocation fails.
-  [[nodiscard]] bool Collect(const OptTable* table) noexcept {
-    for (const OptTable* node = table; node != nullptr; node = node->next) {
-      if (node->key != nullptr && IsFlagKey(node->key) && !Append(*node)) return false;
-    }
+  // The list; null when it is empty. No entry may be added afterwards.
+  [[nodiscard]] OptTable* Link() noexcept {
     for (std::size_t i = 1; i < count_; ++i) nodes_[i - 1].next = &nodes_[i];
-    return true;
+    return nodes_.get();
   }
-  [[nodiscard]] OptTable* First() noexcept { return count_ > 0 ? nodes_.get() : nullptr; }
-
- private:
-  [[nodiscard]] static bool IsFlagKey(std::string_view key) noexcept {
-    return key.find('_') != key.npos &&
-           (ContainsIgnoringCase(key, kSource) || ContainsIgnoringCase(key, kTarget));
-  }
+  // False when an allocation fails.
   [[nodiscard]] bool Append(const OptTable& node) noexcept {
     if (count_ == capacity_) {
       capacity_ = std::max(kFirstCapacity, 2 * capacity_);
@@ -77,9 +78,27 @@ class FlagEntries {
     return true;
   }
 
+ private:
   CPtr<OptTable[]> nodes_;
   std::size_t count_ = 0;
   std::size_t capacity_ = 0;
+};
+
+// The entries that function versions depend on.
+struct FlagEntries {
+  BorrowedEntries sources;
+  BorrowedEntries targets;
+
+  // False when an allocation fails.
+  [[nodiscard]] bool Collect(const OptTable* table) noexcept {
+    for (const OptTable* node = table; node != nullptr; node = node->next) {
+      if (node->key == nullptr || std::strchr(node->key, '_') == nullptr) continue;
+      const std::string_view key = node->key;
+      if (ContainsIgnoringCase(key, kSource) && !sources.Append(*node)) return false;
+      if (ContainsIgnoringCase(key, kTarget) && !targets.Append(*node)) return false;
+    }
+    return true;
+  }
 };
 
 // Calls set(value) for each value that the source key has for the version and for lower ones, until
@@ -96,12 +115,19 @@ std::int32_t ForEachValue(OptTable* table, const char* source, std::int32_t vers
   return status;
 }
 
-std::int32_t AddFlags(OptTable* table, const FlagKeys& keys, std::int32_t version,
+std::int32_t AddItems(OptTable* sources, const char* source, std::int32_t version,
                       OptionList& options) noexcept {
+  return ForEachValue(sources, source, version, [&](const char* value) noexcept {
+    return OptionList_Set_ArrrayFlagValue(value, &options);
+  });
+}
+
+// The nodes after the last one have keys of other targets only.
+std::int32_t AddFlags(OptTable* sources, const OptTable* targets, const FlagKeys& keys,
+                      std::int32_t version, OptionList& options, OptTable* last) noexcept {
   std::optional<FlagAdder> adder;
-  return ForEachValue(table, keys.source, version, [&](const char* value) noexcept {
-    if (keys.target == nullptr) return OptionList_Set_ArrrayFlagValue(value, &options);
-    if (!adder) adder.emplace(table, keys.target, options);
+  return ForEachValue(sources, keys.source, version, [&](const char* value) noexcept {
+    if (!adder) adder.emplace(targets, keys.target, options, last);
     return adder->Add(value);
   });
 }
@@ -114,20 +140,24 @@ int32_t Analyze_Info_FromFunctionVersion(AnalyzeContext* context, uint32_t funct
   if (context == nullptr || options == nullptr) return -1;
   ia::FlagEntries entries;
   if (!entries.Collect(context->ppd_options)) return -1;
+  OptTable* const sources = entries.sources.Link();
+  const OptTable* const targets = entries.targets.Link();
   const int32_t number = ia::NumberInKeys(function_version);
+  int32_t status = ia::AddItems(sources, ia::kItemSource, number, *options);
+  OptTable* const last = ia::LastOf(options);
   for (const ia::FlagKeys& keys : ia::kFlagKeys) {
-    const int32_t status = ia::AddFlags(entries.First(), keys, number, *options);
     if (status != 0) return status;
+    status = ia::AddFlags(sources, targets, keys, number, *options, last);
   }
-  return 0;
+  return status;
 }
 
 int32_t z_Update_FuncVer(AnalyzeContext* context, const char* source_key, int32_t version,
                          const char* target_key, OptionList* options) noexcept {
   if (context == nullptr || source_key == nullptr || options == nullptr) return -1;
   OptTable* const table = context->ppd_options;
+  if (target_key == nullptr) return ia::AddItems(table, source_key, version, *options);
   return ia::ForEachValue(table, source_key, version, [&](const char* value) noexcept {
-    return target_key != nullptr ? OptionList_Set_FlagValue(table, target_key, value, options)
-                                 : OptionList_Set_ArrrayFlagValue(value, options);
+    return OptionList_Set_FlagValue(table, target_key, value, options);
   });
 }
