@@ -22,6 +22,7 @@
 #include "cli/apply/apply.h"
 #include "cli/audit/audit.h"
 #include "cli/calibration/calibration.h"
+#include "cli/commlib/commlib.h"
 #include "cli/diff/diff.h"
 #include "cli/doctor/doctor.h"
 #include "cli/explain/explain.h"
@@ -59,6 +60,7 @@ constexpr auto kVerbs = std::to_array<Verb>({
     {"apply", "Set the PPD defaults of queues to what their devices have", DefineApply},
     {"audit", "Compare the PPD defaults of queues with what their devices have", DefineAudit},
     {"calibration", "Print calibration settings, default data and curves", DefineCalibration},
+    {"commlib", "Check the communication library of a driver", DefineCommlib},
     {"completion", "Print a completion script for a shell", DefineCompletion},
     {"config", "Print the settings in force and where they are set", DefineConfig},
     {"diff", "Compare two printers, or a printer with its snapshot", DefineDiff},

@@ -3,7 +3,7 @@ _info_analyze() {
   local cur=${COMP_WORDS[COMP_CWORD]} prev=${COMP_WORDS[COMP_CWORD-1]} place= i
   for ((i = 1; i < COMP_CWORD; i++)); do
     case "$place/${COMP_WORDS[i]}" in
-      /acquire|/apply|/audit|/calibration|/calibration/settings|/calibration/defaults|/calibration/curves|/completion|/config|/diff|/doctor|/explain|/function-version|/help|/models|/profile|/profile/check|/query|/queues|/queues/cups|/queues/daemon|/queues/find|/snapshot|/uri) place+=/${COMP_WORDS[i]} ;;
+      /acquire|/apply|/audit|/calibration|/calibration/settings|/calibration/defaults|/calibration/curves|/commlib|/commlib/check|/completion|/config|/diff|/doctor|/explain|/function-version|/help|/models|/profile|/profile/check|/query|/queues|/queues/cups|/queues/daemon|/queues/find|/snapshot|/uri) place+=/${COMP_WORDS[i]} ;;
     esac
   done
   case "$place $prev" in
@@ -56,6 +56,9 @@ _info_analyze() {
     '/calibration/defaults --format') mapfile -t COMPREPLY < <(compgen -W 'text json' -- "$cur"); return ;;
     '/calibration/curves --table') mapfile -t COMPREPLY < <(compgen -W 'LARCH_Def_Calib Linden_Def_Calib_2bit Linden_Def_Calib_4bit PinePoplar_Def_Calib_2bit PinePoplar_Def_Calib_4bit' -- "$cur"); return ;;
     '/calibration/curves --svg') mapfile -t COMPREPLY < <(compgen -f -- "$cur"); return ;;
+    '/commlib/check --documents') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
+    '/commlib/check --timeout') :; return ;;
+    '/commlib/check --format') mapfile -t COMPREPLY < <(compgen -W 'text json' -- "$cur"); return ;;
     '/config --queue') :; return ;;
     '/config --cups-root') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
     '/config --timeout') :; return ;;
@@ -132,7 +135,7 @@ _info_analyze() {
     '/uri --format') mapfile -t COMPREPLY < <(compgen -W 'text json' -- "$cur"); return ;;
   esac
   case "$place" in
-    '') mapfile -t COMPREPLY < <(compgen -W 'acquire apply audit calibration completion config diff doctor explain function-version help models profile query queues snapshot uri --help --version' -- "$cur") ;;
+    '') mapfile -t COMPREPLY < <(compgen -W 'acquire apply audit calibration commlib completion config diff doctor explain function-version help models profile query queues snapshot uri --help --version' -- "$cur") ;;
     /acquire) mapfile -t COMPREPLY < <(compgen -W '--help --queue --cups-root --timeout --config --driver-folder --profile --insecure --keep-attributes --format --quiet --verbose' -- "$cur") ;;
     /apply) mapfile -t COMPREPLY < <(compgen -W '--driver-folder --device-info --device --profile --insecure --timeout --config --jobs --help --host --dry-run --force --save-undo --undo --quiet --verbose' -- "$cur") ;;
     /audit) mapfile -t COMPREPLY < <(compgen -W '--driver-folder --device-info --device --profile --insecure --timeout --config --jobs --help --host --cups-root --snapshots --live --since --save --all --format --quiet --verbose' -- "$cur") ;;
@@ -140,6 +143,8 @@ _info_analyze() {
     /calibration/settings) mapfile -t COMPREPLY < <(compgen -W '--help --queue --cups-root --timeout --config --driver-folder --snapshot --option --format --quiet --verbose' -- "$cur") ;;
     /calibration/defaults) mapfile -t COMPREPLY < <(compgen -W '--help --queue --cups-root --timeout --config --driver-folder --snapshot --option --format --quiet --verbose' -- "$cur") ;;
     /calibration/curves) mapfile -t COMPREPLY < <(compgen -W '--help --table --svg --csv --quiet --verbose' -- "$cur") ;;
+    /commlib) mapfile -t COMPREPLY < <(compgen -W 'check --help' -- "$cur") ;;
+    /commlib/check) mapfile -t COMPREPLY < <(compgen -W '--help --documents --timeout --format --quiet --verbose' -- "$cur") ;;
     /completion) mapfile -t COMPREPLY < <(compgen -W '--help bash zsh --quiet --verbose' -- "$cur") ;;
     /config) mapfile -t COMPREPLY < <(compgen -W '--help --queue --cups-root --timeout --config --format --quiet --verbose' -- "$cur") ;;
     /diff) mapfile -t COMPREPLY < <(compgen -W '--help --driver-folder --cups-root --timeout --config --device-info --device --profile --insecure --lpadmin --check --format --quiet --verbose' -- "$cur") ;;

@@ -2,7 +2,8 @@
  *  The 36 entry points of a communication library (libmqpd_util.so). This library of a driver
  *  package talks to printers (qvsktwrap), and parses and builds device documents (qvxmlwrap).
  *  libinfo_analyze loads it at run time and calls it through these types. A communication library
- *  includes this header to define them.
+ *  includes this header to define them. `info-analyze commlib check` tries a communication library
+ *  against this contract.
  *
  *  Unless an entry point says otherwise, a "Get" of the document family returns non-zero when it
  *  has stored a value; else it returns 0 and leaves the output unchanged. Every other function

@@ -32,12 +32,13 @@ MODULES = {
     "cli/acquire": ("cli/config",),
     "cli/snapshot": ("cli/acquire",),
     "cli/calibration": ("cli/snapshot",),
+    "cli/commlib": ("cli/provenance",),
     "cli/explain": ("cli/provenance", "cli/snapshot"),
     "cli/doctor": ("cli/explain",),
     "cli/diff": ("cli/explain",),
     "cli/audit": ("cli/explain",),
     "cli/apply": ("cli/audit",),
-    "cli": ("cli/apply", "cli/calibration", "cli/diff", "cli/doctor"),
+    "cli": ("cli/apply", "cli/calibration", "cli/commlib", "cli/diff", "cli/doctor"),
 }
 SOURCES = (".cc", ".h", ".inc")
 

@@ -74,6 +74,11 @@ def lines_of_acquire(answer):
     return lines
 
 
+def lines_of_commlib_check(answer):
+    return [f"{clause['result']:<12}{clause['clause']:<21}{clause['sentence']}"
+            for clause in answer["clauses"]]
+
+
 def lines_of_profile_check(answer):
     return [f"{finding['rule']} {finding['sentence']}" for finding in answer["findings"]]
 
@@ -140,6 +145,7 @@ LINES = {
     "diff": (lines_of_diff, r"(\w+: .* -> .*  \([^:)]*).*"),
     "acquire": (lines_of_acquire, r"(?!  list\[)(.*)"),
     "profile_check": (lines_of_profile_check, r"(.*)"),
+    "commlib_check": (lines_of_commlib_check, r"((?:kept|broken|not tested) .*)"),
     "models": (lines_of_models, r"(.*)"),
     "config": (lines_of_config, r"(\S.*\))"),
 }
@@ -324,6 +330,7 @@ def main():
         audit_all(folder)
         ask("doctor", "doctor", "--queue", "none", "--cups-root", folder, "--driver-folder", folder,
             "--device-info", folder, statuses=(8,))
+    ask("commlib_check", "commlib", "check", driver)
     ask("config", "config")
     ask("models", "models")
     ask("models", "models", "RA-Z5")

@@ -1,0 +1,49 @@
+#include "cli/commlib/trial.h"
+
+#include <dlfcn.h>
+
+#include <cstring>
+#include <memory>
+#include <mutex>
+#include <string>
+
+#include "info_analyze/bidi.h"
+#include "info_analyze/device_uri.h"
+
+namespace ia::cli {
+
+void Trial::Begin(const std::string& step) {
+  const std::lock_guard lock(mutex_);
+  step_.Set(step);
+}
+
+void Trial::Expect(const std::string& got, const std::string& expected) const {
+  if (got != expected) {
+    throw Broken(std::string(step_.Get()) + " gives " + got + " instead of " + expected);
+  }
+}
+
+BidiContext& Trial::Load() {
+  Begin("loading it");
+  auto context = std::make_unique<BidiContext>();
+  context->driver_folder = strdup(tried_.folder.c_str());
+  context->port = FolderPathToPortNumber(tried_.folder.c_str());
+  context->library = z_LoadBidiLibrary(tried_.path.c_str());
+  if (context->library == nullptr) {
+    const char* const reason = dlerror();
+    throw Broken(reason != nullptr ? reason : "an entry point is missing");
+  }
+  return *context.release();
+}
+
+void Trial::Unload(BidiContext& library) {
+  Begin("unloading it");
+  Bidi_Destroy(&library);
+}
+
+BidiContext& Trial::library() {
+  if (library_ == nullptr) library_ = &Load();
+  return *library_;
+}
+
+}  // namespace ia::cli

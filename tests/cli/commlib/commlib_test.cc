@@ -1,0 +1,236 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <map>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <vector>
+
+#include "tests/cli/sample_printer.h"
+
+namespace {
+
+using ia_test::ExpectFailure;
+using ia_test::Finished;
+using ia_test::Lines;
+using ia_test::SamplePrinter;
+using Json = nlohmann::ordered_json;
+using testing::AllOf;
+using testing::Contains;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Key;
+using testing::Not;
+using testing::StartsWith;
+
+class ToolCommlib : public SamplePrinter {
+ protected:
+  Finished Check(const std::string& folder, const std::vector<std::string>& more = {}) const {
+    std::vector<std::string> arguments = {IA_TEST_TOOL, "commlib", "check", folder};
+    arguments.insert(arguments.end(), more.begin(), more.end());
+    return RunTool(arguments);
+  }
+  // The details of the clauses that are broken.
+  std::map<std::string, std::string> BrokenClauses(const std::string& folder,
+                                                   const std::string& timeout = "20") const {
+    const Finished run = Check(folder, {"--format", "json", "--timeout", timeout});
+    std::map<std::string, std::string> broken;
+    for (const Json& clause : Json::parse(run.out)["clauses"]) {
+      if (clause["result"] == "broken") broken[clause["clause"]] = clause["detail"];
+    }
+    EXPECT_EQ(run.status, broken.empty() ? 0 : 8);
+    return broken;
+  }
+  std::string WrongLibrary(const std::string& fault) const {
+    const std::filesystem::path folder = root_ / fault;
+    std::filesystem::create_directories(folder / "Bidi");
+    std::filesystem::create_symlink(IA_TEST_WRONG_LIBRARY, folder / "Bidi/libmqpd_util.so");
+    return folder;
+  }
+};
+
+TEST_F(ToolCommlib, ReferenceLibraryKeepsAllClauses) {
+  const Finished run = Check(IA_TEST_DRIVER_FOLDER, {"--documents", device_info()});
+  EXPECT_EQ(run.status, 0) << run.err;
+  EXPECT_EQ(run.err, "");
+  std::vector<std::string> lines = Lines(run.out);
+  const std::string count = std::to_string(lines.size() - 1);
+  EXPECT_EQ(lines.back(), count + " clauses: " + count + " kept, 0 broken, 0 not tested");
+  lines.pop_back();
+  EXPECT_THAT(lines, testing::Each(StartsWith("kept ")));
+}
+
+TEST_F(ToolCommlib, TakesTheFolderOfTheLibrary) {
+  const Finished run = Check(IA_TEST_DRIVER_FOLDER "/Bidi", {"--format", "json"});
+  EXPECT_EQ(run.status, 0) << run.err;
+  EXPECT_THAT(std::string(Json::parse(run.out)["library"]),
+              EndsWith("/driver/Bidi/libmqpd_util.so"));
+}
+
+TEST_F(ToolCommlib, WithoutDocumentsTheirClausesAreNotTested) {
+  const Json json = Json::parse(Check(IA_TEST_DRIVER_FOLDER, {"--format", "json"}).out);
+  EXPECT_EQ(json["broken"], 0);
+  for (const Json& clause : json["clauses"]) {
+    const bool is_of_documents = std::string(clause["clause"]).starts_with("documents.");
+    EXPECT_EQ(clause["result"], is_of_documents ? "not tested" : "kept") << clause;
+    EXPECT_EQ(clause["detail"].is_null(), !is_of_documents) << clause;
+  }
+}
+
+TEST_F(ToolCommlib, DocumentsThatTheLibraryRefusesBreakAClause) {
+  WriteDocument("Tray_list.xml", "no document");
+  const Finished run = Check(IA_TEST_DRIVER_FOLDER, {"--documents", device_info()});
+  EXPECT_EQ(run.status, 8);
+  EXPECT_THAT(run.out, HasSubstr("qvxmlwrapGet_New() refuses Tray_list.xml\n"));
+}
+
+TEST_F(ToolCommlib, FolderWithoutLibraryIsRefused) {
+  ExpectFailure(Check(root_ / "nowhere"), 4,
+                AllOf(HasSubstr("nowhere/Bidi/libmqpd_util.so"), HasSubstr("No such file"),
+                      HasSubstr("pass the driver folder")));
+}
+
+struct Fault {
+  const char* name;
+  const char* clause;  // that must find it
+};
+
+// One wrong library each; the first folder with this name selects the fault.
+constexpr Fault kFaults[] = {
+    {"exits-in-cleanup", "load.unload"},
+    {"crashes-when-unloaded", "load.unload"},
+    {"loads-once", "load.fresh"},
+    {"cleanup-ends-readers", "load.cleanup"},
+    {"control-without-socket", "socket.none"},
+    {"crashes-without-socket", "socket.none"},
+    {"refuses-documents", "write.round-trip"},
+    {"reads-beyond", "parse.length"},
+    {"keeps-document", "parse.released"},
+    {"accepts-anything", "parse.invalid"},
+    {"crashes-for-empty", "parse.empty"},
+    {"crashes-for-null", "parse.no-data"},
+    {"crashes-for-truncated", "parse.truncated"},
+    {"readers-share-place", "parse.two-readers"},
+    {"destroy-fails", "parse.destroy"},
+    {"miscounts-lists", "list.count"},
+    {"counts-missing-lists", "list.missing"},
+    {"ignores-item-number", "list.items"},
+    {"enters-first-for-beyond", "list.beyond"},
+    {"crashes-for-negative-item", "list.negative"},
+    {"failed-open-stays", "list.failed-open"},
+    {"dict-is-not-closed", "list.close"},
+    {"closes-too-much", "list.close-too-many"},
+    {"short-numbers", "value.long"},
+    {"clears-missing-numbers", "value.long-missing"},
+    {"finds-missing-numbers", "value.long-missing"},
+    {"whole-doubles", "value.double"},
+    {"trims-texts", "value.text"},
+    {"texts-in-ascii", "value.text"},
+    {"empty-texts-are-missing", "value.text-empty"},
+    {"clears-missing-texts", "value.text-missing"},
+    {"borrowed-texts", "value.text-owned"},
+    {"shared-texts", "value.text-owned"},
+    {"ignores-encoding", "value.encoding"},
+    {"bytes-as-text", "value.binary"},
+    {"numbers-of-texts", "value.wrong-type"},
+    {"texts-of-numbers", "value.wrong-type"},
+    {"miscounts-arrays", "array.count"},
+    {"empty-arrays-are-missing", "array.empty"},
+    {"hangs-for-missing-array", "array.missing"},
+    {"elements-from-1", "array.elements"},
+    {"clears-wrong-elements", "array.mixed"},
+    {"last-element-for-beyond", "array.beyond"},
+    {"failed-array-stays", "array.failed-open"},
+    {"array-is-not-closed", "array.close"},
+    {"crashes-for-null-reader", "null.reader"},
+    {"crashes-for-null-key", "null.key"},
+    {"crashes-without-count", "null.output"},
+    {"crashes-for-null-encoding", "null.encoding"},
+    {"writes-short-numbers", "write.round-trip"},
+    {"writer-closes-too-much", "write.close"},
+    {"hangs-without-words", "write.give-up"},
+    {"writer-crashes-for-null", "write.null-writer"},
+    {"writes-null-texts", "write.null-value"},
+    {"is-for-one-thread", "thread.readers"},
+    {"leaks-readers", "leak.readers"},
+    {"leaks-texts", "leak.values"},
+    {"leaks-refused", "leak.refused"},
+    {"leaks-writers", "leak.writers"},
+    {"leaks-descriptors", "process.descriptors"},
+    {"prints", "process.output"},
+    {"changes-locale", "process.locale"},
+    {"changes-signals", "process.signals"},
+    {"changes-folder", "process.folder"},
+    {"changes-mask", "process.mask"},
+    {"changes-environment", "process.environment"},
+};
+
+class WrongLibrary : public ToolCommlib, public testing::WithParamInterface<Fault> {};
+
+TEST_P(WrongLibrary, IsCaughtByTheClauseMeantForIt) {
+  const Fault fault = GetParam();
+  const bool hangs = std::string(fault.name).starts_with("hangs");
+  const auto broken = BrokenClauses(WrongLibrary::WrongLibrary(fault.name), hangs ? "1" : "20");
+  ASSERT_THAT(broken, Contains(Key(fault.clause)));
+  const std::string detail = broken.at(fault.clause);
+  EXPECT_THAT(detail, Not(IsEmpty()));
+  if (hangs) EXPECT_THAT(detail, HasSubstr("does not return within 1 s"));
+}
+
+INSTANTIATE_TEST_SUITE_P(Faults, WrongLibrary, testing::ValuesIn(kFaults), [](const auto& info) {
+  std::string name = info.param.name;
+  std::ranges::replace(name, '-', '_');
+  return name;
+});
+
+// The clauses fail for a library with the fault "none" only if the copy itself is wrong.
+TEST_F(ToolCommlib, WrongLibraryWithoutAFaultKeepsAllClauses) {
+  EXPECT_THAT(BrokenClauses(WrongLibrary("none")), IsEmpty());
+}
+
+struct UnusableLibrary {
+  const char* folder;
+  const char* clause;
+  const char* detail;
+};
+
+class Unusable : public ToolCommlib, public testing::WithParamInterface<UnusableLibrary> {};
+
+TEST_P(Unusable, BreaksOneClauseAndTheRestIsNotTested) {
+  const std::string folder = IA_TEST_SUPPORT_BUILD "/" + std::string(GetParam().folder);
+  const Finished run = Check(folder, {"--format", "json", "--timeout", "1"});
+  EXPECT_EQ(run.status, 8);
+  const Json json = Json::parse(run.out);
+  EXPECT_EQ(json["broken"], 1);
+  const auto broken = BrokenClauses(folder, "1");
+  ASSERT_THAT(broken, Contains(Key(GetParam().clause)));
+  EXPECT_THAT(broken.at(GetParam().clause), HasSubstr(GetParam().detail));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Libraries, Unusable,
+    testing::Values(
+        UnusableLibrary{"unresolved", "load.library", "defined_nowhere"},
+        UnusableLibrary{"foreign", "load.entry-points", "lacks qvsktwrapQueueListNew"},
+        UnusableLibrary{"lacking/qvxmlwrapGet_Long", "load.entry-points",
+                        "lacks qvxmlwrapGet_Long"},
+        UnusableLibrary{"faulty/crash_when_loaded", "load.library", "SIGSEGV in loading it"},
+        UnusableLibrary{"faulty/hang_when_loaded", "load.library", "does not return within 1 s"},
+        UnusableLibrary{"faulty/exit_when_loaded", "load.library",
+                        "ends the process with status 0"}),
+    [](const auto& info) {
+      std::string name = info.param.folder;
+      std::ranges::replace_if(name, [](char c) { return c == '/'; }, '_');
+      return name;
+    });
+
+TEST_F(ToolCommlib, StubsKeepWhatTheyCan) {
+  EXPECT_THAT(
+      BrokenClauses(IA_TEST_SUPPORT_BUILD "/faulty/stub"),
+      testing::AllOf(Contains(Key("null.reader")), Not(Contains(Key("load.entry-points")))));
+}
+
+}  // namespace
