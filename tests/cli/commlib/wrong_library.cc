@@ -36,9 +36,11 @@ std::string FaultOfFolder() {
   return path.substr(path.rfind('/') + 1);
 }
 
-const std::string fault = FaultOfFolder();
-
-bool Is(std::string_view name) { return fault == name; }
+// Never released, because it is used before other constructors and after other destructors.
+bool Is(std::string_view name) {
+  static const std::string& fault = *new std::string(FaultOfFolder());
+  return fault == name;
+}
 
 const char* document = nullptr;  // of the last reader
 QvXmlReader* last_reader = nullptr;
