@@ -13,6 +13,7 @@
 #include <iterator>
 #include <mutex>
 #include <span>
+#include <sstream>
 #include <string>
 #include <thread>
 #include <vector>
@@ -64,7 +65,9 @@ void ExpectUnchanged(Trial& trial, const std::string& what, std::string (*state_
 [[nodiscard]] std::string Mask() {
   const mode_t mask = umask(0);
   umask(mask);
-  return std::to_string(mask);
+  std::ostringstream octal;
+  octal << '0' << std::oct << mask;
+  return octal.str();
 }
 
 [[nodiscard]] std::string Signals() {

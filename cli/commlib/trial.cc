@@ -24,6 +24,7 @@ void Trial::Expect(const std::string& got, const std::string& expected) const {
 }
 
 BidiContext& Trial::Load() {
+  const std::string step = step_.Get();
   Begin("loading it");
   auto context = std::make_unique<BidiContext>();
   context->driver_folder = strdup(tried_.folder.c_str());
@@ -33,6 +34,7 @@ BidiContext& Trial::Load() {
     const char* const reason = dlerror();
     throw Broken(reason != nullptr ? reason : "an entry point is missing");
   }
+  Begin(step);
   return *context.release();
 }
 

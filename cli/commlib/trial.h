@@ -61,7 +61,7 @@ class Trial {
   void Expect(const std::string& got, const std::string& expected) const;
 
   // Loads the library anew, so that it is loaded once more. It stays loaded for the life of the
-  // process, because unloading is a clause of its own.
+  // process, because unloading is a clause of its own. The step that was begun goes on.
   [[nodiscard]] BidiContext& Load();
 
   // Unloads it as Bidi_Destroy() does.
