@@ -1,8 +1,8 @@
 #include "cli/commlib/trial.h"
 
 #include <dlfcn.h>
+#include <string.h>
 
-#include <cstring>
 #include <memory>
 #include <mutex>
 #include <string>
