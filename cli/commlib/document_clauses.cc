@@ -1,5 +1,4 @@
 #include <array>
-#include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <functional>

@@ -10,6 +10,7 @@
 #include <cstdio>
 #include <exception>
 #include <filesystem>
+#include <ios>
 #include <iterator>
 #include <mutex>
 #include <span>

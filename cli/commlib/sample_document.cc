@@ -1,6 +1,7 @@
 #include "cli/commlib/sample_document.h"
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <type_traits>
