@@ -12,11 +12,13 @@
 #include <vector>
 
 #include "cli/commlib/check.h"
+#include "cli/commlib/skeleton.h"
 #include "cli/commlib/trial.h"
 #include "cli/printer/session.h"
 #include "cli/terminal/failure.h"
 #include "cli/terminal/output.h"
 #include "cli/terminal/printable.h"
+#include "cli/terminal/shell_quoting.h"
 #include "cli/terminal/terminal.h"
 
 namespace ia::cli {
@@ -136,11 +138,39 @@ void DefineCheck(CLI::App& verb) {
   verb.callback([question] { Check(*question); });
 }
 
+struct NewQuestion {
+  std::string folder;
+  std::string language = "c";
+};
+
+void New(const NewQuestion& question) {
+  WriteSkeleton(question.language, question.folder);
+  const std::string folder = QuoteForShell(question.folder);
+  const std::string build = QuoteForShell(question.folder + "/build");
+  WriteAnswer("cmake -S " + folder + " -B " + build + " && cmake --build " + build +
+              " && ctest --test-dir " + build + " --output-on-failure\n");
+}
+
+void DefineNew(CLI::App& verb) {
+  const auto question = std::make_shared<NewQuestion>();
+  verb.add_option("DIR", question->folder, "New folder")->required();
+  verb.add_option("--language", question->language, "Language of the sources")
+      ->type_name("LANGUAGE")
+      ->check(CLI::IsMember(SkeletonLanguages()))
+      ->capture_default_str();
+  verb.footer(
+      "Prints the command that builds the library and checks it.\n"
+      "Example:\n"
+      "  info-analyze commlib new mqpd_util --language c++");
+  verb.callback([question] { New(*question); });
+}
+
 }  // namespace
 
 void DefineCommlib(CLI::App& verb) {
   verb.require_subcommand(0, 1);
   DefineCheck(*verb.add_subcommand("check", "Try a communication library against its contract"));
+  DefineNew(*verb.add_subcommand("new", "Write the sources with which a library begins"));
 }
 
 }  // namespace ia::cli

@@ -3,7 +3,7 @@ _info_analyze() {
   local cur=${COMP_WORDS[COMP_CWORD]} prev=${COMP_WORDS[COMP_CWORD-1]} place= i
   for ((i = 1; i < COMP_CWORD; i++)); do
     case "$place/${COMP_WORDS[i]}" in
-      /acquire|/apply|/audit|/calibration|/calibration/settings|/calibration/defaults|/calibration/curves|/commlib|/commlib/check|/completion|/config|/diff|/doctor|/explain|/function-version|/help|/models|/profile|/profile/check|/query|/queues|/queues/cups|/queues/daemon|/queues/find|/snapshot|/uri) place+=/${COMP_WORDS[i]} ;;
+      /acquire|/apply|/audit|/calibration|/calibration/settings|/calibration/defaults|/calibration/curves|/commlib|/commlib/check|/commlib/new|/completion|/config|/diff|/doctor|/explain|/function-version|/help|/models|/profile|/profile/check|/query|/queues|/queues/cups|/queues/daemon|/queues/find|/snapshot|/uri) place+=/${COMP_WORDS[i]} ;;
     esac
   done
   case "$place $prev" in
@@ -59,6 +59,7 @@ _info_analyze() {
     '/commlib/check --documents') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
     '/commlib/check --timeout') :; return ;;
     '/commlib/check --format') mapfile -t COMPREPLY < <(compgen -W 'text json' -- "$cur"); return ;;
+    '/commlib/new --language') mapfile -t COMPREPLY < <(compgen -W 'c++ c' -- "$cur"); return ;;
     '/config --queue') :; return ;;
     '/config --cups-root') mapfile -t COMPREPLY < <(compgen -d -- "$cur"); return ;;
     '/config --timeout') :; return ;;
@@ -143,8 +144,9 @@ _info_analyze() {
     /calibration/settings) mapfile -t COMPREPLY < <(compgen -W '--help --queue --cups-root --timeout --config --driver-folder --snapshot --option --format --quiet --verbose' -- "$cur") ;;
     /calibration/defaults) mapfile -t COMPREPLY < <(compgen -W '--help --queue --cups-root --timeout --config --driver-folder --snapshot --option --format --quiet --verbose' -- "$cur") ;;
     /calibration/curves) mapfile -t COMPREPLY < <(compgen -W '--help --table --svg --csv --quiet --verbose' -- "$cur") ;;
-    /commlib) mapfile -t COMPREPLY < <(compgen -W 'check --help' -- "$cur") ;;
+    /commlib) mapfile -t COMPREPLY < <(compgen -W 'check new --help' -- "$cur") ;;
     /commlib/check) mapfile -t COMPREPLY < <(compgen -W '--help --documents --timeout --format --quiet --verbose' -- "$cur") ;;
+    /commlib/new) mapfile -t COMPREPLY < <(compgen -W '--help --language --quiet --verbose' -- "$cur") ;;
     /completion) mapfile -t COMPREPLY < <(compgen -W '--help bash zsh --quiet --verbose' -- "$cur") ;;
     /config) mapfile -t COMPREPLY < <(compgen -W '--help --queue --cups-root --timeout --config --format --quiet --verbose' -- "$cur") ;;
     /diff) mapfile -t COMPREPLY < <(compgen -W '--help --driver-folder --cups-root --timeout --config --device-info --device --profile --insecure --lpadmin --check --format --quiet --verbose' -- "$cur") ;;

@@ -101,6 +101,56 @@ TEST_F(ToolCommlib, FolderWithoutLibraryIsRefused) {
                       HasSubstr("pass the driver folder")));
 }
 
+// A directory need not have all nine: a library begins with one.
+TEST_F(ToolCommlib, DocumentsThatAreThereAreTried) {
+  const std::filesystem::path documents = root_ / "few";
+  std::filesystem::create_directory(documents);
+  const auto answer = [&] {
+    return Json::parse(
+        Check(IA_TEST_DRIVER_FOLDER, {"--documents", documents.string(), "--format", "json"}).out);
+  };
+  EXPECT_EQ(answer()["not_tested"], 4) << "of a directory without documents";
+  std::filesystem::copy(device_info() + "/Bin_list.xml", documents);
+  EXPECT_EQ(answer()["not_tested"], 0);
+}
+
+class ToolCommlibNew : public ToolCommlib {
+ protected:
+  Finished New(const std::vector<std::string>& arguments) const {
+    std::vector<std::string> words = {IA_TEST_TOOL, "commlib", "new"};
+    words.insert(words.end(), arguments.begin(), arguments.end());
+    return RunTool(words);
+  }
+};
+
+TEST_F(ToolCommlibNew, MakesTheFoldersAroundTheSources) {
+  const std::string folder = root_ / "a/b c/d";
+  const Finished run = New({folder});
+  EXPECT_EQ(run.status, 0) << run.err;
+  EXPECT_THAT(run.out, HasSubstr("cmake -S '" + folder + "' -B '" + folder + "/build'"));
+  EXPECT_TRUE(std::filesystem::exists(folder + "/src/format.c"));
+}
+
+TEST_F(ToolCommlibNew, ChangesNothingThatExists) {
+  const std::filesystem::path folder = root_ / "mine";
+  std::filesystem::create_directory(folder);
+  ExpectFailure(New({folder.string()}), 1,
+                AllOf(HasSubstr("cannot write"), HasSubstr("exists already")));
+  EXPECT_TRUE(std::filesystem::is_empty(folder));
+  ExpectFailure(New({IA_TEST_TOOL}), 1, HasSubstr("cannot write"));
+}
+
+TEST_F(ToolCommlibNew, LeavesNothingWhenItFails) {
+  ExpectFailure(New({"/proc/nowhere/library"}), 1, HasSubstr("cannot write /proc/nowhere/library"));
+}
+
+TEST_F(ToolCommlibNew, KnowsItsLanguages) {
+  const Finished run = New({root_ / "library", "--language", "cobol"});
+  EXPECT_EQ(run.status, 2);
+  EXPECT_THAT(run.err, AllOf(HasSubstr("cobol"), HasSubstr("c++")));
+  EXPECT_FALSE(std::filesystem::exists(root_ / "library"));
+}
+
 struct Fault {
   const char* name;
   const char* clause;  // that must find it
