@@ -73,8 +73,9 @@ void TryInChild(const Clause& clause, Trial& trial, int descriptor) {
 [[nodiscard]] std::string DescribeEnd(const ChildResult& end, std::chrono::seconds limit,
                                       const LastStep& step) {
   const std::string where = std::string(" in ") + step.Get();
-  if (end.has_timed_out)
+  if (end.has_timed_out) {
     return "does not return within " + std::to_string(limit.count()) + " s" + where;
+  }
   if (end.signal != 0) return "ends the process with " + NameOfSignal(end.signal) + where;
   return "ends the process with status " + std::to_string(end.status) + where;
 }

@@ -28,8 +28,8 @@ void TryEntryPoints(Trial& trial) {
   void* const library = dlopen(trial.tried().path.c_str(), RTLD_NOW);
   std::string missing;
   for (std::int32_t i = 0; const char* const name = Bidi_GetEntryPointName(i); ++i) {
-    if (dlsym(library, name) == nullptr)
-      missing += (missing.empty() ? "" : ", ") + std::string(name);
+    if (dlsym(library, name) != nullptr) continue;
+    missing += (missing.empty() ? "" : ", ") + std::string(name);
   }
   if (!missing.empty()) throw Broken("the library lacks " + missing);
 }

@@ -46,6 +46,9 @@ constexpr const char* kXml = R"(<?xml version="1.0" encoding="UTF-8"?>
 </document>
 )";
 
+constexpr const char* kNoSample =
+    "the library neither reads the format of document-format.md nor writes its own";
+
 // A document that is being written. Each function throws Broken when the library refuses it.
 class Writer {
  public:
@@ -139,7 +142,6 @@ std::string WriteSample(Trial& trial, BidiContext& library) {
 }
 
 std::string FindSample(Trial& trial, BidiContext& library) {
-  const std::string xml = kXml;
   const auto is_read = [&](const std::string& document) {
     trial.Begin("qvxmlwrapGet_New() of a sample");
     QvXmlReader* const reader = Bidi_qvxmlwrapGet_New(&library, document.data(),
@@ -147,17 +149,14 @@ std::string FindSample(Trial& trial, BidiContext& library) {
     if (reader != nullptr) (void)Bidi_qvxmlwrapGet_Destroy(&library, reader);
     return reader != nullptr;
   };
-  if (is_read(xml)) return xml;
-  const char* const kWhy =
-      "the library neither reads the format of document-format.md nor writes "
-      "its own";
+  if (is_read(kXml)) return kXml;
   try {
-    const std::string written = WriteSample(trial, library);
+    std::string written = WriteSample(trial, library);
     if (is_read(written)) return written;
   } catch (const Broken&) {
-    throw NotTested(kWhy);  // writing is a clause of its own
+    throw NotTested(kNoSample);  // writing is a clause of its own
   }
-  throw NotTested(kWhy);
+  throw NotTested(kNoSample);
 }
 
 std::string FindSample(Trial& trial) { return FindSample(trial, trial.library()); }
