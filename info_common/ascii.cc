@@ -30,7 +30,7 @@ bool HasPrefixIgnoringCase(std::string_view text, std::string_view prefix) noexc
 }
 
 // First searches for an underscore, which most needles have and most texts do not. Then compares
-// from the end, where flag keys differ more often than at the beginning.
+// from the end, where flag keys differ more often than at the start.
 bool ContainsIgnoringCase(std::string_view text, std::string_view needle) noexcept {
   if (text.size() < needle.size()) return false;
   const auto mark = std::ranges::find(needle, kMark);
