@@ -22,6 +22,7 @@ std::span<const Limit> Limits() {
       {"option_table_growth/driver", "times", 13},
       {"create/300", "times_floor", 1.3},
       {"create/driver/300", "times_floor", 1.8},
+      {"function_version/driver/300", "times_pass", 2},
       {"function_version/driver/3000", "times_pass", 2},
       {"function_version/driver/30000", "times_pass", 2},
       {"function_version/300", "times_pass", 1.5},

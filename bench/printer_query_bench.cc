@@ -3,12 +3,15 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <functional>
+#include <memory>
 #include <string>
 #include <thread>
+#include <vector>
 
 #include "bench/allocations.h"
 #include "bench/sample_analyzer.h"
@@ -74,25 +77,35 @@ void QueryOften(SampleAnalyzer& analyzer) {
   for (int i = 0; i < kQueriesPerThread; ++i) analyzer.Query(ResultList(), 1);
 }
 
-// Two threads with an analyser each, beside one thread: as long when nothing is shared and there
-// are cores for both.
-void BM_TwoThreads(benchmark::State& state) {
-  const SamplePpd ppd(kEntries, PpdStyle::kUniform);
-  SampleAnalyzer first(ia_bench::kReference, ppd);
-  SampleAnalyzer second(ia_bench::kReference, ppd);
+// Threads with an analyser each, beside one thread. When nothing is shared, they take as long as it
+// does, times the threads for each core.
+void BM_Threads(benchmark::State& state) {
+  const auto count = static_cast<unsigned>(state.range(0));
+  const SamplePpd ppd(kEntries, PpdStyle::kDriver);
+  std::vector<std::unique_ptr<SampleAnalyzer>> analyzers;
+  for (unsigned i = 0; i < count; ++i) {
+    analyzers.push_back(std::make_unique<SampleAnalyzer>(ia_bench::kReference, ppd));
+  }
   WallTimings one;
-  WallTimings two;
+  WallTimings all;
   for (auto _ : state) {
-    one.Add([&] { const std::jthread only(QueryOften, std::ref(first)); });
-    state.SetIterationTime(two.Add([&] {
-      const std::jthread one_of_two(QueryOften, std::ref(first));
-      const std::jthread other(QueryOften, std::ref(second));
+    one.Add([&] { const std::jthread only(QueryOften, std::ref(*analyzers.front())); });
+    state.SetIterationTime(all.Add([&] {
+      std::vector<std::jthread> threads;
+      for (const auto& analyzer : analyzers) threads.emplace_back(QueryOften, std::ref(*analyzer));
     }));
   }
-  state.counters["cores"] = std::thread::hardware_concurrency();
-  state.counters["times_one"] = two.Median() / one.Median();
+  const unsigned cores = std::max(std::thread::hardware_concurrency(), 1U);
+  state.counters["cores"] = cores;
+  state.counters["times_one"] = all.Median() / one.Median();
+  state.counters["times_ideal"] = all.Median() / one.Median() / std::max(1.0, 1.0 * count / cores);
 }
-BENCHMARK(BM_TwoThreads)->Name("two_threads")->UseManualTime()->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_Threads)
+    ->Name("threads")
+    ->Arg(2)
+    ->Arg(8)
+    ->UseManualTime()
+    ->Unit(benchmark::kMicrosecond);
 
 // One pass over the option table: looking for one key in each, by the rule of the search.
 void Pass(const AnalyzeContext& context) {

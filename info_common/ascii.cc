@@ -1,6 +1,7 @@
 #include "info_common/ascii.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <limits>
@@ -31,22 +32,23 @@ bool HasPrefixIgnoringCase(std::string_view text, std::string_view prefix) noexc
 
 // First searches for an underscore, which most needles have and most texts do not. Then compares
 // from the end, where flag keys differ more often than at the start.
-bool ContainsIgnoringCase(std::string_view text, std::string_view needle) noexcept {
-  if (text.size() < needle.size()) return false;
+std::size_t FindIgnoringCase(std::string_view text, std::string_view needle,
+                             std::size_t from) noexcept {
+  if (text.size() < needle.size()) return text.npos;
   const auto mark = std::ranges::find(needle, kMark);
-  if (mark == needle.end()) {
-    return needle.empty() || std::search(text.begin(), text.end(), needle.begin(), needle.end(),
-                                         SameLetter) != text.end();
-  }
   const auto before = static_cast<std::size_t>(mark - needle.begin());
-  // The needle fits around these.
-  const std::string_view marks(text.data(), text.size() - needle.size() + before + 1);
-  for (std::size_t at = marks.find(kMark, before); at != std::string_view::npos;
+  const std::size_t last = text.size() - needle.size();
+  if (mark == needle.end()) {
+    while (from <= last && !HasPrefixIgnoringCase(RestOf(text, from), needle)) ++from;
+    return from <= last ? from : text.npos;
+  }
+  const std::string_view marks(text.data(), last + before + 1);
+  for (std::size_t at = marks.find(kMark, from + before); at != text.npos;
        at = marks.find(kMark, at + 1)) {
     const std::string_view piece(text.data() + at - before, needle.size());
-    if (std::equal(needle.rbegin(), needle.rend(), piece.rbegin(), SameLetter)) return true;
+    if (std::equal(needle.rbegin(), needle.rend(), piece.rbegin(), SameLetter)) return at - before;
   }
-  return false;
+  return text.npos;
 }
 
 std::int32_t ParseInt32(const char* text, int base) noexcept {

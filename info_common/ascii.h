@@ -3,6 +3,7 @@
 #ifndef INFO_COMMON_ASCII_H_
 #define INFO_COMMON_ASCII_H_
 
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 
@@ -10,6 +11,11 @@ namespace ia {
 
 [[nodiscard]] constexpr char ToLower(char letter) noexcept {
   return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter + ('a' - 'A')) : letter;
+}
+
+// The rest of a text from a place in it, or its end.
+[[nodiscard]] inline std::string_view RestOf(std::string_view text, std::size_t place) noexcept {
+  return {text.data() + place, text.size() - place};
 }
 
 // Negative, zero or positive, as strcmp().
@@ -22,7 +28,14 @@ namespace ia {
 
 [[nodiscard]] bool HasPrefixIgnoringCase(std::string_view text, std::string_view prefix) noexcept;
 
-[[nodiscard]] bool ContainsIgnoringCase(std::string_view text, std::string_view needle) noexcept;
+// The first place of the needle, from the given one on; npos when there is none.
+[[nodiscard]] std::size_t FindIgnoringCase(std::string_view text, std::string_view needle,
+                                           std::size_t from = 0) noexcept;
+
+[[nodiscard]] inline bool ContainsIgnoringCase(std::string_view text,
+                                               std::string_view needle) noexcept {
+  return FindIgnoringCase(text, needle) != std::string_view::npos;
+}
 
 // The number that text begins with, as strtol() reads it; the nearest one that fits 32 bits.
 [[nodiscard]] std::int32_t ParseInt32(const char* text, int base) noexcept;

@@ -24,11 +24,10 @@ constexpr bool IsSeparator(char character) noexcept { return character == ',' ||
 
 constexpr std::int32_t kLastIndex = std::numeric_limits<std::int32_t>::max();
 
-// The lowest index, from 0, that is above those of the keys up to the last node, or of all keys
-// without one; 0 means the base alone.
-std::int32_t NextFreeIndex(const OptTable* list, const OptTable* last, std::string_view base,
+// The lowest index, from 0, that is above those of the list's keys; 0 means the base alone.
+std::int32_t NextFreeIndex(const OptTable* list, std::string_view base,
                            std::int32_t lowest) noexcept {
-  for (const OptTable* node = list; node != nullptr; node = node != last ? node->next : nullptr) {
+  for (const OptTable* node = list; node != nullptr; node = node->next) {
     if (node->key == nullptr || !ContainsIgnoringCase(node->key, base)) continue;
     const char* const separator = std::strchr(node->key + base.size(), '_');
     if (separator == nullptr) {
@@ -40,6 +39,12 @@ std::int32_t NextFreeIndex(const OptTable* list, const OptTable* last, std::stri
     lowest = std::max(lowest, index + 1);
   }
   return lowest;
+}
+
+// The lowest index that is above those of both lists.
+std::int32_t NextFreeIndex(const OptTable* first, const OptTable* second,
+                           std::string_view base) noexcept {
+  return NextFreeIndex(second, base, NextFreeIndex(first, base, 0));
 }
 
 CString NewFlagKey(std::string_view base, std::int32_t index) noexcept {
@@ -72,12 +77,8 @@ std::int32_t ForEachItem(const char* text, Take take) noexcept {
 
 }  // namespace
 
-FlagAdder::FlagAdder(const OptTable* source, const char* base, OptionList& list,
-                     OptTable* last) noexcept
-    : base_(base),
-      index_(NextFreeIndex(&list, last, base, NextFreeIndex(source, nullptr, base, 0))),
-      list_(list),
-      last_(LastOf(last != nullptr ? last : &list)) {}
+FlagAdder::FlagAdder(const OptTable* source, const char* base, OptionList& list) noexcept
+    : base_(base), index_(NextFreeIndex(source, &list, base)), list_(list), last_(LastOf(&list)) {}
 
 std::int32_t FlagAdder::Add(const char* text) noexcept {
   return ForEachItem(text, [&](std::string_view item) noexcept { return AddItem(item) ? 0 : -1; });
@@ -126,8 +127,7 @@ int32_t OptionList_Get_FlagValue(OptTable** cursor, const char* base, int32_t hi
 char* z_create_flag_key_fom_option_list(const OptTable* first, const OptTable* second,
                                         const char* base) noexcept {
   if (base == nullptr) return nullptr;
-  const std::int32_t lowest = ia::NextFreeIndex(first, nullptr, base, 0);
-  return ia::NewFlagKey(base, ia::NextFreeIndex(second, nullptr, base, lowest)).release();
+  return ia::NewFlagKey(base, ia::NextFreeIndex(first, second, base)).release();
 }
 
 int32_t OptionList_Set_FlagValue(const OptTable* source, const char* base, const char* text,
@@ -143,7 +143,7 @@ int32_t OptionList_Set_ArrrayFlagValue(const char* text, OptionList* target) noe
     if (name == item.npos) return 0;
     const std::size_t colon = std::min(item.find(':', name), item.size());
     const std::string_view key(item.data(), colon);
-    const std::size_t value = std::min(colon + 1, item.size());
-    return ia::AddBack(*target, key, {item.data() + value, item.size() - value}) ? 0 : -1;
+    const std::string_view value = ia::RestOf(item, std::min(colon + 1, item.size()));
+    return ia::AddBack(*target, key, value) ? 0 : -1;
   });
 }

@@ -11,10 +11,8 @@ namespace ia {
 
 class FlagAdder {
  public:
-  // The first index is above those in the source and in the list. No key after the last node, when
-  // one is given, may hold the base.
-  FlagAdder(const OptTable* source, const char* base, OptionList& list,
-            OptTable* last = nullptr) noexcept;
+  // The first index is above those in the source and in the list.
+  FlagAdder(const OptTable* source, const char* base, OptionList& list) noexcept;
 
   // Adds each item of the text; -1 when an allocation fails.
   [[nodiscard]] std::int32_t Add(const char* text) noexcept;

@@ -19,16 +19,13 @@
 namespace ia {
 namespace {
 
-// Its values are "key:value" items.
-constexpr const char* kItemSource = "QVAnlz_FuncVer_UI";
-
-// Where the flags of a source go.
 struct FlagKeys {
   const char* source;
-  const char* target;
+  const char* target;  // null: the values are "key:value" items
 };
 
 constexpr auto kFlagKeys = std::to_array<FlagKeys>({
+    {"QVAnlz_FuncVer_UI", nullptr},
     {"QVAnlz_FuncVer_CommonFlag", "QV_Prot_CommonFlag"},
     {"QVAnlz_FuncVer_JobScriptFlag", "QV_Prot_JobScriptFlag"},
     {"QVAnlz_FuncVer_BinderScriptFlag", "QV_Prot_BinderScriptFlag"},
@@ -39,17 +36,10 @@ constexpr auto kFlagKeys = std::to_array<FlagKeys>({
 // One of them is in each of these keys. Most other keys have no underscore.
 constexpr std::string_view kSource = "QVAnlz_FuncVer_";
 constexpr std::string_view kTarget = "QV_Prot_";
-constexpr std::size_t kFirstCapacity = 64;  // of entries
-static_assert(std::string_view(kItemSource).starts_with(kSource) &&
-              std::ranges::all_of(kFlagKeys, [](const FlagKeys& keys) {
-                return std::string_view(keys.source).starts_with(kSource) &&
-                       std::string_view(keys.target).starts_with(kTarget);
-              }));
-// So the keys of one target are no keys of a different one.
+constexpr std::size_t kFirstCapacity = 16;  // of entries
 static_assert(std::ranges::all_of(kFlagKeys, [](const FlagKeys& keys) {
-  return std::ranges::count_if(kFlagKeys, [&](const FlagKeys& others) {
-           return std::string_view(others.target).find(keys.target) != std::string_view::npos;
-         }) == 1;
+  return std::string_view(keys.source).starts_with(kSource) &&
+         (keys.target == nullptr || std::string_view(keys.target).starts_with(kTarget));
 }));
 
 // The keys carry the hexadecimal digits of a version as a decimal number (0x0310: 310), up to the
@@ -68,8 +58,9 @@ class BorrowedEntries {
     for (std::size_t i = 1; i < count_; ++i) nodes_[i - 1].next = &nodes_[i];
     return nodes_.get();
   }
-  // False when an allocation fails.
+  // The entry that was appended last is not appended again. False when an allocation fails.
   [[nodiscard]] bool Append(const OptTable& node) noexcept {
+    if (count_ > 0 && nodes_[count_ - 1].key == node.key) return true;
     if (count_ == capacity_) {
       capacity_ = std::max(kFirstCapacity, 2 * capacity_);
       if (!Resize(nodes_, capacity_)) return false;
@@ -84,18 +75,32 @@ class BorrowedEntries {
   std::size_t capacity_ = 0;
 };
 
-// The entries that function versions depend on.
+// The entries that function versions depend on. One whose key holds several sources is in the list
+// of each.
 struct FlagEntries {
-  BorrowedEntries sources;
-  BorrowedEntries targets;
+  std::array<BorrowedEntries, kFlagKeys.size()> of_source;
+  BorrowedEntries of_targets;
 
   // False when an allocation fails.
   [[nodiscard]] bool Collect(const OptTable* table) noexcept {
     for (const OptTable* node = table; node != nullptr; node = node->next) {
       if (node->key == nullptr || std::strchr(node->key, '_') == nullptr) continue;
-      const std::string_view key = node->key;
-      if (ContainsIgnoringCase(key, kSource) && !sources.Append(*node)) return false;
-      if (ContainsIgnoringCase(key, kTarget) && !targets.Append(*node)) return false;
+      if (!AddToSources(*node)) return false;
+      if (ContainsIgnoringCase(node->key, kTarget) && !of_targets.Append(*node)) return false;
+    }
+    return true;
+  }
+
+ private:
+  [[nodiscard]] bool AddToSources(const OptTable& node) noexcept {
+    const std::string_view key = node.key;
+    for (std::size_t at = FindIgnoringCase(key, kSource); at != key.npos;
+         at = FindIgnoringCase(key, kSource, at + 1)) {
+      const std::string_view end_of_source = RestOf(key, at + kSource.size());
+      for (std::size_t i = 0; i < kFlagKeys.size(); ++i) {
+        const std::string_view end = RestOf(kFlagKeys[i].source, kSource.size());
+        if (HasPrefixIgnoringCase(end_of_source, end) && !of_source[i].Append(node)) return false;
+      }
     }
     return true;
   }
@@ -122,12 +127,12 @@ std::int32_t AddItems(OptTable* sources, const char* source, std::int32_t versio
   });
 }
 
-// The nodes after the last one have keys of other targets only.
 std::int32_t AddFlags(OptTable* sources, const OptTable* targets, const FlagKeys& keys,
-                      std::int32_t version, OptionList& options, OptTable* last) noexcept {
+                      std::int32_t version, OptionList& options) noexcept {
+  if (keys.target == nullptr) return AddItems(sources, keys.source, version, options);
   std::optional<FlagAdder> adder;
   return ForEachValue(sources, keys.source, version, [&](const char* value) noexcept {
-    if (!adder) adder.emplace(targets, keys.target, options, last);
+    if (!adder) adder.emplace(targets, keys.target, options);
     return adder->Add(value);
   });
 }
@@ -140,16 +145,14 @@ int32_t Analyze_Info_FromFunctionVersion(AnalyzeContext* context, uint32_t funct
   if (context == nullptr || options == nullptr) return -1;
   ia::FlagEntries entries;
   if (!entries.Collect(context->ppd_options)) return -1;
-  OptTable* const sources = entries.sources.Link();
-  const OptTable* const targets = entries.targets.Link();
+  const OptTable* const targets = entries.of_targets.Link();
   const int32_t number = ia::NumberInKeys(function_version);
-  int32_t status = ia::AddItems(sources, ia::kItemSource, number, *options);
-  OptTable* const last = ia::LastOf(options);
-  for (const ia::FlagKeys& keys : ia::kFlagKeys) {
+  for (std::size_t i = 0; i < ia::kFlagKeys.size(); ++i) {
+    const int32_t status =
+        ia::AddFlags(entries.of_source[i].Link(), targets, ia::kFlagKeys[i], number, *options);
     if (status != 0) return status;
-    status = ia::AddFlags(sources, targets, keys, number, *options, last);
   }
-  return status;
+  return 0;
 }
 
 int32_t z_Update_FuncVer(AnalyzeContext* context, const char* source_key, int32_t version,
