@@ -1,7 +1,5 @@
 #include "info_common/flag_keys.h"
 
-#include <string.h>
-
 #include <algorithm>
 #include <charconv>
 #include <cmath>

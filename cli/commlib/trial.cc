@@ -3,10 +3,11 @@
 #include <dlfcn.h>
 #include <string.h>
 
-#include <memory>
+#include <cstdlib>
 #include <mutex>
 #include <string>
 
+#include "cli/printer/handles.h"
 #include "info_analyze/bidi.h"
 #include "info_analyze/device_uri.h"
 
@@ -26,7 +27,8 @@ void Trial::Expect(const std::string& got, const std::string& expected) const {
 BidiContext& Trial::Load() {
   const std::string step = step_.Get();
   Begin("loading it");
-  auto context = std::make_unique<BidiContext>();
+  BidiPtr context(static_cast<BidiContext*>(std::calloc(1, sizeof(BidiContext))));
+  if (!context) throw NotTested("out of memory");
   context->driver_folder = strdup(tried_.folder.c_str());
   context->port = FolderPathToPortNumber(tried_.folder.c_str());
   context->library = z_LoadBidiLibrary(tried_.path.c_str());
